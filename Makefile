@@ -1,0 +1,76 @@
+# Thin faces of the CMake presets. A fresh Debian 12 needs nothing but make and a shell.
+
+# What the programs are built from and run with.
+PACKAGES_RUN := g++ cmake ninja-build pkg-config libcli11-dev librtaudio-dev \
+  libgtest-dev libbenchmark-dev libfftw3-dev python3
+# What only the tests use.
+PACKAGES_TEST := pulseaudio pulseaudio-utils sox
+# What the checks and the fuzz targets use.
+PACKAGES_CHECK := clang clang-format clang-tidy
+
+PRESET := release
+BUILD := build/$(PRESET)
+SUDO := $(if $(filter 0,$(shell id -u)),,sudo)
+SOURCES = find src apps tests bench fuzz tools -name '*.h' -o -name '*.cpp'
+
+# Installs those of the given packages that are missing; asks the network for nothing when all are there.
+define install_packages
+	@missing=""; \
+	for package in $(1); do \
+	  state=$$(dpkg-query -W -f='$${db:Status-Status}' "$$package" 2>/dev/null); \
+	  [ "$$state" = installed ] || missing="$$missing $$package"; \
+	done; \
+	if [ -n "$$missing" ]; then \
+	  echo "Installing$$missing"; \
+	  $(SUDO) apt-get update && \
+	  $(SUDO) env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends $$missing; \
+	fi
+endef
+
+.PHONY: help setup setup-run setup-test configure run demo-recording test bench format format-check check clean
+
+help:
+	@echo "make run     build the receiver and demodulate the demo recording"
+	@echo "make test    build and run all tests"
+	@echo "make bench   build and run the benchmarks"
+	@echo "make format  rewrite the sources in the project's layout"
+	@echo "make check   everything that CI does"
+	@echo "make setup   install the Debian packages that are missing"
+
+setup:
+	$(call install_packages,$(PACKAGES_RUN) $(PACKAGES_TEST) $(PACKAGES_CHECK))
+
+setup-run:
+	$(call install_packages,$(PACKAGES_RUN))
+
+setup-test:
+	$(call install_packages,$(PACKAGES_RUN) $(PACKAGES_TEST))
+
+run: demo-recording
+	@tools/demo.py $(BUILD)
+
+demo-recording: setup-run
+	@cmake --preset $(PRESET)
+	@cmake --build $(BUILD) --target quorlsdr-cli demo-recording
+
+test: setup-test
+	cmake --preset $(PRESET)
+	cmake --build $(BUILD)
+	ctest --preset $(PRESET)
+
+bench: setup-run
+	cmake --preset release
+	cmake --build build/release
+	@for program in build/release/bin/bench_*; do echo "== $$program"; $$program || exit 1; done
+
+format:
+	@$(SOURCES) | xargs clang-format -i
+
+format-check:
+	@$(SOURCES) | xargs clang-format --dry-run -Werror
+
+check: setup
+	.ci/run
+
+clean:
+	rm -rf build out

@@ -1,0 +1,42 @@
+#include "InterruptWatcher.h"
+
+#include <pthread.h>
+#include <unistd.h>
+
+#include "Commands.h"
+#include "Fault.h"
+
+namespace quorl::cli {
+
+InterruptWatcher::InterruptWatcher() {
+  sigemptyset(&signals_);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&signals_, signal);
+  pthread_sigmask(SIG_BLOCK, &signals_, &before_);
+}
+
+InterruptWatcher::~InterruptWatcher() {
+  if (thread_.joinable()) {
+    done_ = true;
+    pthread_kill(thread_.native_handle(), SIGTERM);
+    thread_.join();
+  }
+  pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+}
+
+void InterruptWatcher::Start(std::filesystem::path temporary, std::string name) {
+  temporary_ = std::move(temporary);
+  name_ = std::move(name);
+  thread_ = std::thread([this] { Watch(); });
+}
+
+void InterruptWatcher::Watch() const {
+  int signal = 0;
+  sigwait(&signals_, &signal);
+  if (done_) return;
+  std::error_code ignored;
+  if (!temporary_.empty()) std::filesystem::remove(temporary_, ignored);
+  PrintFault(name_ + ": interrupted; run again for a complete output");
+  _exit(ExitCode::Failed);
+}
+
+}  // namespace quorl::cli

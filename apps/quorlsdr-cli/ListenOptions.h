@@ -1,0 +1,26 @@
+// What `listen` was asked for.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "ReceiveOptions.h"
+
+namespace quorl::cli {
+
+struct ListenOptions {
+  ReceiveOptions Reception;
+  std::optional<std::int32_t> FrequencyDhz;  // else the one of the last time
+  bool Demo = false;
+  std::string Antenna;  // recording that takes the antenna's place, in the demo
+  std::string Capture;  // name or number
+  std::string Playback;
+  std::string Output;    // WAV file of what is heard
+  double Seconds = 0.0;  // 0 listens until it is stopped
+  double BoardErrorPpm = 0.0;
+  std::string Settings;  // path of the settings file
+  std::string Folder;    // of demo data
+  bool Quiet = false;    // no live line
+};
+
+}  // namespace quorl::cli

@@ -1,0 +1,164 @@
+#include "ReceiveOptions.h"
+
+#include <array>
+#include <functional>
+#include <string_view>
+#include <vector>
+
+#include "OptionText.h"
+#include "core/Receiver.h"
+
+namespace quorl::cli {
+namespace {
+
+constexpr std::array<std::string_view, 4> ModelNames = {"drt1", "elektor", "iq", "real2iq"};
+constexpr std::array<std::string_view, 6> ModeNames = {"am", "usb", "lsb", "drm", "fm", "bc"};
+constexpr std::array<std::string_view, 4> AGCNames = {"off", "fast", "normal", "slow"};
+
+constexpr Range EdgeRange = {0, 12000};
+constexpr Range BFORange = {-FSampling / 4, FSampling / 4};
+constexpr Range IFExtentRange = {0, 6000};
+constexpr Range AudioNotchRange = {0, 6000};
+constexpr Range IFNotchRange = {-6000, 6000};
+constexpr Range NotchWidthRange = {1, 5000};
+constexpr Range NBRange = {0, 10000};
+constexpr Range VolumeRange = {-10000, 8000};
+
+Band ParseFilter(const std::string& option, const std::string& text) {
+  const std::vector<std::string> parts = SplitAtColons(text);
+  if (parts.size() != 2) Refuse(option, "'" + text + "' doesn't fit; LO:HI in Hz is needed");
+  const Band band = {ParseWhole(option, parts[0], EdgeRange), ParseWhole(option, parts[1], EdgeRange)};
+  if (band.Lo >= band.Hi) Refuse(option, "'" + text + "' is empty; LO must lie below HI");
+  return band;
+}
+
+void ParseIFFilter(const std::string& option, const std::string& text, ReceiveOptions& options) {
+  const std::vector<std::string> parts = SplitAtColons(text);
+  if (text == "off") {
+    options.IFFilter = IFFilterMode::Off;
+  } else if (text == "track") {
+    options.IFFilter = IFFilterMode::Track;
+  } else if (parts.size() == 3 && parts[0] == "man") {
+    options.IFFilter = IFFilterMode::Manual;
+    options.ManualIFFilter = {ParseWhole(option, parts[1], IFExtentRange),
+                              ParseWhole(option, parts[2], IFExtentRange)};
+  } else {
+    Refuse(option, "'" + text + "' doesn't fit; off, track or man:LO:HI is needed");
+  }
+}
+
+NotchOptions ParseNotch(const std::string& option, const std::string& text) {
+  const std::vector<std::string> parts = SplitAtColons(text);
+  const auto width = [&] { return ParseWhole(option, parts.back(), NotchWidthRange); };
+  if (parts[0] == "auto" && parts.size() == 2) return {NotchModes::Auto, NotchTypes::Audio, 0, width()};
+  if (parts[0] == "audio" && parts.size() == 3) {
+    return {NotchModes::Manual, NotchTypes::Audio, ParseWhole(option, parts[1], AudioNotchRange), width()};
+  }
+  if (parts[0] == "if" && parts.size() == 3) {
+    return {NotchModes::Manual, NotchTypes::IF, ParseWhole(option, parts[1], IFNotchRange), width()};
+  }
+  Refuse(option, "'" + text + "' doesn't fit; audio:CENTRE:WIDTH, if:OFFSET:WIDTH or auto:WIDTH is needed");
+}
+
+// One option whose text `take` turns into a value.
+CLI::Option* AddText(CLI::App& command, const std::string& name, const std::string& shape,
+                     const std::string& help, std::function<void(const std::string&)> take) {
+  return command.add_option_function<std::string>(name, std::move(take), help)->type_name(shape);
+}
+
+void AddWhole(CLI::App& command, const std::string& name, Range range, const std::string& help,
+              std::function<void(int)> take) {
+  const std::string shape = std::to_string(range.Low) + ".." + std::to_string(range.High);
+  AddText(command, name, shape, help, [name, range, take = std::move(take)](const std::string& text) {
+    take(ParseWhole(name, text, range));
+  });
+}
+
+void AddChoice(CLI::App& command, const std::string& name, std::span<const std::string_view> names,
+               const std::string& help, std::int32_t& value) {
+  AddText(command, name, JoinNames(names), help,
+          [name, names, &value](const std::string& text) { value = ParseChoice(name, text, names); });
+}
+
+void AddTuningOptions(CLI::App& command, ReceiveOptions& options) {
+  AddChoice(command, "--model", ModelNames, "receiver board, default drt1", options.SDRModelNo);
+  AddChoice(command, "--mode", ModeNames, "demodulator, default am", options.DemodMode);
+  AddWhole(command, "--filter-mode", {0, FilterModeCount - 1}, "audio filter preset, default 0",
+           [&options](int value) { options.FilterMode = value; });
+  AddText(command, "--filter", "LO:HI", "audio filter edges in Hz, over the preset's",
+          [&options](const std::string& text) { options.Filter = ParseFilter("--filter", text); });
+  command.add_flag("--low-side", options.LowSideLO, "the local oscillator lies below the signal");
+  AddWhole(command, "--bfo", BFORange, "second oscillator, in Hz from the IF's centre, default 0",
+           [&options](int value) { options.BFO = value; });
+  AddText(command, "--if-filter", "off|track|man:LO:HI",
+          "IF filter: none, after the audio filter, or by extents from the IF's centre; default off",
+          [&options](const std::string& text) { ParseIFFilter("--if-filter", text, options); });
+}
+
+void AddCleaningOptions(CLI::App& command, ReceiveOptions& options) {
+  AddText(command, "--notch", "audio:CENTRE:WIDTH|if:OFFSET:WIDTH|auto:WIDTH",
+          "notch in the audio, in the IF, or on the strongest tone; Hz",
+          [&options](const std::string& text) { options.Notch = ParseNotch("--notch", text); });
+  command.add_flag("--notch-mirror", options.NotchMirror, "pass the notch's band and reject the rest");
+  AddWhole(command, "--nb", NBRange, "noise blanker control, default off",
+           [&options](int value) { options.NB = value; });
+  command.add_flag("--dynamic-filter", options.DynamicFilter, "second audio filter that follows the signal");
+  AddChoice(command, "--agc", AGCNames, "automatic gain control, default normal", options.AGCMode);
+  AddWhole(
+      command, "--volume", VolumeRange,
+      "output level control: below -50 hundredths of a decibel, above 1 a gain of 1 + VALUE/1000; default 0",
+      [&options](int value) { options.Volume = value; });
+}
+
+}  // namespace
+
+void AddReceiveOptions(CLI::App& command, ReceiveOptions& options) {
+  command
+      .add_option("INPUT", options.Input,
+                  "WAV file, 16-bit PCM, 48000 Hz, one or two channels; - is raw 16-bit from standard input")
+      ->required()
+      ->type_name("");
+  command
+      .add_option("OUTPUT", options.Output,
+                  "WAV file to write, 16-bit PCM, 48000 Hz, mono; - is raw 16-bit to standard output")
+      ->required()
+      ->type_name("");
+  AddWhole(command, "--channels", {1, 2}, "channels of raw input, default 2",
+           [&options](int value) { options.Channels = value; });
+  AddReceptionOptions(command, options);
+}
+
+void AddReceptionOptions(CLI::App& command, ReceiveOptions& options) {
+  AddTuningOptions(command, options);
+  AddCleaningOptions(command, options);
+  command.add_flag("--report", options.Report, "one line of JSON on standard error when done");
+}
+
+// The filters come before what is laid over them, as when a panel restores its settings.
+void ApplyReceiveOptions(const ReceiveOptions& options, Receiver& receiver) {
+  receiver.Vars.SDRModelNo = options.SDRModelNo;
+  SetLowSideLO(receiver.Vars, options.LowSideLO);
+  SetBFO(receiver.Vars, options.BFO);
+  receiver.SetDemodMode(options.DemodMode);
+  receiver.SetFilterMode(options.FilterMode);
+  if (options.Filter) receiver.SetFilterEdges(options.Filter->Lo, options.Filter->Hi);
+  receiver.SetIFFilter(options.IFFilter);
+  if (options.IFFilter == IFFilterMode::Manual) {
+    receiver.SetManualIFFilter(options.ManualIFFilter.Lo, options.ManualIFFilter.Hi);
+  }
+  receiver.SetNotchMirror(options.NotchMirror);
+  if (options.Notch) {
+    const NotchOptions& notch = *options.Notch;
+    receiver.SetNotch(true, notch.Mode, notch.Type, notch.Centre, notch.Width);
+  }
+  if (options.NB) receiver.SetNoiseBlanker(true, static_cast<float>(*options.NB));
+  receiver.SetDynamicFilter(options.DynamicFilter);
+  receiver.Vars.AGCON = options.AGCMode != AGCPreset::Off;
+  if (receiver.Vars.AGCON) {
+    receiver.Agc.ApplyPreset(options.AGCMode);
+    receiver.Agc.FillDelayLine();
+  }
+  receiver.Agc.SetVolume(static_cast<float>(options.Volume));
+}
+
+}  // namespace quorl::cli

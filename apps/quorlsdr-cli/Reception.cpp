@@ -1,0 +1,77 @@
+#include "Reception.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/Receiver.h"
+#include "platform/linux/LinuxClock.h"
+#include "support/Rounding.h"
+
+namespace quorl::cli {
+namespace {
+
+// Stands in for the sound card, whose volume control a file doesn't have.
+class FileOutput final : public SoundOutput {
+ public:
+  void SetOutputAttenuation(std::int32_t hundredthsOfDecibel) override { attenuation_ = hundredthsOfDecibel; }
+  void Output(const std::int16_t*, const std::int16_t*) override {}
+
+  void Attenuate(std::int16_t* block) const {
+    if (attenuation_ == 0) return;
+    const double gain = std::pow(10.0, attenuation_ / 2000.0);
+    std::transform(block, block + SamplesPerEvent, block, [gain](std::int16_t sample) {
+      return static_cast<std::int16_t>(RoundHalfEven(gain * sample));
+    });
+  }
+
+ private:
+  std::int32_t attenuation_ = 0;
+};
+
+}  // namespace
+
+struct Reception::Parts {
+  LinuxClock Clock;
+  FileOutput Sound;
+  NoRecorder Recorder;
+  Receiver Radio{Clock, Sound, Recorder, [] {}};
+  std::int64_t Blocks = 0;
+  int PeakIn = 0;
+  int PeakOut = 0;
+  double Microseconds = 0.0;
+  double MaxMicroseconds = 0.0;
+};
+
+Reception::Reception(const ReceiveOptions& options) : parts_(std::make_unique<Parts>()) {
+  ApplyReceiveOptions(options, parts_->Radio);
+  parts_->Radio.Housekeeping();
+}
+
+Reception::~Reception() = default;
+
+void Reception::Process(std::int16_t* left, const std::int16_t* right) {
+  Parts& p = *parts_;
+  p.PeakIn = std::max<int>(p.PeakIn, *std::max_element(left, left + SamplesPerEvent));
+  p.Radio.Pump.SoundCard_DataReady(left, right);
+  p.Radio.Housekeeping();
+  p.Sound.Attenuate(left);
+  p.PeakOut = std::max<int>(p.PeakOut, *std::max_element(left, left + SamplesPerEvent));
+  ++p.Blocks;
+  p.Microseconds += p.Radio.Pump.PumpMicroseconds;
+  p.MaxMicroseconds = std::max(p.MaxMicroseconds, p.Radio.Pump.PumpMicroseconds);
+}
+
+ReceptionReport Reception::Report() const {
+  const Parts& p = *parts_;
+  ReceptionReport report;
+  report.Blocks = p.Blocks;
+  report.SignalLevel = p.Radio.MeanSignalLevel();
+  report.AGCGain = p.Radio.Vars.AGCMeterGain;
+  report.PeakIn = p.PeakIn;
+  report.PeakOut = p.PeakOut;
+  report.BlockMeanMicroseconds = p.Blocks > 0 ? p.Microseconds / static_cast<double>(p.Blocks) : 0.0;
+  report.BlockMaxMicroseconds = p.MaxMicroseconds;
+  return report;
+}
+
+}  // namespace quorl::cli

@@ -1,0 +1,244 @@
+// quorlsdr-cli tune: a frequency to the board, and what went over the wire.
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Commands.h"
+#include "Fault.h"
+#include "OptionText.h"
+#include "config/SettingsStore.h"
+#include "platform/linux/LinuxClock.h"
+#include "platform/linux/LinuxEventQueue.h"
+#include "platform/linux/LinuxPrinterPort.h"
+#include "platform/linux/LinuxSerialPort.h"
+#include "platform/virtual/VirtualClock.h"
+#include "platform/virtual/VirtualDialogs.h"
+#include "platform/virtual/VirtualEventQueue.h"
+#include "platform/virtual/VirtualPrinterPort.h"
+#include "platform/virtual/VirtualSerialPort.h"
+#include "sim/SimulatedReceiver.h"
+#include "support/Picture.h"
+#include "support/Text.h"
+#include "tuning/TuningChain.h"
+
+namespace quorl::cli {
+namespace {
+
+constexpr std::array<std::string_view, 4> kModels = {"drt1", "elektor", "iq", "real2iq"};
+constexpr std::array<std::string_view, 2> kInterfaces = {"serial", "parallel"};
+constexpr Range kFrequencyRange = {0, 214748364};
+constexpr std::int32_t kElektor = 1;
+constexpr const char* kDryPort = "/dev/null";
+
+struct TuneOptions {
+  std::int32_t SDRModelNo = 0;
+  std::int32_t Interface = InterfaceType::Serial;
+  std::int32_t FrequencyHz = 0;
+  bool LowSideLO = false;
+  std::optional<std::int32_t> IFHz;
+  std::optional<std::int32_t> ClockHz;
+  std::string Port;
+  bool DryRun = false;
+};
+
+// One change of one line.
+struct LineChange {
+  std::int64_t Microsecond;
+  std::string Line;
+  bool High;
+};
+
+// The settings that a board of these options would have stored.
+void FillSettings(const TuneOptions& options, SettingsStore& store) {
+  const bool elektor = options.SDRModelNo == kElektor;
+  const double clock = options.ClockHz ? *options.ClockHz
+                       : elektor       ? kAd9835BoardClockHz
+                                       : kAd9951BoardClockHz;
+  store.SaveSetting(elektor ? "DDSAD9835" : "DDSAD9951", "ClkIn", NumberText(clock));
+  const char* section = elektor ? "VFO1.ElektorDRM" : options.SDRModelNo == 0 ? "VFO1.DRT1" : "VFO1.RXIQ";
+  store.SaveSetting(section, "HiSideLo", options.LowSideLO ? "False" : "True");
+  if (options.IFHz) store.SaveSetting(section, "IFFrequency", NumberText(*options.IFHz));
+  if (!options.Port.empty()) store.SaveSetting("DDSSerialIF", "COM1", options.Port);
+}
+
+// Tunes over the given ports; what doesn't work is a message in `boxes` or a line in `complaints`.
+void Tune(const TuneOptions& options, TuningChain& chain, std::vector<std::string>& complaints) {
+  if (chain.VFO()->OscType == nullptr) return;
+  if (const Failure failure = chain.VFO()->SetTunedFrequency(options.FrequencyHz * 10)) {
+    complaints.push_back(failure->Text);
+  }
+}
+
+std::vector<LineChange> SerialChanges(const VirtualSerialPort& port) {
+  static constexpr std::array<const char*, 3> kNames = {"RTS", "DTR", "BREAK"};
+  std::vector<LineChange> changes;
+  for (const SerialLevel& level : port.Levels()) {
+    if (level.Changed)
+      changes.push_back({level.Microsecond, kNames[static_cast<std::size_t>(level.Line)], level.On});
+  }
+  return changes;
+}
+
+std::vector<LineChange> PrinterChanges(const VirtualPrinterPort& port) {
+  std::vector<LineChange> changes;
+  std::uint8_t before = 0;
+  for (const PrinterLevel& level : port.Levels()) {
+    for (int bit = 0; bit < 3; ++bit) {
+      const bool was = (before >> bit & 1) != 0, is = (level.Value >> bit & 1) != 0;
+      if (was != is) changes.push_back({level.Microsecond, "D" + std::to_string(bit), is});
+    }
+    before = level.Value;
+  }
+  return changes;
+}
+
+// What the board reads off the lines: bits at rising clock edges, inverted at the port, frames between edges
+// of the select line.
+std::vector<std::vector<std::uint8_t>> Frames(const std::vector<LineChange>& changes, bool parallel) {
+  const std::string data = parallel ? "D0" : "RTS", clock = parallel ? "D1" : "BREAK",
+                    select = parallel ? "D2" : "DTR";
+  std::vector<std::vector<std::uint8_t>> frames(1);
+  bool dataLine = false;
+  int bits = 0, value = 0;
+  for (const LineChange& change : changes) {
+    if (change.Line == data) dataLine = change.High;
+    if (change.Line == select && !frames.back().empty()) frames.emplace_back();
+    if (change.Line != clock || !change.High) continue;
+    value = value * 2 + (dataLine ? 0 : 1);
+    if (++bits == 8) {
+      frames.back().push_back(static_cast<std::uint8_t>(value));
+      bits = value = 0;
+    }
+  }
+  if (frames.back().empty()) frames.pop_back();
+  return frames;
+}
+
+void PrintFrames(const std::vector<std::vector<std::uint8_t>>& frames) {
+  for (const auto& frame : frames) {
+    std::printf("sent:");
+    for (const std::uint8_t byte : frame) std::printf(" %02X", byte);
+    std::printf("\n");
+  }
+}
+
+// Sends on the real port and tells how long that took.
+int SendForReal(const TuneOptions& options) {
+  LinuxEventQueue queue;
+  LinuxSerialCalls serialCalls;
+  LinuxPrinterCalls printerCalls;
+  LinuxSerialPort serial(queue, serialCalls);
+  LinuxPrinterPort printer(printerCalls);
+  VirtualDialogs boxes;
+  SettingsStore store;
+  FillSettings(options, store);
+  std::vector<std::string> complaints;
+  TuningChain chain({serial, printer, queue, boxes, store},
+                    [&](const std::string& line) { complaints.push_back(line); });
+  const bool parallel = options.Interface == InterfaceType::Parallel;
+  if (parallel && printer.Prepare(static_cast<std::uint16_t>(chain.ParallelIF().PortAddress)) ==
+                      LinuxPrinterPort::Access::None) {
+    PrintFault(
+        "the printer port can't be reached; load the ppdev module and join group lp, or use --dry-run");
+    return ExitCode::Failed;
+  }
+  if (!chain.OpenInterface(options.Interface, false)) {
+    PrintFault(options.Port +
+               ": can't be opened as a serial port; 'quorlsdr-cli devices' lists those that exist");
+    return ExitCode::Failed;
+  }
+  chain.CreateVFO(options.SDRModelNo, options.Interface);
+  const LinuxClock clock;
+  const std::int64_t begin = clock.Microseconds();
+  Tune(options, chain, complaints);
+  std::printf("time: %.1f ms\n", static_cast<double>(clock.Microseconds() - begin) / 1000.0);
+  return ExitCode::Success;
+}
+
+int Run(const TuneOptions& options) {
+  const bool parallel = options.Interface == InterfaceType::Parallel;
+  if (parallel && options.SDRModelNo != kElektor) {
+    PrintFault(
+        "--interface parallel: this board's AD9951 is tuned over a serial port; only model elektor has the "
+        "choice");
+    return ExitCode::Refused;
+  }
+  if (!parallel && options.Port.empty() && !options.DryRun) {
+    PrintFault("--port PATH is needed, or --dry-run; 'quorlsdr-cli devices' lists the serial ports");
+    return ExitCode::Refused;
+  }
+  VirtualClock clock;
+  VirtualEventQueue queue(clock);
+  VirtualSerialPort serial(clock, queue);
+  serial.SetLineTime(std::chrono::microseconds(1));
+  VirtualPrinterPort printer(clock);
+  printer.SetWriteTime(std::chrono::microseconds(1));
+  VirtualDialogs boxes;
+  SettingsStore store;
+  TuneOptions dry = options;
+  dry.Port = kDryPort;
+  FillSettings(dry, store);
+  std::vector<std::string> complaints;
+  {
+    TuningChain chain({serial, printer, queue, boxes, store},
+                      [&](const std::string& line) { complaints.push_back(line); });
+    chain.OpenInterface(options.Interface, false);
+    chain.CreateVFO(options.SDRModelNo, options.Interface);
+    Tune(options, chain, complaints);
+    std::printf("tuned: %s\n", FormatPicture(chain.VFO()->TunedFrequency() / 10.0, "#,##0.0 Hz").c_str());
+    std::printf("oscillator: %s\n", FormatPicture(chain.VFO()->OscOut / 10.0, "#,##0.0 Hz").c_str());
+    const auto word = static_cast<std::uint32_t>(chain.Driver()->CurrentTuningWord);
+    std::printf("tuning word: %u (0x%08X)\n", word, word);
+    const std::vector<LineChange> changes = parallel ? PrinterChanges(printer) : SerialChanges(serial);
+    PrintFrames(Frames(changes, parallel));
+    if (options.DryRun) {
+      std::printf("microsecond line level\n");
+      for (const LineChange& change : changes) {
+        std::printf("%lld %s %d\n", static_cast<long long>(change.Microsecond), change.Line.c_str(),
+                    change.High ? 1 : 0);
+      }
+    }
+  }
+  for (const MessageRequest& message : boxes.Messages) complaints.push_back(message.Text);
+  for (const std::string& complaint : complaints) PrintFault(complaint);
+  if (!complaints.empty()) return ExitCode::Refused;
+  return options.DryRun ? ExitCode::Success : SendForReal(options);
+}
+
+}  // namespace
+
+void AddTuneCommand(CLI::App& app, int& exitCode) {
+  auto options = std::make_shared<TuneOptions>();
+  CLI::App* command = app.add_subcommand("tune", "Tune a receiver board and show what goes over the wire");
+  const auto addText = [command](const std::string& name, const std::string& shape, const std::string& help,
+                                 std::function<void(const std::string&)> take) {
+    return command->add_option_function<std::string>(name, std::move(take), help)->type_name(shape);
+  };
+  addText("--model", JoinNames(kModels), "receiver board", [options](const std::string& text) {
+    options->SDRModelNo = ParseChoice("--model", text, kModels);
+  })->required();
+  addText("--frequency", "HZ", "what to listen to", [options](const std::string& text) {
+    options->FrequencyHz = ParseWhole("--frequency", text, kFrequencyRange);
+  })->required();
+  command->add_flag("--low-side", options->LowSideLO, "the local oscillator lies below the signal");
+  addText("--if", "HZ", "the board's IF, default 45000000, elektor 455000",
+          [options](const std::string& text) { options->IFHz = ParseWhole("--if", text, kFrequencyRange); });
+  addText("--clock", "HZ", "the DDS clock, default 360096000, elektor 50000000",
+          [options](const std::string& text) {
+            options->ClockHz = ParseWhole("--clock", text, {1, 429496729});
+          });
+  addText("--interface", JoinNames(kInterfaces), "default serial", [options](const std::string& text) {
+    options->Interface = ParseChoice("--interface", text, kInterfaces);
+  });
+  command->add_option("--port", options->Port, "serial device, such as /dev/ttyUSB0")->type_name("PATH");
+  command->add_flag("--dry-run", options->DryRun,
+                    "send nothing; list every change of a line: microsecond, line, level");
+  command->callback([options, &exitCode] { exitCode = Run(*options); });
+}
+
+}  // namespace quorl::cli

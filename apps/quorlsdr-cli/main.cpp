@@ -1,0 +1,45 @@
+// quorlsdr-cli: the receiver over files and pipes.
+#include <CLI/CLI.hpp>
+#include <csignal>
+#include <exception>
+#include <iostream>
+#include <string>
+
+#include "Commands.h"
+#include "Fault.h"
+
+int main(int argc, char** argv) {
+  using namespace quorl::cli;
+  // A reader that went away or a limit on file sizes is a failed write, told in words like any other.
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+  std::ios::sync_with_stdio(false);
+
+  CLI::App app(
+      "QUORLSDR on the command line: receives live and from recordings, tunes boards, designs filters",
+      "quorlsdr-cli");
+  app.set_version_flag("--version", "quorlsdr-cli " QUORL_VERSION);
+  int exitCode = ExitCode::Success;
+  AddReceiveCommand(app, exitCode);
+  AddFilterCommand(app, exitCode);
+  AddListenCommand(app, exitCode);
+  AddTuneCommand(app, exitCode);
+  AddDevicesCommand(app, exitCode);
+  try {
+    app.parse(argc, argv);
+    if (app.get_subcommands().empty())
+      throw CLI::RequiredError("A subcommand, receive, filter, listen, tune or devices,");
+  } catch (const CLI::Success& shown) {  // help or version
+    return app.exit(shown);
+  } catch (const CLI::ValidationError& error) {  // of ours: says itself what is needed
+    PrintFault(error.what());
+    return ExitCode::Refused;
+  } catch (const CLI::ParseError& error) {
+    PrintFault(std::string(error.what()) + "; --help tells what is needed");
+    return ExitCode::Refused;
+  } catch (const std::exception& error) {
+    PrintFault(error.what());
+    return ExitCode::Failed;
+  }
+  return exitCode;
+}

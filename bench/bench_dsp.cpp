@@ -1,0 +1,282 @@
+// Cost of the signal path, with FFTW (single precision, its fastest plan) measured beside it in the same run.
+//
+// After Google Benchmark's table come the ratios with their limits. Each ratio is the median of pairs that
+// are measured in turn, so that what else the machine does falls on both.
+#include <benchmark/benchmark.h>
+#include <fftw3.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <functional>
+#include <memory>
+#include <random>
+#include <vector>
+
+#include "core/Receiver.h"
+#include "dsp/VectorKernel.h"
+#include "platform/virtual/VirtualClock.h"
+
+namespace quorl {
+namespace {
+
+constexpr int kPoints = BlockPoints;
+
+SampleBuffer Noise(std::size_t count) {
+  std::mt19937 generator(1);
+  std::uniform_real_distribution<float> uniform(-8000.0F, 8000.0F);
+  SampleBuffer values(count);
+  for (float& v : values) v = uniform(generator);
+  return values;
+}
+
+// Complex transform of 2048 points over split arrays, as ours.
+class FftwComplex {
+ public:
+  FftwComplex() : in_(2 * kPoints), out_(2 * kPoints) {
+    const fftwf_iodim points{kPoints, 1, 1};
+    plan_ = fftwf_plan_guru_split_dft(1, &points, 0, nullptr, in_.data(), in_.data() + kPoints, out_.data(),
+                                      out_.data() + kPoints, FFTW_PATIENT);
+    in_ = Noise(in_.size());
+  }
+  ~FftwComplex() { fftwf_destroy_plan(plan_); }
+  void operator()() { fftwf_execute(plan_); }
+
+ private:
+  SampleBuffer in_, out_;
+  fftwf_plan plan_;
+};
+
+// The same over interleaved pairs, FFTW's home format: the faster of the two is the measure.
+class FftwInterleaved {
+ public:
+  FftwInterleaved() : in_(2 * kPoints), out_(2 * kPoints) {
+    plan_ = fftwf_plan_dft_1d(kPoints, reinterpret_cast<fftwf_complex*>(in_.data()),
+                              reinterpret_cast<fftwf_complex*>(out_.data()), FFTW_FORWARD, FFTW_PATIENT);
+    in_ = Noise(in_.size());
+  }
+  ~FftwInterleaved() { fftwf_destroy_plan(plan_); }
+  void operator()() { fftwf_execute(plan_); }
+
+ private:
+  SampleBuffer in_, out_;
+  fftwf_plan plan_;
+};
+
+// The overlap-add step of a filter block, built on FFTW: real transform, product, inverse, overlap.
+class FftwFilter {
+ public:
+  FftwFilter() : block_(2 * kPoints), tail_(kPoints), spectrum_(2 * kBins), filter_(Noise(2 * kBins)) {
+    auto* bins = reinterpret_cast<fftwf_complex*>(spectrum_.data());
+    forward_ = fftwf_plan_dft_r2c_1d(2 * kPoints, block_.data(), bins, FFTW_PATIENT);
+    back_ = fftwf_plan_dft_c2r_1d(2 * kPoints, bins, block_.data(), FFTW_PATIENT);
+    for (float& f : filter_) f /= 8000.0F * 2 * kPoints;
+    fresh_ = Noise(kPoints);
+  }
+  ~FftwFilter() {
+    fftwf_destroy_plan(forward_);
+    fftwf_destroy_plan(back_);
+  }
+  void operator()() {
+    std::copy(fresh_.begin(), fresh_.end(), block_.begin());
+    std::fill(block_.begin() + kPoints, block_.end(), 0.0F);
+    fftwf_execute(forward_);
+    float* x = spectrum_.data();
+    const float* f = filter_.data();
+    for (int k = 0; k < kBins; ++k) {
+      const float re = x[2 * k] * f[2 * k] - x[2 * k + 1] * f[2 * k + 1];
+      x[2 * k + 1] = x[2 * k] * f[2 * k + 1] + x[2 * k + 1] * f[2 * k];
+      x[2 * k] = re;
+    }
+    fftwf_execute(back_);
+    for (int k = 0; k < kPoints - 2; ++k) block_[std::size_t(k)] += tail_[std::size_t(k)];
+    std::copy_n(block_.begin() + kPoints, kPoints - 2, tail_.begin());
+  }
+
+ private:
+  static constexpr int kBins = kPoints + 1;
+  SampleBuffer block_, tail_, spectrum_, filter_, fresh_;
+  fftwf_plan forward_, back_;
+};
+
+class OurComplex {
+ public:
+  OurComplex() : re_(Noise(kPoints)), im_(re_), outRe_(kPoints), outIm_(kPoints) { fft_.FFTInit(kPoints); }
+  void operator()() { fft_.FFT_S_2(re_.data(), im_.data(), outRe_.data(), outIm_.data()); }
+
+ private:
+  KernelSettings settings_;
+  clsFFT fft_{settings_};
+  SampleBuffer re_, im_, outRe_, outIm_;
+};
+
+class OurFilter {
+ public:
+  OurFilter() : fresh_(Noise(kPoints)), block_(2 * kPoints) { bank_->Initialise(); }
+  void operator()() {
+    CopyVector_S(fresh_.data(), block_.data(), kPoints);
+    bank_->AFFilter.Filter_FFT_S_1(block_.data());
+  }
+
+ private:
+  KernelSettings settings_;
+  std::unique_ptr<FilterBank> bank_ = std::make_unique<FilterBank>(settings_);
+  SampleBuffer fresh_, block_;
+};
+
+class OurPolar {
+ public:
+  OurPolar() : re_(Noise(2 * kPoints)), mag_(kPoints), phase_(kPoints) {}
+  void operator()() {
+    CartToPolar_S_2(re_.data(), re_.data() + kPoints, mag_.data(), phase_.data(), kPoints);
+  }
+
+ protected:
+  SampleBuffer re_, mag_, phase_;
+};
+
+class LibraryPolar : OurPolar {
+ public:
+  void operator()() {
+    for (std::size_t k = 0; k < kPoints; ++k) {
+      const float x = re_[k], y = re_[k + kPoints];
+      mag_[k] = std::sqrt(x * x + y * y);
+      phase_[k] = std::atan2(y, x);
+    }
+    benchmark::ClobberMemory();
+  }
+};
+
+class NoSound final : public SoundOutput {
+ public:
+  void SetOutputAttenuation(std::int32_t) override {}
+  void Output(const std::int16_t*, const std::int16_t*) override {}
+};
+
+// A whole block from 16-bit samples to 16-bit samples, through pump and chain.
+class Block {
+ public:
+  explicit Block(const std::function<void(Receiver&)>& settings) {
+    settings(radio_);
+    radio_.Housekeeping();
+    const SampleBuffer noise = Noise(kPoints);
+    for (std::size_t k = 0; k < kPoints; ++k) input_[k] = static_cast<std::int16_t>(noise[k]);
+  }
+  void operator()() {
+    CopyVector_16(input_.data(), left_.data(), kPoints);
+    radio_.Pump.SoundCard_DataReady(left_.data(), input_.data());
+  }
+
+ private:
+  VirtualClock clock_;
+  NoSound sound_;
+  NoRecorder recorder_;
+  Receiver radio_{clock_, sound_, recorder_, [] {}};
+  std::array<std::int16_t, kPoints> input_{}, left_{};
+};
+
+void AMOnRealIF(Receiver& radio) {
+  radio.SetDemodMode(DemodMode::AM);
+}
+void Heaviest(Receiver& radio) {
+  radio.Vars.SDRModelNo = SDRModel::RealToIQRX;
+  radio.SetDemodMode(DemodMode::USB);
+  radio.SetIFFilter(IFFilterMode::Track);
+  radio.SetNotch(true, NotchModes::Manual, NotchTypes::Audio, 1000, 100);
+  radio.SetDynamicFilter(true);
+  SetBFO(radio.Vars, 150);
+}
+void HeaviestWithIFNotch(Receiver& radio) {
+  Heaviest(radio);
+  radio.SetNotch(true, NotchModes::Manual, NotchTypes::IF, 1000, 100);
+}
+
+// Seconds of one call, the quickest of some short runs.
+double SecondsOf(const std::function<void()>& work) {
+  double best = 1.0;
+  for (int run = 0; run < 8; ++run) {
+    constexpr int kCalls = 24;
+    const auto begin = std::chrono::steady_clock::now();
+    for (int call = 0; call < kCalls; ++call) work();
+    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begin;
+    best = std::min(best, time.count() / kCalls);
+  }
+  return best;
+}
+
+double MedianRatio(const std::function<void()>& a, const std::function<void()>& b) {
+  std::vector<double> ratios;
+  for (int pair = 0; pair < 31; ++pair) {
+    const double first = SecondsOf(a);
+    ratios.push_back(first / SecondsOf(b));
+  }
+  std::nth_element(ratios.begin(), ratios.begin() + 15, ratios.end());
+  return ratios[15];
+}
+
+// What is measured, as callables that keep their state. One set serves table and ratios.
+struct Works {
+  OurComplex ourComplex;
+  FftwComplex fftwSplit;
+  FftwInterleaved fftwInterleaved;
+  OurFilter ourFilter;
+  FftwFilter fftwFilter;
+  OurPolar ourPolar;
+  LibraryPolar libraryPolar;
+  Block am{AMOnRealIF}, heaviest{Heaviest}, heaviestIFNotch{HeaviestWithIFNotch};
+};
+
+bool PrintRatio(const char* what, double ratio, double limit, bool atLeast = false) {
+  const bool kept = atLeast ? ratio >= limit : ratio <= limit;
+  std::printf("%-52s %7.2f   %s %4.1f   %s\n", what, ratio, atLeast ? "at least" : " at most", limit,
+              kept ? "kept" : "MISSED");
+  return kept;
+}
+
+bool PrintRatios(Works& w) {
+  std::printf("\nRatios, kernel %s\n", KernelInstructionSet());
+  const auto call = [](auto& work) { return [&work] { work(); }; };
+  const double split = MedianRatio(call(w.ourComplex), call(w.fftwSplit));
+  const double interleaved = MedianRatio(call(w.ourComplex), call(w.fftwInterleaved));
+  bool kept = PrintRatio("complex FFT, 2048 points, to FFTW", std::max(split, interleaved), 2.0);
+  kept &= PrintRatio("Filter_FFT_S_1 to overlap-add on FFTW",
+                     MedianRatio(call(w.ourFilter), call(w.fftwFilter)), 1.5);
+  kept &= PrintRatio("std::atan2 and std::sqrt to CartToPolar_S_2",
+                     MedianRatio(call(w.libraryPolar), call(w.ourPolar)), 5.0, true);
+  kept &= PrintRatio("block of AM on the real IF, in FFTW steps", MedianRatio(call(w.am), call(w.fftwFilter)),
+                     7.0);
+  kept &=
+      PrintRatio("heaviest block, in FFTW steps", MedianRatio(call(w.heaviest), call(w.fftwFilter)), 20.0);
+  kept &= PrintRatio("heaviest block, notch on the IF, in FFTW steps",
+                     MedianRatio(call(w.heaviestIFNotch), call(w.fftwFilter)), 20.0);
+  return kept;
+}
+
+template <typename Work>
+void Register(const char* name, Work& work) {
+  benchmark::RegisterBenchmark(name, [&work](benchmark::State& state) {
+    for (auto _ : state) work();
+  });
+}
+
+}  // namespace
+}  // namespace quorl
+
+int main(int argc, char** argv) {
+  using namespace quorl;
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
+  const auto works = std::make_unique<Works>();
+  Register("complex FFT 2048", works->ourComplex);
+  Register("complex FFT 2048, FFTW split", works->fftwSplit);
+  Register("complex FFT 2048, FFTW interleaved", works->fftwInterleaved);
+  Register("Filter_FFT_S_1", works->ourFilter);
+  Register("overlap-add step, FFTW", works->fftwFilter);
+  Register("CartToPolar_S_2, 2048 pairs", works->ourPolar);
+  Register("std::atan2 and std::sqrt, 2048 pairs", works->libraryPolar);
+  Register("block, AM, real IF", works->am);
+  Register("block, heaviest setting", works->heaviest);
+  benchmark::RunSpecifiedBenchmarks();
+  return PrintRatios(*works) ? 0 : 1;
+}

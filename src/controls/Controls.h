@@ -1,0 +1,228 @@
+// The kinds of controls that a panel is made of.
+//
+// Setting a value raises the control's event at once, whether a person, a script or code sets it; setting the
+// value that is already there raises nothing. Handlers guard themselves against being raised by their own
+// doing.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "controls/Control.h"
+
+namespace quorl {
+
+// "optMode" and 1 to "optMode(1)".
+std::string IndexedName(const std::string& name, int index);
+
+class Label : public Control {
+ public:
+  using Control::Control;
+  std::string Text() const override { return Caption; }
+
+  Property<std::string> Caption{*this};
+  Property<bool> Border{*this, false};
+  std::function<void()> Click;
+
+ protected:
+  void OnUserClick() override { Raise(Click); }
+};
+
+class Frame : public Label {
+ public:
+  using Label::Label;
+};
+
+class CommandButton : public Control {
+ public:
+  using Control::Control;
+  std::string Text() const override { return Caption; }
+
+  Property<std::string> Caption{*this};  // '&' stands before the mnemonic
+  std::function<void()> Click;
+
+ protected:
+  void OnUserClick() override { Raise(Click); }
+};
+
+class CheckBox : public Control {
+ public:
+  using Control::Control;
+  std::string Text() const override { return Value() ? "1" : "0"; }
+  bool UserSet(const std::string& text) override;
+
+  Property<std::string> Caption{*this};
+  bool Value() const { return value_; }
+  void SetValue(bool value);
+  std::function<void()> Click;
+
+ protected:
+  void OnUserClick() override { SetValue(!value_); }
+
+ private:
+  bool value_ = false;
+};
+
+class OptionGroup;
+
+class OptionButton : public Control {
+ public:
+  OptionButton(ControlRegistry& registry, OptionGroup& group, int index);
+  std::string Text() const override { return Value() ? "1" : "0"; }
+
+  Property<std::string> Caption{*this};
+  bool Value() const;
+  int Index() const { return index_; }
+
+ protected:
+  void OnUserClick() override;
+
+ private:
+  OptionGroup& group_;
+  int index_;
+};
+
+// Buttons of which one at most is pressed. Pressing another one raises Click with its index.
+class OptionGroup {
+ public:
+  // Buttons name(0) .. name(count-1).
+  OptionGroup(ControlRegistry& registry, const std::string& name, int count);
+
+  const std::string& Name() const { return name_; }
+  int Count() const { return static_cast<int>(buttons_.size()); }
+  OptionButton& operator()(int index) { return *buttons_.at(static_cast<std::size_t>(index)); }
+  int Pressed() const { return pressed_; }  // -1 for none
+  void Press(int index);
+  std::function<void(int index)> Click;
+
+ private:
+  std::string name_;
+  std::vector<std::unique_ptr<OptionButton>> buttons_;
+  int pressed_ = -1;
+};
+
+class Slider : public Control {
+ public:
+  using Control::Control;
+  std::string Text() const override;
+  bool UserSet(const std::string& text) override;
+
+  Property<int> Min{*this, 0};
+  Property<int> Max{*this, 100};
+  int Value() const { return value_; }
+  void SetValue(int value);    // clamped to Min .. Max; raises Change
+  void UserScroll(int value);  // the same by hand: raises Scroll, then Change
+  std::function<void()> Scroll, Change;
+
+ private:
+  int value_ = 0;
+};
+
+// A knob without ends. Its value counts up and down; one turn is kStepsPerTurn.
+class Dial : public Control {
+ public:
+  static constexpr int kStepsPerTurn = 60;
+
+  using Control::Control;
+  std::string Text() const override;
+  bool UserSet(const std::string& text) override;
+
+  int Value() const { return value_; }
+  void SetValue(int value);
+  Property<bool> Bounded{*this, false};  // stops at Min and Max instead of going round
+  Property<int> Min{*this, 0};
+  Property<int> Max{*this, 100};
+  std::function<void()> Change;
+
+ private:
+  int value_ = 0;
+};
+
+class ComboBox : public Control {
+ public:
+  using Control::Control;
+  std::string Text() const override;
+  bool UserSet(const std::string& text) override;  // an item by its text, or its number from 0
+
+  const std::vector<std::string>& Items() const { return items_; }
+  void SetItems(std::vector<std::string> items);  // selects nothing
+  void AddItem(std::string item);
+  void RemoveItem(int index);                   // the selection stays with its item
+  int ListIndex() const { return listIndex_; }  // -1 for none
+  void SetListIndex(int index);                 // raises Click
+  std::function<void()> Click;
+
+ private:
+  std::vector<std::string> items_;
+  int listIndex_ = -1;
+};
+
+// A list that shows its last or its chosen line.
+class ListBox : public ComboBox {
+ public:
+  using ComboBox::ComboBox;
+};
+
+class TextBox : public Control {
+ public:
+  using Control::Control;
+  std::string Text() const override { return value_; }
+  bool UserSet(const std::string& text) override;
+
+  const std::string& Value() const { return value_; }
+  void SetValue(const std::string& value);
+  std::function<void()> Change;
+
+ private:
+  std::string value_;
+};
+
+// A surface that the view paints, or a symbol with nothing to it but being there.
+class Picture : public Control {
+ public:
+  using Control::Control;
+  std::string Text() const override { return Caption; }
+
+  Property<std::string> Caption{*this};
+  std::function<void()> Click;
+
+ protected:
+  void OnUserClick() override { Raise(Click); }
+};
+
+// A pop-up menu; its items are name(i).
+class Menu : public Control {
+ public:
+  Menu(ControlRegistry& registry, const std::string& name, std::span<const char* const> captions);
+  std::string Text() const override;
+  bool UserSet(const std::string& text) override;  // an item by its caption or number
+
+  const std::vector<std::string>& Captions() const { return captions_; }  // "-" is a separator
+  // Opens it where the pointer is; the view sets OnPopup.
+  void PopUp() const { Raise(OnPopup); }
+  void UserChoose(int index) const { Raise(Click, index); }
+  std::function<void(int index)> Click;
+  std::function<void()> OnPopup;
+
+ private:
+  std::vector<std::string> captions_;
+};
+
+// An array of controls of one kind: name(0) .. name(count-1).
+template <typename C>
+class ControlArray {
+ public:
+  ControlArray(ControlRegistry& registry, const std::string& name, int count) {
+    for (int i = 0; i < count; ++i) controls_.push_back(std::make_unique<C>(registry, IndexedName(name, i)));
+  }
+  int Count() const { return static_cast<int>(controls_.size()); }
+  C& operator()(int index) { return *controls_.at(static_cast<std::size_t>(index)); }
+
+ private:
+  std::vector<std::unique_ptr<C>> controls_;
+};
+
+}  // namespace quorl

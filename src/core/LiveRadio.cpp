@@ -1,0 +1,91 @@
+#include "core/LiveRadio.h"
+
+namespace quorl {
+
+namespace {
+
+constexpr int kHousekeepingDelay = 3;  // ms after a block has left: in the gap before the next one
+
+}  // namespace
+
+LiveRadio::LiveRadio(Machine& machine, BlockRecorder& recorder)
+    : Radio(machine.Time, *this, recorder, [&machine] { machine.Queue.Yield(); }),
+      tmrPerfStats(machine.Queue,
+                   [this] {
+                     tmrPerfStats.SetEnabled(false);
+                     Housekeeping();
+                   }),
+      machine_(machine) {
+  Radio.Tap.TunedFrequency = [this] { return VFO() == nullptr ? 0 : VFO()->TunedFrequency(); };
+  Radio.Pump.OnDataOut = [this] {
+    OnBlockOut();
+    tmrPerfStats.SetInterval(kHousekeepingDelay);
+    tmrPerfStats.SetEnabled(true);
+  };
+}
+
+LiveRadio::~LiveRadio() = default;
+
+void LiveRadio::CreateSoundCard() {
+  soundCard_ = std::make_unique<QUORLDX8>(machine_.Sound, machine_.Queue, machine_.Boxes, *this);
+  soundEvents_ = std::make_unique<frmDX8Events>(*soundCard_);
+  QUORLDX8& card = *soundCard_;
+  card.FSampling = FSampling;
+  card.NoChannelsIn = NoChannelsIn;
+  card.NoChannelsOut = NoChannelsOut;
+  card.NoBlocksInBuffer = NoBlocksInBuffer;
+  card.SetSamplesPerEvent(SamplesPerEvent);
+  card.BitsPerSample = BitsPerSample;
+  card.Inp2OutpBufferRatio = Inp2OutpBufferRatio;
+}
+
+void LiveRadio::CreateTuning(SettingsStore& settings, std::int32_t interfaceType, bool shaftEncoder,
+                             const SettingsStore::LogSink& log) {
+  const TuningMachine machine{machine_.Serial, machine_.Printer, machine_.Queue, machine_.Boxes, settings};
+  tuning_ = std::make_unique<TuningChain>(machine, log);
+  tuning_->OpenInterface(interfaceType, shaftEncoder);
+  tuning_->CreateVFO(Radio.Vars.SDRModelNo, interfaceType);
+  SetLowSideLO(Radio.Vars, !VFO()->HiSideLO);
+}
+
+void LiveRadio::ReleaseTuning() {
+  tuning_.reset();
+}
+
+Failure LiveRadio::Start() {
+  return soundCard_->StartSound();
+}
+
+void LiveRadio::Stop() {
+  if (soundCard_) soundCard_->StopSound();
+  tmrPerfStats.SetEnabled(false);
+}
+
+void LiveRadio::Housekeeping() {
+  if (inPerfStats_) return;
+  inPerfStats_ = true;
+  BeforeFilters();
+  const bool peakMoved = Radio.Housekeeping();
+  AfterFilters(peakMoved);
+  inPerfStats_ = false;
+}
+
+void LiveRadio::SoundCard_DataReady(std::int16_t* samplesI, std::int16_t* samplesQ, std::int32_t) {
+  Radio.Pump.SoundCard_DataReady(samplesI, samplesQ);
+}
+
+void LiveRadio::SoundCard_DataOut(std::int16_t*, std::int32_t, std::int32_t) {
+  Radio.Pump.SoundCard_DataOut();
+}
+
+void LiveRadio::SetOutputAttenuation(std::int32_t hundredthsOfDecibel) {
+  attenuation_ = hundredthsOfDecibel;
+  if (soundCard_) soundCard_->SetOutputAttenuation(hundredthsOfDecibel);
+}
+
+void LiveRadio::Output(const std::int16_t* left, const std::int16_t* right) {
+  if (OnAudio) OnAudio(left, attenuation_);
+  if (soundCard_) soundCard_->Output(left, right);
+}
+
+}  // namespace quorl

@@ -1,0 +1,74 @@
+// The receiver on the air: engine, sound card and tuning road put together, with housekeeping after each
+// block.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "controls/Timer.h"
+#include "core/Receiver.h"
+#include "platform/Machine.h"
+#include "sound/QUORLDX8.h"
+#include "sound/SoundEvents.h"
+#include "sound/frmDX8Events.h"
+#include "tuning/TuningChain.h"
+
+namespace quorl {
+
+// Built in steps, so that whoever puts it together tells each step before it is taken. Without a sound card
+// it can be tuned; without a tuning road it can be heard.
+class LiveRadio final : public SoundEvents, public SoundOutput {
+ public:
+  // Everything outlives the radio.
+  LiveRadio(Machine& machine, BlockRecorder& recorder);
+  ~LiveRadio() override;
+
+  Receiver Radio;
+  Timer tmrPerfStats;  // armed by each block that leaves for the loudspeaker; one shot
+
+  // The sound object, with the format of the signal path. Opens nothing yet.
+  void CreateSoundCard();
+  // VFO, driver and interface of the board `Radio.Vars.SDRModelNo`; takes the LO side from the VFO. A port
+  // that can't be opened has been told to the user.
+  void CreateTuning(SettingsStore& settings, std::int32_t interfaceType, bool shaftEncoder,
+                    const SettingsStore::LogSink& log);
+  // Lets go of the road, which stores its settings.
+  void ReleaseTuning();
+
+  // Starts and stops reception. Start fails where a device can't be opened, which has been told to the user.
+  Failure Start();
+  void Stop();
+
+  QUORLDX8& SoundCard() { return *soundCard_; }
+  bool HasSoundCard() const { return soundCard_ != nullptr; }
+  TuningChain& Tuning() { return *tuning_; }
+  clsVFO* VFO() const { return tuning_ ? tuning_->VFO().get() : nullptr; }
+
+  // One round of housekeeping: `BeforeFilters`, the waits and rebuilds, `AfterFilters`. Not re-entered.
+  void Housekeeping();
+  std::function<void()> BeforeFilters = [] {};  // S-meter, statistics
+  std::function<void(bool peakMoved)> AfterFilters = [](bool) {};
+  std::function<void()> OnBlockOut = [] {};  // the tick of the display
+
+  // Told each block of audio [SamplesPerEvent] on its way to the sound card, and the card's attenuation in
+  // hundredths of a decibel.
+  std::function<void(const std::int16_t* block, std::int32_t attenuation)> OnAudio;
+
+  // SoundEvents and SoundOutput, between sound card and pump.
+  void SoundCard_DataReady(std::int16_t* samplesI, std::int16_t* samplesQ, std::int32_t n) override;
+  void SoundCard_DataOut(std::int16_t* buffer, std::int32_t readPtr, std::int32_t n) override;
+  void SetOutputAttenuation(std::int32_t hundredthsOfDecibel) override;
+  void Output(const std::int16_t* left, const std::int16_t* right) override;
+
+ private:
+  Machine& machine_;
+  std::unique_ptr<QUORLDX8> soundCard_;
+  std::unique_ptr<frmDX8Events> soundEvents_;
+  std::unique_ptr<TuningChain> tuning_;
+  std::int32_t attenuation_ = 0;
+  bool inPerfStats_ = false;
+};
+
+}  // namespace quorl

@@ -1,0 +1,92 @@
+#include "diagnostics/StatsPanel.h"
+
+#include <numeric>
+
+#include "support/Decibels.h"
+#include "support/Picture.h"
+#include "support/Rounding.h"
+
+namespace quorl {
+
+namespace {
+
+constexpr Colour kGreen = 0x00FF00, kYellow = 0x00FFFF, kRed = 0x0000FF;
+
+constexpr std::array<const char*, StatsPanel::kCount> kCaptions{
+    "Peak In", "Peak Out", "AGC Gain", "LO",      "DSP Window", "DSP Window",
+    "",        "",         "",         "Thread1", "Thread2",    "Thread3"};
+constexpr char kPanelText[] = "0";  // what a read-out holds before it is first written
+
+constexpr double kRingEntries = 47.0;
+constexpr double kFullScale = 32767.0;
+constexpr double kBlockPeriod = 0.042666666;  // seconds
+constexpr double kLoadLimit = 0.9;
+
+// The sound card's input wants its peaks in the middle band.
+Colour PeakInk(double peak) {
+  const std::int32_t whole = RoundHalfEven(peak);
+  if (whole < 0 || whole > 16383) return kRed;
+  return whole < 2048 ? kYellow : kGreen;
+}
+
+}  // namespace
+
+StatsPanel::StatsPanel(ControlRegistry& registry, PublicVars& vars, const PumpStatistics& statistics)
+    : chkPerfStatsOn(registry, "chkPerfStatsOn"),
+      lblStats(registry, "lblStats", kCount),
+      lblStatsVal(registry, "lblStatsVal", kCount),
+      vars_(vars),
+      statistics_(statistics) {
+  chkPerfStatsOn.Caption = "Statistics";
+  chkPerfStatsOn.ToolTip = "Measure levels and processor load";
+  chkPerfStatsOn.Click = [this] { chkPerfStatsOn_Click(); };
+  for (int i = 0; i < kCount; ++i) {
+    const std::string caption = kCaptions[static_cast<std::size_t>(i)];
+    lblStats(i).Caption = caption;
+    lblStatsVal(i).AccessibleName = caption;
+    lblStats(i).Visible = lblStatsVal(i).Visible = !caption.empty();
+    if (!caption.empty()) lblStatsVal(i).Caption = kPanelText;
+  }
+}
+
+void StatsPanel::chkPerfStatsOn_Click() {
+  vars_.PerfStatsOn = chkPerfStatsOn.Value();
+}
+
+template <typename Ring>
+double StatsPanel::Mean(const Ring& ring) {
+  return static_cast<double>(std::accumulate(ring.begin(), ring.end(), std::int64_t{0})) / kRingEntries;
+}
+
+void StatsPanel::Update() {
+  if (!vars_.PerfStatsOn) return;
+  const double peakIn = Mean(statistics_.PeakInRing);
+  ShowPeak(kPeakIn, peakIn);
+  lblStatsVal(kPeakIn).ForeColour = PeakInk(peakIn);
+  ShowPeak(kPeakOut, Mean(statistics_.PeakOutRing));
+  const double gain = vars_.AGCMeterGain;
+  lblStatsVal(kAGCGain).Caption = FormatPicture(gain, "#0.00  ") + FormatPicture(Decibels(gain), "#0.0 dB");
+  ShowLoad();
+}
+
+void StatsPanel::ShowPeak(int index, double peak) {
+  lblStatsVal(index).Caption =
+      FormatPicture(peak, "##,##0  ") + FormatPicture(Decibels(peak / kFullScale), "###,##0 dB");
+}
+
+void StatsPanel::ShowLoad() {
+  const double microseconds = Mean(statistics_.PumpTimeRing);
+  const double load = microseconds / 1000000.0 / kBlockPeriod;
+  lblStatsVal(kLoad).Caption = FormatPicture(load, "#0%");
+  lblStatsVal(kTime).Caption = FormatPicture(microseconds, "#,##0 uS");
+  const float margin = static_cast<float>(kLoadLimit - load);
+  // Once the margin is gone blocks are being lost: there is nothing to warn of any more.
+  const Colour ink = margin > 0.0F ? kGreen : kRed;
+  lblStatsVal(kLoad).ForeColour = lblStatsVal(kTime).ForeColour = ink;
+}
+
+void StatsPanel::ShowOscOut(std::int32_t oscOut) {
+  lblStatsVal(kLO).Caption = FormatPicture(oscOut / 10.0, "#0 000 000 Hz");
+}
+
+}  // namespace quorl

@@ -1,0 +1,42 @@
+// Questions and messages to the user: what the desktop shows as boxes and choosers.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace quorl {
+
+enum class MessageIcon { None, Information, Question, Warning, Critical };
+enum class MessageButtons { Ok, OkCancel, YesNo, YesNoCancel };
+enum class MessageAnswer { Ok, Cancel, Yes, No };
+
+struct MessageRequest {
+  std::string Text;   // may hold line ends
+  std::string Title;
+  MessageIcon Icon = MessageIcon::None;
+  MessageButtons Buttons = MessageButtons::Ok;
+};
+
+struct FileRequest {
+  std::string Title;
+  std::string Filter;     // "Description (*.ext)|*.ext", more pairs follow with '|'
+  std::string Directory;  // where to begin; empty is the user's choice of last time
+  std::string FileName;   // suggestion
+};
+
+// Every call returns when the user has answered; other events of the queue go on meanwhile.
+class Dialogs {
+ public:
+  virtual ~Dialogs() = default;
+  virtual MessageAnswer ShowMessage(const MessageRequest& request) = 0;
+  // Empty where the user cancelled.
+  virtual std::optional<std::string> AskText(const std::string& title, const std::string& prompt,
+                                             const std::string& suggestion) = 0;
+  virtual std::optional<std::string> AskOpenFile(const FileRequest& request) = 0;
+  virtual std::optional<std::string> AskSaveFile(const FileRequest& request) = 0;
+  // Colours as 24-bit numbers, blue in the high byte.
+  virtual std::optional<std::uint32_t> AskColour(std::uint32_t suggestion) = 0;
+};
+
+}  // namespace quorl

@@ -1,0 +1,35 @@
+// A serial port as three output lines and four input lines; no character is ever sent.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "support/Error.h"
+
+namespace quorl {
+
+enum class SerialLine { Rts, Dtr, Break };
+
+// Bits of the modem status word.
+struct ModemStatus {
+  static constexpr std::uint32_t Cts = 0x10, Dsr = 0x20, Ring = 0x40, Carrier = 0x80;
+};
+
+class SerialPort {
+ public:
+  virtual ~SerialPort() = default;
+  // `device` is a path such as /dev/ttyS0. Exclusive; the port's own settings stay as they are.
+  virtual Failure Open(const std::string& device) = 0;
+  virtual void Close() = 0;
+  virtual bool IsOpen() const = 0;
+  // True asserts the line (for Break: holds the break state). A closed port ignores it.
+  virtual void SetLine(SerialLine line, bool on) = 0;
+  // ModemStatus bits now; empty where the port is closed or the driver refuses.
+  virtual std::optional<std::uint32_t> Status() const = 0;
+  // `handler` runs on the event queue's thread at each change of CTS or DSR while the port is open.
+  virtual void OnStatusChange(std::function<void()> handler) = 0;
+};
+
+}  // namespace quorl

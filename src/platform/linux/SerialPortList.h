@@ -1,0 +1,19 @@
+// The serial ports that this machine has, for people to choose from.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace quorl {
+
+struct SerialPortInfo {
+  std::string Path;    // what to open: the name that stays with the adapter where it has one
+  std::string Device;  // the driver's name, such as /dev/ttyUSB0; may equal Path
+};
+
+// Adapters by their lasting names, then built-in ports with hardware behind them, then adapters without a
+// lasting name; each device once, sorted by path. No port is opened: that would move its lines. `root` is put
+// before /dev and /sys.
+std::vector<SerialPortInfo> ListSerialPorts(const std::string& root = "");
+
+}  // namespace quorl

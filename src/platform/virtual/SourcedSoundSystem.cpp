@@ -1,0 +1,157 @@
+#include "platform/virtual/SourcedSoundSystem.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "platform/StreamCaptureBuffer.h"
+
+namespace quorl {
+namespace {
+
+constexpr std::chrono::milliseconds kClockTick{10};
+constexpr int kErrorNoDevice = 1;
+constexpr std::int64_t kFramesAtOnce = 512;
+constexpr std::int64_t kMicrosecondsPerSecond = 1000000;
+
+}  // namespace
+
+class SourcedSoundSystem::Capture : public StreamCaptureBuffer {
+ public:
+  Capture(SourcedSoundSystem& system, const SoundFormat& format, int bytes, SoundNotifier notifier)
+      : StreamCaptureBuffer(system.events_, system.counters_, format, bytes, std::move(notifier)),
+        system_(system) {
+    system_.capture_ = this;
+  }
+  ~Capture() override {
+    system_.capture_ = nullptr;
+    system_.timer_->Stop();
+  }
+
+  Failure Start() override {
+    if (IsRunning()) return std::nullopt;
+    system_.origin_ = system_.clock_.Microseconds();
+    system_.framesDone_ = 0;
+    system_.timer_->Start(kClockTick);
+    return StreamCaptureBuffer::Start();
+  }
+  void Stop() override {
+    system_.timer_->Stop();
+    StreamCaptureBuffer::Stop();
+  }
+
+ private:
+  SourcedSoundSystem& system_;
+};
+
+// Passes everything on; hears the notifications first.
+class SourcedSoundSystem::Playback : public PlaybackBuffer {
+ public:
+  Playback(SourcedSoundSystem& system, int bytes, int bytesPerFrame)
+      : system_(system), bytes_(bytes), bytesPerFrame_(bytesPerFrame) {}
+  ~Playback() override { system_.playing_ = nullptr; }
+
+  void SetInner(std::unique_ptr<PlaybackBuffer> inner) {
+    inner_ = std::move(inner);
+    system_.playing_ = inner_.get();
+  }
+  void Heard(int eventId) {
+    const auto position = std::find_if(positions_.begin(), positions_.end(),
+                                       [eventId](const auto& item) { return item.EventId == eventId; });
+    if (position == positions_.end()) return;
+    const int distance = (position->Offset - lastOffset_ + bytes_ - 1) % bytes_ + 1;
+    lastOffset_ = position->Offset;
+    system_.Advance(distance / bytesPerFrame_);
+  }
+
+  void SetNotificationPositions(const std::vector<SoundNotification>& positions) override {
+    positions_ = positions;
+    inner_->SetNotificationPositions(positions);
+  }
+  Failure Play() override { return inner_->Play(); }
+  void Stop() override { inner_->Stop(); }
+  bool IsRunning() const override { return inner_->IsRunning(); }
+  void Write(int offset, int bytes, const void* source) override { inner_->Write(offset, bytes, source); }
+  void SetVolume(int hundredthsOfDecibel) override { inner_->SetVolume(hundredthsOfDecibel); }
+
+ private:
+  SourcedSoundSystem& system_;
+  const int bytes_, bytesPerFrame_;
+  int lastOffset_ = -1;
+  std::vector<SoundNotification> positions_;
+  std::unique_ptr<PlaybackBuffer> inner_;
+};
+
+SourcedSoundSystem::SourcedSoundSystem(SoundSystem& playback, SampleSource& source, EventQueue& queue,
+                                       const Clock& clock, std::string captureName)
+    : playback_(playback),
+      source_(source),
+      clock_(clock),
+      captureName_(std::move(captureName)),
+      timer_(queue.CreateTimer([this] { TickByClock(); })) {}
+
+SourcedSoundSystem::~SourcedSoundSystem() = default;
+
+std::unique_ptr<CaptureBuffer> SourcedSoundSystem::CreateCaptureBuffer(int device, const SoundFormat& format,
+                                                                       int bytes, SoundNotifier notifier,
+                                                                       Failure& failure) {
+  failure.reset();
+  if (device != 1 || capture_ != nullptr || format.Channels < 1 || format.Channels > 2) {
+    failure = Error{kErrorNoDevice, "\"" + captureName_ + "\" is the one capture device, and opened once"};
+    return nullptr;
+  }
+  rate_ = format.SampleRate;
+  return std::make_unique<Capture>(*this, format, bytes, std::move(notifier));
+}
+
+std::unique_ptr<PlaybackBuffer> SourcedSoundSystem::CreatePlaybackBuffer(int device,
+                                                                         const SoundFormat& format, int bytes,
+                                                                         SoundNotifier notifier,
+                                                                         Failure& failure) {
+  auto outer = std::make_unique<Playback>(*this, bytes, format.Channels * format.BitsPerSample / 8);
+  auto inner = playback_.CreatePlaybackBuffer(
+      device, format, bytes,
+      [heard = outer.get(), notifier = std::move(notifier)](int eventId) {
+        heard->Heard(eventId);
+        notifier(eventId);
+      },
+      failure);
+  if (!inner) return nullptr;
+  outer->SetInner(std::move(inner));
+  return outer;
+}
+
+SoundStatistics SourcedSoundSystem::Statistics() const {
+  SoundStatistics statistics = playback_.Statistics();
+  statistics.CapturedBlocks = counters_.CapturedBlocks.load();
+  return statistics;
+}
+
+void SourcedSoundSystem::Advance(std::int64_t frames) {
+  std::array<std::int16_t, 2 * kFramesAtOnce> block;
+  while (frames > 0 && capture_ != nullptr && capture_->IsRunning()) {
+    const int part = static_cast<int>(std::min(frames, kFramesAtOnce));
+    frames -= part;
+    source_.Render(block.data(), part);
+    if (capture_->Channels() == 1) {
+      for (std::size_t i = 0; i < static_cast<std::size_t>(part); ++i) block[i] = block[2 * i];
+    }
+    if (capture_->Deliver(block.data(), part, clock_.Microseconds())) events_.Deliver();
+  }
+}
+
+void SourcedSoundSystem::TickByClock() {
+  const std::int64_t now = clock_.Microseconds();
+  const std::int64_t frames = (now - origin_) * rate_ / kMicrosecondsPerSecond - framesDone_;
+  const bool pacedByPlayback = playing_ != nullptr && playing_->IsRunning();
+  // After more than a second of standing still the past is not rendered any more.
+  if (pacedByPlayback || frames > rate_) {
+    origin_ = now;
+    framesDone_ = 0;
+    return;
+  }
+  framesDone_ += frames;
+  Advance(frames);
+}
+
+}  // namespace quorl

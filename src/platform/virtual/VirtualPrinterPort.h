@@ -1,0 +1,50 @@
+// A printer port made of memory: keeps what was written to its pins.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <vector>
+
+#include "platform/LineListener.h"
+#include "platform/PrinterPort.h"
+#include "platform/virtual/VirtualClock.h"
+
+namespace quorl {
+
+// One write.
+struct PrinterLevel {
+  std::int64_t Microsecond = 0;
+  std::uint16_t Address = 0;
+  std::uint8_t Value = 0;
+  bool Changed = false;  // false where the pins already stood so
+
+  bool operator==(const PrinterLevel&) const = default;
+};
+
+// One connector that answers at every address; a test looks at PrinterLevel::Address.
+class VirtualPrinterPort : public PrinterPort {
+ public:
+  explicit VirtualPrinterPort(VirtualClock& clock) : clock_(clock) {}
+
+  void Write(std::uint16_t address, std::uint8_t value) override;
+
+  // Null takes the listener away. It must outlive its time here.
+  void SetListener(LineListener* listener) { listener_ = listener; }
+  // Time that the clock moves on with each write. 0 at creation.
+  void SetWriteTime(std::chrono::microseconds time) { writeTime_ = time; }
+  // The writes so far, oldest first. A long run had better switch the recording off.
+  const std::vector<PrinterLevel>& Levels() const { return levels_; }
+  void ClearLevels() { levels_.clear(); }
+  void SetRecording(bool on) { recording_ = on; }
+  std::uint8_t Value() const { return value_; }
+
+ private:
+  VirtualClock& clock_;
+  LineListener* listener_ = nullptr;
+  bool recording_ = true;
+  std::uint8_t value_ = 0;
+  std::chrono::microseconds writeTime_{0};
+  std::vector<PrinterLevel> levels_;
+};
+
+}  // namespace quorl

@@ -1,0 +1,46 @@
+// Reads the samples of a WAV file block by block, in bounded memory whatever the file's length.
+#pragma once
+
+#include <istream>
+#include <memory>
+#include <string>
+
+#include "recorder/SampleStream.h"
+
+namespace quorl {
+
+// What a file must be to be taken.
+struct WavNeeds {
+  int SampleRate = 48000;  // Hz, exactly
+  int MaxChannels = 2;     // 1 up to this many
+};
+
+// Takes RIFF/WAVE files with 16-bit PCM, plain or in the extensible format, with any chunks before "data".
+// Bytes after the samples are left alone.
+class WavReader final : public SampleReader {
+ public:
+  // Reads up to the first sample. `name` stands in front of messages. Null with `failure` set where the
+  // stream doesn't hold what `needs` tells, or less than its header promises, as far as that shows before
+  // reading (a stream that can't seek shows it at its end, by Read).
+  static std::unique_ptr<WavReader> Open(std::unique_ptr<std::istream> in, const std::string& name,
+                                         const WavNeeds& needs, Failure& failure);
+  // The same on a file.
+  static std::unique_ptr<WavReader> OpenFile(const std::string& path, const WavNeeds& needs,
+                                             Failure& failure);
+
+  int Channels() const override { return channels_; }
+  std::optional<std::int64_t> Frames() const override { return frames_; }
+  int Read(std::int16_t* interleaved, int frames, Failure& failure) override;
+
+ private:
+  WavReader(std::unique_ptr<std::istream> in, std::string name, int channels, std::int64_t frames)
+      : in_(std::move(in)), name_(std::move(name)), channels_(channels), frames_(frames), left_(frames) {}
+
+  std::unique_ptr<std::istream> in_;
+  std::string name_;
+  int channels_;
+  std::int64_t frames_;
+  std::int64_t left_;
+};
+
+}  // namespace quorl

@@ -1,0 +1,117 @@
+#include "tuning/TuningChain.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "support/Product.h"
+#include "support/Text.h"
+#include "tuning/clsAD9835.h"
+#include "tuning/clsAD9951.h"
+
+namespace quorl {
+namespace {
+
+enum class Chip { AD9951, AD9835 };
+
+struct Board {
+  const char* VFOName;
+  Chip Driver;
+  std::int32_t IFFrequency;  // Hz
+  bool AutoUpdate;
+};
+
+constexpr double kTuneStep = 1000;  // dHz
+constexpr Board kDRT1 = {"VFO1.DRT1", Chip::AD9951, 45000000, true};
+constexpr Board kElektorDRM = {"VFO1.ElektorDRM", Chip::AD9835, 455000, false};
+constexpr Board kRXIQ = {"VFO1.RXIQ", Chip::AD9951, 45000000, true};
+
+const Board& BoardOf(std::int32_t SDRModelNo) {
+  return SDRModelNo == 0 ? kDRT1 : SDRModelNo == 1 ? kElektorDRM : kRXIQ;
+}
+
+}  // namespace
+
+TuningChain::TuningChain(TuningMachine machine, SettingsStore::LogSink log)
+    : machine_(machine),
+      log_(std::move(log)),
+      serial_(
+          std::make_shared<clsDDSSerialIF>(machine.Serial, machine.Events, machine.Boxes, machine.Settings)),
+      parallel_(std::make_shared<clsDDSParallelIF>(machine.Printer, machine.Events, machine.Settings)) {
+  serial_->Name = "DDSSerialIF";
+  serial_->RestoreSettings();
+  parallel_->Name = "DDSParallelIF";
+  parallel_->RestoreSettings();
+}
+
+void TuningChain::Log(const std::string& line) const {
+  if (log_) {
+    log_(line);
+  }
+}
+
+bool TuningChain::OpenInterface(std::int32_t interfaceType, bool shaftEncoder) {
+  if (interfaceType == InterfaceType::Serial) {
+    return serial_->OpenPort(shaftEncoder) > 0;
+  }
+  if (interfaceType == InterfaceType::Parallel) {
+    return true;
+  }
+  machine_.Boxes.ShowMessage(
+      {.Text = "Unknown DDSIFType specified in Registry - Check DDSIFType key - No interface initialised",
+       .Title = kProductName});
+  return false;
+}
+
+std::shared_ptr<Oscillator> TuningChain::CreateAD9951(std::int32_t interfaceType) {
+  auto driver = std::make_shared<clsAD9951>(machine_.Settings, machine_.Boxes);
+  driver->Name = "DDSAD9951";
+  if (interfaceType == InterfaceType::Serial) {
+    driver->IFHandler = serial_;
+  } else {
+    Log(driver->Name + ": this chip can only be tuned over the serial interface - No interface initialised");
+  }
+  if (const auto failure = driver->RestoreSettings()) {
+    Log(failure->Text);
+  }
+  return driver;
+}
+
+std::shared_ptr<Oscillator> TuningChain::CreateAD9835(std::int32_t interfaceType) {
+  auto driver = std::make_shared<clsAD9835>(machine_.Settings, machine_.Boxes);
+  driver->Name = "DDSAD9835";
+  if (interfaceType == InterfaceType::Serial) {
+    driver->IFHandler = serial_;
+  } else if (interfaceType == InterfaceType::Parallel) {
+    driver->IFHandler = parallel_;
+  }
+  return driver;
+}
+
+void TuningChain::CreateVFO(std::int32_t SDRModelNo, std::int32_t interfaceType) {
+  const Board& board = BoardOf(SDRModelNo);
+  vfo_ = std::make_shared<clsVFO>(machine_.Settings);
+  driver_ = board.Driver == Chip::AD9951 ? CreateAD9951(interfaceType) : CreateAD9835(interfaceType);
+  vfo_->OscType = driver_;
+  if (const auto failure = driver_->Initialise()) {
+    Log(failure->Text);
+  }
+
+  vfo_->Name = board.VFOName;
+  vfo_->SetCalibOffset(0);
+  vfo_->SetIFFrequency(board.IFFrequency);
+  vfo_->HiSideLO = true;
+  vfo_->OscMultiplier = 1;
+  vfo_->SetTuneStep(kTuneStep);
+  vfo_->AutoUpdate = board.AutoUpdate;
+  vfo_->DDSInterfaceType = interfaceType;
+  vfo_->RestoreSettings();
+
+  if (driver_->MaxFreq / 10 <= vfo_->IFFrequency()) {
+    Log(driver_->Name + ": a clock of " + NumberText(driver_->ClkIn()) +
+        " Hz is too low for this board, half of it must lie above the IF of " +
+        NumberText(vfo_->IFFrequency()) + " Hz - set the DDS clock in the configuration");
+  }
+}
+
+}  // namespace quorl

@@ -1,0 +1,66 @@
+// The road from a tuned frequency to the chip, built for one receiver board: VFO, chip driver, line
+// interfaces.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "config/SettingsStore.h"
+#include "platform/Dialogs.h"
+#include "platform/EventQueue.h"
+#include "platform/PrinterPort.h"
+#include "platform/SerialPort.h"
+#include "tuning/clsDDSParallelIF.h"
+#include "tuning/clsDDSSerialIF.h"
+#include "tuning/clsVFO.h"
+
+namespace quorl {
+
+// Values of DDSInterfaceType and of setting "VFO1.IFType".
+namespace InterfaceType {
+inline constexpr std::int32_t Serial = 0, Parallel = 1;
+}
+
+// What the chain stands on; all of it must outlive the chain.
+struct TuningMachine {
+  SerialPort& Serial;
+  PrinterPort& Printer;
+  EventQueue& Events;
+  Dialogs& Boxes;
+  SettingsStore& Settings;
+};
+
+// When the chain goes, VFO, driver and interfaces write their settings to the store, in this order.
+class TuningChain {
+ public:
+  // Makes both interfaces with their stored settings; nothing is opened yet.
+  TuningChain(TuningMachine machine, SettingsStore::LogSink log);
+
+  // Opens the interface of that type; a serial port in event mode where a shaft encoder is to be read from
+  // it. False where it couldn't be opened or the type is unknown, which a message has told then.
+  bool OpenInterface(std::int32_t interfaceType, bool shaftEncoder);
+  // Makes driver and VFO of the board `SDRModelNo` on that interface, with their stored settings, and
+  // initialises the chip. Tunes nothing. What can't work goes to the log in one line, and the chain still
+  // records frequencies: an AD9951 on a printer port (it gets no handler), a clock too low for the board.
+  void CreateVFO(std::int32_t SDRModelNo, std::int32_t interfaceType);
+
+  clsDDSSerialIF& SerialIF() { return *serial_; }
+  clsDDSParallelIF& ParallelIF() { return *parallel_; }
+  // Empty before CreateVFO.
+  const std::shared_ptr<clsVFO>& VFO() const { return vfo_; }
+  const std::shared_ptr<Oscillator>& Driver() const { return driver_; }
+
+ private:
+  std::shared_ptr<Oscillator> CreateAD9951(std::int32_t interfaceType);
+  std::shared_ptr<Oscillator> CreateAD9835(std::int32_t interfaceType);
+  void Log(const std::string& line) const;
+
+  TuningMachine machine_;
+  SettingsStore::LogSink log_;
+  std::shared_ptr<clsDDSSerialIF> serial_;
+  std::shared_ptr<clsDDSParallelIF> parallel_;
+  std::shared_ptr<Oscillator> driver_;
+  std::shared_ptr<clsVFO> vfo_;
+};
+
+}  // namespace quorl

@@ -1,0 +1,422 @@
+#include "tuning/TuningPanel.h"
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+
+#include "dsp/VariableFilters.h"
+#include "state/PublicConstants.h"
+#include "support/Picture.h"
+
+namespace quorl {
+
+namespace {
+
+constexpr std::array<const char*, 5> kVFOControlItems{"Cancel", "-", "Set Tuning Rate", "Lock Tune Rate",
+                                                      "Unlock Tune rate"};
+enum VFOControlItem : std::int32_t { kSetTuningRate = 2, kLockTuneRate = 3, kUnlockTuneRate = 4 };
+
+constexpr const char* kClickToLock = "Click to Lock Tuning Rate";
+constexpr const char* kClickToUnlock = "Click to Unlock Tuning Rate";
+
+// Less than any grid: an unlocked dial brings the frequency onto the grid and no further.
+constexpr double kUnlockedDialStep = 0.0001;
+
+// The digit that goes with a range of the step table, up to and including `LastIndex`.
+struct StepRange {
+  std::int32_t LastIndex, Digit;
+};
+constexpr std::array<StepRange, 5> kStepRanges{{{4, 4}, {7, 5}, {10, 6}, {13, 7}, {16, 8}}};
+
+double Weight(std::int32_t digit) {
+  return std::pow(10.0, TuningPanel::kDigits - 1 - digit);
+}
+
+std::string StepText(double dHz) {
+  const auto text = [](double value) { return FormatPicture(value, "0.####"); };
+  const auto trimmed = [&](double value) {
+    std::string digits = text(value);
+    while (digits.find('.') != std::string::npos && (digits.back() == '0' || digits.back() == '.')) digits.pop_back();
+    return digits;
+  };
+  if (dHz >= 10000.0) return trimmed(dHz / 10000.0) + " KHz";
+  if (dHz >= 10.0) return trimmed(dHz / 10.0) + " Hz";
+  return trimmed(dHz) + " dHz";
+}
+
+std::array<std::string, TuneSteps.size()> StepTexts() {
+  std::array<std::string, TuneSteps.size()> texts;
+  for (std::size_t i = 0; i < texts.size(); ++i) texts[i] = StepText(TuneSteps[i]);
+  return texts;
+}
+
+std::array<const char*, TuneSteps.size()> Pointers(const std::array<std::string, TuneSteps.size()>& texts) {
+  std::array<const char*, TuneSteps.size()> pointers;
+  for (std::size_t i = 0; i < texts.size(); ++i) pointers[i] = texts[i].c_str();
+  return pointers;
+}
+
+}  // namespace
+
+TuningPanel::TuningPanel(ControlRegistry& registry, EventQueue& queue, const Clock& clock, PublicVars& vars,
+                         TuningPanelLinks links)
+    : frFreqCtl(registry, "frFreqCtl"),
+      lbl7Seg(registry, "lbl7Seg", kDigits),
+      picFreqDisp(registry, "picFreqDisp"),
+      dialtuner(registry, "dialtuner"),
+      cboTuningSteps(registry, "cboTuningSteps"),
+      lblTuningRate(registry, "lblTuningRate"),
+      lblTuneDialRate(registry, "lblTuneDialRate"),
+      lblClock(registry, "lblClock"),
+      imgTuneStepLock(registry, "imgTuneStepLock"),
+      mnuVFOControlSub(registry, "mnuVFOControlSub", kVFOControlItems),
+      mnuVFOStepSub(registry, "mnuVFOStepSub", Pointers(StepTexts())),
+      chkTuneLo(registry, "chkTuneLo"),
+      tmrTune(queue, [this] { tmrTune_Timer(); }),
+      tmrShaft(queue, [this] { tmrShaft_Timer(); }),
+      tmrVFOUpdate(queue, [this] { tmrVFOUpdate_Timer(); }),
+      tmrClock(queue, [this] { tmrClock_Timer(); }),
+      clock_(clock),
+      vars_(vars),
+      links_(std::move(links)),
+      shaftProfiler_(clock) {
+  chkTuneLo.Caption = "Low Side LO";
+  chkTuneLo.ToolTip = "Lo Side LO Injection (Elektor DRM)";
+  chkTuneLo.Click = [this] { chkTuneLo_Click(); };
+  dialtuner.Change = [this] { dialtuner_Change(); };
+  picFreqDisp.KeyDown = [this](Key key) { picFreqDisp_KeyDown(key); };
+  picFreqDisp.KeyUp = [this](Key) { picFreqDisp_KeyUp(); };
+  picFreqDisp.MouseMove = [this] { links_.ActivateDisplay(); };
+  picFreqDisp.MouseUp = [this](MouseButton button) {
+    if (button == MouseButton::Left) TuneUpHeld = false;
+    if (button == MouseButton::Right) TuneDownHeld = false;
+  };
+  ConnectDigits();
+  ConnectRate();
+}
+
+void TuningPanel::ConnectDigits() {
+  for (std::int32_t i = 0; i < kDigits; ++i) {
+    Label& digit = lbl7Seg(i);
+    digit.MouseMove = [this, i] { lbl7Seg_MouseMove(i); };
+    digit.Click = [this, i] { lbl7Seg_DblClick(i); };
+    digit.DblClick = [this, i] { lbl7Seg_DblClick(i); };
+    digit.MouseDown = [this, i](MouseButton button) {
+      if (button != MouseButton::Right) return;
+      mnuVFOControlSub.Tag = std::to_string(i);
+      mnuVFOControlSub.PopUp();
+    };
+    digit.Wheel = [this, i](int notches, Modifiers) {
+      lbl7Seg_MouseMove(i);
+      Step(notches > 0 ? TuneRate : -TuneRate);
+    };
+  }
+}
+
+void TuningPanel::ConnectRate() {
+  imgTuneStepLock.Visible = false;
+  imgTuneStepLock.ToolTip = "Double Click to Unlock Tune Rate";
+  imgTuneStepLock.DblClick = [this] { imgTuneStepLock_DblClick(); };
+  lblTuningRate.ToolTip = kClickToLock;
+  lblTuningRate.Click = [this] { lblTuningRate_Click(); };
+  lblTuneDialRate.ToolTip = "Right Click to Set Tune Step";
+  cboTuningSteps.Visible = false;
+  cboTuningSteps.ToolTip = "Left Click to Lock Tune Rate, Right Click to Set Tune Step";
+  cboTuningSteps.Click = [this] { cboTuningSteps_Click(); };
+  cboTuningSteps.LostFocus = [this] { cboTuningSteps.Visible = false; };
+  cboTuningSteps.KeyDown = [this](Key key) {
+    if (key.Code == Key::Escape) cboTuningSteps.Visible = false;
+  };
+  // The view puts the selector next to the control that its tag names.
+  for (Label* label : {&lblTuningRate, &lblTuneDialRate}) {
+    label->MouseDown = [this, label](MouseButton button) {
+      if (button != MouseButton::Right) return;
+      cboTuningSteps.Tag = label->Name();
+      cboTuningSteps.Visible = true;
+    };
+  }
+  mnuVFOControlSub.Tag = "0";
+  mnuVFOControlSub.Click = [this](int index) { mnuVFOControlSub_Click(index); };
+  mnuVFOStepSub.Click = [this](int index) { SetTuningRate(index, false); };
+}
+
+void TuningPanel::SetVFO(clsVFO* vfo) {
+  vfo_ = vfo;
+  if (vfo_ != nullptr) TuneRate = static_cast<float>(vfo_->TuneStep());
+}
+
+void TuningPanel::SetEncoder(clsDDSSerialIF* serial) {
+  encoder_ = serial;
+  if (encoder_ != nullptr) encoder_->OnComm = [this] { DecodeShaft(); };
+}
+
+void TuningPanel::SetColours(Colour normal, Colour focus, Colour tuning) {
+  normal_ = normal;
+  focus_ = focus;
+  tuning_ = tuning;
+  for (std::int32_t i = 0; i < kDigits; ++i) lbl7Seg(i).ForeColour = i == lastDigit_ ? focus_ : normal_;
+  lblTuningRate.ForeColour = TuningRateLocked ? tuning_ : focus_;
+  chkTuneLo.ForeColour = chkTuneLo.Value() ? tuning_ : normal_;
+}
+
+void TuningPanel::FillTuningSteps() {
+  const auto texts = StepTexts();
+  cboTuningSteps.SetItems({texts.begin(), texts.end()});
+}
+
+void TuningPanel::Display7Seg(const std::string& text) {
+  if (text == displayed_) return;
+  displayed_ = text;
+  const std::size_t surplus = text.size() > kDigits ? text.size() - kDigits : 0;
+  for (std::int32_t i = 0; i < kDigits; ++i) {
+    const std::size_t at = surplus + static_cast<std::size_t>(i);
+    lbl7Seg(i).Caption = at < text.size() ? text.substr(at, 1) : std::string();
+  }
+  if (vfo_ != nullptr) links_.ShowOscillator(FormatPicture(vfo_->OscOut / 10.0, "#0 000 000 Hz"));
+}
+
+void TuningPanel::DisplayFrequency() {
+  if (vfo_ == nullptr) return;
+  const double dHz = static_cast<double>(vfo_->TunedFrequency()) + vars_.BFOOffset * 10.0;
+  Display7Seg(FormatPicture(dHz < 0.0 ? 0.0 : dHz, "000000000"));
+}
+
+void TuningPanel::Step(double dHz) {
+  if (vfo_ == nullptr || dHz == 0.0) return;
+  if (dHz > 0.0) {
+    vfo_->Inc_Freq(dHz);
+  } else {
+    double decrement = -dHz;
+    vfo_->Dec_Freq(decrement);
+  }
+}
+
+// Turns the knob along with a tuning that came from elsewhere: only a hand on it tunes.
+void TuningPanel::TurnDial(std::int32_t steps) {
+  inDial_ = true;
+  dialtuner.SetValue(dialtuner.Value() + steps);
+  dialLastValue_ = dialtuner.Value();
+  inDial_ = false;
+}
+
+void TuningPanel::dialtuner_Change() {
+  if (inDial_ || vfo_ == nullptr) return;
+  inDial_ = true;
+  const double step = TuningRateLocked ? vfo_->TuneStep() : kUnlockedDialStep;
+  const std::int32_t delta = dialtuner.Value() - dialLastValue_;
+  dialLastValue_ = dialtuner.Value();
+  if (delta != 0) Step(delta > 0 ? step : -step);
+  inDial_ = false;
+}
+
+void TuningPanel::tmrTune_Timer() {
+  if (TuneUpHeld) {
+    Step(TuneRate);
+    TurnDial(1);
+    TuneUpHeld = false;
+  }
+  if (TuneDownHeld) {
+    Step(-TuneRate);
+    TurnDial(-1);
+    TuneDownHeld = false;
+  }
+  DisplayFrequency();
+  links_.ScopePeriodic();
+  lblTuneDialRate.Caption = lblTuningRate.Caption;
+}
+
+void TuningPanel::tmrVFOUpdate_Timer() {
+  if (vfo_ == nullptr) return;
+  if (vfo_->AutoUpdate && vfo_->OscType != nullptr && !vfo_->OscType->CMDOutActive) vfo_->OscType->Refresh();
+  // At odd times, so that its clicks in a weak signal never fall into step with anything.
+  random_ = random_ * 1664525U + 1013904223U;
+  tmrVFOUpdate.SetInterval(1500 + static_cast<int>(1500.0 * random_ / 4294967296.0));
+}
+
+void TuningPanel::tmrClock_Timer() {
+  const LocalTime now = clock_.Now();
+  char text[16];
+  std::snprintf(text, sizeof text, "%02d:%02d:%02d", now.Hour % 100, now.Minute % 100, now.Second % 100);
+  lblClock.Caption = std::string(text);
+}
+
+void TuningPanel::HighlightDigit(std::int32_t digit) {
+  lbl7Seg(lastDigit_).ForeColour = normal_;
+  lbl7Seg(digit).ForeColour = focus_;
+  lastDigit_ = digit;
+  picFreqDisp.Tag = std::to_string(digit);  // where the view puts the highlight
+}
+
+void TuningPanel::lbl7Seg_MouseMove(std::int32_t index) {
+  links_.ActivateDisplay();
+  if (vfo_ == nullptr || index == lastDigit_ || vfo_->TuneStepLock || TuningRateLocked) return;
+  TuneRate = static_cast<float>(Weight(index));
+  TuneDigit = index;
+  SetTuneDigit(index, 1.0F);
+}
+
+void TuningPanel::SetTuneDigit(std::int32_t digit, float multiplier) {
+  if (vfo_ != nullptr) vfo_->SetTuneStep(Weight(digit) * multiplier);
+  ShowRate(digit);
+  HighlightDigit(digit);
+}
+
+void TuningPanel::ShowRate(std::int32_t digit) {
+  if (vfo_ == nullptr) return;
+  const double step = vfo_->TuneStep();
+  const auto text = [](double value) {
+    char digits[32];
+    std::snprintf(digits, sizeof digits, "%.6g", value);
+    return std::string(digits);
+  };
+  if (digit <= 1) {
+    lblTuningRate.Caption = FormatPicture(step / 10000000.0, "0") + " MHz";
+  } else if (digit <= 4) {
+    lblTuningRate.Caption = text(step / 10000.0) + " KHz";
+  } else if (digit <= 7) {
+    lblTuningRate.Caption = text(step / 10.0) + " Hz";
+  } else {
+    lblTuningRate.Caption = text(step) + " dHz";
+  }
+}
+
+void TuningPanel::LockDigit(std::int32_t digit) {
+  vfo_->TuneStepLock = false;
+  SetTuneDigit(digit, 1.0F);
+  TuneDigit = digit;
+  TuneRate = static_cast<float>(vfo_->TuneStep());
+}
+
+void TuningPanel::lbl7Seg_DblClick(std::int32_t index) {
+  if (vfo_ == nullptr) return;
+  if (vfo_->TuneStepLock && index != lastDigit_) LockDigit(index);
+  TuningRateLocked = true;
+  vfo_->TuneStepLock = true;
+  imgTuneStepLock.Visible = true;
+}
+
+void TuningPanel::imgTuneStepLock_DblClick() {
+  TuningRateLocked = false;
+  if (vfo_ != nullptr) vfo_->TuneStepLock = false;
+  imgTuneStepLock.Visible = false;
+}
+
+void TuningPanel::lblTuningRate_Click() {
+  TuningRateLocked = !TuningRateLocked;
+  lblTuningRate.ForeColour = TuningRateLocked ? tuning_ : focus_;
+  lblTuningRate.ToolTip = std::string(TuningRateLocked ? kClickToUnlock : kClickToLock);
+}
+
+void TuningPanel::mnuVFOControlSub_Click(std::int32_t index) {
+  if (vfo_ == nullptr) return;
+  const std::int32_t digit = mnuVFOControlSub.Tag().at(0) - '0';
+  if (index == kSetTuningRate) {
+    cboTuningSteps.Tag = lbl7Seg(digit).Name();
+    cboTuningSteps.Visible = true;
+  } else if (index == kLockTuneRate) {
+    LockDigit(digit);
+    vfo_->TuneStepLock = true;
+    TuningRateLocked = true;
+  } else if (index == kUnlockTuneRate) {
+    TuningRateLocked = false;
+    vfo_->TuneStepLock = false;
+  }
+  imgTuneStepLock.Visible = vfo_->TuneStepLock;
+}
+
+void TuningPanel::cboTuningSteps_Click() {
+  const std::int32_t index = cboTuningSteps.ListIndex();
+  if (index < 0) return;
+  links_.StoreTuneStep(TuneSteps[static_cast<std::size_t>(index)]);
+  SetTuningRate(index, true);
+}
+
+void TuningPanel::SetTuningRate(std::int32_t index, bool override) {
+  if (vfo_ == nullptr) return;
+  if (override) vfo_->TuneStepLock = false;
+  if (vfo_->TuneStepLock) return;
+  constexpr auto kLast = static_cast<std::int32_t>(TuneSteps.size()) - 1;
+  TuneStepIndex = index > kLast ? 0 : index < 0 ? kLast : index;
+  const double step = TuneSteps[static_cast<std::size_t>(TuneStepIndex)];
+  vfo_->SetTuneStepLSD(step);
+  for (const StepRange& range : kStepRanges) {
+    if (TuneStepIndex > range.LastIndex) continue;
+    SetTuneDigit(range.Digit, static_cast<float>(step / Weight(range.Digit)));
+    break;
+  }
+  vfo_->TuneStepLock = true;
+}
+
+void TuningPanel::picFreqDisp_KeyDown(Key key) {
+  if (vfo_ == nullptr || !links_.DisplayIsActive()) return;
+  if (!digitFromRate_) {
+    digitFromRate_ = true;
+    if (TuneRate >= 1.0F) TuneDigit = kDigits - 1 - static_cast<std::int32_t>(std::log10(TuneRate));
+  }
+  switch (key.Code) {
+    case Key::A:
+    case Key::Up:
+      TuneUpHeld = true;
+      TuneDownHeld = false;
+      break;
+    case Key::Z:
+    case Key::Down:
+      TuneDownHeld = true;
+      TuneUpHeld = false;
+      break;
+    case Key::Left:
+    case Key::Right:
+      TuneDigit = (TuneDigit + (key.Code == Key::Left ? kDigits - 1 : 1)) % kDigits;
+      SetTuneDigit(TuneDigit, 1.0F);
+      break;
+    default:
+      break;
+  }
+  TuneRate = static_cast<float>(vfo_->TuneStep());
+}
+
+void TuningPanel::picFreqDisp_KeyUp() {
+  TuneUpHeld = TuneDownHeld = false;
+  if (vfo_ != nullptr) TuneRate = static_cast<float>(vfo_->TuneStep());
+}
+
+void TuningPanel::chkTuneLo_Click() {
+  const bool low = chkTuneLo.Value();
+  chkTuneLo.ForeColour = low ? tuning_ : normal_;
+  SetLowSideLO(vars_, low);
+  if (vfo_ == nullptr) return;
+  vfo_->HiSideLO = !low;
+  vfo_->SetTunedFrequency(vfo_->TunedFrequency());
+  Display7Seg(vfo_->FormattedTunedFreq());
+}
+
+void TuningPanel::DecodeShaft() {
+  if (!ShaftEnabled || encoder_ == nullptr || vfo_ == nullptr) return;
+  const int direction = shaftDecoder_.Decode(encoder_->GetEncoderBits());
+  if (direction == 0) return;
+  if (ShaftAutoRateOn) {
+    shaftUpCount_ = direction > 0 ? 1 : 0;
+    shaftDownCount_ = direction > 0 ? 0 : 1;
+    ShaftAutoRateStep();
+  } else {
+    Step(direction * vfo_->TuneStep());
+    TurnDial(direction);
+  }
+}
+
+void TuningPanel::ShaftAutoRateStep() {
+  shaftProfiler_.StopTiming();
+  const ShaftStep step = shaftRate_.StepAfter(shaftProfiler_.ElapsedTime());
+  shaftProfiler_.StartTiming();
+  vfo_->SetTuneStep(step.TuneStep);
+  vfo_->SetTuneStepLSD(step.TuneStepLSD);
+}
+
+void TuningPanel::tmrShaft_Timer() {
+  if (vfo_ == nullptr) return;
+  if (shaftUpCount_ > 0) Step(shaftUpCount_ * vfo_->TuneStep());
+  if (shaftDownCount_ > 0) Step(-shaftDownCount_ * vfo_->TuneStep());
+  shaftUpCount_ = shaftDownCount_ = 0;
+}
+
+}  // namespace quorl

@@ -1,0 +1,120 @@
+// The tuning front panel: nine digits, dial, held keys and mouse buttons, step selector, shaft encoder.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "controls/Controls.h"
+#include "controls/Timer.h"
+#include "diagnostics/Profiler.h"
+#include "platform/Clock.h"
+#include "platform/EventQueue.h"
+#include "state/PublicVars.h"
+#include "tuning/ShaftDecoder.h"
+#include "tuning/clsDDSSerialIF.h"
+#include "tuning/clsVFO.h"
+
+namespace quorl {
+
+// What the panel needs of the panels beside it. Every entry may stay as it is.
+struct TuningPanelLinks {
+  std::function<void()> ActivateDisplay = [] {};               // gives the digits the keys
+  std::function<bool()> DisplayIsActive = [] { return true; };  // whether they have them
+  std::function<void(const std::string& text)> ShowOscillator = [](const std::string&) {};
+  std::function<void()> ScopePeriodic = [] {};
+  std::function<void(std::int32_t dHz)> StoreTuneStep = [](std::int32_t) {};  // in the active sub-band
+};
+
+// The rate is free (moving over the digits chooses it), locked (TuningRateLocked), or the VFO's step is locked
+// (TuneStepLock, imgTuneStepLock shown). Digit i weighs 10^(8 - i) dHz.
+class TuningPanel {
+ public:
+  static constexpr int kDigits = 9;
+
+  TuningPanel(ControlRegistry& registry, EventQueue& queue, const Clock& clock, PublicVars& vars,
+              TuningPanelLinks links);
+
+  // Tunes through `vfo` from now on, which must outlive the panel or be taken away with null. The rate starts as
+  // its step.
+  void SetVFO(clsVFO* vfo);
+  // Reads the encoder from `serial`; null for none.
+  void SetEncoder(clsDDSSerialIF* serial);
+  // The colours of a digit, of the chosen one, and of what stands for tuning.
+  void SetColours(Colour normal, Colour focus, Colour tuning);
+
+  Frame frFreqCtl;
+  ControlArray<Label> lbl7Seg;
+  Picture picFreqDisp;
+  Dial dialtuner;
+  ComboBox cboTuningSteps;
+  Label lblTuningRate, lblTuneDialRate, lblClock;
+  Picture imgTuneStepLock;
+  Menu mnuVFOControlSub, mnuVFOStepSub;
+  CheckBox chkTuneLo;
+  Timer tmrTune, tmrShaft, tmrVFOUpdate, tmrClock;
+
+  float TuneRate = 0.0F;  // dHz, step of the held keys and of the wheel over a digit
+  std::int32_t TuneDigit = 0;
+  std::int32_t TuneStepIndex = 0;
+  bool TuneUpHeld = false, TuneDownHeld = false;
+  bool ShaftEnabled = false, ShaftAutoRateOn = false;
+  bool TuningRateLocked = false;
+  bool KBDSupport = false;
+
+  // Fills cboTuningSteps with the texts of the step table.
+  void FillTuningSteps();
+  // Nine digits; nothing where they are on display already.
+  void Display7Seg(const std::string& text);
+  // The digits that show the tuned frequency plus the BFO offset.
+  void DisplayFrequency();
+  void SetTuneDigit(std::int32_t digit, float multiplier);
+  // Takes the step `index`, or with SetNextTuningRate the next one; wraps at both ends. `override` releases a
+  // locked step first.
+  void SetTuningRate(std::int32_t index, bool override);
+  void SetNextTuningRate(bool override) { SetTuningRate(TuneStepIndex + 1, override); }
+  void DecodeShaft();
+  void chkTuneLo_Click();
+
+ private:
+  void ConnectDigits();
+  void ConnectRate();
+  void lbl7Seg_MouseMove(std::int32_t index);
+  void lbl7Seg_DblClick(std::int32_t index);
+  void lblTuningRate_Click();
+  void imgTuneStepLock_DblClick();
+  void mnuVFOControlSub_Click(std::int32_t index);
+  void cboTuningSteps_Click();
+  void dialtuner_Change();
+  void picFreqDisp_KeyDown(Key key);
+  void picFreqDisp_KeyUp();
+  void tmrTune_Timer();
+  void tmrShaft_Timer();
+  void tmrVFOUpdate_Timer();
+  void tmrClock_Timer();
+  void Step(double dHz);
+  void TurnDial(std::int32_t steps);
+  void LockDigit(std::int32_t digit);
+  void HighlightDigit(std::int32_t digit);
+  void ShowRate(std::int32_t digit);
+  void ShaftAutoRateStep();
+
+  const Clock& clock_;
+  PublicVars& vars_;
+  TuningPanelLinks links_;
+  clsVFO* vfo_ = nullptr;
+  clsDDSSerialIF* encoder_ = nullptr;
+  Profiler shaftProfiler_;
+  ShaftDecoder shaftDecoder_;
+  ShaftAutoRate shaftRate_;
+  std::int32_t shaftUpCount_ = 0, shaftDownCount_ = 0;
+  std::int32_t lastDigit_ = 0;
+  std::int32_t dialLastValue_ = 0;
+  bool inDial_ = false;
+  bool digitFromRate_ = false;  // TuneDigit has been taken from TuneRate once
+  std::uint32_t random_ = 1;
+  std::string displayed_;
+  Colour normal_ = 0, focus_ = 0, tuning_ = 0;
+};
+
+}  // namespace quorl

@@ -1,0 +1,84 @@
+// The way to the DDS chip over a serial port's control lines, and from a shaft encoder over its status lines.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "config/SettingsStore.h"
+#include "platform/Dialogs.h"
+#include "platform/EventQueue.h"
+#include "platform/SerialPort.h"
+#include "tuning/DDSInterface.h"
+
+namespace quorl {
+
+// Signal   line             state 0    state 1
+// IOUPD    DTR              asserted   released     the board's level shifters invert these two,
+// SDATA    RTS              asserted   released     but not the third
+// SCLCK    break of TXD     released   asserted
+class clsDDSSerialIF : public DDSInterface {
+ public:
+  clsDDSSerialIF(SerialPort& port, EventQueue& events, Dialogs& dialogs, SettingsStore& settings);
+  // Closes the port and stores PortNo and WaitTime.
+  ~clsDDSSerialIF() override;
+  clsDDSSerialIF(const clsDDSSerialIF&) = delete;
+  clsDDSSerialIF& operator=(const clsDDSSerialIF&) = delete;
+
+  std::string Name = "clsDDSSerialIF";  // section of the settings
+  std::int32_t PortNo = 1;              // COM port, from 1
+  double WaitTime = 1.0 / 230400;       // seconds; 0 switches the yield inside each bit off
+  bool EventMode = false;               // status line changes raise OnComm
+  // Raised on the main thread at a change of CTS or DSR while a port opened in event mode is open.
+  std::function<void()> OnComm;
+
+  // Opens COM PortNo and brings the three signals to state 0. Returns a handle above 0, or 0 where that
+  // failed and a message was shown. A port that is open stays as it is. Without event mode only the first
+  // digit of PortNo counts: the port's name is cut to four characters.
+  std::int32_t OpenPort(bool eventMode);
+  // In event mode the handle stays, so that the port can't be opened again in this run.
+  void ClosePort();
+  std::int32_t hComm() const { return hComm_; }
+  int Initialise() { return 0; }
+  void RestoreSettings();
+
+  void IOUPD(int State) override;
+  void SDATA(int State);
+  // Only bit 0 of State counts.
+  void SCLCK(int State);
+  void StartSequence();
+  void EndSequence();
+
+  int Send(std::uint8_t ByteToSend) override;
+  void Out8(std::uint8_t ByteToSend) override;
+  // One frame of 16 bits with its own select; data goes out inverted against Out8.
+  void Out16(std::uint16_t WordToSend);
+  // One frame of 32 rounds. A round's bit is 1 where `WordToSend` is positive and has any bit set from that
+  // place upwards, so the word goes out as its number of leading zeros.
+  void Out32(std::int32_t WordToSend);
+  // Lets the event queue run once unless `DELAYTIME` is 0. The bit period is what that and the line calls
+  // cost.
+  void Delay(double DELAYTIME);
+
+  // The port's status word (ModemStatus bits); 0 where it can't be had.
+  std::uint32_t GetEncoderBits() const;
+  std::uint32_t GetEncoderB0() const { return GetEncoderBits() & 1; }
+  std::uint32_t GetEncoderB1() const { return GetEncoderBits() & 2; }
+
+  // Device behind a port name such as "COM1": the value of that key in section Name, else /dev/ttyS0 for
+  // COM1 and so on.
+  std::string DevicePath(const std::string& portName) const;
+
+ private:
+  std::int32_t OpenDevice(const std::string& portName, const std::string& complaint);
+  void ClockPulse();
+
+  SerialPort& port_;
+  EventQueue& events_;
+  Dialogs& dialogs_;
+  SettingsStore& settings_;
+  std::int32_t hComm_ = 0;  // 0 or less: closed
+  bool listening_ = false;  // the port has a handler of this object
+};
+
+}  // namespace quorl

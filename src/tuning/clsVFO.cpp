@@ -1,0 +1,160 @@
+#include "tuning/clsVFO.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "support/CheckedMath.h"
+#include "support/Picture.h"
+#include "support/ScopedFlag.h"
+#include "support/Text.h"
+#include "tuning/TuningError.h"
+
+namespace quorl {
+namespace {
+
+constexpr double kLargestGrid = 10000.0;  // dHz
+constexpr std::int32_t kDeciHertz = 10;
+
+std::int32_t InHertz(std::int32_t dHz) {
+  return *DivideDown(dHz, kDeciHertz);
+}
+
+Failure StoreHertz(std::int32_t hertz, std::int32_t& field) {
+  const auto dHz = Multiply(hertz, kDeciHertz);
+  if (!dHz) {
+    return Fail(TuningError::Overflow, NumberText(hertz) + " Hz is beyond the VFO's range");
+  }
+  field = *dHz;
+  return {};
+}
+
+std::string RoundedText(double value) {
+  return NumberText(std::floor(value + 0.5));
+}
+
+}  // namespace
+
+clsVFO::clsVFO(SettingsStore& settings) : settings_(settings) {}
+
+clsVFO::~clsVFO() {
+  SaveSettings();
+}
+
+Failure clsVFO::SetTunedFrequency(std::int32_t dHz) {
+  if (setting_) {
+    return {};
+  }
+  const ScopedFlag setting(setting_);
+  const auto magnitude = Absolute(dHz);
+  if (!magnitude) {
+    return Fail(TuningError::Overflow, NumberText(dHz) + " dHz is beyond the VFO's range");
+  }
+  tunedFrequency_ = *magnitude;
+  if (!OscType) {
+    return Fail(TuningError::ObjectNotSet, "The VFO has no oscillator");
+  }
+  // The test takes the IF in hertz and the clamp in dHz: requests between the two limits pass.
+  const auto limit = Subtract(OscType->MaxFreq, IFFrequency());
+  const auto clamped = Subtract(OscType->MaxFreq, Multiply(IFFrequency(), kDeciHertz));
+  if (!limit || (tunedFrequency_ > *limit && !clamped)) {
+    return Fail(TuningError::Overflow, "The VFO's upper limit is beyond its range");
+  }
+  if (tunedFrequency_ > *limit) {
+    tunedFrequency_ = std::max(*clamped, 0);
+  }
+  Refresh();
+  return {};
+}
+
+std::int32_t clsVFO::IFFrequency() const {
+  return InHertz(ifFrequency_);
+}
+Failure clsVFO::SetIFFrequency(std::int32_t hertz) {
+  return StoreHertz(hertz, ifFrequency_);
+}
+std::int32_t clsVFO::CalibOffset() const {
+  return InHertz(calibOffset_);
+}
+Failure clsVFO::SetCalibOffset(std::int32_t hertz) {
+  return StoreHertz(hertz, calibOffset_);
+}
+
+void clsVFO::SetTuneStep(double dHz) {
+  if (!TuneStepLock) {
+    tuneStep_ = dHz;
+    SetTuneStepLSD(dHz);
+  }
+}
+
+void clsVFO::SetTuneStepLSD(double dHz) {
+  if (!TuneStepLock) {
+    tuneStepLSD_ = std::min(dHz, kLargestGrid);
+  }
+}
+
+std::string clsVFO::FormattedTunedFreq() const {
+  return FormatPicture(tunedFrequency_, "000000000");
+}
+
+void clsVFO::SetFormattedTunedFreq(const std::string& text) {
+  enteredFrequency_ = ParseInt32(text).value_or(enteredFrequency_);
+}
+
+void clsVFO::Refresh() {
+  const auto tuned = Add(tunedFrequency_, calibOffset_);
+  const auto beside = HiSideLO ? Add(tuned, ifFrequency_) : Subtract(tuned, ifFrequency_);
+  OscOut = Absolute(Multiply(beside, OscMultiplier)).value_or(OscOut);
+  if (const auto oscillator = OscType) {
+    oscillator->SetFrequency(OscOut);
+  }
+}
+
+double clsVFO::Inc_Freq(double Increment) {
+  const bool autoUpdate = AutoUpdate;
+  AutoUpdate = false;
+  if (tuneStepLSD_ != 0) {
+    snapped_ = std::floor(tunedFrequency_ / tuneStepLSD_ + 0.5) * tuneStepLSD_;
+  }
+  if (const auto target = ToInt32(snapped_ + (Increment == 0 ? tuneStep_ : Increment))) {
+    SetTunedFrequency(*target);
+  }
+  AutoUpdate = autoUpdate;
+  Refresh();
+  return tunedFrequency_;
+}
+
+double clsVFO::Dec_Freq(double& Decrement) {
+  if (Decrement == 0) {
+    Decrement = tuneStep_;
+  }
+  Decrement = -std::fabs(Decrement);
+  return Inc_Freq(Decrement);
+}
+
+void clsVFO::RestoreSettings() {
+  std::int32_t hertz = IFFrequency();
+  settings_.Read(Name, "IFFrequency", hertz);
+  SetIFFrequency(hertz);
+  settings_.Read(Name, "HiSideLo", HiSideLO);
+  settings_.Read(Name, "AutoUpdate", AutoUpdate);
+  std::int32_t tuned = tunedFrequency_;
+  settings_.Read(Name, "TunedFrequency", tuned);
+  tunedFrequency_ = Absolute(tuned).value_or(tunedFrequency_);
+  settings_.Read(Name, "TuneStep", tuneStep_);
+  settings_.Read(Name, "OscMultiplier", OscMultiplier);
+  settings_.Read(Name, "CalibOffset", calibOffset_);
+  settings_.Read(Name, "DDSInterfaceType", DDSInterfaceType);
+}
+
+void clsVFO::SaveSettings() const {
+  settings_.SaveSetting(Name, "IFFrequency", NumberText(IFFrequency()));
+  settings_.SaveSetting(Name, "HiSideLo", FlagText(HiSideLO));
+  settings_.SaveSetting(Name, "AutoUpdate", FlagText(AutoUpdate));
+  settings_.SaveSetting(Name, "TunedFrequency", NumberText(tunedFrequency_));
+  settings_.SaveSetting(Name, "TuneStep", RoundedText(tuneStep_));
+  settings_.SaveSetting(Name, "OscMultiplier", NumberText(OscMultiplier));
+  settings_.SaveSetting(Name, "CalibOffset", NumberText(CalibOffset()));
+  settings_.SaveSetting(Name, "DDSInterfaceType", NumberText(DDSInterfaceType));
+}
+
+}  // namespace quorl

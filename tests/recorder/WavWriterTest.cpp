@@ -1,0 +1,134 @@
+#include "recorder/WavWriter.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "recorder/RawStream.h"
+#include "recorder/WavBytes.h"
+#include "recorder/WavReader.h"
+
+namespace quorl {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::vector<std::int16_t> Samples = {0, 1, -1, 32767, -32768, 258};
+
+class WavWriterTest : public testing::Test {
+ protected:
+  WavWriterTest()
+      : folder_(
+            fs::path(testing::TempDir()) /
+            (std::string("wav-writer-") + testing::UnitTest::GetInstance()->current_test_info()->name())) {
+    fs::remove_all(folder_);
+    fs::create_directory(folder_);
+  }
+  ~WavWriterTest() override { fs::remove_all(folder_); }
+
+  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+  void Put(const std::string& name, const std::string& content) const {
+    std::ofstream(Path(name), std::ios::binary) << content;
+  }
+  std::string Get(const std::string& name) const {
+    std::ostringstream content;
+    content << std::ifstream(Path(name), std::ios::binary).rdbuf();
+    return content.str();
+  }
+  std::size_t FilesInFolder() const {
+    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
+  }
+  Failure WriteSamples(const std::string& name, bool commit) const {
+    Failure failure;
+    auto writer = WavWriter::Create(Path(name), 1, 48000, failure);
+    if (!failure) failure = writer->Write(Samples.data(), 4);
+    if (!failure) failure = writer->Write(Samples.data() + 4, 2);
+    if (!failure && commit) failure = writer->Commit();
+    return failure;
+  }
+
+  fs::path folder_;
+};
+
+TEST_F(WavWriterTest, CommittedFileIsAWavFileByteForByte) {
+  EXPECT_FALSE(WriteSamples("a.wav", true));
+  EXPECT_EQ(Get("a.wav"), test::WavFile(Samples));
+  EXPECT_EQ(FilesInFolder(), 1U);
+}
+
+TEST_F(WavWriterTest, TargetStaysAsItWasUntilCommit) {
+  Put("a.wav", "old");
+  EXPECT_FALSE(WriteSamples("a.wav", false));
+  EXPECT_EQ(Get("a.wav"), "old");
+  EXPECT_FALSE(WriteSamples("new.wav", false));
+  EXPECT_EQ(FilesInFolder(), 1U);
+
+  fs::permissions(Path("a.wav"), fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_FALSE(WriteSamples("a.wav", true));
+  EXPECT_EQ(Get("a.wav"), test::WavFile(Samples));
+  EXPECT_EQ(fs::status(Path("a.wav")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(WavWriterTest, SymbolicLinkStaysALink) {
+  Put("real.wav", "old");
+  fs::create_symlink("real.wav", folder_ / "link.wav");
+  EXPECT_FALSE(WriteSamples("link.wav", true));
+  EXPECT_TRUE(fs::is_symlink(folder_ / "link.wav"));
+  EXPECT_EQ(Get("real.wav"), test::WavFile(Samples));
+}
+
+TEST_F(WavWriterTest, TargetThatCantBeWrittenIsRefusedByName) {
+  for (const std::string name : {"no/such/folder/a.wav", "."}) {
+    const Failure failure = WriteSamples(name, true);
+    ASSERT_TRUE(failure);
+    EXPECT_GT(failure->Code, 0);
+    EXPECT_EQ(failure->Text.rfind(Path(name) + ": ", 0), 0U) << failure->Text;
+  }
+  EXPECT_EQ(FilesInFolder(), 0U);
+}
+
+TEST_F(WavWriterTest, DeviceIsWrittenInPlaceAndItsFullDiskTold) {
+  if (!fs::is_character_file("/dev/full")) GTEST_SKIP() << "no /dev/full on this machine";
+  Failure failure;
+  auto writer = WavWriter::Create("/dev/full", 1, 48000, failure);
+  ASSERT_TRUE(writer) << failure->Text;
+  failure = writer->Write(Samples.data(), 6);
+  if (!failure) failure = writer->Commit();
+  ASSERT_TRUE(failure);
+  EXPECT_EQ(failure->Code, ENOSPC) << failure->Text;
+  EXPECT_TRUE(fs::is_character_file("/dev/full"));
+}
+
+TEST_F(WavWriterTest, EndsAtFourGigabytesWithAWord) {
+  Failure failure;
+  auto writer = WavWriter::Create("/dev/null", 1, 48000, failure);
+  ASSERT_TRUE(writer) << failure->Text;
+  const std::vector<std::int16_t> block(1 << 26);
+  int blocks = 0;
+  while (!failure && blocks < 40) {
+    failure = writer->Write(block.data(), 1 << 26);
+    ++blocks;
+  }
+  ASSERT_TRUE(failure);
+  EXPECT_EQ(blocks, 32);  // 32 x 128 MB and a header are more than 4 GB
+  EXPECT_EQ(failure->Code, SampleFault::TooLong);
+}
+
+TEST_F(WavWriterTest, RawWriterTellsOfAFailedStream) {
+  std::ostringstream out;
+  RawWriter writer(out, "standard output");
+  EXPECT_FALSE(writer.Write(Samples.data(), 6));
+  EXPECT_FALSE(writer.Commit());
+  EXPECT_EQ(out.str(), test::SampleBytes(Samples));
+  out.setstate(std::ios::badbit);
+  const Failure failure = writer.Write(Samples.data(), 6);
+  ASSERT_TRUE(failure);
+  EXPECT_EQ(failure->Text.rfind("standard output: ", 0), 0U) << failure->Text;
+}
+
+}  // namespace
+}  // namespace quorl
