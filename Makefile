@@ -1,7 +1,7 @@
 # Thin faces of the CMake presets. A fresh Debian 12 needs nothing but make and a shell.
 
 # What the programs are built from and run with.
-PACKAGES_RUN := g++ cmake ninja-build pkg-config libcli11-dev librtaudio-dev \
+PACKAGES_RUN := g++ cmake ninja-build pkg-config libcli11-dev librtaudio-dev qt6-base-dev \
   libgtest-dev libbenchmark-dev libfftw3-dev python3
 # What only the tests use.
 PACKAGES_TEST := pulseaudio pulseaudio-utils sox
@@ -27,10 +27,11 @@ define install_packages
 	fi
 endef
 
-.PHONY: help setup setup-run setup-test configure run demo-recording test bench format format-check check clean
+.PHONY: help setup setup-run setup-test run demo demo-recording test bench format format-check check clean
 
 help:
-	@echo "make run     build the receiver and demodulate the demo recording"
+	@echo "make run     build the radio and start it on the demo band"
+	@echo "make demo    demodulate the demo recording on the command line"
 	@echo "make test    build and run all tests"
 	@echo "make bench   build and run the benchmarks"
 	@echo "make format  rewrite the sources in the project's layout"
@@ -46,7 +47,12 @@ setup-run:
 setup-test:
 	$(call install_packages,$(PACKAGES_RUN) $(PACKAGES_TEST))
 
-run: demo-recording
+run: setup-run
+	@cmake --preset $(PRESET)
+	@cmake --build $(BUILD) --target quorlsdr quorlsdr-cli
+	@tools/run.sh $(BUILD)
+
+demo: demo-recording
 	@tools/demo.py $(BUILD)
 
 demo-recording: setup-run

@@ -4,17 +4,19 @@
 #include <cmath>
 #include <csignal>
 #include <cstdio>
-#include <filesystem>
+#include <iostream>
 #include <memory>
 
 #include "Commands.h"
 #include "Fault.h"
-#include "InterruptWatcher.h"
-#include "ListenMachine.h"
+#include "ListenOptions.h"
 #include "ListenScreen.h"
 #include "OptionText.h"
 #include "core/LiveRadio.h"
-#include "recorder/WavWriter.h"
+#include "platform/linux/LinuxEventQueue.h"
+#include "platform/linux/TerminalDialogs.h"
+#include "shared/AudioFile.h"
+#include "shared/RadioMachine.h"
 #include "support/Rounding.h"
 
 namespace quorl::cli {
@@ -23,33 +25,11 @@ namespace {
 constexpr double kHighestKhz = 214748.3647;
 constexpr std::chrono::milliseconds kRedraw(200);
 
-// Writes what the loudspeaker would play, the sound card's attenuation included.
-class AudioFile {
- public:
-  explicit AudioFile(std::unique_ptr<WavWriter> writer) : writer_(std::move(writer)) {}
-
-  void Take(const std::int16_t* block, std::int32_t attenuation) {
-    if (fault_) return;
-    const double gain = attenuation < 0 ? std::pow(10.0, attenuation / 2000.0) : 1.0;
-    std::transform(block, block + SamplesPerEvent, scaled_.begin(), [gain](std::int16_t sample) {
-      return static_cast<std::int16_t>(RoundHalfEven(gain * sample));
-    });
-    fault_ = writer_->Write(scaled_.data(), SamplesPerEvent);
-  }
-  Failure Close() { return fault_ ? fault_ : writer_->Commit(); }
-  const Failure& Fault() const { return fault_; }
-
- private:
-  std::unique_ptr<WavWriter> writer_;
-  Failure fault_;
-  std::array<std::int16_t, SamplesPerEvent> scaled_{};
-};
-
 volatile std::sig_atomic_t interrupted = 0;
 
-void PrintReport(const LiveRadio& radio, const ListenMachine& machine, double seconds, std::int64_t blocks,
+void PrintReport(const LiveRadio& radio, RadioMachine& machine, double seconds, std::int64_t blocks,
                  double microseconds, double longest) {
-  const SoundStatistics sound = const_cast<ListenMachine&>(machine).Parts().Sound.Statistics();
+  const SoundStatistics sound = machine.Parts().Sound.Statistics();
   std::fprintf(
       stderr,
       "{\"blocks\": %lld, \"seconds\": %.3f, \"frequency_hz\": %.1f, \"oscillator_hz\": %.1f, "
@@ -63,7 +43,7 @@ void PrintReport(const LiveRadio& radio, const ListenMachine& machine, double se
       static_cast<long long>(sound.Underruns));
 }
 
-int Listen(const ListenOptions& options, ListenMachine& machine, AudioFile* file) {
+int Listen(const ListenOptions& options, RadioMachine& machine, LinuxEventQueue& terminal, AudioFile* file) {
   NoRecorder recorder;
   LiveRadio radio(machine.Parts(), recorder);
   ApplyReceiveOptions(options.Reception, radio.Radio);
@@ -104,13 +84,14 @@ int Listen(const ListenOptions& options, ListenMachine& machine, AudioFile* file
     ListenScreen screen(radio, static_cast<float>(options.Reception.Volume));
     const auto redraw = machine.Parts().Queue.CreateTimer([&] { screen.Draw(); });
     if (!machine.IsVirtualTime() && !options.Quiet) {
-      screen.WatchKeys(machine.RealQueue());
+      screen.WatchKeys(terminal);
       redraw->Start(kRedraw);
     }
-    machine.RunUntil([&] {
+    const auto isDone = [&] {
       const bool enough = blocksWanted > 0 && blocks >= blocksWanted;
       return enough || lost || interrupted != 0 || screen.IsDone() || (file != nullptr && file->Fault());
-    });
+    };
+    while (!isDone()) machine.Parts().Queue.Wait(kRedraw);
     redraw->Stop();
     screen.Finish();
   }
@@ -122,6 +103,22 @@ int Listen(const ListenOptions& options, ListenMachine& machine, AudioFile* file
   radio.ReleaseTuning();
   if (const Failure failure = machine.Settings().Save()) PrintFault(failure->Text);
   return lost ? ExitCode::Failed : ExitCode::Success;
+}
+
+RadioMachineOptions MachineOptions(const ListenOptions& options) {
+  RadioMachineOptions machine;
+  machine.Demo = options.Demo;
+  machine.VirtualTime = options.Demo && !options.Output.empty() && options.Seconds > 0.0;
+  machine.Loudspeaker = options.Output.empty() || !options.Playback.empty();
+  machine.Board.SDRModelNo = options.Reception.SDRModelNo;
+  machine.Board.LowSideLO = options.Reception.LowSideLO;
+  machine.Board.ErrorPpm = options.BoardErrorPpm;
+  machine.Board.DataFolder = options.Folder;
+  machine.Antenna = options.Antenna;
+  machine.Capture = options.Capture;
+  machine.Playback = options.Playback;
+  machine.Settings = options.Settings;
+  return machine;
 }
 
 int Run(const ListenOptions& options) {
@@ -136,24 +133,22 @@ int Run(const ListenOptions& options) {
   }
   Failure failure;
   std::unique_ptr<AudioFile> file;
-  if (!options.Output.empty()) {
-    auto writer = WavWriter::Create(options.Output, 1, FSampling, failure);
-    if (failure) {
-      PrintFault(failure->Text);
-      return ExitCode::Refused;
-    }
-    file = std::make_unique<AudioFile>(std::move(writer));
-  }
-  const auto machine = ListenMachine::Create(options, failure);
+  if (!options.Output.empty()) file = AudioFile::Create(options.Output, failure);
+  LinuxEventQueue queue;
+  TerminalDialogs boxes(std::cerr);
+  std::unique_ptr<RadioMachine> machine;
+  if (!failure) machine = RadioMachine::Create(MachineOptions(options), queue, boxes, failure);
+  if (!failure) failure = machine->Settings().Load();
   if (failure) {
     PrintFault(failure->Text);
     return ExitCode::Refused;
   }
+  if (options.Demo) PutDemoDefaults(machine->Settings());
   if (!machine->Notice().empty()) PrintFault(machine->Notice());
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     std::signal(signal, [](int) { interrupted = 1; });
   }
-  const int exitCode = Listen(options, *machine, file.get());
+  const int exitCode = Listen(options, *machine, queue, file.get());
   if (exitCode != ExitCode::Success || !file) return exitCode;
   if (const Failure fault = file->Close()) {
     PrintFault(fault->Text);

@@ -32,15 +32,24 @@ DemoBoard::DemoBoard(const Options& options, std::unique_ptr<SimulatedBand> band
   printer_.SetListener(&receiver_.Cable());
 }
 
-void PutDemoClocks(SettingsStore& store) {
-  struct ChipClock {
+void PutDemoDefaults(SettingsStore& store) {
+  struct Default {
     const char* Section;
-    double Hertz;
+    const char* Key;
+    std::string Value;
   };
-  constexpr ChipClock kClocks[] = {{"DDSAD9951", kAd9951BoardClockHz}, {"DDSAD9835", kAd9835BoardClockHz}};
-  for (const ChipClock& clock : kClocks) {
-    if (!store.GetSetting(clock.Section, "ClkIn", "").empty()) continue;
-    store.SaveSetting(clock.Section, "ClkIn", NumberText(clock.Hertz));
+  constexpr const char* kBroadcaster = "72050000";  // dHz, AM with music
+  const Default defaults[] = {
+      {"DDSAD9951", "ClkIn", NumberText(kAd9951BoardClockHz)},
+      {"DDSAD9835", "ClkIn", NumberText(kAd9835BoardClockHz)},
+      {"VFO1.DRT1", "TunedFrequency", kBroadcaster},
+      {"VFO1.ElektorDRM", "TunedFrequency", kBroadcaster},
+      {"VFO1.RXIQ", "TunedFrequency", kBroadcaster},
+      {"frmMain", "AutoStartSDR", "True"},
+  };
+  for (const Default& entry : defaults) {
+    if (store.GetSetting(entry.Section, entry.Key, "").empty())
+      store.SaveSetting(entry.Section, entry.Key, entry.Value);
   }
 }
 

@@ -43,7 +43,8 @@ class DemoBoard {
   VirtualPrinterPort printer_;
 };
 
-// Writes the DDS clock of the demo boards into a store that has none yet.
-void PutDemoClocks(SettingsStore& store);
+// Writes into a store what it lacks: the DDS clocks of the demo boards, a station to begin with, and that the
+// radio switches on by itself.
+void PutDemoDefaults(SettingsStore& store);
 
 }  // namespace quorl

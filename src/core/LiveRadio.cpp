@@ -39,13 +39,14 @@ void LiveRadio::CreateSoundCard() {
   card.Inp2OutpBufferRatio = Inp2OutpBufferRatio;
 }
 
-void LiveRadio::CreateTuning(SettingsStore& settings, std::int32_t interfaceType, bool shaftEncoder,
+bool LiveRadio::CreateTuning(SettingsStore& settings, std::int32_t interfaceType, bool shaftEncoder,
                              const SettingsStore::LogSink& log) {
   const TuningMachine machine{machine_.Serial, machine_.Printer, machine_.Queue, machine_.Boxes, settings};
   tuning_ = std::make_unique<TuningChain>(machine, log);
-  tuning_->OpenInterface(interfaceType, shaftEncoder);
+  const bool open = tuning_->OpenInterface(interfaceType, shaftEncoder);
   tuning_->CreateVFO(Radio.Vars.SDRModelNo, interfaceType);
   SetLowSideLO(Radio.Vars, !VFO()->HiSideLO);
+  return open;
 }
 
 void LiveRadio::ReleaseTuning() {

@@ -30,9 +30,10 @@ class LiveRadio final : public SoundEvents, public SoundOutput {
 
   // The sound object, with the format of the signal path. Opens nothing yet.
   void CreateSoundCard();
-  // VFO, driver and interface of the board `Radio.Vars.SDRModelNo`; takes the LO side from the VFO. A port
-  // that can't be opened has been told to the user.
-  void CreateTuning(SettingsStore& settings, std::int32_t interfaceType, bool shaftEncoder,
+  // VFO, driver and interface of the board `Radio.Vars.SDRModelNo`; takes the LO side from the VFO. False
+  // where the interface can't be opened, which has been told to the user: frequencies are noted, but tune
+  // nothing.
+  bool CreateTuning(SettingsStore& settings, std::int32_t interfaceType, bool shaftEncoder,
                     const SettingsStore::LogSink& log);
   // Lets go of the road, which stores its settings.
   void ReleaseTuning();

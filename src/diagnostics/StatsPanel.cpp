@@ -2,6 +2,7 @@
 
 #include <numeric>
 
+#include "config/ColourSchemes.h"
 #include "support/Decibels.h"
 #include "support/Picture.h"
 #include "support/Rounding.h"
@@ -40,6 +41,7 @@ StatsPanel::StatsPanel(ControlRegistry& registry, PublicVars& vars, const PumpSt
   chkPerfStatsOn.Caption = "Statistics";
   chkPerfStatsOn.ToolTip = "Measure levels and processor load";
   chkPerfStatsOn.Click = [this] { chkPerfStatsOn_Click(); };
+  chkPerfStatsOn_Click();
   for (int i = 0; i < kCount; ++i) {
     const std::string caption = kCaptions[static_cast<std::size_t>(i)];
     lblStats(i).Caption = caption;
@@ -51,6 +53,7 @@ StatsPanel::StatsPanel(ControlRegistry& registry, PublicVars& vars, const PumpSt
 
 void StatsPanel::chkPerfStatsOn_Click() {
   vars_.PerfStatsOn = chkPerfStatsOn.Value();
+  chkPerfStatsOn.BackColour = vars_.PerfStatsOn ? kSelectedColour : kUnselectedColour;
 }
 
 template <typename Ring>

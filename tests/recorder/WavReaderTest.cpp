@@ -125,6 +125,8 @@ TEST(WavReader, TellsWhatIsWrongAndWhatIsNeeded) {
       {WavFile(Samples, {1, 0}), SampleFault::Format, "0 channels", "1 to 2 are needed"},
       {WavFile(Samples, {1, 6}), SampleFault::Format, "6 channels", "1 to 2 are needed"},
       {WavFile(Samples, {3, 1, 48000, 32}), SampleFault::Format, "format 3", "PCM is needed"},
+      {Riff(Chunk("fmt ", FormatBody({}).replace(12, 1, "\4")) + data), SampleFault::Format, "4 bytes",
+       "2 are"},
       {Riff(Chunk("fmt ", ExtensibleBody(2, 3)) + data), SampleFault::Format, "format 65534",
        "PCM is needed"},
       {Riff(format + "data" + test::U32(1 << 30) + SampleBytes(Samples)), SampleFault::TruncatedData,

@@ -1,6 +1,7 @@
 #include "platform/linux/RtAudioDevices.h"
 
 #include <RtAudio.h>
+#include <alsa/asoundlib.h>
 
 #include <algorithm>
 #include <array>
@@ -20,6 +21,10 @@ bool IsKnown(const std::string& name) {
                      [&](const auto& entry) { return name == entry.Name; });
 }
 
+// ALSA's library tells standard error pages about each card that isn't there. What matters to the user comes
+// back as an error, and is told in one line.
+void DropAlsaComplaint(const char*, int, const char*, int, const char*, ...) {}
+
 std::unique_ptr<RtAudio> Make(RtAudio::Api api) {
   auto audio = std::make_unique<RtAudio>(api);
   audio->showWarnings(false);
@@ -29,6 +34,7 @@ std::unique_ptr<RtAudio> Make(RtAudio::Api api) {
 }  // namespace
 
 RtAudioDevices::RtAudioDevices(std::string name) : wanted_(IsKnown(name) ? std::move(name) : "") {
+  snd_lib_error_set_handler(&DropAlsaComplaint);
   Select();
 }
 

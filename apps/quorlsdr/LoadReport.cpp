@@ -1,0 +1,44 @@
+#include "LoadReport.h"
+
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace quorl {
+
+namespace {
+
+double Seconds(const timeval& time) {
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+}
+
+}  // namespace
+
+void LoadReport::NoteBlock(double microseconds) {
+  if (blocks_++ == 0) {
+    firstBlockSeconds_ = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin_).count();
+  }
+  microseconds_ += microseconds;
+  longest_ = std::max(longest_, microseconds);
+}
+
+void LoadReport::Print(frmMain& frame, RadioMachine& machine) const {
+  const double elapsed = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin_).count();
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  const double cpu = Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
+  const SoundStatistics sound = machine.Parts().Sound.Statistics();
+  std::fprintf(
+      stderr,
+      "{\"seconds\": %.2f, \"first_audio_s\": %.3f, \"blocks\": %lld, \"us_per_block_mean\": %.1f, "
+      "\"us_per_block_max\": %.1f, \"cpu_percent\": %.2f, \"resident_mb\": %.1f, \"overruns\": %lld, "
+      "\"underruns\": %lld, \"signal_level\": %.2f}\n",
+      elapsed, firstBlockSeconds_, static_cast<long long>(blocks_),
+      blocks_ > 0 ? microseconds_ / static_cast<double>(blocks_) : 0.0, longest_,
+      elapsed > 0.0 ? 100.0 * cpu / elapsed : 0.0, static_cast<double>(usage.ru_maxrss) / 1024.0,
+      static_cast<long long>(sound.Overruns), static_cast<long long>(sound.Underruns),
+      static_cast<double>(frame.Radio().Radio.MeanSignalLevel()));
+}
+
+}  // namespace quorl

@@ -1,0 +1,28 @@
+// What a run cost: start, blocks, processor and memory, as one line of JSON.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+#include "core/frmMain.h"
+#include "shared/RadioMachine.h"
+
+namespace quorl {
+
+class LoadReport {
+ public:
+  // The run begins now.
+  LoadReport() : begin_(std::chrono::steady_clock::now()) {}
+
+  // Microseconds that the pump took for a block.
+  void NoteBlock(double microseconds);
+  void Print(frmMain& frame, RadioMachine& machine) const;
+
+ private:
+  std::chrono::steady_clock::time_point begin_;
+  double firstBlockSeconds_ = 0.0;
+  std::int64_t blocks_ = 0;
+  double microseconds_ = 0.0, longest_ = 0.0;
+};
+
+}  // namespace quorl

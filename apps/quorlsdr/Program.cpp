@@ -1,0 +1,164 @@
+#include "Program.h"
+
+#include <QApplication>
+#include <QTimer>
+#include <cstdio>
+#include <iostream>
+#include <memory>
+
+#include "LoadReport.h"
+#include "core/ScriptRunner.h"
+#include "core/frmMain.h"
+#include "desktop/PanelWindow.h"
+#include "desktop/QtDialogs.h"
+#include "desktop/QtEventQueue.h"
+#include "desktop/Shot.h"
+#include "desktop/SidePanels.h"
+#include "platform/linux/ApplicationFolder.h"
+#include "shared/AudioFile.h"
+#include "shared/InstalledData.h"
+#include "shared/RadioMachine.h"
+
+namespace quorl {
+
+namespace {
+
+void Complain(const std::string& text) {
+  std::fprintf(stderr, "quorlsdr: %s\n", text.c_str());
+}
+
+class Program {
+ public:
+  explicit Program(const ProgramOptions& options) : options_(options), boxes_(personalBoxes_, std::cout) {}
+
+  int Run() {
+    if (const Failure failure = PutTogether()) {
+      Complain(failure->Text);
+      return ExitCode::Refused;
+    }
+    if (!machine_->Notice().empty()) Complain(machine_->Notice());
+    ShowSplash(true);
+    if (!frame_->Form_Initialize()) return ExitCode::Refused;
+    OpenWindow();
+    int exitCode = options_.Script.empty() ? WaitForClose() : RunScript();
+    frame_->Form_Unload();
+    if (options_.Report) report_.Print(*frame_, *machine_);
+    if (file_) {
+      if (const Failure failure = file_->Close()) {
+        Complain(failure->Text);
+        exitCode = ExitCode::Failed;
+      }
+    }
+    window_.reset();
+    return exitCode;
+  }
+
+ private:
+  Failure PutTogether() {
+    Failure failure;
+    RadioMachineOptions wanted;
+    wanted.Demo = options_.Demo;
+    wanted.VirtualTime = options_.VirtualTime;
+    wanted.Settings = options_.Settings;
+    machine_ = RadioMachine::Create(wanted, queue_, boxes_, failure);
+    if (failure) return failure;
+    // The settings are read before the frame does, for what the demo puts into a new store.
+    if (options_.Demo && !machine_->Settings().Load()) PutDemoDefaults(machine_->Settings());
+    const std::string folder =
+        PrepareApplicationFolder(machine_->Storage(), options_.Folder, machine_->Directories().Data,
+                                 FindInstalledData(machine_->Storage()) + "/bandplans", failure);
+    if (failure) return failure;
+    log_ = std::make_unique<LogBook>(machine_->Storage(), machine_->Parts().Time,
+                                     machine_->Directories().LogFile());
+    if (!options_.Output.empty()) file_ = AudioFile::Create(options_.Output, failure);
+    if (failure) return failure;
+    frame_ = std::make_unique<frmMain>(machine_->Parts(), machine_->Settings(), *log_,
+                                       StartOptions{options_.CommandLine, folder});
+    frame_->OnSplash = [this](bool visible) { ShowSplash(visible); };
+    frame_->OnClose = [this] { Close(); };
+    return {};
+  }
+
+  void ShowSplash(bool visible) {
+    if (!visible) {
+      splash_.reset();
+    } else if (!splash_ && options_.Script.empty()) {
+      splash_ = std::make_unique<SplashPanel>(QUORL_VERSION);
+    }
+  }
+
+  void OpenWindow() {
+    PanelWindow::Events events;
+    events.Log = [](const std::string& line) { Complain(line); };
+    events.Closing = [this] {
+      Close();
+      return true;
+    };
+    window_ = std::make_unique<PanelWindow>(frame_->Controls(), events);
+    logWindow_ =
+        std::make_unique<LogWindow>(frame_->Controls(), [](const std::string& line) { Complain(line); });
+    frame_->Scrollables().GiveFocus = [this](Label& label) { window_->GiveFocus(label.Name()); };
+    personalBoxes_.SetWindow(window_.get());
+    window_->show();
+    frame_->Radio().OnAudio = [this](const std::int16_t* block, std::int32_t attenuation) {
+      report_.NoteBlock(frame_->Radio().Radio.Pump.PumpMicroseconds);
+      if (file_) file_->Take(block, attenuation);
+    };
+  }
+
+  int WaitForClose() {
+    if (options_.Seconds > 0.0) {
+      QTimer::singleShot(static_cast<int>(options_.Seconds * 1000.0), qApp, [this] { Close(); });
+    }
+    if (!closing_) QApplication::exec();
+    return ExitCode::Success;
+  }
+
+  int RunScript() {
+    Failure failure;
+    const auto text = machine_->Storage().Read(options_.Script, failure);
+    if (!text) {
+      Complain(failure->Text);
+      return ExitCode::Refused;
+    }
+    boxes_.AsksPerson = false;
+    ScriptHooks hooks;
+    hooks.Shot = [this](const std::string& path, double scale) {
+      QApplication::processEvents();
+      window_->Clock().Flush();
+      return GrabShot(*window_, path, scale);
+    };
+    hooks.Answer = [this](std::string answer) { boxes_.AddAnswer(std::move(answer)); };
+    ScriptRunner runner(frame_->Controls(), machine_->Parts().Queue, machine_->Parts().Time, hooks,
+                        std::cout);
+    runner.Verbose = options_.Verbose;
+    return runner.Run(*text, options_.Script);
+  }
+
+  void Close() {
+    closing_ = true;
+    QApplication::quit();
+  }
+
+  const ProgramOptions& options_;
+  QtEventQueue queue_;
+  QtDialogs personalBoxes_;
+  ScriptDialogs boxes_;
+  LoadReport report_;
+  std::unique_ptr<RadioMachine> machine_;
+  std::unique_ptr<LogBook> log_;
+  std::unique_ptr<AudioFile> file_;
+  std::unique_ptr<frmMain> frame_;
+  std::unique_ptr<SplashPanel> splash_;
+  std::unique_ptr<LogWindow> logWindow_;
+  std::unique_ptr<PanelWindow> window_;
+  bool closing_ = false;
+};
+
+}  // namespace
+
+int RunProgram(const ProgramOptions& options) {
+  return Program(options).Run();
+}
+
+}  // namespace quorl

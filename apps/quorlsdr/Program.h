@@ -1,0 +1,28 @@
+// The desktop program: machine, receiver frame and window, put together for one run.
+#pragma once
+
+#include <string>
+
+namespace quorl {
+
+struct ProgramOptions {
+  bool Demo = false;
+  bool VirtualTime = false;
+  bool Verbose = false;
+  bool Report = false;
+  std::string CommandLine;  // as it was given, for "trace"
+  std::string Settings;     // file; empty is the usual one
+  std::string Folder;       // application folder; empty is the usual one
+  std::string Script;       // file of commands
+  std::string Output;       // WAV file of what is heard
+  double Seconds = 0.0;     // to run; 0 until the window is closed
+};
+
+struct ExitCode {
+  static constexpr int Success = 0, Failed = 1, Refused = 2;
+};
+
+// Runs the program inside a QApplication; returns its exit code.
+int RunProgram(const ProgramOptions& options);
+
+}  // namespace quorl

@@ -1,0 +1,36 @@
+#include "shared/AudioFile.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "support/Rounding.h"
+
+namespace quorl {
+
+std::unique_ptr<AudioFile> AudioFile::Create(const std::string& path, Failure& failure) {
+  auto writer = WavWriter::Create(path, 1, FSampling, failure);
+  return writer ? std::unique_ptr<AudioFile>(new AudioFile(std::move(writer))) : nullptr;
+}
+
+void AudioFile::Take(const std::int16_t* block, std::int32_t attenuation) {
+  if (fault_) return;
+  Attenuate(block, attenuation, scaled_.data());
+  fault_ = writer_->Write(scaled_.data(), SamplesPerEvent);
+}
+
+Failure AudioFile::Close() {
+  return fault_ ? fault_ : writer_->Commit();
+}
+
+void Attenuate(const std::int16_t* block, std::int32_t attenuation, std::int16_t* out) {
+  if (attenuation >= 0) {
+    std::copy_n(block, SamplesPerEvent, out);
+    return;
+  }
+  const double gain = std::pow(10.0, attenuation / 2000.0);
+  std::transform(block, block + SamplesPerEvent, out, [gain](std::int16_t sample) {
+    return static_cast<std::int16_t>(RoundHalfEven(gain * sample));
+  });
+}
+
+}  // namespace quorl

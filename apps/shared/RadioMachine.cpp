@@ -1,0 +1,117 @@
+#include "shared/RadioMachine.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdlib>
+#include <iostream>
+#include <vector>
+
+#include "recorder/WavReader.h"
+#include "shared/InstalledData.h"
+
+namespace quorl {
+
+namespace {
+
+constexpr const char* kDemoAntenna = "Demo antenna";
+constexpr const char* kNoLoudspeaker = "No loudspeaker";
+
+// Number from 1 of the device that `wanted` names or counts; empty is the first one.
+int DeviceNumber(const std::vector<std::string>& names, const std::string& wanted, const char* kind,
+                 Failure& failure) {
+  if (wanted.empty()) return 1;
+  const auto named = std::find(names.begin(), names.end(), wanted);
+  if (named != names.end()) return static_cast<int>(named - names.begin()) + 1;
+  int number = 0;
+  const char* end = wanted.data() + wanted.size();
+  const auto [stop, fault] = std::from_chars(wanted.data(), end, number);
+  if (fault == std::errc() && stop == end && number >= 1 && number <= static_cast<int>(names.size()))
+    return number;
+  failure = Error{
+      2, std::string("no ") + kind + " device is called '" + wanted + "'; 'quorlsdr-cli devices' lists them"};
+  return 0;
+}
+
+}  // namespace
+
+RadioMachine::RadioMachine(EventQueue& queue, Dialogs& boxes)
+    : queue_(queue),
+      boxes_(boxes),
+      directories_(FindUserDirectories([](const char* name) -> const char* { return std::getenv(name); })) {}
+
+std::unique_ptr<RadioMachine> RadioMachine::Create(const RadioMachineOptions& options, EventQueue& queue,
+                                                   Dialogs& boxes, Failure& failure) {
+  std::unique_ptr<RadioMachine> machine(new RadioMachine(queue, boxes));
+  failure = machine->PutTogether(options);
+  return failure ? nullptr : std::move(machine);
+}
+
+Failure RadioMachine::PutTogether(const RadioMachineOptions& options) {
+  const std::string usual = directories_.Config + (options.Demo ? "/demo.ini" : "/settings.ini");
+  const auto log = [](const std::string& line) { std::cerr << line << "\n"; };
+  settings_ = std::make_unique<SettingsStore>(files_, options.Settings.empty() ? usual : options.Settings,
+                                              &lock_, log);
+  if (options.VirtualTime) virtualQueue_ = std::make_unique<VirtualEventQueue>(virtualClock_);
+  return options.Demo ? ConnectDemo(options) : ConnectRadio(options);
+}
+
+SampleSource* RadioMachine::AntennaOf(const RadioMachineOptions& options, Failure& failure) {
+  if (options.Antenna.empty()) return &board_->Antenna();
+  const auto open = [path = options.Antenna](Failure& fault) -> std::unique_ptr<SampleReader> {
+    return WavReader::OpenFile(path, WavNeeds{}, fault);
+  };
+  recording_ = RecordingSource::Open(open, failure);
+  return recording_.get();
+}
+
+Failure RadioMachine::ConnectDemo(const RadioMachineOptions& options) {
+  Failure failure;
+  DemoBoard::Options board = options.Board;
+  if (board.DataFolder.empty()) board.DataFolder = FindInstalledData(files_) + "/demo";
+  board_ = DemoBoard::Create(board, files_, Queue(), failure);
+  if (!board_) return failure;
+  SampleSource* antenna = AntennaOf(options, failure);
+  if (failure) return failure;
+  failure = ConnectDemoSound(options, *antenna);
+  if (failure) return failure;
+  SoundSystem& sound = sourcedSound_ ? static_cast<SoundSystem&>(*sourcedSound_) : *virtualSound_;
+  machine_ = std::make_unique<Machine>(Machine{Queue(), Time(), boxes_, files_, lock_, sound,
+                                               board_->Serial(), board_->Printer(), processes_});
+  return {};
+}
+
+Failure RadioMachine::ConnectDemoSound(const RadioMachineOptions& options, SampleSource& antenna) {
+  Failure failure;
+  if (options.Loudspeaker && !virtualQueue_) {
+    soundCard_ = std::make_unique<RtAudioSoundSystem>(queue_);
+    const std::vector<std::string> names = soundCard_->PlaybackDeviceNames();
+    if (!names.empty() || !options.Playback.empty()) {
+      playbackDevice_ = DeviceNumber(names, options.Playback, "playback", failure);
+      if (failure) return failure;
+      sourcedSound_ =
+          std::make_unique<SourcedSoundSystem>(*soundCard_, antenna, queue_, clock_, kDemoAntenna);
+      return {};
+    }
+    notice_ = "no sound card was found: nothing can be heard; --output FILE writes it to a file";
+  }
+  virtualSound_ = std::make_unique<VirtualSoundSystem>(Queue(), Time());
+  virtualSound_->AddCaptureDevice(kDemoAntenna, antenna);
+  virtualSound_->AddPlaybackDevice(kNoLoudspeaker, nullptr);
+  return {};
+}
+
+Failure RadioMachine::ConnectRadio(const RadioMachineOptions& options) {
+  Failure failure;
+  serial_ = std::make_unique<LinuxSerialPort>(queue_, serialCalls_);
+  printer_ = std::make_unique<LinuxPrinterPort>(printerCalls_);
+  soundCard_ = std::make_unique<RtAudioSoundSystem>(queue_);
+  captureDevice_ = DeviceNumber(soundCard_->CaptureDeviceNames(), options.Capture, "capture", failure);
+  if (failure) return failure;
+  playbackDevice_ = DeviceNumber(soundCard_->PlaybackDeviceNames(), options.Playback, "playback", failure);
+  if (failure) return failure;
+  machine_ = std::make_unique<Machine>(
+      Machine{queue_, clock_, boxes_, files_, lock_, *soundCard_, *serial_, *printer_, processes_});
+  return {};
+}
+
+}  // namespace quorl

@@ -1,0 +1,89 @@
+// The machine that a radio runs on: real board and sound card, or the simulated band; real time or virtual.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "config/SettingsStore.h"
+#include "platform/Machine.h"
+#include "platform/linux/LinuxClock.h"
+#include "platform/linux/LinuxFiles.h"
+#include "platform/linux/LinuxInstanceLock.h"
+#include "platform/linux/LinuxPrinterPort.h"
+#include "platform/linux/LinuxProcesses.h"
+#include "platform/linux/LinuxSerialPort.h"
+#include "platform/linux/RtAudioSoundSystem.h"
+#include "platform/linux/UserDirectories.h"
+#include "platform/virtual/SourcedSoundSystem.h"
+#include "platform/virtual/VirtualEventQueue.h"
+#include "platform/virtual/VirtualSoundSystem.h"
+#include "shared/DemoBoard.h"
+#include "sim/RecordingSource.h"
+
+namespace quorl {
+
+struct RadioMachineOptions {
+  bool Demo = false;         // simulated board and band
+  bool VirtualTime = false;  // demo only: as fast as the machine allows, and silent
+  bool Loudspeaker = true;   // false plays silently in the demo
+  DemoBoard::Options Board;
+  std::string Antenna;  // demo: WAV file that takes the antenna's place
+  std::string Capture;  // name or number of the sound devices; empty is the first
+  std::string Playback;
+  std::string Settings;  // settings file; empty is the usual one
+};
+
+// Without a loudspeaker the demo plays silently at the clock's pace.
+class RadioMachine {
+ public:
+  // `queue` and `boxes` outlive the machine. In virtual time a queue of its own takes the place of `queue`.
+  // Null with `failure` set where something that was asked for isn't there.
+  static std::unique_ptr<RadioMachine> Create(const RadioMachineOptions& options, EventQueue& queue,
+                                              Dialogs& boxes, Failure& failure);
+
+  Machine& Parts() { return *machine_; }
+  SettingsStore& Settings() { return *settings_; }
+  LinuxFiles& Storage() { return files_; }
+  const UserDirectories& Directories() const { return directories_; }
+  int CaptureDevice() const { return captureDevice_; }  // number of the device that was asked for, from 1
+  int PlaybackDevice() const { return playbackDevice_; }
+  // One line for the user about what is not as one would expect; may be empty.
+  const std::string& Notice() const { return notice_; }
+  bool IsVirtualTime() const { return virtualQueue_ != nullptr; }
+
+ private:
+  RadioMachine(EventQueue& queue, Dialogs& boxes);
+  Failure PutTogether(const RadioMachineOptions& options);
+  Failure ConnectDemo(const RadioMachineOptions& options);
+  Failure ConnectDemoSound(const RadioMachineOptions& options, SampleSource& antenna);
+  Failure ConnectRadio(const RadioMachineOptions& options);
+  SampleSource* AntennaOf(const RadioMachineOptions& options, Failure& failure);
+  EventQueue& Queue() { return virtualQueue_ ? static_cast<EventQueue&>(*virtualQueue_) : queue_; }
+  const Clock& Time() const { return virtualQueue_ ? static_cast<const Clock&>(virtualClock_) : clock_; }
+
+  EventQueue& queue_;
+  Dialogs& boxes_;
+  const UserDirectories directories_;
+  LinuxClock clock_;
+  VirtualClock virtualClock_;
+  std::unique_ptr<VirtualEventQueue> virtualQueue_;
+  LinuxFiles files_;
+  LinuxInstanceLock lock_;
+  LinuxProcesses processes_;
+  LinuxSerialCalls serialCalls_;
+  LinuxPrinterCalls printerCalls_;
+  std::unique_ptr<LinuxSerialPort> serial_;
+  std::unique_ptr<LinuxPrinterPort> printer_;
+  std::unique_ptr<DemoBoard> board_;
+  std::unique_ptr<RecordingSource> recording_;
+  std::unique_ptr<RtAudioSoundSystem> soundCard_;
+  std::unique_ptr<VirtualSoundSystem> virtualSound_;
+  std::unique_ptr<SourcedSoundSystem> sourcedSound_;
+  std::unique_ptr<SettingsStore> settings_;
+  std::unique_ptr<Machine> machine_;
+  int captureDevice_ = 1, playbackDevice_ = 1;
+  std::string notice_;
+};
+
+}  // namespace quorl

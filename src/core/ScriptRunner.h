@@ -1,0 +1,100 @@
+// Drives the panel by the names of its controls, a line at a time: for end-to-end tests, pictures and kiosks.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "controls/Control.h"
+#include "controls/ControlRegistry.h"
+#include "platform/Clock.h"
+#include "platform/Dialogs.h"
+#include "platform/EventQueue.h"
+
+namespace quorl {
+
+// Answers boxes from a script. A box that the script has no answer for is acknowledged, a question declined;
+// with `person` set it goes to the person instead.
+class ScriptDialogs final : public Dialogs {
+ public:
+  // `output` hears the text of every box.
+  ScriptDialogs(Dialogs& person, std::ostream& output) : person_(person), output_(output) {}
+
+  bool AsksPerson = true;
+  void AddAnswer(std::string answer) { answers_.push_back(std::move(answer)); }
+
+  MessageAnswer ShowMessage(const MessageRequest& request) override;
+  std::optional<std::string> AskText(const std::string& title, const std::string& prompt,
+                                     const std::string& suggestion) override;
+  std::optional<std::string> AskOpenFile(const FileRequest& request) override;
+  std::optional<std::string> AskSaveFile(const FileRequest& request) override;
+  std::optional<std::uint32_t> AskColour(std::uint32_t suggestion) override;
+
+ private:
+  std::optional<std::string> NextAnswer();
+
+  Dialogs& person_;
+  std::ostream& output_;
+  std::deque<std::string> answers_;
+};
+
+struct ScriptHooks {
+  // Renders the panel into a PNG file; false where that can't be done.
+  std::function<bool(const std::string& path, double scale)> Shot;
+  std::function<void(std::string answer)> Answer = [](std::string) {};
+};
+
+class ScriptRunner {
+ public:
+  static constexpr int kPassed = 0, kExpectationFailed = 1, kScriptFault = 2;
+
+  ScriptRunner(ControlRegistry& registry, EventQueue& queue, const Clock& clock, ScriptHooks hooks,
+               std::ostream& output);
+
+  bool Verbose = false;  // print tells colours, enabled and visible, too
+
+  // Runs the lines of `text` until their end or "quit". `name` stands before messages. Stops at the first
+  // fault.
+  int Run(const std::string& text, const std::string& name);
+
+ private:
+  using Words = std::vector<std::string>;
+  struct Command {
+    const char* Name;
+    std::size_t Least, Most;  // words after the name
+    void (ScriptRunner::*Run)(const Words& words);
+  };
+  static const std::vector<Command>& Commands();
+
+  void Click(const Words& words);
+  void RightClick(const Words& words);
+  void DoubleClick(const Words& words);
+  void Set(const Words& words);
+  void Wheel(const Words& words);
+  void PressKey(const Words& words);
+  void Hover(const Words& words);
+  void Wait(const Words& words);
+  void WaitFor(const Words& words);
+  void Answer(const Words& words);
+  void Print(const Words& words);
+  void Expect(const Words& words);
+  void Shot(const Words& words);
+  void Dump(const Words& words);
+  void Quit(const Words& words);
+
+  void RunLine(const std::string& line);
+  Control& Find(const std::string& name) const;
+  void PrintControl(const Control& control) const;
+  bool Pass(int milliseconds, const std::function<bool()>& until);
+
+  ControlRegistry& registry_;
+  EventQueue& queue_;
+  const Clock& clock_;
+  ScriptHooks hooks_;
+  std::ostream& output_;
+  bool quit_ = false;
+};
+
+}  // namespace quorl

@@ -1,0 +1,131 @@
+// The main panel as composition root: brings the receiver alive, keeps its settings, lets it go.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "config/ColourSchemes.h"
+#include "config/SettingsStore.h"
+#include "controls/ControlRegistry.h"
+#include "controls/Controls.h"
+#include "core/LiveRadio.h"
+#include "core/MainSettings.h"
+#include "core/StartOptions.h"
+#include "diagnostics/LogBook.h"
+#include "diagnostics/LogPanel.h"
+#include "diagnostics/StatsPanel.h"
+#include "display/SMeterPanel.h"
+#include "interaction/PanelColours.h"
+#include "interaction/ScrollableControls.h"
+#include "platform/Machine.h"
+#include "reception/AGCPanel.h"
+#include "reception/BFOPanel.h"
+#include "reception/DemodPanel.h"
+#include "reception/FilterPanel.h"
+#include "reception/IFFilterPanel.h"
+#include "reception/NBPanel.h"
+#include "reception/NotchPanel.h"
+#include "reception/VolumePanel.h"
+#include "tuning/TuningPanel.h"
+
+namespace quorl {
+
+// A band plan file as start-up finds it.
+struct MainBand {
+  std::string Path;
+  std::string Name;  // the file's name without its ending
+  std::int32_t Index = 0;
+};
+
+// States: loading (until Form_Load ends), Off, On. Every step of the start writes its line to the log first:
+// those lines are what a user sends in when a start fails.
+class frmMain {
+ public:
+  // Everything outlives the panel. `store` is loaded here.
+  frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptions options);
+  ~frmMain();
+  frmMain(const frmMain&) = delete;
+  frmMain& operator=(const frmMain&) = delete;
+
+  // The whole start. False where the program has to end; the user has been told why.
+  bool Form_Initialize();
+  // Stops the sound, stores the settings, lets the objects go. Once; the controls go with it.
+  void Form_Unload();
+
+  void optPwr_Click(int index);
+  void RestoreSettings();
+  void SaveSettings();
+
+  // The user wants the program to end.
+  std::function<void()> OnClose = [] {};
+  // Told at the start, when the splash panel comes and goes.
+  std::function<void(bool visible)> OnSplash = [](bool) {};
+
+  ControlRegistry& Controls() { return registry_; }
+  LiveRadio& Radio() { return *radio_; }
+  TuningPanel& Tuning() { return *tuning_; }
+  ScrollableControls& Scrollables() { return *scrollables_; }
+  const std::vector<MainBand>& MainBands() const { return mainBands_; }
+  bool IsOn() const { return on_; }
+
+ private:
+  void Log(const char* routine, const std::string& text);
+  void INIT();
+  bool FindBandPlans();
+  bool Form_Load();
+  void LoadSteps();
+  void CreateForm();
+  void CreateTuningPanel();
+  void CreateReceptionPanels();
+  void CreateTuningRoad();
+  void ApplySettings();
+  void InitialiseSoundCard();
+  void ConnectHousekeeping();
+  void EnableTimers();
+  void PowerOn();
+  void PowerOff();
+  void SaveNow();
+  void Form_KeyDown(const Key& key);
+  void ReportLoadError(const std::string& text);
+  std::vector<StoredSetting> SettingsTable();
+  void CollectSettings();
+
+  Machine machine_;
+  SettingsStore& store_;
+  LogBook& log_;
+  StartOptions options_;
+  NoRecorder recorder_;  // the recorder's place
+  MainOptions stored_;
+  std::vector<MainBand> mainBands_;
+  bool loading_ = true;
+  bool on_ = false;
+  bool unloaded_ = false;
+  int loadStep_ = 0;
+
+  ControlRegistry registry_;
+  ColourSchemes scheme_;
+  std::unique_ptr<LiveRadio> radio_;
+  std::unique_ptr<LogPanel> logPanel_;
+  std::unique_ptr<Picture> form_;  // the window itself: keys and pointer that no control took
+  std::unique_ptr<OptionGroup> optPwr_, optDisplaySize_;
+  std::unique_ptr<Frame> frPwr_, frDispMode_;
+  std::unique_ptr<ScrollableControls> scrollables_;
+  std::unique_ptr<PanelColours> colours_;
+  std::unique_ptr<TuningPanel> tuning_;
+  std::unique_ptr<StatsPanel> stats_;
+  std::unique_ptr<SMeterPanel> smeter_;
+  std::unique_ptr<IFFilterPanel> ifFilter_;
+  std::unique_ptr<FilterPanel> filter_;
+  std::unique_ptr<DemodPanel> demod_;
+  std::unique_ptr<NotchPanel> notch_;
+  std::unique_ptr<NBPanel> nb_;
+  std::unique_ptr<AGCPanel> agc_;
+  std::unique_ptr<VolumePanel> volume_;
+  std::unique_ptr<BFOPanel> bfo_;
+  std::unique_ptr<Timer> tmrSaveSettings_;
+};
+
+}  // namespace quorl

@@ -1,0 +1,70 @@
+// The main panel as a window.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <memory>
+
+#include "desktop/Binder.h"
+#include "desktop/RefreshClock.h"
+
+namespace quorl {
+
+class FocusRing;
+
+enum class DisplaySize { Extended, Standard, Compact, Full };
+
+// Shows the controls of a registry, which outlive it. A control "frmMain", where there is one, is the window
+// itself: its keys are those that no other control took, its MouseMove is the pointer between the cards, its
+// ToolTip is not shown.
+class PanelWindow : public QWidget {
+ public:
+  struct Events {
+    std::function<void(const std::string&)> Log;
+    // The user wants to close the window; false keeps it open.
+    std::function<bool()> Closing;
+  };
+
+  PanelWindow(const ControlRegistry& registry, Events events);
+  ~PanelWindow() override;
+
+  // Follows the pressed button of optDisplaySize by itself; this is for panels without one.
+  void SetDisplaySize(DisplaySize size);
+  DisplaySize Size() const { return size_; }
+  void ShowHelp();
+  // The keyboard goes to the view of that control, as if the pointer had come to it.
+  void GiveFocus(const std::string& control);
+  RefreshClock& Clock() { return clock_; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void keyReleaseEvent(QKeyEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  bool eventFilter(QObject* object, QEvent* event) override;
+
+ private:
+  void Build();
+  void FollowControls();
+  void UpdateAwake();
+  void ShowMnemonics(bool show);
+
+  Events events_;
+  RefreshClock clock_;
+  Binder bind_;
+  const ControlRegistry& registry_;
+  Control* form_;
+  DisplaySize size_ = DisplaySize::Standard;
+  int heightBefore_ = 0;  // the compact size took over
+  QWidget* body_;
+  FocusRing* ring_;
+  QWidget* scope_ = nullptr;
+  QWidget* column_ = nullptr;
+  QWidget* setup_ = nullptr;
+};
+
+}  // namespace quorl

@@ -1,0 +1,95 @@
+// What all views have in common: a widget that shows one control and brings it the user's gestures.
+#pragma once
+
+#include <QAccessible>
+#include <QWidget>
+#include <optional>
+#include <vector>
+
+#include "controls/Control.h"
+
+class QShortcut;
+
+namespace quorl {
+
+class RefreshClock;
+
+// The number by which panels know a key, 0 where they know none.
+int KeyCodeOf(int qtKey);
+Modifiers ModifiersOf(Qt::KeyboardModifiers modifiers);
+
+// A view decides nothing. A gesture goes to the control and nowhere else; what the control then holds is taken
+// over with the refresh clock's next tick. Control and clock outlive the view.
+class View : public QWidget {
+ public:
+  View(RefreshClock& clock, Control& control, QWidget* parent = nullptr);
+  ~View() override;
+
+  Control& Shown() const { return control_; }
+  // Takes over what the control holds now.
+  virtual void TakeOver();
+
+  // What a screen reader is told.
+  virtual QAccessible::Role Role() const { return QAccessible::StaticText; }
+  virtual QString SpokenName() const;
+  virtual QString SpokenValue() const;
+  struct Range {
+    double Value = 0, Minimum = 0, Maximum = 0;
+  };
+  // For values with ends.
+  virtual std::optional<Range> SpokenRange() const { return std::nullopt; }
+  virtual bool IsChecked() const { return false; }
+  // What a screen reader's user can do.
+  virtual void Press();
+  virtual void Step(int steps);
+  virtual void SetSpoken(double) {}
+
+ protected:
+  // Text with its '&'; empty where the control has none.
+  virtual QString Caption() const { return {}; }
+  // What a key does that the panel doesn't handle itself; false lets the parent have it.
+  virtual bool OnKey(int, Modifiers) { return false; }
+  // What the wheel does where the panel doesn't handle it.
+  virtual bool OnWheel(int, Modifiers) { return false; }
+  // A left press and release inside.
+  virtual void OnClick() { Press(); }
+
+  RefreshClock& Clock() const { return clock_; }
+  // A hidden view keeps its place, unless that is what the panel gains by hiding it.
+  void SetSizes(QSizePolicy::Policy across, QSizePolicy::Policy down, bool keepsPlace = true);
+  // This view is to be marked when `control`, another one, changes. It outlives the view.
+  void Watch(Control& control);
+  void MarkDirty();
+  bool IsPressed() const { return pressed_; }
+  bool IsHovered() const { return hovered_; }
+
+  bool event(QEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void keyReleaseEvent(QKeyEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+
+ private:
+  friend class RefreshClock;
+  void TakeKeysOnHover();
+  void TakeOverMnemonic();
+  void Speak();
+
+  RefreshClock& clock_;
+  Control& control_;
+  std::vector<Control*> watched_;
+  QShortcut* mnemonic_ = nullptr;
+  QString mnemonicOf_, spoken_;
+  QSize hint_;
+  int wheelRest_ = 0;
+  bool dirty_ = false, pressed_ = false, hovered_ = false, visible_ = true;
+};
+
+}  // namespace quorl

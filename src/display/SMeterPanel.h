@@ -1,0 +1,53 @@
+// The S-meter: a bar of 28 steps of 6 dB over a noise floor that can be measured.
+#pragma once
+
+#include <array>
+
+#include "controls/Controls.h"
+#include "state/PublicVars.h"
+
+namespace quorl {
+
+// A caption of the scale under a bar element.
+struct SMeterMark {
+  int Element;
+  std::string Text;
+};
+
+class SMeterPanel {
+ public:
+  static constexpr int kElements = 28;
+  static constexpr int kStep = 6;         // dB for each element
+  static constexpr double kS9 = 54.0;     // dB: S9 on the scale
+  static constexpr float kFloor = 10.0F;  // noise floor to start from, 16-bit units
+
+  SMeterPanel(ControlRegistry& registry, const PublicVars& vars);
+
+  Picture picSmeter;                    // caption: what the floor takes off
+  ControlArray<Picture> shpSMeterGrid;  // visible elements make the bar
+  CommandButton cmdCalibrateSMeter;
+  Label lblSMeter;  // the reading in words, "S9 +6 dB"
+
+  float NoiseFloor = kFloor;  // 16-bit units; DrawSMeterScale after setting it
+  float SignalLevel = 0.0F;   // mean of the last blocks over the floor
+  bool CalibrateRequested = false;
+
+  void cmdCalibrateSMeter_Click();
+  // Once for each block: measures the floor where that was asked for, and moves the bar.
+  void Update();
+  // `level` in 16-bit units.
+  void DrawSMeter(float level);
+  // Writes the caption for the floor in force.
+  void DrawSMeterScale();
+
+  // The captions of the scale: S-units up to S9, decibels over S9 from there.
+  static const std::array<SMeterMark, 11>& Scale();
+
+ private:
+  std::string Backoff() const;
+
+  const PublicVars& vars_;
+  bool inDraw_ = false;
+};
+
+}  // namespace quorl

@@ -1,0 +1,213 @@
+#include "interaction/ScrollableControls.h"
+
+#include <algorithm>
+
+#include "support/Picture.h"
+#include "support/ScopedFlag.h"
+
+namespace quorl {
+
+namespace {
+
+constexpr char kHowTo[] = "Wheel, A, Z and the arrow keys change it; right click or Space for the default";
+
+}  // namespace
+
+ScrollableControls::ScrollableControls(const ColourSchemes& scheme) : scheme_(scheme) {
+  for (std::size_t i = 0; i < kScrollableStarts.size(); ++i) {
+    const ScrollableStart& start = kScrollableStarts[i];
+    ScrollableControl& control = ctlArray_[i];
+    control.MinValue = start.MinValue;
+    control.MaxValue = start.MaxValue;
+    control.DefaultValue = control.Value = start.DefaultValue;
+    control.SmallStep = start.SmallStep;
+    control.NormalStep = start.NormalStep;
+    control.LargeStep = start.LargeStep;
+    control.Format = start.Format;
+    control.ShowValue = start.ShowValue;
+  }
+  // The frequency display has no label to bind.
+  ctlArray_[CtlIndex::Frequency].NoFocus = false;
+  ReColour();
+}
+
+void ScrollableControls::Bind(int index, Label& label, std::function<void()> onChange) {
+  ScrollableControl& control = (*this)(index);
+  control.Label = &label;
+  control.OnChange = std::move(onChange);
+  label.AccessibleName = kScrollableStarts[static_cast<std::size_t>(index)].WhatItIs;
+  label.ToolTip = kHowTo;
+  label.MouseMove = [this, index] {
+    DarkenControls();
+    EnterControl(index);
+  };
+  label.GotFocus = [this, index] {
+    if (activeCtl_ == index) return;
+    LeaveControl();
+    EnterControl(index);
+  };
+  label.LostFocus = [this, index] {
+    if (activeCtl_ == index) LeaveControl(index);
+  };
+  label.MouseDown = [this, index](MouseButton button) {
+    if (button == MouseButton::Right) RestoreDefault(index);
+  };
+  label.Wheel = [this, index](int notches, Modifiers with) {
+    if (activeCtl_ != index) LeaveControl();
+    EnterControl(index);
+    if (activeCtl_ == index) Wheel(notches, with);
+  };
+  label.KeyDown = [this, index](const Key& key) {
+    // The pointer may have darkened everything while the keyboard's focus stayed here.
+    if (activeCtl_ == CtlIndex::None) EnterControl(index);
+    KeyDown(key);
+  };
+  Renew(index);
+  Show(index);
+  label.ForeColour = RestColour(index);
+}
+
+void ScrollableControls::Renew(int index) {
+  ScrollableControl& control = (*this)(index);
+  if (control.Label == nullptr) return;
+  control.NoFocus = !control.Label->Enabled() || !control.Label->Visible();
+  if (control.NoFocus && activeCtl_ == index) LeaveControl(index);
+}
+
+void ScrollableControls::SetEnabled(int index, bool enabled) {
+  if (Label* label = (*this)(index).Label) label->Enabled = enabled;
+  Renew(index);
+}
+
+void ScrollableControls::SetVisible(int index, bool visible) {
+  if (Label* label = (*this)(index).Label) label->Visible = visible;
+  Renew(index);
+}
+
+void ScrollableControls::EnterControl(int index) {
+  if (inEnter_ || index == activeCtl_) return;
+  ScopedFlag guard(inEnter_);
+  if (index < 0) index = activeCtl_;
+  const ScrollableControl& control = (*this)(index);
+  if (control.NoFocus) return;
+  activeCtl_ = index;
+  if (control.Label == nullptr) return;
+  control.Label->ForeColour = control.FocusColour;
+  if (HiLiteBorder) control.Label->Border = true;
+  if (GiveFocus) GiveFocus(*control.Label);
+}
+
+void ScrollableControls::LeaveControl() {
+  LeaveControl(activeCtl_);
+}
+
+void ScrollableControls::LeaveControl(int index) {
+  activeCtl_ = CtlIndex::None;
+  Label* label = (*this)(index).Label;
+  if (label == nullptr) return;
+  label->ForeColour = RestColour(index);
+  label->Border = false;
+}
+
+Colour ScrollableControls::RestColour(int index) const {
+  if (index == CtlIndex::BFO) return scheme_.SDRTuningColour;
+  return ctlArray_[static_cast<std::size_t>(index)].NormalColour;
+}
+
+void ScrollableControls::DarkenControls() {
+  for (const auto& darken : darkened_) darken();
+  for (int i = 0; i < CtlIndex::Count; ++i) LeaveControl(i);
+}
+
+void ScrollableControls::ReColour() {
+  for (int i = 0; i < CtlIndex::Count; ++i) {
+    ScrollableControl& control = (*this)(i);
+    control.FocusColour = scheme_.ScrollableLabelFocusColour;
+    control.NormalColour = scheme_.ScrollableLabelNormalColour;
+    if (control.Label == nullptr) continue;
+    control.Label->ForeColour = i == activeCtl_ ? control.FocusColour : RestColour(i);
+  }
+}
+
+void ScrollableControls::Show(int index) {
+  const ScrollableControl& control = (*this)(index);
+  if (!control.ShowValue || control.Format.empty() || control.Label == nullptr) return;
+  control.Label->Caption = FormatPicture(control.Value, control.Format);
+}
+
+void ScrollableControls::Change(int index, float value) {
+  (*this)(index).Value = value;
+  Show(index);
+  if ((*this)(index).OnChange) (*this)(index).OnChange();
+}
+
+void ScrollableControls::SetValue(int index, float value) {
+  Change(index, value);
+  Show(index);
+}
+
+bool ScrollableControls::Wheel(int notches, Modifiers with) {
+  if (busy_ || activeCtl_ == CtlIndex::None || notches == 0) return false;
+  const int index = activeCtl_;
+  ScrollableControl& control = (*this)(index);
+  if (control.NoFocus || index == CtlIndex::Frequency) return false;
+  ScopedFlag guard(busy_);
+  control.LastMessage = {notches, with};
+  const float step = with.Ctrl ? control.SmallStep : with.Shift ? control.LargeStep : control.NormalStep;
+  Change(index, notches > 0 ? std::min(control.Value + step, control.MaxValue)
+                            : std::max(control.Value - step, control.MinValue));
+  return true;
+}
+
+bool ScrollableControls::KeyDown(const Key& key) {
+  const int index = activeCtl_;
+  if (busy_ || index == CtlIndex::None || index == CtlIndex::Frequency) return false;
+  ScopedFlag guard(busy_);
+  ScrollableControl& control = (*this)(index);
+  const float step = key.With.Alt     ? 0.0F
+                     : key.With.Shift ? control.LargeStep
+                     : key.With.Ctrl  ? control.SmallStep
+                                      : control.NormalStep;
+  switch (key.Code) {
+    case Key::A:
+    case Key::Up:
+      Change(index, std::min(control.Value + step, control.MaxValue));
+      return true;
+    case Key::Z:
+    case Key::Down:
+      Change(index, std::max(control.Value - step, control.MinValue));
+      return true;
+    case Key::Left:
+      StepActive(-1);
+      return true;
+    case Key::Right:
+      StepActive(1);
+      return true;
+    case Key::Space:
+      RestoreDefault(index);
+      return true;
+    default:
+      return false;
+  }
+}
+
+void ScrollableControls::StepActive(int direction) {
+  int index = activeCtl_;
+  LeaveControl();
+  // The frequency can always be entered, so that the way round ends.
+  do {
+    index += direction;
+    if (index < 1) index = CtlIndex::LastByArrows;
+    if (index > CtlIndex::LastByArrows) index = 1;
+  } while ((*this)(index).NoFocus);
+  EnterControl(index);
+}
+
+void ScrollableControls::RestoreDefault(int index) {
+  ScrollableControl& control = (*this)(index);
+  if (control.NoFocus) return;
+  if (control.TableDefault) control.DefaultValue = control.TableDefault();
+  Change(index, control.DefaultValue);
+}
+
+}  // namespace quorl

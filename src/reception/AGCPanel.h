@@ -1,0 +1,40 @@
+// The AGC: on or off, its presets, and the two times that make a preset.
+#pragma once
+
+#include "dsp/AGC.h"
+#include "reception/PanelContext.h"
+
+namespace quorl {
+
+// "Attack" holds the delay, for which a peak keeps the gain down, in tenths of a second; "Decay" holds the
+// ramp of the gain in tenths of a millisecond. The tool tips tell each by what is heard: a long delay is a
+// slow decay, a short ramp is a fast attack. The labels show seconds and milliseconds.
+class AGCPanel {
+ public:
+  AGCPanel(const PanelContext& context, AGC& agc);
+
+  Frame frAGC;
+  CheckBox chkAGC;
+  OptionGroup optAGC;  // AGCPreset; the last one is the user's own, without a button to see
+  Slider sldAGCAttack, sldAGCDecay;
+  Label lblAGCAttack, lblAGCDecay;
+
+  void chkAGC_Click();
+  // Undone while the AGC is off.
+  void optAGC_Click(int index);
+  void sldAGCAttack_Scroll();
+  void sldAGCDecay_Scroll();
+  void lblAGCAttack_Wheel();
+  void lblAGCDecay_Wheel();
+
+ private:
+  AGCSettingsRecord& Preset();
+  void MoveSlider(Slider& slider, int index);
+
+  PanelContext context_;
+  PublicVars& vars_;
+  AGC& agc_;
+  bool inOptAGC_ = false, inAttack_ = false, inDecay_ = false, moving_ = false;
+};
+
+}  // namespace quorl

@@ -1,0 +1,57 @@
+// The notch: by hand or on the strongest tone, on the audio or on the IF, or mirrored into a narrow pass
+// band.
+#pragma once
+
+#include <functional>
+
+#include "reception/PanelContext.h"
+
+namespace quorl {
+
+// While the notch is off, clicks on its mode, type and mirror are undone.
+class NotchPanel {
+ public:
+  explicit NotchPanel(const PanelContext& context);
+
+  Frame frNotch;
+  CheckBox chkNotchOn;
+  OptionGroup optNotch;   // NotchModes
+  CheckBox chkNotchAuto;  // the same choice as a switch
+  CheckBox chkNotchType;  // ticked: on the IF
+  CheckBox chkNotchMirror;
+  Slider sldNotch, sldNotchWidth;
+  Label lblNotch;  // frequency of the strongest tone
+  Label lblNotchC, lblNotchCDesc;
+  Label lblNotchW, lblNotchWDesc;
+
+  // Shows or hides the notch in the spectrum display. May be empty.
+  std::function<void(bool)> ShowNotch;
+
+  void chkNotchOn_Click();
+  void optNotch_Click(int index);
+  void chkNotchAuto_Click();
+  void chkNotchType_Click();
+  void chkNotchMirror_Click();
+  void sldNotch_Scroll();
+  void sldNotchWidth_Scroll();
+  void lblNotchC_Wheel();
+  void lblNotchW_Wheel();
+
+  // Shows PeakFrequency; for after a NotchHousekeeping that has found a new one.
+  void ShowPeak();
+
+ private:
+  void TakeMode(int mode);
+  void TakeType(int type);
+  void SwitchOn();
+  void EnableControls();
+  void TakeCentre();
+  void TakeWidth();
+
+  PanelContext context_;
+  PublicVars& vars_;
+  bool notchBusy_ = false;  // sliders and labels move each other
+  bool inMode_ = false, inType_ = false, inMirror_ = false, inCentre_ = false, inWidth_ = false;
+};
+
+}  // namespace quorl

@@ -1,0 +1,63 @@
+#include "reception/VolumePanel.h"
+
+#include <cmath>
+
+#include "support/Decibels.h"
+#include "support/Picture.h"
+#include "support/ScopedFlag.h"
+
+namespace quorl {
+
+VolumePanel::VolumePanel(const PanelContext& context, AGC& agc)
+    : frAFOut(context.Registry, "frAFOut"),
+      dialOutVol(context.Registry, "dialOutVol"),
+      sldOutVolume(context.Registry, "sldOutVolume"),
+      lblOutVol(context.Registry, "lblOutVol"),
+      context_(context),
+      agc_(agc) {
+  frAFOut.Caption = "Volume";
+  context_.Colours.Add(frAFOut);
+  context_.Scrollables.Bind(CtlIndex::OutVol, lblOutVol, [this] { lblOutVol_Wheel(); });
+  const ScrollableControl& control = context_.Scrollables(CtlIndex::OutVol);
+  dialOutVol.Min = sldOutVolume.Min = static_cast<int>(control.MinValue);
+  dialOutVol.Max = sldOutVolume.Max = static_cast<int>(control.MaxValue);
+  dialOutVol.Bounded = true;
+  dialOutVol.ToolTip = sldOutVolume.ToolTip = "Volume";
+  dialOutVol.Change = [this] { dialOutVol_Change(); };
+  sldOutVolume.Change = [this] { sldOutVolume_Scroll(); };
+  lblOutVol_Wheel();
+}
+
+void VolumePanel::lblOutVol_Wheel() {
+  if (moving_) return;
+  ScopedFlag guard(moving_);
+  const ScrollableControl& control = context_.Scrollables(CtlIndex::OutVol);
+  const float value = control.Value;
+  agc_.SetVolume(value);
+  if (value < -50.0F) {
+    const double decibels = std::fabs(Decibels(std::fabs(value) / 100.0));
+    lblOutVol.Caption = "-" + FormatPicture(decibels, control.Format);
+  } else if (value > 1.0F) {
+    lblOutVol.Caption = "+" + FormatPicture(Decibels(context_.Vars.OutputAttenuation), control.Format);
+  } else if (value >= -1.0F) {
+    lblOutVol.Caption = FormatPicture(0.0, control.Format);
+  }
+  const int whole = WholeValue(context_.Scrollables, CtlIndex::OutVol);
+  dialOutVol.SetValue(whole);
+  sldOutVolume.SetValue(whole);
+}
+
+void VolumePanel::TakeVolume(int value) {
+  if (moving_) return;
+  context_.Scrollables.SetValue(CtlIndex::OutVol, static_cast<float>(value));
+}
+
+void VolumePanel::dialOutVol_Change() {
+  TakeVolume(dialOutVol.Value());
+}
+
+void VolumePanel::sldOutVolume_Scroll() {
+  TakeVolume(sldOutVolume.Value());
+}
+
+}  // namespace quorl

@@ -1,0 +1,246 @@
+// What a screen reader is told, when the window draws, and how its sizes follow the controls.
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QLayout>
+#include <QPixmap>
+#include <QTest>
+#include <set>
+
+#include "DesktopTest.h"
+#include "desktop/PanelWindow.h"
+#include "desktop/Shot.h"
+#include "desktop/SidePanels.h"
+
+namespace quorl {
+namespace {
+
+class WindowTest : public DesktopTest {
+ protected:
+  // Counts the paint events of the window and all in it.
+  class PaintCounter : public QObject {
+   public:
+    explicit PaintCounter(QWidget& window) {
+      window.installEventFilter(this);
+      for (QWidget* widget : window.findChildren<QWidget*>()) widget->installEventFilter(this);
+    }
+    bool eventFilter(QObject*, QEvent* event) override {
+      if (event->type() == QEvent::Paint) ++Paints;
+      return false;
+    }
+    int Paints = 0;
+  };
+
+  QAccessibleInterface& Access(const char* name) {
+    auto* widget = window.findChild<QWidget*>(name);
+    if (!widget) throw std::logic_error(name);
+    return *QAccessible::queryAccessibleInterface(widget);
+  }
+  QString Spoken(const char* name, QAccessible::Text kind) { return Access(name).text(kind); }
+  static void Pass(int milliseconds) { QTest::qWait(milliseconds); }
+
+  DemoPanel panel;
+  PanelWindow window{panel.Registry, {}};
+};
+
+TEST_F(WindowTest, AScreenReaderReadsDigitsAndMeter) {
+  panel.ShowDigits("070850003");
+  panel.ShowSignal(12);
+  EXPECT_EQ(Spoken("picFreqDisp", QAccessible::Name), "Frequency");
+  EXPECT_EQ(Spoken("picFreqDisp", QAccessible::Value), "7085000.3 Hz");
+  ASSERT_NE(Access("picFreqDisp").valueInterface(), nullptr);
+  EXPECT_DOUBLE_EQ(Access("picFreqDisp").valueInterface()->currentValue().toDouble(), 7085000.3);
+  EXPECT_EQ(Spoken("lbl7Seg(1)", QAccessible::Name), "Digit 1 MHz");
+  EXPECT_EQ(Spoken("lbl7Seg(1)", QAccessible::Value), "7");
+
+  EXPECT_EQ(Spoken("picSmeter", QAccessible::Name), "Signal strength");
+  EXPECT_EQ(Spoken("picSmeter", QAccessible::Value), "S9 +6 dB");
+  ASSERT_NE(Access("picSmeter").valueInterface(), nullptr);
+  EXPECT_EQ(Access("picSmeter").valueInterface()->currentValue().toInt(), 12);
+  panel.ShowSignal(3);
+  EXPECT_EQ(Access("picSmeter").valueInterface()->currentValue().toInt(), 3);
+  EXPECT_EQ(Access("picSmeter").valueInterface()->maximumValue().toInt(), 28);
+}
+
+TEST_F(WindowTest, AScreenReaderWorksTheControls) {
+  auto& label = panel.Get<Label>("lblNotchC");
+  label.AccessibleName = std::string("Notch centre, hertz");
+  int up = 0;
+  label.KeyDown = [&](Key key) { up += key.Code == Key::Up ? 1 : 0; };
+  EXPECT_EQ(Access("lblNotchC").role(), QAccessible::SpinBox);
+  EXPECT_EQ(Spoken("lblNotchC", QAccessible::Name), "Notch centre, hertz");
+  EXPECT_EQ(Spoken("lblNotchC", QAccessible::Value), "1000");
+  Access("lblNotchC").actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
+  EXPECT_EQ(up, 1);
+
+  EXPECT_EQ(Access("optMode(1)").role(), QAccessible::RadioButton);
+  EXPECT_EQ(Spoken("optMode(1)", QAccessible::Name), "USB") << "without the mnemonic's sign";
+  EXPECT_TRUE(Access("optMode(1)").state().checked);
+  Access("optMode(2)").actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_TRUE(Access("optMode(2)").state().checked);
+  EXPECT_FALSE(Access("optMode(1)").state().checked);
+  Access("sldNB").valueInterface()->setCurrentValue(77);
+  EXPECT_EQ(panel.Get<Slider>("sldNB").Value(), 77);
+}
+
+TEST_F(WindowTest, EveryControlHasANameAndTheKeyboardReachesIt) {
+  panel.Group("optDisplaySize").Press(3);
+  panel.Group("optPwr")(2).Enabled = true;
+  window.show();
+  Settle();
+  window.Clock().Flush();
+  std::set<QWidget*> reached;
+  for (int i = 0; i < 200; ++i) {
+    QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : &window, Qt::Key_Tab);
+    if (QApplication::focusWidget()) reached.insert(QApplication::focusWidget());
+  }
+  int turned = 0;
+  for (QWidget* widget : window.findChildren<QWidget*>()) {
+    auto* view = dynamic_cast<View*>(widget);
+    if (!view || !view->isVisible()) continue;
+    EXPECT_TRUE(!view->SpokenName().isEmpty() || view->SpokenValue().isEmpty()) << view->Shown().Name();
+    const QAccessible::Role role = view->Role();
+    if (role == QAccessible::StaticText || role == QAccessible::Grouping || role == QAccessible::Graphic ||
+        role == QAccessible::ProgressBar || role == QAccessible::PopupMenu) {
+      continue;
+    }
+    ++turned;
+    EXPECT_EQ(reached.count(view), 1U) << view->Shown().Name();
+  }
+  EXPECT_GT(turned, 60);
+}
+
+TEST_F(WindowTest, AHiddenOrMinimisedWindowDrawsNothing) {
+  window.show();
+  Settle();
+  PaintCounter counter(window);
+  const auto change = [this](int round) {
+    panel.ShowDigits(round % 2 == 0 ? "123456789" : "070850000");
+    panel.ShowSignal(round % 28);
+    panel.Get<Label>("lblStatsVal(0)").Caption = std::to_string(round);
+  };
+  for (int i = 0; i < 10; ++i) {
+    change(i);
+    Pass(10);
+  }
+  Pass(60);
+  EXPECT_GT(counter.Paints, 0);
+
+  for (const bool minimised : {false, true}) {
+    if (minimised) {
+      window.showMinimized();
+    } else {
+      window.hide();
+    }
+    Pass(60);
+    counter.Paints = 0;
+    const long before = window.Clock().TakenOver();
+    for (int i = 0; i < 10; ++i) {
+      change(i);
+      Pass(10);
+    }
+    EXPECT_EQ(counter.Paints, 0) << (minimised ? "minimised" : "hidden");
+    EXPECT_EQ(window.Clock().TakenOver(), before);
+    window.showNormal();
+    Settle();
+    EXPECT_GT(window.Clock().TakenOver(), before) << "what changed meanwhile is taken over";
+  }
+}
+
+TEST_F(WindowTest, ManyChangesAreOneRefresh) {
+  window.show();
+  Pass(100);
+  const long before = window.Clock().TakenOver();
+  for (int i = 0; i < 1000; ++i) panel.Get<Label>("lblNotch").Caption = std::to_string(i);
+  Pass(100);
+  EXPECT_EQ(window.Clock().TakenOver() - before, 1);
+}
+
+TEST_F(WindowTest, TheFourSizesFitTheirLeastHeight) {
+  window.resize(1024, 700);
+  window.show();
+  const QWidget* column = window.findChild<QWidget*>("optMode(0)");
+  const QWidget* setup = window.findChild<QWidget*>("chkPerfStatsOn");
+  struct Expected {
+    bool Column, Setup;
+    int Height;
+  };
+  constexpr Expected kSizes[] = {{false, true, 700}, {true, false, 700}, {false, false, 144}, {true, true, 700}};
+  for (int i = 0; i < 4; ++i) {
+    panel.Group("optDisplaySize").Press(i);
+    window.Clock().Flush();
+    Settle();
+    EXPECT_EQ(column->isVisible(), kSizes[i].Column) << i;
+    EXPECT_EQ(setup->isVisible(), kSizes[i].Setup) << i;
+    EXPECT_EQ(window.height(), kSizes[i].Height) << i;
+    EXPECT_EQ(window.width(), 1024) << i;
+    EXPECT_LE(window.layout()->minimumSize().height(), window.height()) << "cut off in size " << i;
+    EXPECT_LE(window.layout()->minimumSize().width(), window.width()) << "cut off in size " << i;
+  }
+}
+
+TEST_F(WindowTest, NothingMovesWhenAValueChanges) {
+  window.resize(1024, 700);
+  window.show();
+  Settle();
+  const auto places = [this] {
+    std::vector<QRect> rects;
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+      if (dynamic_cast<View*>(widget)) rects.push_back(widget->geometry());
+    }
+    return rects;
+  };
+  const auto before = places();
+  for (const char* name : {"lblFilterHi", "lblNotchC", "lblOutVol", "lblNB", "lblBFO", "lblAGCDecay",
+                           "lblSMeter", "lblStatsVal(0)", "lblStatsVal(5)", "lblTuningRate", "lblNotch"}) {
+    panel.Get<Label>(name).Caption = std::string("8");
+  }
+  panel.Get<Picture>("imgTuneStepLock").Visible = false;
+  panel.Get<Label>("lblIFHi").Visible = false;
+  window.Clock().Flush();
+  Settle();
+  EXPECT_EQ(places(), before);
+}
+
+TEST_F(WindowTest, F1OpensTheHelpAndCloseAsks) {
+  bool asked = false;
+  PanelWindow own(panel.Registry, {{}, [&] {
+                                     asked = true;
+                                     return false;
+                                   }});
+  own.show();
+  QTest::keyClick(&own, Qt::Key_F1);
+  EXPECT_NE(own.findChild<QWidget*>("frmHelp"), nullptr);
+  EXPECT_FALSE(own.close());
+  EXPECT_TRUE(asked);
+}
+
+TEST_F(WindowTest, AShotHasItsScale) {
+  window.resize(1024, 700);
+  const std::string path = testing::TempDir() + "quorl-window.png";
+  ASSERT_TRUE(GrabShot(window, path, 2));
+  QPixmap picture(QString::fromStdString(path));
+  EXPECT_EQ(picture.size(), QSize(2048, 1400));
+  // The accent fills the chosen mode's button.
+  const auto* button = window.findChild<QWidget*>("optMode(1)");
+  const QPoint corner = button->mapTo(&window, QPoint(4, 4)) * 2;
+  const QColor face = picture.toImage().pixelColor(corner);
+  EXPECT_LT(face.red(), 60);
+  EXPECT_GT(face.green(), 180);
+  EXPECT_FALSE(GrabShot(window, "/nowhere/at/all.png"));
+}
+
+TEST_F(WindowTest, TheLogFollowsItsForm) {
+  Label form(panel.Registry, "frmLog");
+  form.Visible = false;
+  LogWindow log(panel.Registry, [](const std::string& line) { FAIL() << line; });
+  EXPECT_FALSE(log.isVisible());
+  form.Visible = true;
+  EXPECT_TRUE(log.isVisible());
+  log.close();
+  EXPECT_FALSE(form.Visible());
+}
+
+}  // namespace
+}  // namespace quorl

@@ -1,0 +1,77 @@
+// The bar, the reading and the floor of the S-meter; the inks and texts of the statistics.
+#include "display/SMeterPanel.h"
+
+#include <gtest/gtest.h>
+
+#include "controls/ControlRegistry.h"
+
+namespace quorl {
+namespace {
+
+struct SMeterPanelTest : testing::Test {
+  int Bars() {
+    int bars = 0;
+    for (int i = 0; i < SMeterPanel::kElements; ++i) bars += meter.shpSMeterGrid(i).Visible() ? 1 : 0;
+    return bars;
+  }
+  void Feed(float level) {
+    vars.SignalLevelRing.fill(level);
+    meter.Update();
+  }
+
+  ControlRegistry registry;
+  PublicVars vars;
+  SMeterPanel meter{registry, vars};
+};
+
+TEST_F(SMeterPanelTest, EachSixDecibelsLightOneMoreBar) {
+  struct Case {
+    float level;
+    int bars;
+    const char* reading;
+  };
+  for (const Case& c : {Case{0.0F, 0, "S0"}, Case{1.9F, 0, "S0"}, Case{2.0F, 2, "S1"}, Case{501.0F, 9, "S8"},
+                        Case{502.0F, 10, "S9"}, Case{1000.0F, 11, "S9 +6 dB"},
+                        Case{32767.0F, 16, "S9 +36 dB"}, Case{1e30F, 28, "S9 +546 dB"}}) {
+    meter.DrawSMeter(c.level);
+    EXPECT_EQ(Bars(), c.bars) << c.level;
+    EXPECT_EQ(meter.lblSMeter.Caption(), c.reading) << c.level;
+  }
+}
+
+TEST_F(SMeterPanelTest, TheFloorIsTakenOffAndNothingGoesBelowIt) {
+  EXPECT_EQ(meter.picSmeter.ToolTip(), "Meter Backoff=20.00 dB");
+  vars.SignalLevelRing = {110.0F, 110.0F, 110.0F, 110.0F,
+                          5000.0F};  // the last element is no part of the mean
+  meter.Update();
+  EXPECT_FLOAT_EQ(meter.SignalLevel, 100.0F);
+  Feed(5.0F);
+  EXPECT_EQ(meter.SignalLevel, 0.0F);
+  EXPECT_EQ(Bars(), 0);
+}
+
+TEST_F(SMeterPanelTest, CalibratingTakesTheLevelOfTheLastSecondsOnce) {
+  // Blocks of root mean square 100 in all entries but one, which stands for the ring's upper bound.
+  vars.SignalPowerRing.fill(100.0F * 100.0F * SamplesPerEvent);
+  vars.SignalPowerRing.back() = 0.0F;
+  Feed(300.0F);
+  EXPECT_FLOAT_EQ(meter.SignalLevel, 290.0F);
+  registry.Find("cmdCalibrateSMeter")->UserClick();
+  Feed(300.0F);
+  EXPECT_NEAR(meter.NoiseFloor, 100.0F, 0.01F);
+  EXPECT_NEAR(meter.SignalLevel, 200.0F, 0.01F);
+  EXPECT_EQ(meter.picSmeter.ToolTip(), "Meter Backoff=40.00 dB");
+  vars.SignalPowerRing.fill(0.0F);
+  Feed(300.0F);
+  EXPECT_NEAR(meter.NoiseFloor, 100.0F, 0.01F);
+}
+
+TEST_F(SMeterPanelTest, TheScaleCountsSUnitsThenDecibelsOverS9) {
+  for (const SMeterMark& mark : SMeterPanel::Scale()) {
+    const bool above = mark.Element > 9;
+    EXPECT_EQ(mark.Text, above ? "+" + std::to_string(mark.Element * 6 - 54) : std::to_string(mark.Element));
+  }
+}
+
+}  // namespace
+}  // namespace quorl

@@ -1,0 +1,108 @@
+// Noise blanker, AGC and volume: one value under label, slider and dial.
+#include <cmath>
+
+#include "reception/ReceptionRig.h"
+
+namespace quorl {
+namespace {
+
+struct LevelPanelsTest : testing::Test, ReceptionRig {};
+
+TEST_F(LevelPanelsTest, LabelSliderAndDialOfTheBlankerStandTogether) {
+  EXPECT_FALSE(At("lblNB").Enabled() || At("sldNB").Enabled() || At("dialNB").Enabled());
+  Click("chkNB");
+  EXPECT_TRUE(vars.NBOn && At("lblNB").Enabled() && At("sldNB").Enabled() && At("dialNB").Enabled());
+  Set("sldNB", "5000");
+  EXPECT_FLOAT_EQ(vars.NBThreshold, 0.1F);
+  EXPECT_EQ(Text("lblNB"), "10.00");
+  EXPECT_EQ(Text("dialNB"), "5000");
+  Set("dialNB", "20000");
+  EXPECT_FLOAT_EQ(vars.NBThreshold, 0.2F);
+  EXPECT_EQ(Text("sldNB"), "10000");
+  Wheel("lblNB", -1, {true, false, false});
+  EXPECT_EQ(Text("lblNB"), "19.90");
+  EXPECT_EQ(Text("dialNB"), "9950");
+  // A hand that moves a control while another one is being moved loses, and nothing drifts apart.
+  AtNextYield([this] { Set("sldNB", "1"); });
+  Wheel("lblNB", -1);
+  EXPECT_EQ(Text("sldNB"), "9940");
+  EXPECT_EQ(mouse(CtlIndex::NB).Value, 9940);
+  Click("chkNB");
+  EXPECT_FALSE(vars.NBOn || At("lblNB").Enabled());
+}
+
+TEST_F(LevelPanelsTest, APresetBringsItsTimesAndKeepsWhatTheUserMadeOfIt) {
+  EXPECT_EQ(Text("lblAGCAttack"), "5.0");
+  EXPECT_EQ(Text("lblAGCDecay"), "10.0");
+  EXPECT_FALSE(At("optAGC(4)").Visible());
+  Click("optAGC(1)");
+  EXPECT_EQ(vars.AGCMode, AGCPreset::Fast);
+  EXPECT_FLOAT_EQ(vars.AGCDelayTime, 2.5F);
+  EXPECT_EQ(vars.AGCDelayCallbacks, 59);
+  EXPECT_EQ(vars.AGCSmoothSamples, 240);
+  EXPECT_EQ(At("sldAGCAttack").ToolTip(), "AGC Decay=2.5 S");
+  EXPECT_EQ(At("sldAGCDecay").ToolTip(), "AGC Attack=5 mS");
+  Wheel("lblAGCAttack", 5);
+  EXPECT_EQ(Text("lblAGCAttack"), "3.0");
+  EXPECT_EQ(Text("sldAGCAttack"), "30");
+  Set("sldAGCDecay", "120");
+  EXPECT_EQ(Text("lblAGCDecay"), "12.0");
+  EXPECT_EQ(vars.AGCSmoothSamples, 576);
+  Click("optAGC(3)");
+  EXPECT_EQ(vars.AGCDelayCallbacks, 234);
+  Click("optAGC(1)");
+  EXPECT_EQ(Text("lblAGCAttack"), "3.0");
+  RightClick("lblAGCAttack");
+  EXPECT_EQ(Text("lblAGCAttack"), "2.5");
+  At("lblAGCDecay").MouseMove();
+  mouse.KeyDown({Key::Space, {}});
+  EXPECT_EQ(Text("lblAGCDecay"), "5.0");
+}
+
+TEST_F(LevelPanelsTest, ThePresetOffStaysAtNothingAlthoughItsSlidersEndHigher) {
+  Click("optAGC(0)");
+  EXPECT_EQ(vars.AGCDelayCallbacks, 0);
+  EXPECT_EQ(vars.AGCSmoothSamples, 0);
+  EXPECT_EQ(vars.AGCSettings[AGCPreset::Off].CurrentDelay, 0);
+  EXPECT_EQ(mouse(CtlIndex::AGCAttack).Value, 0);
+  EXPECT_EQ(Text("sldAGCAttack"), "5");
+}
+
+TEST_F(LevelPanelsTest, WithTheAGCOffAPresetIsUndone) {
+  Click("chkAGC");
+  EXPECT_FALSE(vars.AGCON || At("lblAGCAttack").Enabled() || At("lblAGCDecay").Enabled());
+  EXPECT_EQ(At("chkAGC").BackColour(), kUnselectedColour);
+  Click("optAGC(1)");
+  EXPECT_EQ(agcPanel.optAGC.Pressed(), AGCPreset::Normal);
+  EXPECT_EQ(vars.AGCMode, AGCPreset::Normal);
+  EXPECT_EQ(At("optAGC(2)").BackColour(), kSelectedColour);
+  EXPECT_EQ(vars.AGCDelayCallbacks, 117);
+  Click("chkAGC");
+  Click("optAGC(1)");
+  EXPECT_EQ(vars.AGCMode, AGCPreset::Fast);
+}
+
+TEST_F(LevelPanelsTest, VolumeIsAttenuationBelowTheMiddleAndGainAbove) {
+  struct Case {
+    int value;
+    float attenuation;
+    const char* text;
+  };
+  for (const Case& c : {Case{8000, 9.0F, "+19.1"}, Case{1000, 2.0F, "+6.0"}, Case{1, 0.0F, "0.0"},
+                        Case{-10000, -10000.0F, "-40.0"}, Case{-50, -10000.0F, "-40.0"},
+                        Case{-1, 0.0F, "0.0"}, Case{-51, -51.0F, "-5.8"}, Case{-2, -51.0F, "-5.8"}}) {
+    Set("sldOutVolume", std::to_string(c.value));
+    EXPECT_FLOAT_EQ(vars.OutputAttenuation, c.attenuation) << c.value;
+    EXPECT_EQ(Text("lblOutVol"), c.text) << c.value;
+    EXPECT_EQ(Text("dialOutVol"), std::to_string(c.value));
+  }
+  Set("dialOutVol", "0");
+  EXPECT_EQ(Text("sldOutVolume"), "0");
+  Wheel("lblOutVol", 1);
+  EXPECT_EQ(Text("sldOutVolume"), "50");
+  RightClick("lblOutVol");
+  EXPECT_EQ(Text("lblOutVol"), "0.0");
+}
+
+}  // namespace
+}  // namespace quorl

@@ -1,0 +1,78 @@
+// All panels of the receive path over one receiver state, worked by the names of their controls.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "dsp/AnalyserTap.h"
+#include "dsp/KernelSettings.h"
+#include "reception/AGCPanel.h"
+#include "reception/BFOPanel.h"
+#include "reception/DemodPanel.h"
+#include "reception/FilterPanel.h"
+#include "reception/IFFilterPanel.h"
+#include "reception/NBPanel.h"
+#include "reception/NotchPanel.h"
+#include "reception/VolumePanel.h"
+
+namespace quorl {
+
+struct ReceptionRig {
+  struct NoOutput final : OutputLevel {
+    void SetOutputAttenuation(std::int32_t) override {}
+  };
+
+  ReceptionRig() {
+    filters.Initialise();
+    agcPanel.optAGC.Press(vars.AGCMode);
+    demod.optMode.Press(vars.CurrentDemodMode);
+    filter.optFilter.Press(vars.CurrentFilterMode);
+    vars.FiltersDirty = vars.NotchDirty = false;
+  }
+
+  Control& At(const std::string& name) {
+    Control* control = registry.Find(name);
+    if (control == nullptr) throw std::out_of_range(name);
+    return *control;
+  }
+  void Click(const std::string& name) { At(name).UserClick(); }
+  void Set(const std::string& name, const std::string& value) { ASSERT_TRUE(At(name).UserSet(value)); }
+  void RightClick(const std::string& name) { At(name).MouseDown(MouseButton::Right); }
+  void Wheel(const std::string& name, int times, Modifiers with = {}) {
+    for (int i = 0; i < std::abs(times); ++i) At(name).Wheel(times > 0 ? 1 : -1, with);
+  }
+  std::string Text(const std::string& name) { return At(name).Text(); }
+  // Runs once at the next yield.
+  void AtNextYield(std::function<void()> what) { atYield = std::move(what); }
+  void Yield() {
+    auto what = std::move(atYield);
+    atYield = nullptr;
+    if (what) what();
+  }
+
+  std::function<void()> atYield;
+  ControlRegistry registry;
+  ColourSchemes scheme;
+  ScrollableControls mouse{scheme};
+  PanelColours colours{registry, scheme, mouse};
+  PublicVars vars;
+  KernelSettings settings;
+  FilterBank filters{settings};
+  AnalyserTap tap{vars};
+  VariableFilters filterMaker{vars, filters, tap, [] {}};
+  NoOutput output;
+  AGC agc{vars, output};
+  PanelContext context{registry, mouse, colours, vars, filters, [this] { Yield(); }};
+  IFFilterPanel ifFilter{context};
+  FilterPanel filter{context, filterMaker, ifFilter};
+  DemodPanel demod{context, filter, ifFilter};
+  NotchPanel notch{context};
+  NBPanel nb{context};
+  AGCPanel agcPanel{context, agc};
+  VolumePanel volume{context, agc};
+  BFOPanel bfo{context};
+};
+
+}  // namespace quorl
