@@ -1,9 +1,10 @@
 // quorlsdr-cli listen: the radio on the air, in a terminal.
 #include <algorithm>
-#include <array>
+#include <chrono>
 #include <cmath>
 #include <csignal>
 #include <cstdio>
+#include <ctime>
 #include <iostream>
 #include <memory>
 
@@ -13,11 +14,13 @@
 #include "ListenScreen.h"
 #include "OptionText.h"
 #include "core/LiveRadio.h"
+#include "platform/linux/LinuxClock.h"
 #include "platform/linux/LinuxEventQueue.h"
 #include "platform/linux/TerminalDialogs.h"
 #include "shared/AudioFile.h"
 #include "shared/RadioMachine.h"
 #include "support/Rounding.h"
+#include "support/Text.h"
 
 namespace quorl::cli {
 namespace {
@@ -27,88 +30,134 @@ constexpr std::chrono::milliseconds kRedraw(200);
 
 volatile std::sig_atomic_t interrupted = 0;
 
-void PrintReport(const LiveRadio& radio, RadioMachine& machine, double seconds, std::int64_t blocks,
-                 double microseconds, double longest) {
-  const SoundStatistics sound = machine.Parts().Sound.Statistics();
+// The time that blocks take, and the share of it that the whole program takes from one core.
+struct Measure {
+  std::int64_t Blocks = 0;
+  double Microseconds = 0.0, Longest = 0.0;  // of a block's reception
+  std::chrono::steady_clock::time_point Begin = std::chrono::steady_clock::now();
+  std::clock_t ProcessorBegin = std::clock();
+
+  void Add(double microseconds) {
+    Microseconds += microseconds;
+    Longest = std::max(Longest, microseconds);
+  }
+};
+
+void PrintReport(const LiveRadio& radio, const SoundStatistics& sound, const Measure& measure) {
+  const auto blocks = static_cast<double>(measure.Blocks);
+  const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - measure.Begin;
+  const double processor = static_cast<double>(std::clock() - measure.ProcessorBegin) / CLOCKS_PER_SEC;
   std::fprintf(
       stderr,
       "{\"blocks\": %lld, \"seconds\": %.3f, \"frequency_hz\": %.1f, \"oscillator_hz\": %.1f, "
       "\"signal_level\": %.3f, \"agc_gain\": %.6g, \"us_per_block_mean\": %.2f, \"us_per_block_max\": %.2f, "
-      "\"captured_blocks\": %lld, \"overruns\": %lld, \"underruns\": %lld}\n",
-      static_cast<long long>(blocks), seconds, radio.VFO()->TunedFrequency() / 10.0,
+      "\"times_real_time\": %.1f, \"cpu_percent\": %.1f, \"captured_blocks\": %lld, \"overruns\": %lld, "
+      "\"underruns\": %lld}\n",
+      static_cast<long long>(measure.Blocks), blocks / BlocksPerSecond, radio.VFO()->TunedFrequency() / 10.0,
       radio.VFO()->OscOut / 10.0, static_cast<double>(radio.Radio.MeanSignalLevel()),
-      static_cast<double>(radio.Radio.Vars.AGCMeterGain),
-      blocks > 0 ? microseconds / static_cast<double>(blocks) : 0.0, longest,
+      static_cast<double>(radio.Radio.Vars.AGCMeterGain), blocks > 0 ? measure.Microseconds / blocks : 0.0,
+      measure.Longest, blocks / BlocksPerSecond / elapsed.count(), 100.0 * processor / elapsed.count(),
       static_cast<long long>(sound.CapturedBlocks), static_cast<long long>(sound.Overruns),
       static_cast<long long>(sound.Underruns));
 }
 
+// Puts the radio on the frequency that was asked for, else on that of the last time.
+Failure TuneIn(const ListenOptions& options, clsVFO& vfo) {
+  if (!options.FrequencyDhz) return vfo.SetTunedFrequency(vfo.TunedFrequency());
+  const std::int32_t before = vfo.TunedFrequency();
+  Failure failure = vfo.SetTunedFrequency(*options.FrequencyDhz);
+  if (failure || vfo.TunedFrequency() == *options.FrequencyDhz) return failure;
+  const std::string reach = NumberText(vfo.TunedFrequency() / 10000.0);
+  static_cast<void>(vfo.SetTunedFrequency(before));
+  return Error{1, "--frequency: with its DDS clock the board reaches no further than " + reach + " kHz"};
+}
+
+// Receives until there is enough, the listener ends it or the sound is lost for good.
+int Receive(const ListenOptions& options, RadioMachine& machine, LiveRadio& radio, LinuxEventQueue& terminal,
+            AudioFile* file) {
+  const auto blocksWanted = static_cast<std::int64_t>(std::ceil(options.Seconds * BlocksPerSecond));
+  Measure measure;
+  radio.OnAudio = [&](const std::int16_t* block, std::int32_t attenuation) {
+    if (blocksWanted > 0 && measure.Blocks >= blocksWanted) return;
+    ++measure.Blocks;
+    if (file != nullptr) file->Take(block, attenuation);
+  };
+  ListenScreen screen(radio, static_cast<float>(options.Reception.Volume));
+  radio.OnBlockOut = [&] {
+    measure.Add(radio.Radio.Pump.PumpMicroseconds);
+    screen.ShowSoundPlays();
+  };
+  bool lost = false;
+  machine.Parts().Sound.OnDeviceLost([&](const Error& error) {
+    screen.Finish();
+    PrintFault(error.Text);
+    screen.ShowSoundLost();
+    lost = !screen.HasKeys();
+  });
+  radio.Housekeeping();
+  if (const Failure failure = radio.Start()) {
+    if (radio.SoundCard().InAction) PrintFault(failure->Text);  // else the card has told it
+    return ExitCode::Failed;
+  }
+  const auto redraw = machine.Parts().Queue.CreateTimer([&] { screen.Draw(); });
+  if (!machine.IsVirtualTime() && !options.Quiet) {
+    screen.WatchKeys(terminal);
+    redraw->Start(kRedraw);
+  }
+  const auto isDone = [&] {
+    const bool enough = blocksWanted > 0 && measure.Blocks >= blocksWanted;
+    return enough || lost || interrupted != 0 || screen.IsDone() || (file != nullptr && file->Fault());
+  };
+  while (!isDone()) machine.Parts().Queue.Wait(kRedraw);
+  redraw->Stop();
+  screen.Finish();
+  radio.Stop();
+  if (options.Reception.Report) PrintReport(radio, machine.Parts().Sound.Statistics(), measure);
+  radio.OnAudio = nullptr;
+  radio.OnBlockOut = [] {};
+  machine.Parts().Sound.OnDeviceLost({});
+  return lost ? ExitCode::Failed : ExitCode::Success;
+}
+
 int Listen(const ListenOptions& options, RadioMachine& machine, LinuxEventQueue& terminal, AudioFile* file) {
   NoRecorder recorder;
-  LiveRadio radio(machine.Parts(), recorder);
+  // In virtual time too the stop watch tells how long a block has taken.
+  const LinuxClock stopWatch;
+  const Machine& all = machine.Parts();
+  Machine parts{all.Queue, stopWatch,  all.Boxes,   all.Storage, all.Instance,
+                all.Sound, all.Serial, all.Printer, all.Programs};
+  LiveRadio radio(parts, recorder);
   ApplyReceiveOptions(options.Reception, radio.Radio);
   radio.CreateSoundCard();
   radio.SoundCard().CurrentCaptureDevice = machine.CaptureDevice();
   radio.SoundCard().CurrentPlaybackDevice = machine.PlaybackDevice();
   radio.CreateTuning(machine.Settings(), InterfaceType::Serial, false,
                      [](const std::string& line) { PrintFault(line); });
+  // The side of the oscillator is the stored one, but for the demo's board, which is made for the option. An
+  // option holds for this run and isn't stored.
   clsVFO& vfo = *radio.VFO();
-  vfo.HiSideLO = !options.Reception.LowSideLO;
-  SetLowSideLO(radio.Radio.Vars, options.Reception.LowSideLO);
-  if (const Failure failure = vfo.SetTunedFrequency(options.FrequencyDhz.value_or(vfo.TunedFrequency()))) {
+  const bool storedSide = vfo.HiSideLO;
+  if (options.Demo || options.Reception.LowSideLO) vfo.HiSideLO = !options.Reception.LowSideLO;
+  SetLowSideLO(radio.Radio.Vars, !vfo.HiSideLO);
+  int exitCode = ExitCode::Refused;
+  if (const Failure failure = TuneIn(options, vfo)) {
     PrintFault(failure->Text);
-    return ExitCode::Refused;
-  }
-
-  const auto blocksWanted = static_cast<std::int64_t>(std::ceil(options.Seconds * BlocksPerSecond));
-  std::int64_t blocks = 0;
-  double microseconds = 0.0, longest = 0.0;
-  radio.OnAudio = [&](const std::int16_t* block, std::int32_t attenuation) {
-    if (blocksWanted > 0 && blocks >= blocksWanted) return;
-    ++blocks;
-    if (file != nullptr) file->Take(block, attenuation);
-  };
-  radio.OnBlockOut = [&] {
-    microseconds += radio.Radio.Pump.PumpMicroseconds;
-    longest = std::max(longest, radio.Radio.Pump.PumpMicroseconds);
-  };
-  bool lost = false;
-  machine.Parts().Sound.OnDeviceLost([&](const Error& error) {
-    PrintFault(error.Text);
-    lost = true;
-  });
-
-  radio.Housekeeping();
-  if (const Failure failure = radio.Start()) return ExitCode::Failed;
-  {
-    ListenScreen screen(radio, static_cast<float>(options.Reception.Volume));
-    const auto redraw = machine.Parts().Queue.CreateTimer([&] { screen.Draw(); });
-    if (!machine.IsVirtualTime() && !options.Quiet) {
-      screen.WatchKeys(terminal);
-      redraw->Start(kRedraw);
-    }
-    const auto isDone = [&] {
-      const bool enough = blocksWanted > 0 && blocks >= blocksWanted;
-      return enough || lost || interrupted != 0 || screen.IsDone() || (file != nullptr && file->Fault());
-    };
-    while (!isDone()) machine.Parts().Queue.Wait(kRedraw);
-    redraw->Stop();
-    screen.Finish();
-  }
-  radio.Stop();
-  if (options.Reception.Report) {
-    PrintReport(radio, machine, static_cast<double>(blocks) / BlocksPerSecond, blocks, microseconds, longest);
+  } else {
+    exitCode = Receive(options, machine, radio, terminal, file);
   }
   radio.SoundCard().ReleaseDevices();
+  vfo.HiSideLO = storedSide;
   radio.ReleaseTuning();
+  if (exitCode == ExitCode::Refused) return exitCode;
   if (const Failure failure = machine.Settings().Save()) PrintFault(failure->Text);
-  return lost ? ExitCode::Failed : ExitCode::Success;
+  return exitCode;
 }
 
 RadioMachineOptions MachineOptions(const ListenOptions& options) {
   RadioMachineOptions machine;
   machine.Demo = options.Demo;
-  machine.VirtualTime = options.Demo && !options.Output.empty() && options.Seconds > 0.0;
+  machine.VirtualTime =
+      options.Demo && !options.Output.empty() && options.Playback.empty() && options.Seconds > 0.0;
   machine.Loudspeaker = options.Output.empty() || !options.Playback.empty();
   machine.Board.SDRModelNo = options.Reception.SDRModelNo;
   machine.Board.LowSideLO = options.Reception.LowSideLO;
@@ -121,15 +170,29 @@ RadioMachineOptions MachineOptions(const ListenOptions& options) {
   return machine;
 }
 
+// What the options ask for that doesn't go together; empty where all does.
+std::string Misfit(const ListenOptions& options) {
+  if (options.Demo) {
+    return options.Capture.empty() ? ""
+                                   : "--capture: the demo brings its own antenna; leave --demo or this out";
+  }
+  if (!options.Antenna.empty()) return "--antenna: takes the place of the demo's antenna; --demo is needed";
+  if (options.BoardErrorPpm != 0.0) return "--board-error: only the demo's board has one; --demo is needed";
+  if (!options.Folder.empty()) return "--folder: holds the demo's stations; --demo is needed";
+  if (options.Capture.empty()) {
+    return "listen: --demo or --capture NAME is needed; 'quorlsdr-cli devices' lists the capture devices";
+  }
+  return "";
+}
+
 int Run(const ListenOptions& options) {
-  if (!options.Demo && options.Capture.empty()) {
-    PrintFault(
-        "listen: --demo or --capture NAME is needed; 'quorlsdr-cli devices' lists the capture devices");
+  if (const std::string misfit = Misfit(options); !misfit.empty()) {
+    PrintFault(misfit);
     return ExitCode::Refused;
   }
-  if (options.Demo && !options.Capture.empty()) {
-    PrintFault("listen: --demo brings its own antenna, --capture does not go with it");
-    return ExitCode::Refused;
+  // An interruption ends the reception and keeps what was received so far.
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    std::signal(signal, [](int) { interrupted = 1; });
   }
   Failure failure;
   std::unique_ptr<AudioFile> file;
@@ -145,33 +208,38 @@ int Run(const ListenOptions& options) {
   }
   if (options.Demo) PutDemoDefaults(machine->Settings());
   if (!machine->Notice().empty()) PrintFault(machine->Notice());
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-    std::signal(signal, [](int) { interrupted = 1; });
-  }
   const int exitCode = Listen(options, *machine, queue, file.get());
-  if (exitCode != ExitCode::Success || !file) return exitCode;
+  if (!file || file->IsEmpty()) return exitCode;
   if (const Failure fault = file->Close()) {
     PrintFault(fault->Text);
     return ExitCode::Failed;
   }
-  return ExitCode::Success;
+  return exitCode;
 }
 
 double ParseNumber(const std::string& option, const std::string& text, double low, double high) {
-  char* end = nullptr;
-  const double value = std::strtod(text.c_str(), &end);
-  if (text.empty() || *end != 0 || !(value >= low && value <= high)) {
-    Refuse(option, "'" + text + "' doesn't fit; a number from " + std::to_string(low) + " to " +
-                       std::to_string(high) + " is needed");
+  const std::optional<double> value = ParseDouble(text);
+  if (!value || *value < low || *value > high) {
+    Refuse(option, "'" + text + "' doesn't fit; a number from " + NumberText(low) + " to " +
+                       NumberText(high) + " is needed");
   }
-  return value;
+  return *value;
 }
+
+constexpr const char* kExamples = R"(Examples:
+  quorlsdr-cli listen --demo --frequency 7050 --mode usb
+  quorlsdr-cli listen --demo --frequency 7260 --if-filter track --output audio.wav --seconds 30
+  quorlsdr-cli listen --capture 1 --playback 2 --frequency 6070
+
+A capture device's number comes from 'quorlsdr-cli devices'. With --demo, --output and --seconds time passes as
+fast as the machine allows. Ctrl-C keeps what was received so far.)";
 
 }  // namespace
 
 void AddListenCommand(CLI::App& app, int& exitCode) {
   auto options = std::make_shared<ListenOptions>();
   CLI::App* command = app.add_subcommand("listen", "Receive live: a real board, or the demo band");
+  command->footer(kExamples);
   const auto addNumber = [command](const std::string& name, const std::string& shape, const std::string& help,
                                    double low, double high, std::function<void(double)> take) {
     command
@@ -181,9 +249,9 @@ void AddListenCommand(CLI::App& app, int& exitCode) {
             help)
         ->type_name(shape);
   };
-  addNumber("--frequency", "KHZ", "what to listen to, default the last one", 0.0, kHighestKhz,
+  addNumber("--frequency", "KHZ", "what to listen to, default what it was the last time", 0.0, kHighestKhz,
             [options](double khz) { options->FrequencyDhz = RoundHalfEven(khz * 10000.0); });
-  command->add_flag("--demo", options->Demo, "a simulated board and band");
+  command->add_flag("--demo", options->Demo, "a simulated board and band; no hardware is needed");
   command
       ->add_option("--antenna", options->Antenna,
                    "with --demo: a recording of the IF or of I/Q in the antenna's place")
@@ -195,11 +263,12 @@ void AddListenCommand(CLI::App& app, int& exitCode) {
   command->add_option("--output", options->Output, "WAV file of what is heard")->type_name("FILE");
   addNumber("--seconds", "S", "how long, default until it is stopped", 0.0, 864000.0,
             [options](double s) { options->Seconds = s; });
-  addNumber("--board-error", "PPM", "error of the demo board's clock", -1000.0, 1000.0,
+  addNumber("--board-error", "PPM", "with --demo: error of the board's clock, default 0", -1000.0, 1000.0,
             [options](double ppm) { options->BoardErrorPpm = ppm; });
   command->add_option("--settings", options->Settings, "another settings file")->type_name("FILE");
-  command->add_option("--folder", options->Folder, "another folder of demo stations")->type_name("DIR");
-  command->add_flag("--quiet", options->Quiet, "no live line");
+  command->add_option("--folder", options->Folder, "with --demo: another folder of stations")
+      ->type_name("DIR");
+  command->add_flag("--quiet", options->Quiet, "no live line and no keys");
   AddReceptionOptions(*command, options->Reception);
   command->callback([options, &exitCode] { exitCode = Run(*options); });
 }

@@ -1,5 +1,6 @@
 #include "ListenScreen.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -14,9 +15,11 @@ namespace quorl::cli {
 namespace {
 
 constexpr std::array<const char*, DemodMode::Count> kModeNames{"AM", "USB", "LSB", "DRM", "FM", "BC"};
-constexpr int kMeterBars = 14;  // of 12 dB each, half the panel's resolution
+constexpr int kMeterBars = 10;  // a full sound card fills them
+constexpr double kDbPerBar = 9.0;
 constexpr double kDbPerSUnit = 6.0;
-constexpr double kS9 = 54.0;  // dB of the meter's scale
+constexpr double kS9 = 54.0;      // dB of the meter's scale
+constexpr int kNotchWidth = 100;  // Hz
 constexpr float kMute = -10000.0F, kLoudest = 8000.0F;
 
 double Decibels(double ratio) {
@@ -25,7 +28,7 @@ double Decibels(double ratio) {
 
 std::string SMeter(double level) {
   const double db = std::max(0.0, Decibels(level));
-  const int bars = std::clamp(static_cast<int>(db / (2 * kDbPerSUnit)), 0, kMeterBars);
+  const int bars = std::clamp(static_cast<int>(db / kDbPerBar), 0, kMeterBars);
   std::string text = "[" + std::string(static_cast<std::size_t>(bars), '#') +
                      std::string(static_cast<std::size_t>(kMeterBars - bars), '-') + "] ";
   char reading[16];
@@ -39,8 +42,8 @@ std::string SMeter(double level) {
 
 }  // namespace
 
-RawTerminal::RawTerminal()
-    : isTerminal_(isatty(STDIN_FILENO) != 0 && tcgetattr(STDIN_FILENO, &before_) == 0) {
+RawTerminal::RawTerminal() {
+  isTerminal_ = isatty(STDIN_FILENO) != 0 && tcgetattr(STDIN_FILENO, &before_) == 0;
   if (!isTerminal_) return;
   termios raw = before_;
   raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
@@ -56,7 +59,19 @@ RawTerminal::~RawTerminal() {
 ListenScreen::ListenScreen(LiveRadio& radio, float volume) : radio_(radio), volume_(volume) {}
 
 void ListenScreen::WatchKeys(LinuxEventQueue& queue) {
-  if (terminal_.IsTerminal()) keys_ = queue.WatchFile(STDIN_FILENO, [this] { TakeKeys(); });
+  terminal_.emplace();
+  if (!terminal_->IsTerminal()) return;
+  keys_ = queue.WatchFile(STDIN_FILENO, [this] { TakeKeys(); });
+  TellKeys();
+}
+
+void ListenScreen::TellKeys() {
+  if (isatty(STDERR_FILENO) == 0) return;
+  Finish();
+  std::fputs(
+      "up/down tune, page up/down ten steps, left/right step, m mode, f filter,\n"
+      "n notch, +/- volume, space mute, p reopen the sound devices, q quit\n",
+      stderr);
 }
 
 void ListenScreen::TakeKeys() {
@@ -68,11 +83,12 @@ void ListenScreen::TakeKeys() {
   }
   for (ssize_t i = 0; i < got;) {
     const auto at = static_cast<std::size_t>(i);
-    // An arrow is ESC [ and a letter, a page key ESC [ and a digit and ~.
+    // An arrow is ESC [ (or O) and a letter, a page key ESC [ and a digit and ~.
     const std::size_t rest = static_cast<std::size_t>(got) - at;
     std::size_t length = 1;
     if (bytes[at] == 27 && rest >= 3)
       length = bytes[at + 2] >= '0' && bytes[at + 2] <= '9' && rest >= 4 ? 4 : 3;
+    if (length > 1 && bytes[at + 1] == 'O') bytes[at + 1] = '[';
     TakeKey(std::string(bytes.data() + at, length));
     i += static_cast<ssize_t>(length);
   }
@@ -95,12 +111,9 @@ void ListenScreen::TakeKey(const std::string& key) {
       {"+", [](ListenScreen& s) { s.ChangeVolume(200); }},
       {"-", [](ListenScreen& s) { s.ChangeVolume(-200); }},
       {" ", [](ListenScreen& s) { s.ToggleMute(); }},
-      {"q", [](ListenScreen& s) { s.Stop(); }},
-      {"n",
-       [](ListenScreen& s) {
-         s.notch_ = !s.notch_;
-         s.radio_.Radio.SetNotch(s.notch_, NotchModes::Auto, NotchTypes::Audio, 1000, 100);
-       }},
+      {"q", [](ListenScreen& s) { s.done_ = true; }},
+      {"n", [](ListenScreen& s) { s.ToggleNotch(); }},
+      {"p", [](ListenScreen& s) { s.ReopenSound(); }},
   };
   for (const Action& action : kActions) {
     if (key == action.Key) {
@@ -109,7 +122,7 @@ void ListenScreen::TakeKey(const std::string& key) {
       return;
     }
   }
-  hintFor_ = 25;
+  TellKeys();
 }
 
 void ListenScreen::Tune(double steps) {
@@ -133,6 +146,26 @@ void ListenScreen::NextFilter() {
   receiver.SetFilterMode((receiver.Vars.CurrentFilterMode + 1) % FilterModeCount);
 }
 
+void ListenScreen::ToggleNotch() {
+  notch_ = !notch_;
+  radio_.Radio.SetNotch(notch_, NotchModes::Auto, NotchTypes::Audio, 0, kNotchWidth);
+}
+
+void ListenScreen::ReopenSound() {
+  Finish();
+  radio_.Stop();
+  reopened_ = !radio_.Start();  // a failure has been told
+}
+
+void ListenScreen::ShowSoundLost() {
+  soundLost_ = true;
+  reopened_ = false;
+}
+
+void ListenScreen::ShowSoundPlays() {
+  if (reopened_) soundLost_ = false;
+}
+
 void ListenScreen::ChangeVolume(float by) {
   muted_ = false;
   volume_ = std::clamp(volume_ + by, kMute, kLoudest);
@@ -148,24 +181,27 @@ std::string ListenScreen::Line() const {
   const Receiver& receiver = radio_.Radio;
   const PublicVars& vars = receiver.Vars;
   const clsVFO& vfo = *radio_.VFO();
+  const double level = receiver.MeanSignalLevel();
+  const std::string step =
+      soundLost_ ? "NO SOUND, p reopens" : FormatPicture(vfo.TuneStep() / 10.0, "#,##0 Hz") + " step";
   char text[240];
-  std::snprintf(text, sizeof text, "%s  %-3s %-7s step %s  %s  AGC %+5.1f dB  load %2.0f%%%s%s",
+  std::snprintf(text, sizeof text, "%s %-3s %-7s %s %2.0f dB load %4.1f%% %s%s%s",
                 FormatPicture(vfo.TunedFrequency() / 10.0, "#0 000 000.0 Hz").c_str(),
                 kModeNames[static_cast<std::size_t>(vars.CurrentDemodMode)],
                 FilterModeTexts[static_cast<std::size_t>(vars.CurrentFilterMode)].Caption,
-                FormatPicture(vfo.TuneStep() / 10.0, "#,##0 Hz").c_str(),
-                SMeter(receiver.MeanSignalLevel()).c_str(), Decibels(vars.AGCMeterGain),
-                100.0 * static_cast<double>(receiver.Pump.PumpLoad), notch_ ? "  notch" : "",
-                muted_ ? "  muted" : "");
+                SMeter(level).c_str(), std::max(0.0, Decibels(level)),
+                100.0 * static_cast<double>(receiver.Pump.PumpLoad), step.c_str(), muted_ ? " muted" : "",
+                notch_ ? " notch" : "");
   return text;
 }
 
 void ListenScreen::Draw() {
   if (isatty(STDERR_FILENO) == 0) return;
+  // A line that wraps can't be drawn over.
+  winsize window{};
   std::string line = Line();
-  if (hintFor_ > 0) {
-    --hintFor_;
-    line += "   " + hint_;
+  if (ioctl(STDERR_FILENO, TIOCGWINSZ, &window) == 0 && window.ws_col > 1) {
+    line.resize(std::min<std::size_t>(line.size(), window.ws_col - 1U));
   }
   std::fprintf(stderr, "\r%s\x1b[K", line.c_str());
   std::fflush(stderr);

@@ -119,16 +119,49 @@ std::vector<std::vector<std::uint8_t>> Frames(const std::vector<LineChange>& cha
   return frames;
 }
 
-void PrintFrames(const std::vector<std::vector<std::uint8_t>>& frames) {
-  for (const auto& frame : frames) {
-    std::printf("sent:");
-    for (const std::uint8_t byte : frame) std::printf(" %02X", byte);
-    std::printf("\n");
+// What a tuning comes to: the numbers, and each change of a line.
+struct Tuned {
+  double FrequencyHz = 0.0, OscillatorHz = 0.0;
+  std::uint32_t Word = 0;
+  std::vector<LineChange> Changes;
+  std::vector<std::string> Complaints;
+};
+
+// Tunes over ports made of memory, where each line call takes a microsecond.
+Tuned TuneInMemory(const TuneOptions& options) {
+  constexpr std::chrono::microseconds kLineTime(1);
+  VirtualClock clock;
+  VirtualEventQueue queue(clock);
+  VirtualSerialPort serial(clock, queue);
+  serial.SetLineTime(kLineTime);
+  VirtualPrinterPort printer(clock);
+  printer.SetWriteTime(kLineTime);
+  VirtualDialogs boxes;
+  SettingsStore store;
+  TuneOptions dry = options;
+  dry.Port = kDryPort;
+  FillSettings(dry, store);
+  Tuned tuned;
+  TuningChain chain({serial, printer, queue, boxes, store},
+                    [&](const std::string& line) { tuned.Complaints.push_back(line); });
+  chain.OpenInterface(options.Interface, false);
+  chain.CreateVFO(options.SDRModelNo, options.Interface);
+  Tune(options, chain, tuned.Complaints);
+  tuned.FrequencyHz = chain.VFO()->TunedFrequency() / 10.0;
+  tuned.OscillatorHz = chain.VFO()->OscOut / 10.0;
+  tuned.Word = static_cast<std::uint32_t>(chain.Driver()->CurrentTuningWord);
+  tuned.Changes =
+      options.Interface == InterfaceType::Parallel ? PrinterChanges(printer) : SerialChanges(serial);
+  for (const MessageRequest& message : boxes.Messages) tuned.Complaints.push_back(message.Text);
+  if (tuned.Complaints.empty() && tuned.FrequencyHz != options.FrequencyHz) {
+    tuned.Complaints.push_back("--frequency: with its DDS clock the board reaches no further than " +
+                               NumberText(tuned.FrequencyHz) + " Hz");
   }
+  return tuned;
 }
 
-// Sends on the real port and tells how long that took.
-int SendForReal(const TuneOptions& options) {
+// Sends on the real port; milliseconds that the frequency's frame took.
+std::optional<double> SendForReal(const TuneOptions& options, int& exitCode) {
   LinuxEventQueue queue;
   LinuxSerialCalls serialCalls;
   LinuxPrinterCalls printerCalls;
@@ -145,19 +178,37 @@ int SendForReal(const TuneOptions& options) {
                       LinuxPrinterPort::Access::None) {
     PrintFault(
         "the printer port can't be reached; load the ppdev module and join group lp, or use --dry-run");
-    return ExitCode::Failed;
+    exitCode = ExitCode::Failed;
+    return {};
   }
   if (!chain.OpenInterface(options.Interface, false)) {
-    PrintFault(options.Port +
-               ": can't be opened as a serial port; 'quorlsdr-cli devices' lists those that exist");
-    return ExitCode::Failed;
+    PrintFault("--port: " + options.Port +
+               " can't be opened as a serial port; 'quorlsdr-cli devices' lists those that exist");
+    exitCode = ExitCode::Refused;
+    return {};
   }
   chain.CreateVFO(options.SDRModelNo, options.Interface);
   const LinuxClock clock;
   const std::int64_t begin = clock.Microseconds();
   Tune(options, chain, complaints);
-  std::printf("time: %.1f ms\n", static_cast<double>(clock.Microseconds() - begin) / 1000.0);
-  return ExitCode::Success;
+  return static_cast<double>(clock.Microseconds() - begin) / 1000.0;
+}
+
+void Print(const Tuned& tuned, const TuneOptions& options) {
+  std::printf("tuned: %s\n", FormatPicture(tuned.FrequencyHz, "#,##0.0 Hz").c_str());
+  std::printf("oscillator: %s\n", FormatPicture(tuned.OscillatorHz, "#,##0.0 Hz").c_str());
+  std::printf("tuning word: %u (0x%08X)\n", tuned.Word, tuned.Word);
+  for (const auto& frame : Frames(tuned.Changes, options.Interface == InterfaceType::Parallel)) {
+    std::printf("sent:");
+    for (const std::uint8_t byte : frame) std::printf(" %02X", byte);
+    std::printf("\n");
+  }
+  if (!options.DryRun) return;
+  std::printf("microsecond line level\n");
+  for (const LineChange& change : tuned.Changes) {
+    std::printf("%lld %s %d\n", static_cast<long long>(change.Microsecond), change.Line.c_str(),
+                change.High ? 1 : 0);
+  }
 }
 
 int Run(const TuneOptions& options) {
@@ -168,46 +219,26 @@ int Run(const TuneOptions& options) {
         "choice");
     return ExitCode::Refused;
   }
+  if (parallel && !options.Port.empty()) {
+    PrintFault("--port: names a serial port; leave it or --interface parallel out");
+    return ExitCode::Refused;
+  }
   if (!parallel && options.Port.empty() && !options.DryRun) {
     PrintFault("--port PATH is needed, or --dry-run; 'quorlsdr-cli devices' lists the serial ports");
     return ExitCode::Refused;
   }
-  VirtualClock clock;
-  VirtualEventQueue queue(clock);
-  VirtualSerialPort serial(clock, queue);
-  serial.SetLineTime(std::chrono::microseconds(1));
-  VirtualPrinterPort printer(clock);
-  printer.SetWriteTime(std::chrono::microseconds(1));
-  VirtualDialogs boxes;
-  SettingsStore store;
-  TuneOptions dry = options;
-  dry.Port = kDryPort;
-  FillSettings(dry, store);
-  std::vector<std::string> complaints;
-  {
-    TuningChain chain({serial, printer, queue, boxes, store},
-                      [&](const std::string& line) { complaints.push_back(line); });
-    chain.OpenInterface(options.Interface, false);
-    chain.CreateVFO(options.SDRModelNo, options.Interface);
-    Tune(options, chain, complaints);
-    std::printf("tuned: %s\n", FormatPicture(chain.VFO()->TunedFrequency() / 10.0, "#,##0.0 Hz").c_str());
-    std::printf("oscillator: %s\n", FormatPicture(chain.VFO()->OscOut / 10.0, "#,##0.0 Hz").c_str());
-    const auto word = static_cast<std::uint32_t>(chain.Driver()->CurrentTuningWord);
-    std::printf("tuning word: %u (0x%08X)\n", word, word);
-    const std::vector<LineChange> changes = parallel ? PrinterChanges(printer) : SerialChanges(serial);
-    PrintFrames(Frames(changes, parallel));
-    if (options.DryRun) {
-      std::printf("microsecond line level\n");
-      for (const LineChange& change : changes) {
-        std::printf("%lld %s %d\n", static_cast<long long>(change.Microsecond), change.Line.c_str(),
-                    change.High ? 1 : 0);
-      }
-    }
+  const Tuned tuned = TuneInMemory(options);
+  if (!tuned.Complaints.empty()) {
+    PrintFault(tuned.Complaints.front());
+    return ExitCode::Refused;
   }
-  for (const MessageRequest& message : boxes.Messages) complaints.push_back(message.Text);
-  for (const std::string& complaint : complaints) PrintFault(complaint);
-  if (!complaints.empty()) return ExitCode::Refused;
-  return options.DryRun ? ExitCode::Success : SendForReal(options);
+  std::optional<double> milliseconds;
+  int exitCode = ExitCode::Success;
+  if (!options.DryRun) milliseconds = SendForReal(options, exitCode);
+  if (exitCode != ExitCode::Success) return exitCode;
+  Print(tuned, options);
+  if (milliseconds) std::printf("time: %.1f ms\n", *milliseconds);
+  return ExitCode::Success;
 }
 
 }  // namespace
@@ -225,6 +256,9 @@ void AddTuneCommand(CLI::App& app, int& exitCode) {
   addText("--frequency", "HZ", "what to listen to", [options](const std::string& text) {
     options->FrequencyHz = ParseWhole("--frequency", text, kFrequencyRange);
   })->required();
+  command->footer(
+      "Example: quorlsdr-cli tune --model elektor --frequency 7050000 --dry-run\n\n"
+      "Lines of a serial port: RTS data, BREAK (of TXD) clock, DTR select; of a printer port D0, D1 and D2.");
   command->add_flag("--low-side", options->LowSideLO, "the local oscillator lies below the signal");
   addText("--if", "HZ", "the board's IF, default 45000000, elektor 455000",
           [options](const std::string& text) { options->IFHz = ParseWhole("--if", text, kFrequencyRange); });

@@ -1,4 +1,4 @@
-// quorlsdr-cli: the receiver over files and pipes.
+// quorlsdr-cli: the receiver in a terminal, on the air or over files and pipes.
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <exception>

@@ -13,10 +13,22 @@ double Seconds(const timeval& time) {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
 }
 
+rusage Usage() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return usage;
+}
+
+double CpuSeconds() {
+  const rusage usage = Usage();
+  return Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
+}
+
 }  // namespace
 
 void LoadReport::NoteBlock(double microseconds) {
   if (blocks_++ == 0) {
+    firstBlockCpu_ = CpuSeconds();
     firstBlockSeconds_ = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin_).count();
   }
   microseconds_ += microseconds;
@@ -25,9 +37,7 @@ void LoadReport::NoteBlock(double microseconds) {
 
 void LoadReport::Print(frmMain& frame, RadioMachine& machine) const {
   const double elapsed = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin_).count();
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  const double cpu = Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
+  const double listening = elapsed - firstBlockSeconds_;
   const SoundStatistics sound = machine.Parts().Sound.Statistics();
   std::fprintf(
       stderr,
@@ -36,9 +46,9 @@ void LoadReport::Print(frmMain& frame, RadioMachine& machine) const {
       "\"underruns\": %lld, \"signal_level\": %.2f}\n",
       elapsed, firstBlockSeconds_, static_cast<long long>(blocks_),
       blocks_ > 0 ? microseconds_ / static_cast<double>(blocks_) : 0.0, longest_,
-      elapsed > 0.0 ? 100.0 * cpu / elapsed : 0.0, static_cast<double>(usage.ru_maxrss) / 1024.0,
-      static_cast<long long>(sound.Overruns), static_cast<long long>(sound.Underruns),
-      static_cast<double>(frame.Radio().Radio.MeanSignalLevel()));
+      listening > 0.0 ? 100.0 * (CpuSeconds() - firstBlockCpu_) / listening : 0.0,
+      static_cast<double>(Usage().ru_maxrss) / 1024.0, static_cast<long long>(sound.Overruns),
+      static_cast<long long>(sound.Underruns), static_cast<double>(frame.Radio().Radio.MeanSignalLevel()));
 }
 
 }  // namespace quorl

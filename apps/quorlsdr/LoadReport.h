@@ -21,6 +21,7 @@ class LoadReport {
  private:
   std::chrono::steady_clock::time_point begin_;
   double firstBlockSeconds_ = 0.0;
+  double firstBlockCpu_ = 0.0;  // seconds of processor time that the start took
   std::int64_t blocks_ = 0;
   double microseconds_ = 0.0, longest_ = 0.0;
 };

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QTimer>
 #include <cstdio>
+#include <functional>
 #include <iostream>
 #include <memory>
 
@@ -29,7 +30,9 @@ void Complain(const std::string& text) {
 
 class Program {
  public:
-  explicit Program(const ProgramOptions& options) : options_(options), boxes_(personalBoxes_, std::cout) {}
+  explicit Program(const ProgramOptions& options) : options_(options), boxes_(personalBoxes_, std::cout) {
+    boxes_.AsksPerson = options.Script.empty();
+  }
 
   int Run() {
     if (const Failure failure = PutTogether()) {
@@ -37,7 +40,6 @@ class Program {
       return ExitCode::Refused;
     }
     if (!machine_->Notice().empty()) Complain(machine_->Notice());
-    ShowSplash(true);
     if (!frame_->Form_Initialize()) return ExitCode::Refused;
     OpenWindow();
     int exitCode = options_.Script.empty() ? WaitForClose() : RunScript();
@@ -62,8 +64,6 @@ class Program {
     wanted.Settings = options_.Settings;
     machine_ = RadioMachine::Create(wanted, queue_, boxes_, failure);
     if (failure) return failure;
-    // The settings are read before the frame does, for what the demo puts into a new store.
-    if (options_.Demo && !machine_->Settings().Load()) PutDemoDefaults(machine_->Settings());
     const std::string folder =
         PrepareApplicationFolder(machine_->Storage(), options_.Folder, machine_->Directories().Data,
                                  FindInstalledData(machine_->Storage()) + "/bandplans", failure);
@@ -72,8 +72,9 @@ class Program {
                                      machine_->Directories().LogFile());
     if (!options_.Output.empty()) file_ = AudioFile::Create(options_.Output, failure);
     if (failure) return failure;
+    const auto defaults = options_.Demo ? PutDemoDefaults : nullptr;
     frame_ = std::make_unique<frmMain>(machine_->Parts(), machine_->Settings(), *log_,
-                                       StartOptions{options_.CommandLine, folder});
+                                       StartOptions{options_.CommandLine, folder, defaults});
     frame_->OnSplash = [this](bool visible) { ShowSplash(visible); };
     frame_->OnClose = [this] { Close(); };
     return {};
@@ -82,21 +83,25 @@ class Program {
   void ShowSplash(bool visible) {
     if (!visible) {
       splash_.reset();
-    } else if (!splash_ && options_.Script.empty()) {
-      splash_ = std::make_unique<SplashPanel>(QUORL_VERSION);
+      return;
     }
+    // The log's controls are there by now: where it is wanted it shows from the first step.
+    logWindow_ = std::make_unique<LogWindow>(frame_->Controls(), LogLine());
+    if (options_.Script.empty()) splash_ = std::make_unique<SplashPanel>(QUORL_VERSION);
+  }
+
+  std::function<void(const std::string&)> LogLine() {
+    return [this](const std::string& line) { log_->AddLog(line); };
   }
 
   void OpenWindow() {
     PanelWindow::Events events;
-    events.Log = [](const std::string& line) { Complain(line); };
+    events.Log = LogLine();
     events.Closing = [this] {
       Close();
       return true;
     };
     window_ = std::make_unique<PanelWindow>(frame_->Controls(), events);
-    logWindow_ =
-        std::make_unique<LogWindow>(frame_->Controls(), [](const std::string& line) { Complain(line); });
     frame_->Scrollables().GiveFocus = [this](Label& label) { window_->GiveFocus(label.Name()); };
     personalBoxes_.SetWindow(window_.get());
     window_->show();
@@ -121,7 +126,6 @@ class Program {
       Complain(failure->Text);
       return ExitCode::Refused;
     }
-    boxes_.AsksPerson = false;
     ScriptHooks hooks;
     hooks.Shot = [this](const std::string& path, double scale) {
       QApplication::processEvents();

@@ -14,6 +14,7 @@ std::unique_ptr<AudioFile> AudioFile::Create(const std::string& path, Failure& f
 
 void AudioFile::Take(const std::int16_t* block, std::int32_t attenuation) {
   if (fault_) return;
+  empty_ = false;
   Attenuate(block, attenuation, scaled_.data());
   fault_ = writer_->Write(scaled_.data(), SamplesPerEvent);
 }

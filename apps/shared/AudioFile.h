@@ -19,6 +19,7 @@ class AudioFile {
 
   // A block of SamplesPerEvent samples and the sound card's attenuation, hundredths of a decibel.
   void Take(const std::int16_t* block, std::int32_t attenuation);
+  bool IsEmpty() const { return empty_; }  // nothing was taken: the old file may as well stay
   Failure Close();
   const Failure& Fault() const { return fault_; }  // what ended the writing
 
@@ -27,6 +28,7 @@ class AudioFile {
 
   std::unique_ptr<WavWriter> writer_;
   Failure fault_;
+  bool empty_ = true;
   std::array<std::int16_t, SamplesPerEvent> scaled_{};
 };
 

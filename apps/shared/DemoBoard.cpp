@@ -46,6 +46,7 @@ void PutDemoDefaults(SettingsStore& store) {
       {"VFO1.ElektorDRM", "TunedFrequency", kBroadcaster},
       {"VFO1.RXIQ", "TunedFrequency", kBroadcaster},
       {"frmMain", "AutoStartSDR", "True"},
+      {"frmMain", "PerfStatsOn", "1"},
   };
   for (const Default& entry : defaults) {
     if (store.GetSetting(entry.Section, entry.Key, "").empty())

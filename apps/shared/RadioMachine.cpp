@@ -8,6 +8,7 @@
 
 #include "recorder/WavReader.h"
 #include "shared/InstalledData.h"
+#include "state/PublicConstants.h"
 
 namespace quorl {
 
@@ -61,6 +62,9 @@ SampleSource* RadioMachine::AntennaOf(const RadioMachineOptions& options, Failur
     return WavReader::OpenFile(path, WavNeeds{}, fault);
   };
   recording_ = RecordingSource::Open(open, failure);
+  if (recording_ && options.Board.SDRModelNo == SDRModel::IQXtalRX && recording_->Channels() != 2) {
+    failure = Error{2, options.Antenna + ": has 1 channel; model iq needs I and Q in 2 channels"};
+  }
   return recording_.get();
 }
 

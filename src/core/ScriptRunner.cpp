@@ -55,9 +55,10 @@ Modifiers ModifiersIn(const std::vector<std::string>& words, std::size_t from) {
   return with;
 }
 
-double NumberOf(const std::string& text, double least) {
+double NumberOf(const std::string& text, double least, double most = 2e9) {
   const std::optional<double> number = ParseDouble(text);
-  if (!number || *number < least) throw std::runtime_error("'" + text + "' is not a number that fits here");
+  if (!number || *number < least || *number > most)
+    throw std::runtime_error("'" + text + "' is not a number that fits here");
   return *number;
 }
 
@@ -217,7 +218,7 @@ void ScriptRunner::Set(const Words& words) {
 
 void ScriptRunner::Wheel(const Words& words) {
   Control& control = Find(words[0]);
-  const int notches = static_cast<int>(NumberOf(words[1], -10000.0));
+  const int notches = static_cast<int>(NumberOf(words[1], -10000.0, 10000.0));
   const Modifiers with = ModifiersIn(words, 2);
   if (!control.Enabled() || !control.Visible()) return;
   Raise(control.MouseMove);
@@ -289,7 +290,7 @@ void ScriptRunner::Expect(const Words& words) {
 }
 
 void ScriptRunner::Shot(const Words& words) {
-  const double scale = words.size() > 1 ? NumberOf(words[1], 0.1) : 1.0;
+  const double scale = words.size() > 1 ? NumberOf(words[1], 0.1, 8.0) : 1.0;
   if (!hooks_.Shot || !hooks_.Shot(words[0], scale)) {
     throw std::runtime_error("can't write the picture " + words[0]);
   }

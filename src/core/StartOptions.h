@@ -1,13 +1,18 @@
 // What a start of the program is told from outside.
 #pragma once
 
+#include <functional>
 #include <string>
+
+#include "config/SettingsStore.h"
 
 namespace quorl {
 
 struct StartOptions {
   std::string CommandLine;        // "trace" anywhere in it shows the log from the first step
   std::string ApplicationFolder;  // band plans live here
+  // Puts into the store, once it has been read, what it lacks for this run. May be empty.
+  std::function<void(SettingsStore&)> Defaults = {};
 };
 
 }  // namespace quorl

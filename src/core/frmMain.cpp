@@ -49,6 +49,7 @@ bool frmMain::Form_Initialize() {
   if (const Failure failure = store_.Load()) {
     machine_.Boxes.ShowMessage({.Text = failure->Text, .Title = kProductName, .Icon = MessageIcon::Warning});
   }
+  if (options_.Defaults) options_.Defaults(store_);
   Log(kInitialize, " : Start");
   Log(kInitialize, " : QUORL.INIT");
   Log(kInitialize, " : PublicVars.SDRColourSchemes.Defaults");
@@ -174,7 +175,9 @@ void frmMain::LoadSteps() {
   vars.IFFilterActive = false;
   step(":Initialising NotchFilter Default Values");
   step(":Restoring SDR Settings");
+  stored_.AutoDDSRefresh = radio_->VFO()->AutoUpdate;
   RestoreSettings();
+  radio_->VFO()->AutoUpdate = stored_.AutoDDSRefresh;
   smeter_->NoiseFloor = static_cast<float>(stored_.NoiseFloor) / 100000.0F;
   smeter_->DrawSMeterScale();
   step(":Initialising SoundCard Object");
@@ -216,6 +219,8 @@ void frmMain::CreateForm() {
   optPwr_ = std::make_unique<OptionGroup>(registry_, "optPwr", static_cast<int>(PowerTexts.size()));
   SetTexts(*optPwr_, PowerTexts);
   for (int i = 0; i < optPwr_->Count(); ++i) (*optPwr_)(i).Enabled = false;
+  optPwr_->Press(1);
+  PaintPower();
   optPwr_->Click = [this](int index) { optPwr_Click(index); };
   frDispMode_ = std::make_unique<Frame>(registry_, "frDispMode");
   optDisplaySize_ =
@@ -293,8 +298,10 @@ void frmMain::CreateTuningRoad() {
   tuning_->chkTuneLo.SetValue(!radio_->VFO()->HiSideLO);
 }
 
-void frmMain::InitialiseSoundCard() {
+// Finds the stored devices among those that are there now.
+void frmMain::ChooseDevices() {
   QUORLDX8& card = radio_->SoundCard();
+  card.RefreshDevices();
   std::vector<std::string> names;
   card.GetPlayDeviceNames(names);
   card.CurrentPlaybackDevice =
@@ -302,8 +309,13 @@ void frmMain::InitialiseSoundCard() {
   card.GetCapDeviceNames(names);
   card.CurrentCaptureDevice =
       FindDevice(names, stored_.CurrentCaptureDeviceName, stored_.CurrentCaptureDevice);
+}
+
+void frmMain::InitialiseSoundCard() {
+  ChooseDevices();
   machine_.Sound.OnDeviceLost([this](const Error& error) {
     if (on_) optPwr_->Press(1);
+    radio_->SoundCard().ReleaseDevices();  // opened anew, wherever it is then, when the power goes on
     log_.AddLog(error.Text);
     machine_.Boxes.ShowMessage({.Text = error.Text, .Title = kProductName, .Icon = MessageIcon::Warning});
   });
@@ -359,20 +371,35 @@ void frmMain::optPwr_Click(int index) {
 }
 
 void frmMain::PowerOn() {
-  (*optPwr_)(0).BackColour = 0x00C000;
-  (*optPwr_)(1).BackColour = 0x0000FF;
+  on_ = true;
+  PaintPower();
   radio_->Radio.FilterMaker.MakeFilters();
   (*optPwr_)(2).Enabled = false;
-  on_ = true;
-  // What went wrong has been told; the panel goes back to Off and stays tunable.
-  if (radio_->Start()) optPwr_->Press(1);
+  if (!radio_->SoundCard().Prepared()) {
+    CollectSettings();
+    ChooseDevices();
+  }
+  const Failure failure = radio_->Start();
+  if (!failure) return;
+  // What can't be opened has been told, but not what was open and doesn't start. The panel goes back to Off
+  // and stays tunable.
+  if (radio_->SoundCard().Prepared()) {
+    radio_->SoundCard().ReleaseDevices();
+    machine_.Boxes.ShowMessage({.Text = failure->Text, .Title = kProductName, .Icon = MessageIcon::Warning});
+  }
+  optPwr_->Press(1);
+}
+
+// The button in force is dark green or dark red, the other one is lit.
+void frmMain::PaintPower() {
+  (*optPwr_)(0).BackColour = on_ ? 0x00C000 : 0x00FF00;
+  (*optPwr_)(1).BackColour = on_ ? 0x0000FF : 0x0000C0;
 }
 
 void frmMain::PowerOff() {
   radio_->Stop();
   on_ = false;
-  (*optPwr_)(0).BackColour = 0x00FF00;
-  (*optPwr_)(1).BackColour = 0x0000C0;
+  PaintPower();
   (*optPwr_)(2).Enabled = true;
   SaveNow();
 }
@@ -382,6 +409,7 @@ void frmMain::Form_Unload() {
   radio_->tmrPerfStats.SetEnabled(false);
   radio_->Stop();
   if (radio_->HasSoundCard()) radio_->SoundCard().ReleaseDevices();
+  machine_.Sound.OnDeviceLost([](const Error&) {});
   if (!loading_) SaveSettings();
   unloaded_ = true;
   tuning_->SetEncoder(nullptr);

@@ -83,10 +83,12 @@ class frmMain {
   void CreateTuningRoad();
   void ApplySettings();
   void InitialiseSoundCard();
+  void ChooseDevices();
   void ConnectHousekeeping();
   void EnableTimers();
   void PowerOn();
   void PowerOff();
+  void PaintPower();
   void SaveNow();
   void Form_KeyDown(const Key& key);
   void ReportLoadError(const std::string& text);

@@ -133,6 +133,7 @@ void frmMain::SaveSettings() {
 void frmMain::SaveNow() {
   if (loading_ || unloaded_) return;
   SaveSettings();
+  if (const clsVFO* vfo = radio_->VFO()) vfo->SaveSettings();
   if (const Failure failure = store_.Save()) log_.AddLog(failure->Text);
 }
 

@@ -23,7 +23,8 @@ FaceView* Binder::Toggle(const std::string& name) {
 std::vector<FaceView*> Binder::Options(const std::string& name, int count) {
   std::vector<FaceView*> views;
   for (int i = 0; i < count; ++i) {
-    if (auto* control = Find<OptionButton>(IndexedName(name, i))) views.push_back(new FaceView(clock_, *control));
+    if (auto* control = Find<OptionButton>(IndexedName(name, i)))
+      views.push_back(new FaceView(clock_, *control));
   }
   for (std::size_t i = 0; i < views.size(); ++i) {
     views[i]->SetNeighbours(i > 0 ? views[i - 1] : nullptr, i + 1 < views.size() ? views[i + 1] : nullptr);

@@ -20,8 +20,8 @@
 
 namespace quorl {
 
-// A control that isn't there, or is of another kind, gives one line to the log, and a null view: the window goes
-// on without it. Views belong to the Qt parent that they are put into.
+// A control that isn't there, or is of another kind, gives one line to the log, and a null view: the window
+// goes on without it. Views belong to the Qt parent that they are put into.
 class Binder {
  public:
   using Logger = std::function<void(const std::string&)>;
@@ -49,7 +49,8 @@ class Binder {
   // Pops up at the pointer when the control asks for it.
   void PopupMenu(const std::string& name, QWidget* window);
   // A card always comes: without a frame of that name it has one of its own.
-  CardView* Card(const std::string& frame, const QString& title, CardView::Title shown = CardView::Title::Shown);
+  CardView* Card(const std::string& frame, const QString& title,
+                 CardView::Title shown = CardView::Title::Shown);
 
   template <class C>
   C* Find(const std::string& name);

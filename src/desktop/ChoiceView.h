@@ -32,9 +32,9 @@ class ChoiceView : public View {
   int width_;
 };
 
-// A combo box that its panel makes visible for one choice: the list then opens under the view of the control that
-// the box has in its tag, or else under `anchor`. Closing it without a choice is what the control hears as Escape and as
-// the loss of the focus.
+// A combo box that its panel makes visible for one choice: the list then opens under the view of the control
+// that the box has in its tag, or else under `anchor`. Closing it without a choice is what the control hears
+// as Escape and as the loss of the focus.
 class PopupListView : public View {
  public:
   PopupListView(RefreshClock& clock, ComboBox& box, QWidget* anchor);

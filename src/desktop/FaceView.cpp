@@ -11,7 +11,8 @@ FaceView::FaceView(RefreshClock& clock, Control& control) : View(clock, control)
   SetSizes(QSizePolicy::Preferred, QSizePolicy::Fixed, false);
 }
 
-FaceView::FaceView(RefreshClock& clock, CommandButton& button) : FaceView(clock, static_cast<Control&>(button)) {
+FaceView::FaceView(RefreshClock& clock, CommandButton& button)
+    : FaceView(clock, static_cast<Control&>(button)) {
   button_ = &button;
 }
 
@@ -19,7 +20,8 @@ FaceView::FaceView(RefreshClock& clock, CheckBox& box) : FaceView(clock, static_
   box_ = &box;
 }
 
-FaceView::FaceView(RefreshClock& clock, OptionButton& option) : FaceView(clock, static_cast<Control&>(option)) {
+FaceView::FaceView(RefreshClock& clock, OptionButton& option)
+    : FaceView(clock, static_cast<Control&>(option)) {
   option_ = &option;
 }
 
@@ -88,7 +90,8 @@ void FaceView::paintEvent(QPaintEvent*) {
   painter.setFont(skin::WordFont(small_ ? 11 : 12, on));
   painter.setPen(on ? QColor(skin::kDarkInk) : skin::Mixed(hue, Qt::white, 0.45));
   const bool showKeys = window()->property("showMnemonics").toBool();
-  painter.drawText(rect(), Qt::AlignCenter | (showKeys ? Qt::TextShowMnemonic : Qt::TextHideMnemonic), Caption());
+  painter.drawText(rect(), Qt::AlignCenter | (showKeys ? Qt::TextShowMnemonic : Qt::TextHideMnemonic),
+                   Caption());
 }
 
 }  // namespace quorl

@@ -14,7 +14,8 @@ namespace {
 constexpr int kOutside = 3, kWidth = 2;
 
 bool IsFromKeyboard(Qt::FocusReason reason) {
-  return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+  return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+         reason == Qt::ShortcutFocusReason;
 }
 
 }  // namespace

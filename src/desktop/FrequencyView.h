@@ -26,8 +26,8 @@ class DigitView : public View {
   int index_;
 };
 
-// Ten megahertz on the left, tenths of a hertz, smaller, on the right. Leading zeros are dimmed; the figure whose
-// number the surface has in its tag stands on a lit ground with a bar under it.
+// Ten megahertz on the left, tenths of a hertz, smaller, on the right. Leading zeros are dimmed; the figure
+// whose number the surface has in its tag stands on a lit ground with a bar under it.
 class FrequencyView : public View {
  public:
   static constexpr int kDigits = 9;
@@ -38,7 +38,7 @@ class FrequencyView : public View {
 
   QAccessible::Role Role() const override { return QAccessible::SpinBox; }
   QString SpokenName() const override;
-  QString SpokenValue() const override;  // "7085000.0 Hz"
+  QString SpokenValue() const override;               // "7085000.0 Hz"
   std::optional<Range> SpokenRange() const override;  // hertz
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }

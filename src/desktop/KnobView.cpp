@@ -47,9 +47,9 @@ int KnobView::StepSize(Modifiers with) const {
 }
 
 bool KnobView::OnKey(int code, Modifiers with) {
-  const int direction = code == Key::Up || code == Key::Right     ? 1
+  const int direction = code == Key::Up || code == Key::Right    ? 1
                         : code == Key::Down || code == Key::Left ? -1
-                                                                  : 0;
+                                                                 : 0;
   if (direction == 0) return false;
   TurnBy(direction * StepSize(with));
   return true;
@@ -77,8 +77,8 @@ void KnobView::mouseMoveEvent(QMouseEvent* event) {
   const double degrees = DegreesAt(event->position());
   turned_ += std::remainder(degrees - lastDegrees_, 360.0);
   lastDegrees_ = degrees;
-  const double perStep = dial_.Bounded() ? kSweep / std::max(1, dial_.Max() - dial_.Min())
-                                         : 360.0 / Dial::kStepsPerTurn;
+  const double perStep =
+      dial_.Bounded() ? kSweep / std::max(1, dial_.Max() - dial_.Min()) : 360.0 / Dial::kStepsPerTurn;
   const double steps = std::trunc(turned_ / perStep);
   if (steps == 0) return;
   turned_ -= steps * perStep;
@@ -150,8 +150,8 @@ void KnobView::paintEvent(QPaintEvent*) {
   PaintScale(painter);
 
   const QPointF middle = QRectF(rect()).center();
-  const QColor light = IsHovered() || hasFocus() ? skin::Mixed(QColor(skin::kAccent), Qt::white, 0.2)
-                                                 : QColor(skin::kAccent);
+  const QColor light =
+      IsHovered() || hasFocus() ? skin::Mixed(QColor(skin::kAccent), Qt::white, 0.2) : QColor(skin::kAccent);
   if (diameter_ > 48) {
     const QPointF hole = OnCircle(middle, diameter_ * 0.27, ShownDegrees());
     painter.setPen(QPen(skin::Faded(light, 0.75), 1.4));

@@ -8,8 +8,8 @@
 
 namespace quorl {
 
-// One wheel notch or arrow key is one step, with Shift ten. A knob without ends shows its value as the place of
-// a finger hole, one with ends as an arc from its least value on.
+// One wheel notch or arrow key is one step, with Shift ten. A knob without ends shows its value as the place
+// of a finger hole, one with ends as an arc from its least value on.
 class KnobView : public View {
  public:
   KnobView(RefreshClock& clock, Dial& dial, int diameter);

@@ -58,8 +58,7 @@ void LabelView::paintEvent(QPaintEvent*) {
   }
   painter.setFont(Font());
   painter.setPen(ink);
-  painter.drawText(rect().adjusted(margin, 0, -margin, 0),
-                   alignment_ | Qt::AlignVCenter | Qt::TextSingleLine,
+  painter.drawText(rect().adjusted(margin, 0, -margin, 0), alignment_ | Qt::AlignVCenter | Qt::TextSingleLine,
                    QString::fromStdString(label_.Caption()));
 }
 

@@ -89,7 +89,8 @@ QPainterPath NumeralLine(QChar figure, double height) {
 
 const QPixmap& NumeralCache::Get(QChar figure, const QColor& ink, double height, bool glowing, double ratio) {
   constexpr int kMostKept = 128;
-  const QString key = QStringLiteral("%1 %2 %3 %4 %5").arg(figure).arg(ink.rgba()).arg(height).arg(glowing).arg(ratio);
+  const QString key =
+      QStringLiteral("%1 %2 %3 %4 %5").arg(figure).arg(ink.rgba()).arg(height).arg(glowing).arg(ratio);
   if (const auto found = pixmaps_.constFind(key); found != pixmaps_.cend()) return *found;
   if (pixmaps_.size() >= kMostKept) pixmaps_.clear();
 

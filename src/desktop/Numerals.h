@@ -8,8 +8,8 @@
 
 namespace quorl {
 
-// The middle line of figure '0' to '9' or of '-', in a box `height` high and kNumeralWidth times as wide; empty
-// for any other character.
+// The middle line of figure '0' to '9' or of '-', in a box `height` high and kNumeralWidth times as wide;
+// empty for any other character.
 QPainterPath NumeralLine(QChar figure, double height);
 constexpr double kNumeralWidth = 0.50;
 constexpr double kNumeralStroke = 0.115;  // of the height

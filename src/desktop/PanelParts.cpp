@@ -89,7 +89,8 @@ QWidget* MakeNotchCard(Binder& bind) {
   QHBoxLayout* edges = card->AddRow();
   PutCell(edges, bind.Word("lblNotchCDesc"), bind.Value("lblNotchC", "-00000"), bind.Slide("sldNotch", 32));
   edges->addSpacing(4);
-  PutCell(edges, bind.Word("lblNotchWDesc"), bind.Value("lblNotchW", "0000"), bind.Slide("sldNotchWidth", 32));
+  PutCell(edges, bind.Word("lblNotchWDesc"), bind.Value("lblNotchW", "0000"),
+          bind.Slide("sldNotchWidth", 32));
   return card;
 }
 

@@ -65,9 +65,10 @@ void PanelWindow::Build() {
   auto* left = new QVBoxLayout;
   left->setSpacing(skin::kGrid);
   left->addWidget(scope_ = MakeScopeCard(bind_), 1);
-  left->addWidget(setup_ = MakeSetupStrip(bind_));
   lower->addLayout(left, 1);
+  // The keyboard's order is that of the making: the column comes before what is set once.
   lower->addWidget(column_ = MakeControlColumn(bind_));
+  left->addWidget(setup_ = MakeSetupStrip(bind_));
   rows->addLayout(lower, 1);
 }
 
@@ -89,7 +90,8 @@ void PanelWindow::SetDisplaySize(DisplaySize size) {
 void PanelWindow::FollowControls() {
   for (int i = 0; i < kDisplaySizes; ++i) {
     const auto* option = dynamic_cast<OptionButton*>(registry_.Find(IndexedName("optDisplaySize", i)));
-    if (option && option->Value() && i != static_cast<int>(size_)) SetDisplaySize(static_cast<DisplaySize>(i));
+    if (option && option->Value() && i != static_cast<int>(size_))
+      SetDisplaySize(static_cast<DisplaySize>(i));
   }
   if (const std::string title = form_ ? form_->Text() : std::string(); !title.empty()) {
     setWindowTitle(QString::fromStdString(title));

@@ -14,9 +14,9 @@ class FocusRing;
 
 enum class DisplaySize { Extended, Standard, Compact, Full };
 
-// Shows the controls of a registry, which outlive it. A control "frmMain", where there is one, is the window
+// Shows the controls of a registry, which outlives it. A control "frmMain", where there is one, is the window
 // itself: its keys are those that no other control took, its MouseMove is the pointer between the cards, its
-// ToolTip is not shown.
+// text is the title.
 class PanelWindow : public QWidget {
  public:
   struct Events {

@@ -10,8 +10,9 @@
 
 namespace quorl {
 
-// Tasks, timers, signals, widgets and message boxes share Qt's one loop. Tasks run in the order of their posting;
-// a Yield from inside a handler goes on with the same line. The application exists before the queue and after it.
+// Tasks, timers, signals, widgets and message boxes share Qt's one loop. Tasks run in the order of their
+// posting; a Yield from inside a handler goes on with the same line. The application exists before the queue
+// and after it.
 class QtEventQueue : public EventQueue {
  public:
   QtEventQueue();
@@ -23,8 +24,8 @@ class QtEventQueue : public EventQueue {
   void Yield() override;
   void Wait(std::chrono::milliseconds atMost) override;
   std::unique_ptr<QueueTimer> CreateTimer(Task onTick) override;
-  // Raise is one write to an eventfd: it may also be called from a signal handler, and leaves errno alone. Where
-  // the process has no file descriptor left, this throws std::system_error.
+  // Raise is one write to an eventfd: it may also be called from a signal handler, and leaves errno alone.
+  // Where the process has no file descriptor left, this throws std::system_error.
   std::unique_ptr<QueueSignal> CreateSignal(Task onRaise) override;
 
  private:

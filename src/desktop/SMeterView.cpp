@@ -14,7 +14,7 @@ struct Mark {
   int Decibels;
   const char* Text;
 };
-constexpr Mark kMarks[] = {{6, "S1"},   {18, "3"},    {30, "5"},    {42, "7"},     {54, "9"},
+constexpr Mark kMarks[] = {{6, "S1"},   {18, "3"},   {30, "5"},    {42, "7"},    {54, "9"},
                            {74, "+20"}, {94, "+40"}, {114, "+60"}, {134, "+80"}, {154, "+100"}};
 
 QColor InkOf(int element) {

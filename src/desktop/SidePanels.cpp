@@ -39,7 +39,8 @@ void SplashPanel::paintEvent(QPaintEvent*) {
     const double envelope = 26 * (0.55 + 0.45 * std::sin(x * 0.0315 - 1.2));
     wave.lineTo(kLeft + x, kMiddle - envelope * std::sin(x * 0.42));
   }
-  painter.setPen(QPen(skin::Faded(QColor(skin::kAccent), 0.18), 5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.setPen(
+      QPen(skin::Faded(QColor(skin::kAccent), 0.18), 5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.drawPath(wave);
   painter.setPen(QPen(QColor(skin::kAccent), 1.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.drawPath(wave);

@@ -21,8 +21,8 @@ class SplashPanel : public QWidget {
   QString version_;
 };
 
-// The log (frmLog): the lines of lstLog, in a window of its own. It is shown while the control frmLog is visible;
-// where there is none, with show(). Outlived by the registry.
+// The log (frmLog): the lines of lstLog, in a window of its own. It is shown while the control frmLog is
+// visible; where there is none, with show(). Outlived by the registry.
 class LogWindow : public QWidget {
  public:
   LogWindow(const ControlRegistry& registry, Binder::Logger log);

@@ -79,7 +79,8 @@ QPalette Palette() {
   palette.setColor(QPalette::Base, QColor(kFace));
   palette.setColor(QPalette::AlternateBase, QColor(kCard));
   palette.setColor(QPalette::Button, QColor(kCard));
-  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+  for (const auto role :
+       {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
     palette.setColor(role, QColor(kInk));
     palette.setColor(QPalette::Disabled, role, QColor(kQuietInk));
   }

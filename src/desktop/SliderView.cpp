@@ -42,9 +42,9 @@ int SliderView::StepSize(Modifiers with) const {
 }
 
 bool SliderView::OnKey(int code, Modifiers with) {
-  const int direction = code == Key::Up || code == Key::Right     ? 1
+  const int direction = code == Key::Up || code == Key::Right    ? 1
                         : code == Key::Down || code == Key::Left ? -1
-                                                                  : 0;
+                                                                 : 0;
   if (direction == 0) return false;
   Set(slider_.Value() + (reversed_ ? -direction : direction) * StepSize(with));
   return true;

@@ -252,7 +252,8 @@ void View::TakeKeysOnHover() {
 }
 
 void View::focusInEvent(QFocusEvent* event) {
-  const bool byKeyboard = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason ||
+  const bool byKeyboard = event->reason() == Qt::TabFocusReason ||
+                          event->reason() == Qt::BacktabFocusReason ||
                           event->reason() == Qt::ShortcutFocusReason;
   if (control_.GotFocus) {
     control_.GotFocus();

@@ -18,8 +18,8 @@ class RefreshClock;
 int KeyCodeOf(int qtKey);
 Modifiers ModifiersOf(Qt::KeyboardModifiers modifiers);
 
-// A view decides nothing. A gesture goes to the control and nowhere else; what the control then holds is taken
-// over with the refresh clock's next tick. Control and clock outlive the view.
+// A view decides nothing. A gesture goes to the control and nowhere else; what the control then holds is
+// taken over with the refresh clock's next tick. Control and clock outlive the view.
 class View : public QWidget {
  public:
   View(RefreshClock& clock, Control& control, QWidget* parent = nullptr);

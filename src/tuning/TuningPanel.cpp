@@ -1,8 +1,10 @@
 #include "tuning/TuningPanel.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <utility>
 
 #include "dsp/VariableFilters.h"
 #include "state/PublicConstants.h"
@@ -36,7 +38,8 @@ std::string StepText(double dHz) {
   const auto text = [](double value) { return FormatPicture(value, "0.####"); };
   const auto trimmed = [&](double value) {
     std::string digits = text(value);
-    while (digits.find('.') != std::string::npos && (digits.back() == '0' || digits.back() == '.')) digits.pop_back();
+    while (digits.find('.') != std::string::npos && (digits.back() == '0' || digits.back() == '.'))
+      digits.pop_back();
     return digits;
   };
   if (dHz >= 10000.0) return trimmed(dHz / 10000.0) + " KHz";
@@ -108,7 +111,7 @@ void TuningPanel::ConnectDigits() {
     };
     digit.Wheel = [this, i](int notches, Modifiers) {
       lbl7Seg_MouseMove(i);
-      Step(notches > 0 ? TuneRate : -TuneRate);
+      Step(notches * double{TuneRate});
     };
   }
 }
@@ -131,8 +134,7 @@ void TuningPanel::ConnectRate() {
   for (Label* label : {&lblTuningRate, &lblTuneDialRate}) {
     label->MouseDown = [this, label](MouseButton button) {
       if (button != MouseButton::Right) return;
-      cboTuningSteps.Tag = label->Name();
-      cboTuningSteps.Visible = true;
+      ShowStepSelector(*label);
     };
   }
   mnuVFOControlSub.Tag = "0";
@@ -142,7 +144,15 @@ void TuningPanel::ConnectRate() {
 
 void TuningPanel::SetVFO(clsVFO* vfo) {
   vfo_ = vfo;
-  if (vfo_ != nullptr) TuneRate = static_cast<float>(vfo_->TuneStep());
+  if (vfo_ == nullptr) return;
+  TuneRate = static_cast<float>(vfo_->TuneStep());
+  if (TuneRate >= 1.0F) TuneDigit = DigitOfRate();
+  ShowRate(TuneDigit);
+  HighlightDigit(TuneDigit);
+}
+
+std::int32_t TuningPanel::DigitOfRate() const {
+  return std::clamp(kDigits - 1 - static_cast<std::int32_t>(std::log10(TuneRate)), 0, kDigits - 1);
 }
 
 void TuningPanel::SetEncoder(clsDDSSerialIF* serial) {
@@ -193,10 +203,10 @@ void TuningPanel::Step(double dHz) {
 
 // Turns the knob along with a tuning that came from elsewhere: only a hand on it tunes.
 void TuningPanel::TurnDial(std::int32_t steps) {
-  inDial_ = true;
+  const bool before = std::exchange(inDial_, true);  // a hand's tuning may be on its way to the chip
   dialtuner.SetValue(dialtuner.Value() + steps);
   dialLastValue_ = dialtuner.Value();
-  inDial_ = false;
+  inDial_ = before;
 }
 
 void TuningPanel::dialtuner_Change() {
@@ -290,19 +300,23 @@ void TuningPanel::LockDigit(std::int32_t digit) {
 void TuningPanel::lbl7Seg_DblClick(std::int32_t index) {
   if (vfo_ == nullptr) return;
   if (vfo_->TuneStepLock && index != lastDigit_) LockDigit(index);
-  TuningRateLocked = true;
+  SetRateLocked(true);
   vfo_->TuneStepLock = true;
   imgTuneStepLock.Visible = true;
 }
 
 void TuningPanel::imgTuneStepLock_DblClick() {
-  TuningRateLocked = false;
+  SetRateLocked(false);
   if (vfo_ != nullptr) vfo_->TuneStepLock = false;
   imgTuneStepLock.Visible = false;
 }
 
 void TuningPanel::lblTuningRate_Click() {
-  TuningRateLocked = !TuningRateLocked;
+  SetRateLocked(!TuningRateLocked);
+}
+
+void TuningPanel::SetRateLocked(bool locked) {
+  TuningRateLocked = locked;
   lblTuningRate.ForeColour = TuningRateLocked ? tuning_ : focus_;
   lblTuningRate.ToolTip = std::string(TuningRateLocked ? kClickToUnlock : kClickToLock);
 }
@@ -311,17 +325,23 @@ void TuningPanel::mnuVFOControlSub_Click(std::int32_t index) {
   if (vfo_ == nullptr) return;
   const std::int32_t digit = mnuVFOControlSub.Tag().at(0) - '0';
   if (index == kSetTuningRate) {
-    cboTuningSteps.Tag = lbl7Seg(digit).Name();
-    cboTuningSteps.Visible = true;
+    ShowStepSelector(lbl7Seg(digit));
   } else if (index == kLockTuneRate) {
     LockDigit(digit);
     vfo_->TuneStepLock = true;
-    TuningRateLocked = true;
+    SetRateLocked(true);
   } else if (index == kUnlockTuneRate) {
-    TuningRateLocked = false;
+    SetRateLocked(false);
     vfo_->TuneStepLock = false;
   }
   imgTuneStepLock.Visible = vfo_->TuneStepLock;
+}
+
+// Nothing is chosen when it opens, so that the step of last time can be chosen again.
+void TuningPanel::ShowStepSelector(const Control& beside) {
+  cboTuningSteps.Tag = beside.Name();
+  cboTuningSteps.SetListIndex(-1);
+  cboTuningSteps.Visible = true;
 }
 
 void TuningPanel::cboTuningSteps_Click() {
@@ -344,14 +364,16 @@ void TuningPanel::SetTuningRate(std::int32_t index, bool override) {
     SetTuneDigit(range.Digit, static_cast<float>(step / Weight(range.Digit)));
     break;
   }
+  TuneRate = static_cast<float>(vfo_->TuneStep());
   vfo_->TuneStepLock = true;
+  imgTuneStepLock.Visible = true;
 }
 
 void TuningPanel::picFreqDisp_KeyDown(Key key) {
   if (vfo_ == nullptr || !links_.DisplayIsActive()) return;
   if (!digitFromRate_) {
     digitFromRate_ = true;
-    if (TuneRate >= 1.0F) TuneDigit = kDigits - 1 - static_cast<std::int32_t>(std::log10(TuneRate));
+    if (TuneRate >= 1.0F) TuneDigit = DigitOfRate();
   }
   switch (key.Code) {
     case Key::A:

@@ -19,15 +19,15 @@ namespace quorl {
 
 // What the panel needs of the panels beside it. Every entry may stay as it is.
 struct TuningPanelLinks {
-  std::function<void()> ActivateDisplay = [] {};               // gives the digits the keys
+  std::function<void()> ActivateDisplay = [] {};                // gives the digits the keys
   std::function<bool()> DisplayIsActive = [] { return true; };  // whether they have them
   std::function<void(const std::string& text)> ShowOscillator = [](const std::string&) {};
   std::function<void()> ScopePeriodic = [] {};
   std::function<void(std::int32_t dHz)> StoreTuneStep = [](std::int32_t) {};  // in the active sub-band
 };
 
-// The rate is free (moving over the digits chooses it), locked (TuningRateLocked), or the VFO's step is locked
-// (TuneStepLock, imgTuneStepLock shown). Digit i weighs 10^(8 - i) dHz.
+// The rate is free (moving over the digits chooses it), locked (TuningRateLocked), or the VFO's step is
+// locked (TuneStepLock, imgTuneStepLock shown). Digit i weighs 10^(8 - i) dHz.
 class TuningPanel {
  public:
   static constexpr int kDigits = 9;
@@ -35,8 +35,8 @@ class TuningPanel {
   TuningPanel(ControlRegistry& registry, EventQueue& queue, const Clock& clock, PublicVars& vars,
               TuningPanelLinks links);
 
-  // Tunes through `vfo` from now on, which must outlive the panel or be taken away with null. The rate starts as
-  // its step.
+  // Tunes through `vfo` from now on, which must outlive the panel or be taken away with null. The rate starts
+  // as its step.
   void SetVFO(clsVFO* vfo);
   // Reads the encoder from `serial`; null for none.
   void SetEncoder(clsDDSSerialIF* serial);
@@ -83,7 +83,9 @@ class TuningPanel {
   void lbl7Seg_DblClick(std::int32_t index);
   void lblTuningRate_Click();
   void imgTuneStepLock_DblClick();
+  void SetRateLocked(bool locked);
   void mnuVFOControlSub_Click(std::int32_t index);
+  void ShowStepSelector(const Control& beside);
   void cboTuningSteps_Click();
   void dialtuner_Change();
   void picFreqDisp_KeyDown(Key key);
@@ -95,6 +97,7 @@ class TuningPanel {
   void Step(double dHz);
   void TurnDial(std::int32_t steps);
   void LockDigit(std::int32_t digit);
+  std::int32_t DigitOfRate() const;
   void HighlightDigit(std::int32_t digit);
   void ShowRate(std::int32_t digit);
   void ShaftAutoRateStep();

@@ -17,7 +17,7 @@ namespace quorl {
 class clsVFO {
  public:
   explicit clsVFO(SettingsStore& settings);
-  // Stores the eight settings that RestoreSettings reads.
+  // Runs SaveSettings.
   ~clsVFO();
   clsVFO(const clsVFO&) = delete;
   clsVFO& operator=(const clsVFO&) = delete;
@@ -67,10 +67,10 @@ class clsVFO {
   // Takes over what the store holds under Name; the rest stays. Tunes nothing and ignores TuneStepLock.
   // "CalibOffset" is stored in hertz and read as dHz.
   void RestoreSettings();
-
- private:
+  // The way back into the store, which also happens at the end.
   void SaveSettings() const;
 
+ private:
   SettingsStore& settings_;
   std::int32_t tunedFrequency_ = 100000000;
   std::int32_t ifFrequency_ = 0;  // dHz

@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -29,7 +30,10 @@ class CliTest : public testing::Test {
  protected:
   CliTest()
       : folder_(std::filesystem::path(testing::TempDir()) /
-                (std::string("cli-") + testing::UnitTest::GetInstance()->current_test_info()->name())) {
+                (std::string("cli-") +
+                 testing::UnitTest::GetInstance()->current_test_info()->test_suite_name() + "-" +
+                 testing::UnitTest::GetInstance()->current_test_info()->name() + "-" +
+                 std::to_string(getpid()))) {
     std::filesystem::remove_all(folder_);
     std::filesystem::create_directory(folder_);
   }

@@ -82,7 +82,9 @@ TEST_F(BindingTest, LabelsHearPointerWheelKeysAndRightClick) {
   label.Wheel = [&](int notches, Modifiers with) {
     hear("wheel " + std::to_string(notches) + (with.Shift ? " shift" : "") + (with.Ctrl ? " ctrl" : ""));
   };
-  label.KeyDown = [&](Key key) { hear("down " + std::to_string(key.Code) + (key.With.Shift ? " shift" : "")); };
+  label.KeyDown = [&](Key key) {
+    hear("down " + std::to_string(key.Code) + (key.With.Shift ? " shift" : ""));
+  };
   label.KeyUp = [&](Key key) { hear("up " + std::to_string(key.Code)); };
   Open();
   QWidget* view = Named("lblFilterHi");
@@ -100,13 +102,14 @@ TEST_F(BindingTest, LabelsHearPointerWheelKeysAndRightClick) {
 
   heard.clear();
   QTest::mouseClick(view, Qt::RightButton);
-  for (const int key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_Left, Qt::Key_Right, Qt::Key_Space, Qt::Key_Escape}) {
+  for (const int key :
+       {Qt::Key_Up, Qt::Key_Down, Qt::Key_Left, Qt::Key_Right, Qt::Key_Space, Qt::Key_Escape}) {
     QTest::keyClick(view, static_cast<Qt::Key>(key));
   }
   QTest::keyClick(view, 'z', Qt::ShiftModifier);
-  EXPECT_EQ(heard, (std::vector<std::string>{"right", "down 38", "up 38", "down 40", "up 40", "down 37", "up 37",
-                                             "down 39", "up 39", "down 32", "up 32", "down 27", "up 27",
-                                             "down 90 shift", "up 90"}));
+  EXPECT_EQ(heard, (std::vector<std::string>{"right", "down 38", "up 38", "down 40", "up 40", "down 37",
+                                             "up 37", "down 39", "up 39", "down 32", "up 32", "down 27",
+                                             "up 27", "down 90 shift", "up 90"}));
 }
 
 TEST_F(BindingTest, AHeldKeyIsReleasedOnce) {
@@ -170,8 +173,8 @@ TEST_F(BindingTest, SlidersAndKnobsTurnBothWays) {
   const int start = dial.Value();
   const QPoint middle = knob->rect().center();
   QTest::mousePress(knob, Qt::LeftButton, Qt::NoModifier, middle - QPoint(0, 30));
-  QMouseEvent drag(QEvent::MouseMove, QPointF(middle + QPoint(30, 0)), QPointF(), Qt::NoButton, Qt::LeftButton,
-                   Qt::NoModifier);
+  QMouseEvent drag(QEvent::MouseMove, QPointF(middle + QPoint(30, 0)), QPointF(), Qt::NoButton,
+                   Qt::LeftButton, Qt::NoModifier);
   QApplication::sendEvent(knob, &drag);
   QTest::mouseRelease(knob, Qt::LeftButton);
   EXPECT_NEAR(dial.Value() - start, Dial::kStepsPerTurn / 4, 1) << "a quarter of a turn to the right";

@@ -52,22 +52,33 @@ class DemoPanel {
  private:
   using Texts = std::pair<const char*, const char*>;
   static constexpr Texts kFrames[] = {
-      {"frFreqCtl", ""}, {"frDemod", "Mode"}, {"frFilters", "Filter"}, {"frIFFilter", "IF Filter"},
-      {"frNotch", "Notch"}, {"frNB", "Noise Blanker"}, {"frAGC", "AGC"}, {"frAFOut", "Volume"},
+      {"frFreqCtl", ""},    {"frDemod", "Mode"},       {"frFilters", "Filter"}, {"frIFFilter", "IF Filter"},
+      {"frNotch", "Notch"}, {"frNB", "Noise Blanker"}, {"frAGC", "AGC"},        {"frAFOut", "Volume"},
       {"frPwr", ""}};
-  static constexpr Texts kLabels[] = {
-      {"lblTuningRate", "100 Hz"}, {"lblTuneDialRate", "100 Hz"}, {"lblClock", "18:42:07"}, {"lblBFO", "0"},
-      {"lblSMeter", "S9 +6 dB"}, {"lblFilterLo", "300"}, {"lblFilterHi", "2300"}, {"lblIFHiDesc", "IF hi"},
-      {"lblIFHi", "2300"}, {"lblIFLoDesc", "IF lo"}, {"lblIFLo", "300"}, {"lblNotch", "1000"},
-      {"lblNotchCDesc", "Centre"}, {"lblNotchC", "1000"}, {"lblNotchWDesc", "Width"}, {"lblNotchW", "100"},
-      {"lblNB", "0.00"}, {"lblOutVol", "+2.3 dB"}, {"lblAGCAttack", "5.0"}, {"lblAGCDecay", "10.0"}};
-  static constexpr Texts kToggles[] = {
-      {"chkMusic", "Music"}, {"chkDynFilter", "Dynamic"}, {"chkIFFilter", "On"}, {"chkNotchOn", "On"},
-      {"chkNotchAuto", "Auto"}, {"chkNotchType", "IF"}, {"chkNotchMirror", "Mirror"}, {"chkNB", "On"},
-      {"chkAGC", "On"}, {"chkTuneLo", "Low Side LO"}, {"chkSpectrumAnalyser", "Analyser"},
-      {"chkPerfStatsOn", "Statistics"}};
-  static constexpr const char* kSliders[] = {"sldBW(0)", "sldBW(1)", "sldNotch", "sldNotchWidth",
-                                             "sldNB", "sldOutVolume", "sldAGCAttack", "sldAGCDecay"};
+  static constexpr Texts kLabels[] = {{"lblTuningRate", "100 Hz"}, {"lblTuneDialRate", "100 Hz"},
+                                      {"lblClock", "18:42:07"},    {"lblBFO", "0"},
+                                      {"lblSMeter", "S9 +6 dB"},   {"lblFilterLo", "300"},
+                                      {"lblFilterHi", "2300"},     {"lblIFHiDesc", "IF hi"},
+                                      {"lblIFHi", "2300"},         {"lblIFLoDesc", "IF lo"},
+                                      {"lblIFLo", "300"},          {"lblNotch", "1000"},
+                                      {"lblNotchCDesc", "Centre"}, {"lblNotchC", "1000"},
+                                      {"lblNotchWDesc", "Width"},  {"lblNotchW", "100"},
+                                      {"lblNB", "0.00"},           {"lblOutVol", "+2.3 dB"},
+                                      {"lblAGCAttack", "5.0"},     {"lblAGCDecay", "10.0"}};
+  static constexpr Texts kToggles[] = {{"chkMusic", "Music"},
+                                       {"chkDynFilter", "Dynamic"},
+                                       {"chkIFFilter", "On"},
+                                       {"chkNotchOn", "On"},
+                                       {"chkNotchAuto", "Auto"},
+                                       {"chkNotchType", "IF"},
+                                       {"chkNotchMirror", "Mirror"},
+                                       {"chkNB", "On"},
+                                       {"chkAGC", "On"},
+                                       {"chkTuneLo", "Low Side LO"},
+                                       {"chkSpectrumAnalyser", "Analyser"},
+                                       {"chkPerfStatsOn", "Statistics"}};
+  static constexpr const char* kSliders[] = {"sldBW(0)", "sldBW(1)",     "sldNotch",     "sldNotchWidth",
+                                             "sldNB",    "sldOutVolume", "sldAGCAttack", "sldAGCDecay"};
 
   template <class C>
   C& Add(const std::string& name) {
@@ -115,12 +126,14 @@ class DemoPanel {
     for (int i = 0; i < 28; ++i) Add<Picture>(IndexedName("shpSMeterGrid", i));
     ShowSignal(12);
     Add<CommandButton>("cmdConfig").Caption = std::string("Confi&g...");
-    Add<ListBox>("lstLog").SetItems({"frmMain:frmMain:Form_Load:Start", "frmMain:frmMain:Form_Load:Resizing"});
+    Add<ListBox>("lstLog").SetItems(
+        {"frmMain:frmMain:Form_Load:Start", "frmMain:frmMain:Form_Load:Resizing"});
     Add<CommandButton>("cmdCalibrateSMeter").Caption = std::string("Calibrate");
-    static constexpr const char* kStats[] = {"Peak In", "Peak Out", "AGC Gain", "LO", "DSP Window", "DSP Window",
-                                             "",        "",         "",         "Thread1", "Thread2", "Thread3"};
-    static constexpr const char* kValues[] = {"4,119  -18 dB", "16,384  -6 dB", "11.75  21.4 dB",
-                                              "52 108 500 Hz", "1%",            "  412 uS"};
+    static constexpr const char* kStats[] = {"Peak In",    "Peak Out",   "AGC Gain", "LO",
+                                             "DSP Window", "DSP Window", "",         "",
+                                             "",           "Thread1",    "Thread2",  "Thread3"};
+    static constexpr const char* kValues[] = {
+        "4,119  -18 dB", "16,384  -6 dB", "11.75  21.4 dB", "52 108 500 Hz", "1%", "  412 uS"};
     for (int i = 0; i < 12; ++i) {
       Add<Label>(IndexedName("lblStats", i)).Caption = std::string(kStats[i]);
       Add<Label>(IndexedName("lblStatsVal", i)).Caption = std::string(i < 6 ? kValues[i] : "");

@@ -166,7 +166,8 @@ TEST_F(WindowTest, TheFourSizesFitTheirLeastHeight) {
     bool Column, Setup;
     int Height;
   };
-  constexpr Expected kSizes[] = {{false, true, 700}, {true, false, 700}, {false, false, 144}, {true, true, 700}};
+  constexpr Expected kSizes[] = {
+      {false, true, 700}, {true, false, 700}, {false, false, 144}, {true, true, 700}};
   for (int i = 0; i < 4; ++i) {
     panel.Group("optDisplaySize").Press(i);
     window.Clock().Flush();

@@ -148,7 +148,7 @@ TEST(Stream, TwoDeviceThreadsAndAMainThreadLoseNothing) {
   capture.Start();
   playback.Play();
 
-  std::atomic<std::int64_t> read{0};
+  std::atomic<std::int64_t> read{0}, heard{0};
   std::thread device([&] {
     std::array<std::int16_t, 512> block{};
     for (std::int64_t frame = 0; frame < kBlocks * kBlock;) {
@@ -157,16 +157,20 @@ TEST(Stream, TwoDeviceThreadsAndAMainThreadLoseNothing) {
       capture.Deliver(block.data(), 512, frame);
     }
   });
+  std::atomic<bool> spoken{false};
   std::thread speaker([&] {
     std::array<std::int16_t, 512> block{};
     for (std::int64_t frame = 0; frame < kBlocks * kBlock; frame += 512) {
-      while (frame - read.load() > 10 * kBlock) std::this_thread::yield();
+      // No loudspeaker plays a second's worth before its first notification is heard.
+      while (frame - heard.load() > 10 * kBlock) std::this_thread::yield();
       playback.Fetch(block.data(), 512, frame);
     }
+    spoken.store(true);
   });
-  while (expected < kBlocks * kBlock) {
+  while (expected < kBlocks * kBlock || !spoken.load()) {
     events.Deliver();
     read.store(expected);
+    heard.store(static_cast<std::int64_t>(order.size()) * kBlock);
   }
   device.join();
   speaker.join();

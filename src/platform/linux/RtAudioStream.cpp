@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include "platform/linux/ThreadPriority.h"
 
 namespace quorl {
 namespace {
@@ -35,6 +36,7 @@ void Convert(const std::int16_t* from, int fromChannels, std::int16_t* to, std::
 struct CallbackTarget {
   static int OnAudio(void* out, void* in, unsigned frames, double, RtAudioStreamStatus status, void* stream) {
     auto* target = static_cast<RtAudioStream*>(stream);
+    target->Prioritise();
     if (status != 0) target->CountTrouble();
     return target->OnAudio(static_cast<std::int16_t*>(out != nullptr ? out : in), static_cast<int>(frames),
                            Microseconds());
@@ -57,6 +59,12 @@ RtAudioStream::RtAudioStream(RtAudioDevices& devices, SoundDirection direction, 
       client_(client),
       signal_(signal),
       counters_(counters) {}
+
+void RtAudioStream::Prioritise() {
+  if (prioritised_) return;
+  prioritised_ = true;
+  SetRealTimePriority(true);
+}
 
 RtAudioStream::~RtAudioStream() {
   Close();
@@ -101,6 +109,7 @@ Failure RtAudioStream::OpenDevice(const RtAudioDevice& device) {
   options.streamName = capture ? "QUORLSDR capture" : "QUORLSDR playback";
   unsigned frames = kFramesAtOnce;
   auto audio = devices_.Create();
+  prioritised_ = false;
   try {
     audio->openStream(capture ? nullptr : &parameters, capture ? &parameters : nullptr, RTAUDIO_SINT16,
                       static_cast<unsigned>(format_.SampleRate), &frames, &CallbackTarget::OnAudio, this,

@@ -48,6 +48,8 @@ class RtAudioStream {
   // Any thread: the device was seen to be gone.
   void MarkLost();
 
+  // Audio thread, at its first block: asks once for real-time scheduling, and goes on without.
+  void Prioritise();
   // Audio thread: the driver itself came too late.
   void CountTrouble();
   // Audio thread. 0 goes on, 2 gives the stream up.
@@ -67,6 +69,7 @@ class RtAudioStream {
   QueueSignal& signal_;
   SoundCounters& counters_;
 
+  bool prioritised_ = false;  // by the audio thread of the open stream
   std::unique_ptr<RtAudio> audio_;
   int deviceChannels_ = 0;
   std::vector<std::int16_t> scratch_;  // where the device has another number of channels

@@ -1,0 +1,204 @@
+// The whole radio without a window: frame, panels, sound devices of memory and a simulated board, on the
+// virtual clock.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <numbers>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "core/frmMain.h"
+#include "platform/virtual/VirtualDialogs.h"
+#include "platform/virtual/VirtualEventQueue.h"
+#include "platform/virtual/VirtualFiles.h"
+#include "platform/virtual/VirtualInstanceLock.h"
+#include "platform/virtual/VirtualPrinterPort.h"
+#include "platform/virtual/VirtualProcesses.h"
+#include "platform/virtual/VirtualSerialPort.h"
+#include "platform/virtual/VirtualSoundSystem.h"
+#include "sim/SimulatedReceiver.h"
+#include "support/Text.h"
+
+namespace quorl::test {
+
+// A broadcaster on 7205 kHz with a heterodyne 1300 Hz above it, and a sideband station.
+inline constexpr char kTinyBand[] =
+    "[band]\nnoise_dbm_hz = -170\n"
+    "[station Broadcaster]\nfrequency_khz = 7205\nmode = am\nlevel_dbm = -60\ndepth_percent = 10\n"
+    "programme = tone 500 20\n"
+    "[station Heterodyne]\nfrequency_khz = 7206.3\nmode = carrier\nlevel_dbm = -66\n"
+    "[station Talker]\nfrequency_khz = 7100\nmode = lsb\nlevel_dbm = -60\nprogramme = tone 800 20\n";
+
+inline std::unique_ptr<SimulatedBand> TinyBand() {
+  BandDefinition definition;
+  Failure failure = ParseStations(kTinyBand, "tiny", definition);
+  if (failure) throw std::runtime_error(failure->Text);
+  auto band = SimulatedBand::Build(definition, "tiny", {}, failure);
+  if (failure) throw std::runtime_error(failure->Text);
+  return band;
+}
+
+// Counts how often each file is written, and refuses nothing.
+class CountingFiles : public VirtualFiles {
+ public:
+  Failure Replace(const std::string& path, const std::string& content) override {
+    if (path == Watched) ++Writes;
+    return VirtualFiles::Replace(path, content);
+  }
+  std::string Watched;
+  int Writes = 0;
+};
+
+// Breaks in the middle of the start when told to.
+class BreakingSound : public VirtualSoundSystem {
+ public:
+  using VirtualSoundSystem::VirtualSoundSystem;
+  std::vector<std::string> CaptureDeviceNames() override {
+    if (Breaks) throw std::runtime_error("the sound system is out of order");
+    return VirtualSoundSystem::CaptureDeviceNames();
+  }
+  bool Breaks = false;
+};
+
+class FrameRig {
+ public:
+  static constexpr char kSettings[] = "config/settings.ini";
+
+  explicit FrameRig(const std::string& moreSettings = {}) {
+    Serial.SetRecording(false);
+    Serial.SetListener(&Board.Cable());
+    Sound.AddCaptureDevice("Line In", Board.Board());
+    Sound.AddCaptureDevice("Microphone", Board.Board());
+    Sound.AddPlaybackDevice("Loudspeaker", nullptr);
+    Sound.AddPlaybackDevice("Headset", nullptr);
+    Storage.Put("plans/Broadcast.bpl", "");
+    Storage.Put("plans/Amateur.bpl", "");
+    Storage.Put("plans/readme.txt", "");
+    Storage.Put(kSettings,
+                "[DDSAD9951]\nClkIn=360096000\n[VFO1.DRT1]\nTunedFrequency=72050000\n" + moreSettings);
+    Storage.Watched = kSettings;
+  }
+  ~FrameRig() { Stop(); }
+
+  // False where the program would end.
+  bool Start() {
+    lock_ = std::make_unique<VirtualInstanceLock>(Locks);
+    store_ = std::make_unique<SettingsStore>(Storage, kSettings, lock_.get());
+    Log = std::make_unique<LogBook>(Storage, Clock, "log/quorl.log");
+    frame_ = std::make_unique<frmMain>(
+        Machine{Queue, Clock, Boxes, Storage, *lock_, Sound, Serial, Printer, Programs}, *store_, *Log,
+        Options);
+    frame_->OnSplash = [this](bool visible) { Splash.push_back(visible); };
+    frame_->OnClose = [this] { ++Closed; };
+    const bool started = frame_->Form_Initialize();
+    if (started) Hear();
+    return started;
+  }
+  // The program ends; the files stay for the next start.
+  void Stop() {
+    if (frame_) frame_->Form_Unload();
+    frame_.reset();
+    Log.reset();
+    store_.reset();
+    lock_.reset();
+  }
+  void Restart() {
+    Stop();
+    if (!Start()) throw std::runtime_error("the radio does not start again");
+  }
+
+  frmMain& Frame() { return *frame_; }
+  PublicVars& Vars() { return frame_->Radio().Radio.Vars; }
+  clsVFO& VFO() { return *frame_->Radio().VFO(); }
+  SettingsStore& Store() { return *store_; }
+
+  Control& At(const std::string& name) {
+    Control* control = frame_->Controls().Find(name);
+    if (control == nullptr) throw std::out_of_range(name);
+    return *control;
+  }
+  void Click(const std::string& name) { At(name).UserClick(); }
+  void Set(const std::string& name, const std::string& value) {
+    EXPECT_TRUE(At(name).UserSet(value)) << name;
+  }
+  std::string Text(const std::string& name) { return At(name).Text(); }
+  void Wheel(const std::string& name, int notches, Modifiers with = {}) {
+    for (int i = 0; i < std::abs(notches); ++i) At(name).Wheel(notches > 0 ? 1 : -1, with);
+  }
+  std::string Digits() {
+    std::string digits;
+    for (int i = 0; i < 9; ++i) digits += Text(IndexedName("lbl7Seg", i));
+    return digits;
+  }
+  void Run(double seconds) {
+    Queue.AdvanceBy(std::chrono::microseconds(static_cast<std::int64_t>(seconds * 1e6)));
+  }
+  // Frequency at the board's chip, dHz, rounded.
+  std::int64_t Oscillator() { return std::llround(Board.Chip().OutputHz().value_or(0.0) * 10.0); }
+  std::string StoredText() {
+    Failure failure;
+    return Storage.Read(kSettings, failure).value_or("");
+  }
+
+  // Amplitude of a tone in the last `seconds` of what was heard.
+  double Tone(double hertz, double seconds = 1.0) {
+    const std::size_t count = std::min(Heard.size(), static_cast<std::size_t>(seconds * FSampling));
+    const std::size_t first = Heard.size() - count;
+    double re = 0.0, im = 0.0, weight = 0.0;
+    for (std::size_t n = 0; n < count; ++n) {
+      const double x = 2.0 * std::numbers::pi * static_cast<double>(n) / static_cast<double>(count);
+      const double window = 0.42 - 0.5 * std::cos(x) + 0.08 * std::cos(2.0 * x);
+      const double phase = 2.0 * std::numbers::pi * hertz * static_cast<double>(n) / FSampling;
+      re += window * Heard[first + n] * std::cos(phase);
+      im += window * Heard[first + n] * std::sin(phase);
+      weight += window;
+    }
+    return weight > 0.0 ? 2.0 * std::hypot(re, im) / weight : 0.0;
+  }
+  double Loudness(double seconds = 0.5) {
+    const std::size_t count = std::min(Heard.size(), static_cast<std::size_t>(seconds * FSampling));
+    double sum = 0.0;
+    for (std::size_t n = Heard.size() - count; n < Heard.size(); ++n)
+      sum += static_cast<double>(Heard[n]) * Heard[n];
+    return count > 0 ? std::sqrt(sum / static_cast<double>(count)) : 0.0;
+  }
+
+  VirtualClock Clock;
+  VirtualEventQueue Queue{Clock};
+  VirtualDialogs Boxes;
+  CountingFiles Storage;
+  std::shared_ptr<VirtualInstanceLock::Table> Locks = std::make_shared<VirtualInstanceLock::Table>();
+  VirtualSerialPort Serial{Clock, Queue};
+  VirtualPrinterPort Printer{Clock};
+  VirtualProcesses Programs;
+  SimulatedReceiver Board{0, TinyBand(), BoardOfModel(0)};
+  BreakingSound Sound{Queue, Clock};
+  StartOptions Options{"", "plans", {}};
+  std::unique_ptr<LogBook> Log;
+  std::vector<bool> Splash;
+  int Closed = 0;
+  bool KeepAudio = true;
+  std::int64_t Blocks = 0;
+  std::vector<std::int16_t> Heard;
+  std::int32_t Attenuation = 0;
+
+ private:
+  void Hear() {
+    frame_->Radio().OnAudio = [this](const std::int16_t* block, std::int32_t attenuation) {
+      ++Blocks;
+      Attenuation = attenuation;
+      if (KeepAudio) Heard.insert(Heard.end(), block, block + SamplesPerEvent);
+    };
+  }
+
+  std::unique_ptr<VirtualInstanceLock> lock_;
+  std::unique_ptr<SettingsStore> store_;
+  std::unique_ptr<frmMain> frame_;
+};
+
+}  // namespace quorl::test

@@ -1,0 +1,310 @@
+// Start and end of the program: order, failures, what comes back after a restart.
+#include <gtest/gtest.h>
+
+#include "core/FrameRig.h"
+
+namespace quorl::test {
+namespace {
+
+std::vector<std::string> ExpectedLog() {
+  std::vector<std::string> lines;
+  const auto add = [&](const std::string& routine, const std::vector<std::string>& texts) {
+    for (const std::string& text : texts) lines.push_back("frmMain:frmMain:" + routine + text);
+  };
+  add("Form_Initialize",
+      {" : Start", " : QUORL.INIT", " : PublicVars.SDRColourSchemes.Defaults", ":Initialising BandPlans",
+       ":Processing Amateur.bpl", ":Processing Broadcast.bpl", ":Initialising Digital Filter Objects",
+       ":Creating Profiler Object", ":Initialising Tuning Step Array", ":Load Main Form"});
+  add("Form_Load", {":Start", ":Resizing", ":Restoring SDR Colour Settings from Registry",
+                    ":Making Form Visible", ":Setting Colour Scheme", ":Initialising MouseOverS",
+                    ":Initialising 7Segment Display Tuning", ":Initialising dialtuner"});
+  for (const int index : {2, 3, 4, 5, 7, 8, 9}) {
+    add("Form_Load", {":Initialising CtlArray(" + std::to_string(index) + ")"});
+  }
+  add("Form_Load", {":Initialising sldNB", ":Initialising dialNB", ":Initialising CtlArray(10)",
+                    ":Initialising dialOutVol", ":Initialising sldOutVolume"});
+  for (const int index : {11, 12, 13, 14, 15, 6}) {
+    add("Form_Load", {":Initialising CtlArray(" + std::to_string(index) + ")"});
+  }
+  for (const int index : {17, 18, 19}) {
+    add("Form_Load", {":Initialising ctlArray(" + std::to_string(index) + ")"});
+  }
+  add("Form_Load", {":New QUORLDX8", " : Initialising Interface Objects", ":Initialising sldAGCAttack",
+                    ":Initialising sldAGCDecay"});
+  for (int i = 0; i <= 4; ++i) {
+    add("Form_Load", {":Initialising Variable Filter Default Values (" + std::to_string(i) + ")"});
+  }
+  for (int i = 1; i <= 3; ++i) {
+    add("Form_Load", {":Initialising Variable AGC Default Values (" + std::to_string(i) + ")"});
+  }
+  add("Form_Load", {":Initialising Variable IF Filter Default Values (0)",
+                    ":Initialising NotchFilter Default Values", ":Restoring SDR Settings"});
+  lines.push_back("RestoreSettings : Start");
+  add("Form_Load",
+      {":Initialising SoundCard Object", ":Set OutputLevel Attenuator to PublicVars.OutputAttenuation",
+       ":Set up default values in the AGC delayline", ":Call MouseOverS.lblFilterHi_Wheel",
+       ":Call MouseOverS.lblFilterLo_Wheel", ":Call tmrPerfStats_Timer", ":Enable Power Butons",
+       ":Enable TmrTune", ":Enable TmrVFOUpdate", ":Enable TmrShaft", ":Enable TmrClock",
+       ":Initialise the Tuning Step Selector Drop Down List", ":Call DarkenControls"});
+  add("Form_Initialize", {":End"});
+  return lines;
+}
+
+TEST(FrmMainStart, EveryStepIsToldInItsOrder) {
+  FrameRig rig;
+  rig.Options.CommandLine = "--verbose xtracex";
+  ASSERT_TRUE(rig.Start());
+  const std::vector<std::string> lines(rig.Log->Lines().begin(), rig.Log->Lines().end());
+  EXPECT_EQ(lines, ExpectedLog());
+  EXPECT_EQ(rig.Splash, (std::vector<bool>{true, false}));
+  EXPECT_TRUE(rig.At("frmLog").Visible());
+  Failure failure;
+  EXPECT_NE(rig.Storage.Read("log/quorl.log", failure).value_or("").find(":Call DarkenControls"),
+            std::string::npos);
+  ASSERT_EQ(rig.Frame().MainBands().size(), 2U);
+  EXPECT_EQ(rig.Frame().MainBands()[1].Name, "Broadcast");
+  EXPECT_EQ(rig.Frame().MainBands()[1].Path, "plans/Broadcast.bpl");
+  EXPECT_TRUE(rig.Boxes.Messages.empty());
+}
+
+TEST(FrmMainStart, SecondInstanceIsToldBeforeAnythingIsShown) {
+  FrameRig rig;
+  VirtualInstanceLock other(rig.Locks);
+  ASSERT_FALSE(other.Acquire(FrameRig::kSettings));
+  EXPECT_FALSE(rig.Start());
+  ASSERT_EQ(rig.Boxes.Messages.size(), 1U);
+  EXPECT_EQ(rig.Boxes.Messages[0].Text, "QUORLSDR is already running");
+  EXPECT_TRUE(rig.Splash.empty());
+  EXPECT_TRUE(rig.Log->Lines().empty());
+  const std::string before = rig.StoredText();
+  rig.Stop();
+  EXPECT_EQ(rig.StoredText(), before);
+}
+
+TEST(FrmMainStart, WithoutBandPlansNothingIsTouched) {
+  FrameRig rig;
+  rig.Options.ApplicationFolder = "elsewhere";
+  EXPECT_FALSE(rig.Start());
+  ASSERT_EQ(rig.Boxes.Messages.size(), 1U);
+  EXPECT_EQ(rig.Boxes.Messages[0].Title, "QUORLSDR - No Bandplan found");
+  EXPECT_EQ(rig.Boxes.Messages[0].Icon, MessageIcon::Critical);
+  EXPECT_EQ(rig.Log->Lines().back(), "frmMain:frmMain:Form_Initialize:No BandPlans found in elsewhere");
+  EXPECT_TRUE(rig.Serial.OpenedDevices().empty());
+  EXPECT_EQ(rig.Sound.Statistics().CapturedBlocks, 0);
+  EXPECT_FALSE(rig.Splash.back());
+}
+
+TEST(FrmMainStart, APortThatDoesNotOpenLeavesARadioThatTunesNothing) {
+  FrameRig rig("[DDSSerialIF]\nPortNo=3\n");
+  rig.Serial.FailOpen(Error{5, "busy"});
+  ASSERT_TRUE(rig.Start());
+  ASSERT_FALSE(rig.Boxes.Messages.empty());
+  const std::string text = rig.Boxes.Messages.back().Text;
+  EXPECT_EQ(text.rfind("Unable to open Serial Interface COM3\nfrmMain:frmMain:Form_Load:", 0), 0U) << text;
+  EXPECT_NE(text.find("\nError Code=0\nError Desc="), std::string::npos) << text;
+  rig.Wheel("lbl7Seg(4)", 2);
+  rig.Run(0.2);
+  EXPECT_EQ(rig.Digits(), "072070000");
+  EXPECT_EQ(rig.Oscillator(), 0);
+  rig.Click("optPwr(0)");
+  rig.Run(1.0);
+  EXPECT_TRUE(rig.Frame().IsOn());
+  EXPECT_GT(rig.Blocks, 10);
+}
+
+TEST(FrmMainStart, AnUnknownInterfaceIsToldAndTheStartGoesOn) {
+  FrameRig rig("[frmMain]\nVFO1.IFType=7\n");
+  ASSERT_TRUE(rig.Start());
+  ASSERT_EQ(rig.Boxes.Messages.size(), 1U);
+  EXPECT_EQ(rig.Boxes.Messages[0].Text,
+            "Unknown DDSIFType specified in Registry - Check DDSIFType key - No interface initialised");
+  EXPECT_EQ(rig.Log->Lines().back(), "frmMain:frmMain:Form_Initialize:End");
+}
+
+TEST(FrmMainStart, AnErrorInsideAStepEndsTheProgram) {
+  FrameRig rig;
+  rig.Sound.Breaks = true;
+  EXPECT_FALSE(rig.Start());
+  ASSERT_EQ(rig.Boxes.Messages.size(), 1U);
+  EXPECT_EQ(rig.Boxes.Messages[0].Title, "Error");
+  const std::string text = rig.Boxes.Messages[0].Text;
+  EXPECT_EQ(text.rfind("frmMain:frmMain:Form_Load:", 0), 0U) << text;
+  EXPECT_NE(text.find("\nCode=0\nDescription=the sound system is out of order\nSource=QUORLSDR"),
+            std::string::npos)
+      << text;
+  const auto& lines = rig.Log->Lines();
+  EXPECT_EQ(lines[lines.size() - 2], "frmMain:frmMain:Form_Load:New QUORLDX8");
+  EXPECT_EQ(lines.back().rfind("frmMain:frmMain:Form_LoadError:", 0), 0U) << lines.back();
+  EXPECT_NE(lines.back().find(",Code=0,Description=the sound system is out of order,Source="),
+            std::string::npos);
+}
+
+TEST(FrmMainStart, PanelAgreesWithTheStateItShows) {
+  FrameRig rig;
+  ASSERT_TRUE(rig.Start());
+  const PublicVars& vars = rig.Vars();
+  EXPECT_EQ(rig.Text(IndexedName("optMode", vars.CurrentDemodMode)), "1");
+  EXPECT_EQ(rig.Text(IndexedName("optFilter", vars.CurrentFilterMode)), "1");
+  EXPECT_EQ(rig.Text(IndexedName("optIFFilter", vars.CurrentIFFilterMode)), "1");
+  EXPECT_EQ(rig.Text(IndexedName("optAGC", vars.AGCMode)), "1");
+  EXPECT_EQ(rig.Text("chkAGC") == "1", vars.AGCON);
+  EXPECT_EQ(rig.Text("chkIFFilter") == "1", vars.IFFilterActive);
+  EXPECT_EQ(rig.Text("chkNotchOn") == "1", vars.NotchActive);
+  EXPECT_EQ(rig.Text("chkTuneLo") == "1", vars.LowSideLO);
+  EXPECT_EQ(rig.Text("optDisplaySize(1)"), "1");
+  EXPECT_EQ(rig.Text("optPwr(1)"), "1");
+  EXPECT_TRUE(rig.At("optPwr(0)").Enabled());
+  EXPECT_FALSE(rig.Frame().IsOn());
+  EXPECT_FALSE(vars.FiltersDirty);
+  EXPECT_TRUE(rig.VFO().AutoUpdate);
+  rig.Run(0.1);
+  EXPECT_EQ(rig.Digits(), "072050000");
+  EXPECT_EQ(rig.Text("lblTuningRate"), "100 Hz");
+  EXPECT_EQ(rig.Text("lblTuneDialRate"), "100 Hz");
+  EXPECT_EQ(rig.Text("lblStatsVal(3)"), "52 205 000 Hz");
+  EXPECT_EQ(rig.Oscillator(), 522050000);
+}
+
+TEST(FrmMainStart, DefaultsFillWhatAStoredFileLacks) {
+  FrameRig rig;
+  rig.Options.Defaults = [](SettingsStore& store) {
+    if (store.GetSetting("VFO1.DRT1", "TunedFrequency", "").empty()) ADD_FAILURE() << "not read yet";
+    store.SaveSetting("frmMain", "AutoStartSDR", "True");
+  };
+  ASSERT_TRUE(rig.Start());
+  EXPECT_TRUE(rig.Frame().IsOn());
+}
+
+TEST(FrmMainStart, AutoStartReceivesAtTheEndOfTheStart) {
+  FrameRig rig("[frmMain]\nAutoStartSDR=True\n");
+  ASSERT_TRUE(rig.Start());
+  EXPECT_TRUE(rig.Frame().IsOn());
+  EXPECT_FALSE(rig.At("optPwr(2)").Enabled());
+  const auto& lines = rig.Log->Lines();
+  EXPECT_EQ(lines[lines.size() - 2], "optPwr_click : End");
+  rig.Run(1.0);
+  EXPECT_GT(rig.Blocks, 20);
+  EXPECT_GT(rig.Loudness(), 50.0);
+}
+
+TEST(FrmMainEnd, SoundStopsThenSettingsThenTheVFOThenOneWrite) {
+  FrameRig rig;
+  ASSERT_TRUE(rig.Start());
+  rig.Click("optPwr(0)");
+  rig.Run(1.0);
+  rig.Wheel("lbl7Seg(3)", 1);
+  ASSERT_EQ(rig.Storage.Writes, 0);
+  const std::int64_t blocks = rig.Sound.Statistics().CapturedBlocks;
+  rig.Stop();
+  EXPECT_EQ(rig.Storage.Writes, 1);
+  rig.Run(1.0);
+  EXPECT_EQ(rig.Sound.Statistics().CapturedBlocks, blocks);
+  const std::string text = rig.StoredText();
+  for (const char* line :
+       {"\nLastTunedFrequency=72150000\n", "\nTunedFrequency=72150000\n", "\nAGCMode=2\n",
+        "\nIFFilterSettings(5).FilterSettings(2).CurrentLo=", "\nStandardDisplay=True\n"}) {
+    EXPECT_NE(text.find(line), std::string::npos) << line;
+  }
+  EXPECT_TRUE(rig.Boxes.Messages.empty());
+}
+
+TEST(FrmMainEnd, AFullDiskIsTold) {
+  FrameRig rig;
+  ASSERT_TRUE(rig.Start());
+  rig.Storage.Watched.clear();
+  rig.Storage.Fail(FileOperation::MakeDirectory, Error{28, "no space left"});
+  rig.Stop();
+  ASSERT_EQ(rig.Boxes.Messages.size(), 1U);
+  EXPECT_NE(rig.Boxes.Messages[0].Text.find("no space left"), std::string::npos);
+}
+
+TEST(FrmMainEnd, WhatTheTableReadsBackIsThereAgain) {
+  FrameRig rig(
+      "[frmMain]\nSDRTuningColour=1193046\nMouseOverS.HiLiteBorder=True\nDRM.PathToDream=/opt/dream\n"
+      "KBDSupport=True\nNoiseFloor=loud\nShaftAutoRate=nonsense\n");
+  ASSERT_TRUE(rig.Start());
+  EXPECT_EQ(rig.Text("picSmeter"), "Meter Backoff=20.00 dB");  // a broken value is no value
+  EXPECT_EQ(rig.At("lblBFO").ForeColour(), 1193046U);
+  rig.Set("chkTuneLo", "1");
+  rig.Wheel("lbl7Seg(6)", 3);
+  rig.Click("optDisplaySize(3)");
+  rig.Set("chkPerfStatsOn", "1");
+  rig.Click("cmdCalibrateSMeter");
+  rig.Click("optPwr(0)");
+  rig.Run(3.0);
+  rig.Click("cmdCalibrateSMeter");
+  rig.Run(1.0);
+  rig.Frame().Radio().SoundCard().CurrentPlaybackDevice = 2;
+  rig.VFO().AutoUpdate = false;
+  const std::string floor = rig.Text("picSmeter");
+  ASSERT_NE(floor, "Meter Backoff=20.00 dB");
+
+  rig.Restart();
+  EXPECT_FALSE(rig.Frame().IsOn());
+  EXPECT_EQ(rig.Text("chkTuneLo"), "1");
+  EXPECT_TRUE(rig.Vars().LowSideLO);
+  EXPECT_EQ(rig.Oscillator(), 72050300 - 450000000 < 0 ? 377949700 : 0);
+  rig.Run(0.1);
+  EXPECT_EQ(rig.Digits(), "072050300");
+  EXPECT_EQ(rig.Text("lblTuningRate"), "10 Hz");
+  EXPECT_EQ(rig.Text("optDisplaySize(3)"), "1");
+  EXPECT_EQ(rig.Text("chkPerfStatsOn"), "1");
+  EXPECT_TRUE(rig.Vars().PerfStatsOn);
+  EXPECT_EQ(rig.Text("picSmeter"), floor);
+  EXPECT_EQ(rig.Frame().Radio().SoundCard().CurrentPlaybackDevice, 2);
+  EXPECT_FALSE(rig.VFO().AutoUpdate);
+  EXPECT_EQ(rig.At("lblBFO").ForeColour(), 1193046U);
+  EXPECT_TRUE(rig.Frame().Scrollables().HiLiteBorder);
+  EXPECT_EQ(rig.Store().GetSetting("frmMain", "DRM.PathToDream", ""), "/opt/dream");
+  EXPECT_TRUE(rig.Frame().Tuning().KBDSupport);
+
+  rig.Set("chkTuneLo", "0");
+  rig.Restart();
+  EXPECT_EQ(rig.Text("chkTuneLo"), "0");
+  EXPECT_FALSE(rig.Vars().LowSideLO);
+  EXPECT_EQ(rig.Oscillator(), 522050300);
+}
+
+TEST(FrmMainEnd, ThePanelsRefreshOptionWinsOverTheVFOs) {
+  FrameRig rig("AutoUpdate=True\n[frmMain]\nAutoDDSRefresh=False\n");
+  ASSERT_TRUE(rig.Start());
+  EXPECT_FALSE(rig.VFO().AutoUpdate);
+}
+
+TEST(FrmMainEnd, DevicesAreFoundByNameAndADeviceThatIsGoneKeepsItsPlace) {
+  FrameRig rig(
+      "[frmMain]\nCurrentCaptureDevice=1\nCurrentCaptureDeviceName=Microphone\n"
+      "CurrentPlaybackDevice=2\nCurrentPlaybackDeviceName=USB headset\n");
+  ASSERT_TRUE(rig.Start());
+  EXPECT_EQ(rig.Frame().Radio().SoundCard().CurrentCaptureDevice, 2);
+  rig.Click("optPwr(0)");
+  EXPECT_FALSE(rig.Frame().IsOn());  // no other loudspeaker is taken in its place
+  ASSERT_EQ(rig.Boxes.Messages.size(), 1U);
+  rig.Restart();
+  EXPECT_EQ(rig.Store().GetSetting("frmMain", "CurrentPlaybackDeviceName", ""), "USB headset");
+  rig.Sound.AddPlaybackDevice("USB headset", nullptr);
+  rig.Click("optPwr(0)");
+  EXPECT_TRUE(rig.Frame().IsOn());
+  EXPECT_EQ(rig.Frame().Radio().SoundCard().CurrentPlaybackDevice, 3);
+}
+
+TEST(FrmMainEnd, APowerCutCostsAMinuteAtMost) {
+  FrameRig rig;
+  ASSERT_TRUE(rig.Start());
+  rig.Run(59.0);
+  EXPECT_EQ(rig.Storage.Writes, 0);
+  rig.Wheel("lbl7Seg(4)", 1);
+  rig.Run(2.0);
+  EXPECT_EQ(rig.Storage.Writes, 1);
+  EXPECT_NE(rig.StoredText().find("\nTunedFrequency=72060000\n"), std::string::npos);
+  rig.Run(180.0);
+  EXPECT_EQ(rig.Storage.Writes, 1);  // nothing has changed
+  rig.Click("optPwr(0)");
+  rig.Wheel("lbl7Seg(4)", 1);
+  rig.Click("optPwr(1)");
+  EXPECT_EQ(rig.Storage.Writes, 2);
+  EXPECT_NE(rig.StoredText().find("\nTunedFrequency=72070000\n"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace quorl::test

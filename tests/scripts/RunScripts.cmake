@@ -1,0 +1,20 @@
+# Runs scripts one after the other through the program, off screen and on the virtual clock, with one settings
+# file that is new at the beginning: what one script leaves is there for the next.
+#
+# cmake -DPROGRAM=quorlsdr -DFOLDER=bandplans -DWORK=directory -DSCRIPTS="a.txt b.txt" -P RunScripts.cmake
+separate_arguments(SCRIPTS)
+file(REMOVE_RECURSE ${WORK})
+file(MAKE_DIRECTORY ${WORK})
+set(ENV{QT_QPA_PLATFORM} offscreen)
+foreach(SCRIPT ${SCRIPTS})
+  execute_process(
+    COMMAND ${PROGRAM} --demo --virtual-time --settings ${WORK}/settings.ini --folder ${FOLDER} --script
+            ${CMAKE_CURRENT_LIST_DIR}/${SCRIPT}
+    WORKING_DIRECTORY ${WORK}
+    RESULT_VARIABLE CODE
+    OUTPUT_VARIABLE OUTPUT
+    ERROR_VARIABLE ERRORS)
+  if(NOT CODE EQUAL 0)
+    message(FATAL_ERROR "${SCRIPT} ended with ${CODE}\n${OUTPUT}${ERRORS}")
+  endif()
+endforeach()

@@ -1,0 +1,352 @@
+// The tuning panel by the names of its controls, with the real road to a simulated line and chip clock.
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "controls/ControlRegistry.h"
+#include "platform/virtual/VirtualDialogs.h"
+#include "platform/virtual/VirtualEventQueue.h"
+#include "platform/virtual/VirtualPrinterPort.h"
+#include "platform/virtual/VirtualSerialPort.h"
+#include "tuning/TuningChain.h"
+#include "tuning/TuningPanel.h"
+
+namespace quorl {
+namespace {
+
+constexpr Colour kNormal = 1, kFocus = 2, kTuning = 3;
+// Status words in the order in which a turn up brings them.
+constexpr std::array<std::uint32_t, 4> kUpwards{0x20, 0x10, 0x30, 0x00};
+
+class TuningPanelTest : public testing::Test {
+ protected:
+  TuningPanelTest() {
+    serial.SetRecording(false);
+    store.SaveSetting("DDSAD9951", "ClkIn", "360096000");
+    store.SaveSetting("VFO1.DRT1", "TunedFrequency", "72050000");
+    chain.emplace(TuningMachine{serial, printer, queue, boxes, store}, SettingsStore::LogSink{});
+    EXPECT_TRUE(chain->OpenInterface(InterfaceType::Serial, true));
+    chain->CreateVFO(0, InterfaceType::Serial);
+    TuningPanelLinks links;
+    links.ActivateDisplay = [this] { active = true; };
+    links.DisplayIsActive = [this] { return active; };
+    links.ShowOscillator = [this](const std::string& text) { oscillator = text; };
+    links.StoreTuneStep = [this](std::int32_t dHz) { storedStep = dHz; };
+    panel.emplace(registry, queue, clock, vars, links);
+    panel->SetVFO(&VFO());
+    panel->SetEncoder(&chain->SerialIF());
+    panel->SetColours(kNormal, kFocus, kTuning);
+    panel->FillTuningSteps();
+    panel->tmrTune.SetInterval(50);
+    panel->tmrTune.SetEnabled(true);
+    panel->tmrShaft.SetInterval(30);
+    panel->tmrShaft.SetEnabled(true);
+  }
+  ~TuningPanelTest() override { panel.reset(); }
+
+  clsVFO& VFO() { return *chain->VFO(); }
+  Control& At(const std::string& name) {
+    Control* control = registry.Find(name);
+    if (control == nullptr) throw std::out_of_range(name);
+    return *control;
+  }
+  void Hover(int digit) { At(IndexedName("lbl7Seg", digit)).MouseMove(); }
+  void Hold(int code, int times = 1) {
+    for (int i = 0; i < times; ++i) {
+      At("picFreqDisp").KeyDown(Key{code, {}});
+      Run(50);
+    }
+    At("picFreqDisp").KeyUp(Key{code, {}});
+  }
+  void Run(int milliseconds) { queue.AdvanceBy(std::chrono::milliseconds(milliseconds)); }
+  std::string Digits() {
+    Run(60);
+    std::string digits;
+    for (int i = 0; i < TuningPanel::kDigits; ++i) digits += At(IndexedName("lbl7Seg", i)).Text();
+    return digits;
+  }
+  int Highlighted() {
+    int found = -1;
+    for (int i = 0; i < TuningPanel::kDigits; ++i) {
+      if (At(IndexedName("lbl7Seg", i)).ForeColour() == kFocus) found = found == -1 ? i : 99;
+    }
+    return found;
+  }
+
+  VirtualClock clock;
+  VirtualEventQueue queue{clock};
+  VirtualDialogs boxes;
+  VirtualSerialPort serial{clock, queue};
+  VirtualPrinterPort printer{clock};
+  SettingsStore store;
+  ControlRegistry registry;
+  PublicVars vars;
+  std::optional<TuningChain> chain;
+  std::optional<TuningPanel> panel;
+  bool active = false;
+  std::string oscillator;
+  std::int32_t storedStep = 0;
+};
+
+TEST_F(TuningPanelTest, StartsWithTheStepOfTheVFO) {
+  EXPECT_EQ(Highlighted(), 5);
+  EXPECT_EQ(At("lblTuningRate").Text(), "100 Hz");
+  EXPECT_EQ(Digits(), "072050000");
+  active = true;
+  Hold(Key::Up);
+  EXPECT_EQ(Digits(), "072051000");
+}
+
+TEST_F(TuningPanelTest, ADigitUnderThePointerIsTheStep) {
+  const std::array<const char*, 9> texts{"10 MHz", "1 MHz", "100 KHz", "10 KHz", "1 KHz",
+                                         "100 Hz", "10 Hz", "1 Hz",    "1 dHz"};
+  const std::array<const char*, 9> up{"172050000", "082050000", "073050000", "072150000", "072060000",
+                                      "072051000", "072050100", "072050010", "072050001"};
+  for (int digit = 0; digit < 9; ++digit) {
+    VFO().SetTunedFrequency(72050000);
+    Hover(digit);
+    EXPECT_TRUE(active);
+    EXPECT_EQ(Highlighted(), digit);
+    EXPECT_EQ(At("lblTuningRate").Text(), texts[static_cast<std::size_t>(digit)]);
+    At(IndexedName("lbl7Seg", digit)).Wheel(1, {});
+    EXPECT_EQ(Digits(), up[static_cast<std::size_t>(digit)]);
+    EXPECT_EQ(At("lblTuneDialRate").Text(), texts[static_cast<std::size_t>(digit)]);
+    Hold(Key::Z);
+    EXPECT_EQ(Digits(), "072050000");
+  }
+  Hover(6);
+  At("lbl7Seg(6)").Wheel(-3, {});
+  EXPECT_EQ(Digits(), "072049700");
+  EXPECT_LE(VFO().TuneStepLSD(), 10000.0);
+}
+
+TEST_F(TuningPanelTest, HeldKeysTuneOncePerTickAndTurnTheDialAlong) {
+  Hover(4);
+  const int dial = panel->dialtuner.Value();
+  Hold(Key::A, 3);
+  EXPECT_EQ(Digits(), "072080000");
+  EXPECT_EQ(panel->dialtuner.Value(), dial + 3);
+  Hold(Key::Down, 2);
+  EXPECT_EQ(panel->dialtuner.Value(), dial + 1);
+  EXPECT_EQ(Digits(), "072060000");
+  Run(500);
+  EXPECT_EQ(Digits(), "072060000");  // let go
+  Hold(Key::Right);
+  EXPECT_EQ(Highlighted(), 5);
+  for (int i = 0; i < 4; ++i) Hold(Key::Right);
+  EXPECT_EQ(Highlighted(), 0);
+  Hold(Key::Left);
+  EXPECT_EQ(Highlighted(), 8);
+  Hold(Key::Up);
+  EXPECT_EQ(Digits(), "072060001");
+  active = false;  // the keys belong to another control
+  Hold(Key::Up);
+  EXPECT_EQ(Digits(), "072060001");
+  At("picFreqDisp").KeyDown(Key{Key::Left, {}});
+  EXPECT_EQ(Highlighted(), 8);
+}
+
+TEST_F(TuningPanelTest, TheDialTunesWhereTheRateIsLockedAndSnapsWhereItIsNot) {
+  VFO().SetTunedFrequency(72051234);
+  Hover(4);
+  panel->dialtuner.SetValue(1);
+  EXPECT_EQ(Digits(), "072050000");
+  panel->dialtuner.SetValue(20);
+  EXPECT_EQ(Digits(), "072050000");
+  At("lblTuningRate").UserClick();
+  EXPECT_EQ(At("lblTuningRate").ForeColour(), kTuning);
+  EXPECT_EQ(At("lblTuningRate").ToolTip(), "Click to Unlock Tuning Rate");
+  panel->dialtuner.SetValue(21);
+  EXPECT_EQ(Digits(), "072060000");
+  panel->dialtuner.SetValue(10);
+  EXPECT_EQ(Digits(), "072050000");
+  Hold(Key::Up, 2);  // turns the knob, and only once
+  EXPECT_EQ(Digits(), "072070000");
+  panel->dialtuner.SetValue(panel->dialtuner.Value() - 1);
+  EXPECT_EQ(Digits(), "072060000");
+  At("lblTuningRate").UserClick();
+  EXPECT_EQ(At("lblTuningRate").ForeColour(), kFocus);
+  EXPECT_EQ(At("lblTuningRate").ToolTip(), "Click to Lock Tuning Rate");
+}
+
+TEST_F(TuningPanelTest, LocksHoldTheStepUntilTheyAreReleased) {
+  Hover(4);
+  At("lblTuningRate").UserClick();
+  Hover(2);
+  EXPECT_EQ(Highlighted(), 4);
+  At("lblTuningRate").UserClick();
+
+  At("lbl7Seg(4)").UserClick();
+  EXPECT_TRUE(At("imgTuneStepLock").Visible());
+  EXPECT_TRUE(VFO().TuneStepLock);
+  EXPECT_EQ(At("lblTuningRate").ForeColour(), kTuning);
+  Hover(2);
+  EXPECT_EQ(VFO().TuneStep(), 10000.0);
+  At("lbl7Seg(6)").DblClick();  // another digit takes the lock over
+  EXPECT_EQ(VFO().TuneStep(), 100.0);
+  EXPECT_EQ(Highlighted(), 6);
+  At("lbl7Seg(6)").Wheel(1, {});
+  EXPECT_EQ(Digits(), "072050100");
+  At("imgTuneStepLock").DblClick();
+  EXPECT_FALSE(At("imgTuneStepLock").Visible());
+  EXPECT_FALSE(panel->TuningRateLocked);
+  EXPECT_EQ(At("lblTuningRate").ForeColour(), kFocus);
+  EXPECT_EQ(At("lblTuningRate").ToolTip(), "Click to Lock Tuning Rate");
+  Hover(3);
+  EXPECT_EQ(VFO().TuneStep(), 100000.0);
+}
+
+TEST_F(TuningPanelTest, TheMenuOfADigitLocksUnlocksAndOpensTheSelector) {
+  int opened = 0;
+  panel->mnuVFOControlSub.OnPopup = [&] { ++opened; };
+  At("lbl7Seg(5)").MouseDown(MouseButton::Left);
+  EXPECT_EQ(opened, 0);
+  At("lbl7Seg(5)").MouseDown(MouseButton::Right);
+  EXPECT_EQ(opened, 1);
+  ASSERT_TRUE(At("mnuVFOControlSub").UserSet("Lock Tune Rate"));
+  EXPECT_EQ(VFO().TuneStep(), 1000.0);
+  EXPECT_TRUE(VFO().TuneStepLock && panel->TuningRateLocked && At("imgTuneStepLock").Visible());
+  ASSERT_TRUE(At("mnuVFOControlSub").UserSet("Cancel"));
+  EXPECT_TRUE(At("imgTuneStepLock").Visible());
+  ASSERT_TRUE(At("mnuVFOControlSub").UserSet("Unlock Tune rate"));
+  EXPECT_FALSE(VFO().TuneStepLock || panel->TuningRateLocked || At("imgTuneStepLock").Visible());
+  ASSERT_TRUE(At("mnuVFOControlSub").UserSet("Set Tuning Rate"));
+  EXPECT_TRUE(At("cboTuningSteps").Visible());
+  EXPECT_EQ(At("cboTuningSteps").Tag(), "lbl7Seg(5)");
+  At("cboTuningSteps").KeyDown(Key{Key::Escape, {}});
+  EXPECT_FALSE(At("cboTuningSteps").Visible());
+}
+
+TEST_F(TuningPanelTest, TheSelectorTakesEveryStepAndOverridesALock) {
+  struct Step {
+    const char* Item;
+    const char* Rate;
+    int Digit;
+  };
+  for (const Step& step :
+       {Step{"10 KHz", "10 KHz", 4}, Step{"9 KHz", "9 KHz", 4}, Step{"2.5 KHz", "2.5 KHz", 4},
+        Step{"500 Hz", "500 Hz", 5}, Step{"25 Hz", "25 Hz", 6}, Step{"2.5 Hz", "2.5 Hz", 7},
+        Step{"5 dHz", "5 dHz", 8}, Step{"1 dHz", "1 dHz", 8}}) {
+    At("lblTuneDialRate").MouseDown(MouseButton::Right);
+    ASSERT_TRUE(At("cboTuningSteps").UserSet(step.Item)) << step.Item;
+    EXPECT_EQ(At("lblTuningRate").Text(), step.Rate);
+    EXPECT_EQ(Highlighted(), step.Digit);
+    EXPECT_EQ(VFO().TuneStep(), storedStep);
+    EXPECT_TRUE(VFO().TuneStepLock && At("imgTuneStepLock").Visible());
+    VFO().SetTunedFrequency(72000000);
+    At("lbl7Seg(3)").Wheel(1, {});
+    EXPECT_EQ(VFO().TunedFrequency(), 72000000 + storedStep) << step.Item;
+  }
+  // The same one again, after the digits have been gone over.
+  At("imgTuneStepLock").DblClick();
+  Hover(3);
+  At("lblTuningRate").MouseDown(MouseButton::Right);
+  ASSERT_TRUE(At("cboTuningSteps").UserSet("1 dHz"));
+  EXPECT_EQ(VFO().TuneStep(), 1.0);
+
+  ASSERT_TRUE(At("mnuVFOStepSub").UserSet("9 KHz"));
+  EXPECT_EQ(VFO().TuneStep(), 1.0);  // locked, and no override
+  panel->SetNextTuningRate(true);
+  EXPECT_EQ(VFO().TuneStep(), 100000.0);  // round from the last to the first
+  panel->SetTuningRate(-1, true);
+  EXPECT_EQ(VFO().TuneStep(), 1.0);
+}
+
+TEST_F(TuningPanelTest, DisplayAddsTheBFOAndTheLowSideRetunes) {
+  VFO().Refresh();
+  vars.BFOOffset = -1500;
+  EXPECT_EQ(Digits(), "072035000");
+  EXPECT_EQ(oscillator, "52 205 000 Hz");
+  vars.BFOOffset = 0;
+  ASSERT_TRUE(At("chkTuneLo").UserSet("1"));
+  EXPECT_TRUE(vars.LowSideLO);
+  EXPECT_FALSE(VFO().HiSideLO);
+  EXPECT_EQ(VFO().OscOut, 377950000);
+  EXPECT_EQ(At("chkTuneLo").ForeColour(), kTuning);
+  ASSERT_TRUE(At("chkTuneLo").UserSet("0"));
+  EXPECT_FALSE(vars.LowSideLO);
+  EXPECT_EQ(VFO().OscOut, 522050000);
+  EXPECT_EQ(At("chkTuneLo").ForeColour(), kNormal);
+}
+
+TEST_F(TuningPanelTest, TheEncoderStepsWhereItIsEnabled) {
+  Hover(4);
+  const auto turn = [&](std::uint32_t status) {
+    serial.SetStatus(status);
+    Run(10);
+  };
+  const int dial = panel->dialtuner.Value();
+  for (const std::uint32_t status : kUpwards) turn(status);
+  EXPECT_EQ(Digits(), "072050000");
+  panel->ShaftEnabled = true;
+  for (const std::uint32_t status : kUpwards) turn(status);
+  EXPECT_EQ(Digits(), "072090000");
+  EXPECT_EQ(panel->dialtuner.Value(), dial + 4);
+  turn(0x30);
+  turn(0x10);
+  EXPECT_EQ(Digits(), "072070000");
+  EXPECT_EQ(panel->dialtuner.Value(), dial + 2);
+  turn(0x00);  // both lines at once: no step
+  EXPECT_EQ(Digits(), "072070000");
+}
+
+TEST_F(TuningPanelTest, TheEncodersSpeedPicksTheStepAndATimerTakesIt) {
+  VFO().SetTunedFrequency(72051234);
+  panel->ShaftEnabled = panel->ShaftAutoRateOn = true;
+  Hover(4);
+  serial.SetStatus(kUpwards[0]);
+  Run(1);
+  EXPECT_EQ(VFO().TuneStep(), 0.001 / 1000);  // the first after a pause is slow
+  EXPECT_EQ(VFO().TunedFrequency(), 72051234);
+  for (std::size_t i = 1; i < 8; ++i) {
+    serial.SetStatus(kUpwards[i % 4]);
+    Run(1);
+  }
+  EXPECT_EQ(VFO().TuneStep(), 0.001 / 2);
+  Run(40);
+  EXPECT_EQ(VFO().TunedFrequency(), 72051234);  // its steps lie below the grid of the frequency
+}
+
+TEST_F(TuningPanelTest, TheChipIsRefreshedNowAndThenWhereThatIsWanted) {
+  serial.SetRecording(true);
+  panel->tmrTune.SetEnabled(false);
+  panel->tmrShaft.SetEnabled(false);
+  panel->tmrVFOUpdate.SetInterval(1000);
+  panel->tmrVFOUpdate.SetEnabled(true);
+  int refreshes = 0;
+  std::int64_t last = clock.Microseconds(), shortest = 1000000000;
+  for (int i = 0; i < 600; ++i) {
+    serial.ClearLevels();
+    Run(100);
+    if (serial.Levels().empty()) continue;
+    if (refreshes++ > 0) shortest = std::min(shortest, clock.Microseconds() - last);
+    last = clock.Microseconds();
+  }
+  EXPECT_GE(refreshes, 20);
+  EXPECT_LE(refreshes, 40);
+  EXPECT_GE(shortest, 1400000);
+  VFO().AutoUpdate = false;
+  serial.ClearLevels();
+  Run(10000);
+  EXPECT_TRUE(serial.Levels().empty());
+}
+
+TEST_F(TuningPanelTest, WithoutAVFONothingHappens) {
+  panel->SetVFO(nullptr);
+  panel->ShaftEnabled = true;
+  for (Control* control : registry.All()) {
+    Raise(control->MouseMove);
+    Raise(control->MouseDown, MouseButton::Right);
+    control->UserClick();
+    Raise(control->DblClick);
+    Raise(control->Wheel, 1, Modifiers{});
+    Raise(control->KeyDown, Key{Key::Up, {}});
+    control->UserSet("3");
+  }
+  serial.SetStatus(0x20);
+  Run(3000);
+  EXPECT_EQ(VFO().TunedFrequency(), 72050000);
+}
+
+}  // namespace
+}  // namespace quorl
