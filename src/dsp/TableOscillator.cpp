@@ -18,7 +18,7 @@ void TableOscillator::InitDDS() {
 }
 
 void TableOscillator::MakeOscillatorBlock(std::int32_t step, float* sine, float* cosine, float gain,
-                                     std::int32_t n) {
+                                          std::int32_t n) {
   accumulator_ = MakeFreq(accumulator_, static_cast<std::uint32_t>(step), sines_.data(), cosines_.data(),
                           sine, cosine, n);
   if (gain != 1.0F) {

@@ -7,8 +7,8 @@ namespace quorl {
 
 // Local calendar time, for labels and logs.
 struct LocalTime {
-  int Year = 1970, Month = 1, Day = 1;     // month and day count from 1
-  int Hour = 0, Minute = 0, Second = 0;    // 24-hour clock
+  int Year = 1970, Month = 1, Day = 1;   // month and day count from 1
+  int Hour = 0, Minute = 0, Second = 0;  // 24-hour clock
   int Millisecond = 0;
 };
 

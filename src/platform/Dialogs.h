@@ -12,7 +12,7 @@ enum class MessageButtons { Ok, OkCancel, YesNo, YesNoCancel };
 enum class MessageAnswer { Ok, Cancel, Yes, No };
 
 struct MessageRequest {
-  std::string Text;   // may hold line ends
+  std::string Text;  // may hold line ends
   std::string Title;
   MessageIcon Icon = MessageIcon::None;
   MessageButtons Buttons = MessageButtons::Ok;

@@ -12,9 +12,9 @@
 namespace quorl {
 
 struct SoundFormat {
-  int SampleRate = 48000;   // Hz
-  int BitsPerSample = 16;   // signed PCM
-  int Channels = 2;         // interleaved
+  int SampleRate = 48000;  // Hz
+  int BitsPerSample = 16;  // signed PCM
+  int Channels = 2;        // interleaved
 };
 
 // Raised on the main thread when the buffer's cursor passes `Offset` (a byte position in the buffer).
@@ -65,8 +65,9 @@ class SoundSystem {
   // `device` counts from 1. Null with `failure` set where the device is missing or refuses the format.
   virtual std::unique_ptr<CaptureBuffer> CreateCaptureBuffer(int device, const SoundFormat& format, int bytes,
                                                              SoundNotifier notifier, Failure& failure) = 0;
-  virtual std::unique_ptr<PlaybackBuffer> CreatePlaybackBuffer(int device, const SoundFormat& format, int bytes,
-                                                               SoundNotifier notifier, Failure& failure) = 0;
+  virtual std::unique_ptr<PlaybackBuffer> CreatePlaybackBuffer(int device, const SoundFormat& format,
+                                                               int bytes, SoundNotifier notifier,
+                                                               Failure& failure) = 0;
   virtual SoundStatistics Statistics() const = 0;
   // Told once when an open device vanishes, with a line for the user.
   virtual void OnDeviceLost(std::function<void(const Error&)> handler) = 0;

@@ -30,7 +30,9 @@ void* operator new[](std::size_t size) {
 void operator delete(void* memory) noexcept {
   std::free(memory);
 }
-void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
+  std::free(memory);
+}
 void operator delete[](void* memory) noexcept {
   std::free(memory);
 }
