@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 
+#include "WatchedApplication.h"
 #include "core/frmMain.h"
 #include "shared/RadioMachine.h"
 
@@ -16,7 +17,9 @@ class LoadReport {
 
   // Microseconds that the pump took for a block.
   void NoteBlock(double microseconds);
-  void Print(frmMain& frame, RadioMachine& machine) const;
+  // Microseconds of one round of housekeeping.
+  void NoteHousekeeping(double microseconds);
+  void Print(frmMain& frame, RadioMachine& machine, const WatchedApplication& application) const;
 
  private:
   std::chrono::steady_clock::time_point begin_;
@@ -24,6 +27,8 @@ class LoadReport {
   double firstBlockCpu_ = 0.0;  // seconds of processor time that the start took
   std::int64_t blocks_ = 0;
   double microseconds_ = 0.0, longest_ = 0.0;
+  std::int64_t housekeepings_ = 0;
+  double housekeepingMicroseconds_ = 0.0;
 };
 
 }  // namespace quorl

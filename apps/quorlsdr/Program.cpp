@@ -30,7 +30,8 @@ void Complain(const std::string& text) {
 
 class Program {
  public:
-  explicit Program(const ProgramOptions& options) : options_(options), boxes_(personalBoxes_, std::cout) {
+  Program(const ProgramOptions& options, WatchedApplication& application)
+      : options_(options), application_(application), boxes_(personalBoxes_, std::cout) {
     boxes_.AsksPerson = options.Script.empty();
   }
 
@@ -44,7 +45,7 @@ class Program {
     OpenWindow();
     int exitCode = options_.Script.empty() ? WaitForClose() : RunScript();
     frame_->Form_Unload();
-    if (options_.Report) report_.Print(*frame_, *machine_);
+    if (options_.Report) report_.Print(*frame_, *machine_, application_);
     if (file_) {
       if (const Failure failure = file_->Close()) {
         Complain(failure->Text);
@@ -105,6 +106,7 @@ class Program {
     frame_->Scrollables().GiveFocus = [this](Label& label) { window_->GiveFocus(label.Name()); };
     personalBoxes_.SetWindow(window_.get());
     window_->show();
+    frame_->Radio().OnHousekept = [this](double microseconds) { report_.NoteHousekeeping(microseconds); };
     frame_->Radio().OnAudio = [this](const std::int16_t* block, std::int32_t attenuation) {
       report_.NoteBlock(frame_->Radio().Radio.Pump.PumpMicroseconds);
       if (file_) file_->Take(block, attenuation);
@@ -145,6 +147,7 @@ class Program {
   }
 
   const ProgramOptions& options_;
+  WatchedApplication& application_;
   QtEventQueue queue_;
   QtDialogs personalBoxes_;
   ScriptDialogs boxes_;
@@ -161,8 +164,8 @@ class Program {
 
 }  // namespace
 
-int RunProgram(const ProgramOptions& options) {
-  return Program(options).Run();
+int RunProgram(const ProgramOptions& options, WatchedApplication& application) {
+  return Program(options, application).Run();
 }
 
 }  // namespace quorl

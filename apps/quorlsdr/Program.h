@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "WatchedApplication.h"
+
 namespace quorl {
 
 struct ProgramOptions {
@@ -22,7 +24,7 @@ struct ExitCode {
   static constexpr int Success = 0, Failed = 1, Refused = 2;
 };
 
-// Runs the program inside a QApplication; returns its exit code.
-int RunProgram(const ProgramOptions& options);
+// Runs the program; returns its exit code.
+int RunProgram(const ProgramOptions& options, WatchedApplication& application);
 
 }  // namespace quorl

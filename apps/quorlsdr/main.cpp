@@ -1,5 +1,4 @@
 // quorlsdr: the radio as a desktop program.
-#include <QApplication>
 #include <cstdlib>
 #include <string>
 
@@ -55,7 +54,7 @@ int main(int count, char** arguments) {
     }
     qputenv("QT_QPA_PLATFORM", "offscreen");
   }
-  QApplication application(count, arguments);
+  quorl::WatchedApplication application(count, arguments);
   quorl::PrepareApplication(application);
-  return quorl::RunProgram(options);
+  return quorl::RunProgram(options, application);
 }

@@ -65,9 +65,11 @@ void LiveRadio::Stop() {
 void LiveRadio::Housekeeping() {
   if (inPerfStats_) return;
   inPerfStats_ = true;
+  const std::int64_t begin = machine_.Time.Microseconds();
   BeforeFilters();
   const bool peakMoved = Radio.Housekeeping();
   AfterFilters(peakMoved);
+  if (OnHousekept) OnHousekept(static_cast<double>(machine_.Time.Microseconds() - begin));
   inPerfStats_ = false;
 }
 

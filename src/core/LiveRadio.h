@@ -51,7 +51,8 @@ class LiveRadio final : public SoundEvents, public SoundOutput {
   void Housekeeping();
   std::function<void()> BeforeFilters = [] {};  // S-meter, statistics
   std::function<void(bool peakMoved)> AfterFilters = [](bool) {};
-  std::function<void()> OnBlockOut = [] {};  // the tick of the display
+  std::function<void(double microseconds)> OnHousekept;  // told what a round took; may be empty
+  std::function<void()> OnBlockOut = [] {};              // the tick of the display
 
   // Told each block of audio [SamplesPerEvent] on its way to the sound card, and the card's attenuation in
   // hundredths of a decibel.

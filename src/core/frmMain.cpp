@@ -1,26 +1,15 @@
 // Start and end of the program.
 #include "core/frmMain.h"
 
-#include <exception>
-
 #include "platform/Dialogs.h"
 #include "platform/InstanceLock.h"
-#include "sound/FindDevice.h"
 #include "support/Product.h"
-#include "support/Rounding.h"
 
 namespace quorl {
 
 namespace {
 
 constexpr const char* kInitialize = "Form_Initialize";
-constexpr const char* kLoad = "Form_Load";
-constexpr const char* kPlace = "frmMain:frmMain:";
-
-constexpr int kSaveInterval = 60000;  // ms: what a power cut may cost at most
-constexpr int kTuneInterval = 50, kVFOUpdateInterval = 1000, kShaftInterval = 30, kClockInterval = 500;
-
-constexpr int kExtendedSize = 0, kStandardSize = 1, kCompactSize = 2, kFullSize = 3;
 
 }  // namespace
 
@@ -32,7 +21,7 @@ frmMain::~frmMain() {
 }
 
 void frmMain::Log(const char* routine, const std::string& text) {
-  log_.AddLog(std::string(kPlace) + routine + text);
+  log_.AddLog(std::string(kFrameTag) + routine + text);
 }
 
 bool frmMain::Form_Initialize() {
@@ -96,270 +85,6 @@ bool frmMain::FindBandPlans() {
                               .Title = std::string(kProductName) + " - No Bandplan found",
                               .Icon = MessageIcon::Critical});
   return false;
-}
-
-bool frmMain::Form_Load() {
-  try {
-    LoadSteps();
-  } catch (const std::exception& error) {
-    ReportLoadError(error.what());
-    return false;
-  }
-  return true;
-}
-
-void frmMain::ReportLoadError(const std::string& text) {
-  const std::string place = std::string(kPlace) + kLoad;
-  machine_.Boxes.ShowMessage({.Text = place + ":" + std::to_string(loadStep_) +
-                                      "\nCode=0\nDescription=" + text + "\nSource=" + kProductName,
-                              .Title = "Error",
-                              .Icon = MessageIcon::Critical});
-  log_.AddLog(place + "Error:" + std::to_string(loadStep_) + ",Code=0,Description=" + text +
-              ",Source=" + kProductName);
-}
-
-void frmMain::LoadSteps() {
-  const auto step = [this](const std::string& text) {
-    ++loadStep_;
-    Log(kLoad, text);
-  };
-  PublicVars& vars = radio_->Radio.Vars;
-  step(":Start");
-  step(":Resizing");
-  CreateForm();
-  step(":Restoring SDR Colour Settings from Registry");
-  for (const ColourSetting& colour : kColourSettings) {
-    store_.ReadColour(kMainSection, colour.Key, scheme_.*colour.Field);
-  }
-  step(":Making Form Visible");
-  step(":Setting Colour Scheme");
-  step(":Initialising MouseOverS");
-  scrollables_ = std::make_unique<ScrollableControls>(scheme_);
-  colours_ = std::make_unique<PanelColours>(registry_, scheme_, *scrollables_);
-  step(":Initialising 7Segment Display Tuning");
-  CreateTuningPanel();
-  step(":Initialising dialtuner");
-  for (const int index : kScrollableStartOrder) {
-    if (kScrollableStarts[static_cast<std::size_t>(index)].Label == nullptr) continue;
-    const bool late = index == CtlIndex::IFHi || index == CtlIndex::IFLo || index == CtlIndex::SpectrumSmooth;
-    step((late ? ":Initialising ctlArray(" : ":Initialising CtlArray(") + std::to_string(index) + ")");
-    if (index == CtlIndex::NB) {
-      step(":Initialising sldNB");
-      step(":Initialising dialNB");
-    }
-    if (index == CtlIndex::OutVol) {
-      step(":Initialising dialOutVol");
-      step(":Initialising sldOutVolume");
-    }
-  }
-  CreateReceptionPanels();
-  step(":New QUORLDX8");
-  radio_->CreateSoundCard();
-  step(" : Initialising Interface Objects");
-  CreateTuningRoad();
-  step(":Initialising sldAGCAttack");
-  step(":Initialising sldAGCDecay");
-  for (std::int32_t mode = 0; mode < FilterModeCount; ++mode) {
-    step(":Initialising Variable Filter Default Values (" + std::to_string(mode) + ")");
-  }
-  filter_->optFilter.Press(vars.CurrentFilterMode);
-  demod_->optMode.Press(vars.CurrentDemodMode);
-  for (std::int32_t mode = AGCPreset::Fast; mode <= AGCPreset::Slow; ++mode) {
-    step(":Initialising Variable AGC Default Values (" + std::to_string(mode) + ")");
-  }
-  agc_->chkAGC.SetValue(vars.AGCON);
-  agc_->optAGC.Press(vars.AGCMode);
-  agc_->chkAGC_Click();
-  step(":Initialising Variable IF Filter Default Values (0)");
-  vars.CurrentIFFilterMode = IFFilterMode::Manual;
-  vars.IFFilterActive = false;
-  step(":Initialising NotchFilter Default Values");
-  step(":Restoring SDR Settings");
-  stored_.AutoDDSRefresh = radio_->VFO()->AutoUpdate;
-  RestoreSettings();
-  radio_->VFO()->AutoUpdate = stored_.AutoDDSRefresh;
-  smeter_->NoiseFloor = static_cast<float>(stored_.NoiseFloor) / 100000.0F;
-  smeter_->DrawSMeterScale();
-  step(":Initialising SoundCard Object");
-  InitialiseSoundCard();
-  ApplySettings();
-  step(":Set OutputLevel Attenuator to PublicVars.OutputAttenuation");
-  volume_->lblOutVol_Wheel();
-  step(":Set up default values in the AGC delayline");
-  radio_->Radio.Agc.FillDelayLine();
-  step(":Call MouseOverS.lblFilterHi_Wheel");
-  filter_->lblFilterHi_Wheel();
-  step(":Call MouseOverS.lblFilterLo_Wheel");
-  filter_->lblFilterLo_Wheel();
-  step(":Call tmrPerfStats_Timer");
-  ConnectHousekeeping();
-  radio_->Housekeeping();
-  step(":Enable Power Butons");
-  for (int i = 0; i < optPwr_->Count(); ++i) (*optPwr_)(i).Enabled = true;
-  EnableTimers();
-  step(":Initialise the Tuning Step Selector Drop Down List");
-  tuning_->FillTuningSteps();
-  step(":Call DarkenControls");
-  scrollables_->DarkenControls();
-  colours_->ReColour();
-  colours_->UnFocusFrames();
-  if (stored_.AutoStartSDR) optPwr_->Press(0);
-  loading_ = false;
-}
-
-void frmMain::CreateForm() {
-  form_ = std::make_unique<Picture>(registry_, "frmMain");
-  form_->Caption = kProductName;
-  form_->KeyDown = [this](const Key& key) { Form_KeyDown(key); };
-  form_->KeyUp = [this](const Key& key) {
-    if (tuning_) Raise(tuning_->picFreqDisp.KeyUp, key);
-  };
-  form_->MouseMove = [this] { colours_->Form_MouseMove(); };
-  frPwr_ = std::make_unique<Frame>(registry_, "frPwr");
-  optPwr_ = std::make_unique<OptionGroup>(registry_, "optPwr", static_cast<int>(PowerTexts.size()));
-  SetTexts(*optPwr_, PowerTexts);
-  for (int i = 0; i < optPwr_->Count(); ++i) (*optPwr_)(i).Enabled = false;
-  optPwr_->Press(1);
-  PaintPower();
-  optPwr_->Click = [this](int index) { optPwr_Click(index); };
-  frDispMode_ = std::make_unique<Frame>(registry_, "frDispMode");
-  optDisplaySize_ =
-      std::make_unique<OptionGroup>(registry_, "optDisplaySize", static_cast<int>(DisplaySizeTexts.size()));
-  SetTexts(*optDisplaySize_, DisplaySizeTexts);
-  optDisplaySize_->Click = [this](int index) { PaintButtons(*optDisplaySize_, index); };
-}
-
-void frmMain::Form_KeyDown(const Key& key) {
-  if (scrollables_->ActiveCtl() == CtlIndex::Frequency) {
-    Raise(tuning_->picFreqDisp.KeyDown, key);
-  } else {
-    scrollables_->KeyDown(key);
-  }
-}
-
-void frmMain::CreateTuningPanel() {
-  ScrollableControl& display = (*scrollables_)(CtlIndex::Frequency);
-  display.NoFocus = false;
-  TuningPanelLinks links;
-  links.ActivateDisplay = [this] {
-    if (scrollables_->ActiveCtl() == CtlIndex::Frequency) return;
-    scrollables_->DarkenControls();
-    scrollables_->EnterControl(CtlIndex::Frequency);
-  };
-  links.DisplayIsActive = [this] { return scrollables_->ActiveCtl() == CtlIndex::Frequency; };
-  links.ShowOscillator = [this](const std::string& text) {
-    if (stats_) stats_->lblStatsVal(StatsPanel::kLO).Caption = text;
-  };
-  tuning_ =
-      std::make_unique<TuningPanel>(registry_, machine_.Queue, machine_.Time, radio_->Radio.Vars, links);
-  colours_->Add(tuning_->frFreqCtl);
-  colours_->AddRepaint([this] {
-    tuning_->SetColours(scheme_.SDRLabelColour, scheme_.SDRTuningColour, scheme_.SDRTuningColour);
-  });
-  scrollables_->AddDarkened([this] { tuning_->cboTuningSteps.Visible = false; });
-}
-
-void frmMain::CreateReceptionPanels() {
-  Receiver& receiver = radio_->Radio;
-  const PanelContext context{registry_,     *scrollables_,    *colours_,
-                             receiver.Vars, receiver.Filters, [this] { machine_.Queue.Yield(); }};
-  ifFilter_ = std::make_unique<IFFilterPanel>(context);
-  filter_ = std::make_unique<FilterPanel>(context, receiver.FilterMaker, *ifFilter_);
-  demod_ = std::make_unique<DemodPanel>(context, *filter_, *ifFilter_);
-  notch_ = std::make_unique<NotchPanel>(context);
-  nb_ = std::make_unique<NBPanel>(context);
-  agc_ = std::make_unique<AGCPanel>(context, receiver.Agc);
-  volume_ = std::make_unique<VolumePanel>(context, receiver.Agc);
-  bfo_ = std::make_unique<BFOPanel>(context);
-  stats_ = std::make_unique<StatsPanel>(registry_, receiver.Vars, receiver.Pump.Statistics);
-  smeter_ = std::make_unique<SMeterPanel>(registry_, receiver.Vars);
-  colours_->Add(*frPwr_);
-  colours_->Add(*frDispMode_);
-}
-
-void frmMain::CreateTuningRoad() {
-  PublicVars& vars = radio_->Radio.Vars;
-  store_.Read(kMainSection, "VFO1.IFType", stored_.IFType);
-  store_.Read(kMainSection, "EnableShaftEncoder", tuning_->ShaftEnabled);
-  store_.Read(kMainSection, "SDRModelNo", vars.SDRModelNo);
-  const bool open = radio_->CreateTuning(store_, stored_.IFType, tuning_->ShaftEnabled,
-                                         [this](const std::string& line) { log_.AddLog(line); });
-  if (!open && stored_.IFType == InterfaceType::Serial) {
-    machine_.Boxes.ShowMessage({.Text = "Unable to open Serial Interface COM" +
-                                        std::to_string(radio_->Tuning().SerialIF().PortNo) + "\n" + kPlace +
-                                        kLoad + ":" + std::to_string(loadStep_) +
-                                        "\nError Code=0\nError Desc=The port does not open",
-                                .Title = kProductName,
-                                .Icon = MessageIcon::Warning});
-  }
-  tuning_->SetVFO(radio_->VFO());
-  tuning_->SetEncoder(&radio_->Tuning().SerialIF());
-  // Ticked before its handler first runs, so that the stored side stays.
-  tuning_->chkTuneLo.SetValue(!radio_->VFO()->HiSideLO);
-}
-
-// Finds the stored devices among those that are there now.
-void frmMain::ChooseDevices() {
-  QUORLDX8& card = radio_->SoundCard();
-  card.RefreshDevices();
-  std::vector<std::string> names;
-  card.GetPlayDeviceNames(names);
-  card.CurrentPlaybackDevice =
-      FindDevice(names, stored_.CurrentPlaybackDeviceName, stored_.CurrentPlaybackDevice);
-  card.GetCapDeviceNames(names);
-  card.CurrentCaptureDevice =
-      FindDevice(names, stored_.CurrentCaptureDeviceName, stored_.CurrentCaptureDevice);
-}
-
-void frmMain::InitialiseSoundCard() {
-  ChooseDevices();
-  machine_.Sound.OnDeviceLost([this](const Error& error) {
-    if (on_) optPwr_->Press(1);
-    radio_->SoundCard().ReleaseDevices();  // opened anew, wherever it is then, when the power goes on
-    log_.AddLog(error.Text);
-    machine_.Boxes.ShowMessage({.Text = error.Text, .Title = kProductName, .Icon = MessageIcon::Warning});
-  });
-}
-
-void frmMain::ApplySettings() {
-  int size = kStandardSize;
-  if (stored_.ExtendedDisplay) size = kExtendedSize;
-  if (stored_.CompactDisplay) size = kCompactSize;
-  if (stored_.FullDisplay) size = kFullSize;
-  optDisplaySize_->Press(size);
-  tuning_->chkTuneLo_Click();
-  stats_->chkPerfStatsOn.SetValue(stored_.PerfStatsOn != 0);
-  stats_->chkPerfStatsOn_Click();
-}
-
-void frmMain::ConnectHousekeeping() {
-  radio_->BeforeFilters = [this] {
-    smeter_->Update();
-    stats_->Update();
-  };
-  radio_->AfterFilters = [this](bool peakMoved) {
-    if (peakMoved) notch_->ShowPeak();
-    if (const clsVFO* vfo = radio_->VFO()) stats_->ShowOscOut(vfo->OscOut);
-  };
-}
-
-void frmMain::EnableTimers() {
-  struct Start {
-    const char* Text;
-    Timer& Which;
-    int Interval;
-  };
-  for (const Start& start : {Start{":Enable TmrTune", tuning_->tmrTune, kTuneInterval},
-                             Start{":Enable TmrVFOUpdate", tuning_->tmrVFOUpdate, kVFOUpdateInterval},
-                             Start{":Enable TmrShaft", tuning_->tmrShaft, kShaftInterval},
-                             Start{":Enable TmrClock", tuning_->tmrClock, kClockInterval}}) {
-    Log(kLoad, start.Text);
-    start.Which.SetInterval(start.Interval);
-    start.Which.SetEnabled(true);
-  }
-  tmrSaveSettings_ = std::make_unique<Timer>(machine_.Queue, [this] { SaveNow(); });
-  tmrSaveSettings_->SetInterval(kSaveInterval);
-  tmrSaveSettings_->SetEnabled(true);
 }
 
 void frmMain::optPwr_Click(int index) {

@@ -33,6 +33,9 @@
 
 namespace quorl {
 
+// Stands before the routine's name in the log lines of the start.
+inline constexpr char kFrameTag[] = "frmMain:frmMain:";
+
 // A band plan file as start-up finds it.
 struct MainBand {
   std::string Path;
