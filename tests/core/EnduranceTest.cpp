@@ -1,45 +1,10 @@
 // Any input, any setting, any length: no memory is taken, and what comes out are numbers.
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <cstdlib>
-#include <new>
+#include <cstdint>
 
 #include "core/ChainRig.h"
-
-namespace {
-
-std::atomic<long> allocations{0};
-
-void* Allocate(std::size_t size, std::size_t alignment) {
-  ++allocations;
-  void* memory = alignment > alignof(std::max_align_t)
-                     ? std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment)
-                     : std::malloc(size);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  return Allocate(size, 0);
-}
-void* operator new(std::size_t size, std::align_val_t alignment) {
-  return Allocate(size, static_cast<std::size_t>(alignment));
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::align_val_t) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t, std::align_val_t) noexcept {
-  std::free(memory);
-}
+#include "sound/AllocationCounter.h"
 
 namespace quorl::test {
 namespace {
@@ -70,13 +35,13 @@ TEST(Endurance, BlockPathTakesNoMemory) {
     ChainRig rig(model, mode);
     SwitchEverythingOn(rig.Radio, mode % 2);
     rig.Receive(ToneOf(11000.0, 8000.0), 1, 0);
-    const long before = allocations;
+    const std::int64_t before = AllocationsOfThisThread();
     for (int block = 0; block < 20; ++block) rig.Step();
-    EXPECT_EQ(allocations - before, 0) << model << " " << mode;
+    EXPECT_EQ(AllocationsOfThisThread() - before, 0) << model << " " << mode;
   });
-  const long before = allocations;
+  const std::int64_t before = AllocationsOfThisThread();
   delete new int;
-  EXPECT_EQ(allocations - before, 1);  // the count counts
+  EXPECT_EQ(AllocationsOfThisThread() - before, 1);  // the count counts
 }
 
 TEST(Endurance, NoInputMakesAnythingButNumbers) {
@@ -137,9 +102,9 @@ TEST(Endurance, TwoHoursEndAsTheyBegan) {
   };
   minute(DemodMode::AM);
   const float gain = minute(DemodMode::AM);
-  const long before = allocations;
+  const std::int64_t before = AllocationsOfThisThread();
   for (int m = 0; m < kMinutes; ++m) minute(m % DemodMode::Count);
-  EXPECT_EQ(allocations - before, 0);
+  EXPECT_EQ(AllocationsOfThisThread() - before, 0);
   minute(DemodMode::AM);
   EXPECT_NEAR(minute(DemodMode::AM), gain, 1e-3F * gain);
   EXPECT_TRUE(AllFinite(rig.Radio.Chain.AudioBlock(), SamplesPerEvent));
