@@ -9,7 +9,6 @@ trap 'rm -rf "$work"' EXIT
 mkdir -p docs/pictures
 cat > "$work/script.txt" <<'SCRIPT'
 hover lbl7Seg(4)
-click chkPerfStatsOn
 wait 4000
 click optDisplaySize(1)
 shot docs/pictures/panel-std.png
