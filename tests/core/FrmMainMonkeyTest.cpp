@@ -188,7 +188,9 @@ TEST(FrmMainMonkey, HoursOfRandomGestures) {
   const double after = ResidentMegabytes();
   std::printf("%lld gestures, resident %.1f MB before, %.1f MB after\n", static_cast<long long>(gestures),
               before, after);
+#ifndef __SANITIZE_ADDRESS__  // which keeps what was freed, and finds leaks itself
   EXPECT_LT(after, before + 8.0);
+#endif
   ExpectPlaysOn(rig);
 }
 
