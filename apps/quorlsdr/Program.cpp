@@ -102,6 +102,7 @@ class Program {
       Close();
       return true;
     };
+    events.Seen = [this](bool seen) { frame_->SetSeen(seen); };
     window_ = std::make_unique<PanelWindow>(frame_->Controls(), events);
     frame_->Scrollables().GiveFocus = [this](Label& label) { window_->GiveFocus(label.Name()); };
     personalBoxes_.SetWindow(window_.get());

@@ -78,8 +78,7 @@ Failure RadioMachine::ConnectDemo(const RadioMachineOptions& options) {
   if (failure) return failure;
   failure = ConnectDemoSound(options, *antenna);
   if (failure) return failure;
-  SoundSystem& sound = sourcedSound_ ? static_cast<SoundSystem&>(*sourcedSound_) : *virtualSound_;
-  machine_ = std::make_unique<Machine>(Machine{Queue(), Time(), boxes_, files_, lock_, sound,
+  machine_ = std::make_unique<Machine>(Machine{Queue(), Time(), boxes_, files_, lock_, *sourcedSound_,
                                                board_->Serial(), board_->Printer(), processes_});
   return {};
 }
@@ -93,14 +92,15 @@ Failure RadioMachine::ConnectDemoSound(const RadioMachineOptions& options, Sampl
       playbackDevice_ = DeviceNumber(names, options.Playback, "playback", failure);
       if (failure) return failure;
       sourcedSound_ =
-          std::make_unique<SourcedSoundSystem>(*soundCard_, antenna, queue_, clock_, kDemoAntenna);
+          std::make_unique<SourcedSoundSystem>(*soundCard_, antenna, Queue(), Time(), kDemoAntenna);
       return {};
     }
     notice_ = "no sound card was found: nothing can be heard; --output FILE writes it to a file";
   }
   virtualSound_ = std::make_unique<VirtualSoundSystem>(Queue(), Time());
-  virtualSound_->AddCaptureDevice(kDemoAntenna, antenna);
   virtualSound_->AddPlaybackDevice(kNoLoudspeaker, nullptr);
+  sourcedSound_ =
+      std::make_unique<SourcedSoundSystem>(*virtualSound_, antenna, Queue(), Time(), kDemoAntenna);
   return {};
 }
 

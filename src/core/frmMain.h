@@ -59,6 +59,8 @@ class frmMain {
   void Form_Unload();
 
   void optPwr_Click(int index);
+  // Whether anybody can see the panel. Unseen, its digits and its scope follow the radio at their leisure.
+  void SetSeen(bool seen);
   void RestoreSettings();
   void SaveSettings();
 

@@ -13,7 +13,8 @@ namespace {
 constexpr const char* kLoad = "Form_Load";
 
 constexpr int kSaveInterval = 60000;  // ms: what a power cut may cost at most
-constexpr int kTuneInterval = 50, kVFOUpdateInterval = 1000, kShaftInterval = 30, kClockInterval = 500;
+constexpr int kTuneInterval = 50, kUnseenTuneInterval = 500, kVFOUpdateInterval = 1000, kShaftInterval = 30,
+              kClockInterval = 500;
 
 constexpr int kExtendedSize = 0, kStandardSize = 1, kCompactSize = 2, kFullSize = 3;
 
@@ -262,6 +263,10 @@ void frmMain::ConnectHousekeeping() {
     if (peakMoved) notch_->ShowPeak();
     if (const clsVFO* vfo = radio_->VFO()) stats_->ShowOscOut(vfo->OscOut);
   };
+}
+
+void frmMain::SetSeen(bool seen) {
+  if (!loading_ && !unloaded_) tuning_->tmrTune.SetInterval(seen ? kTuneInterval : kUnseenTuneInterval);
 }
 
 void frmMain::EnableTimers() {

@@ -100,7 +100,10 @@ void PanelWindow::FollowControls() {
 
 void PanelWindow::UpdateAwake() {
   const QWindow* handle = windowHandle();
-  clock_.SetAwake(isVisible() && !isMinimized() && handle && handle->isExposed());
+  const bool seen = isVisible() && !isMinimized() && handle && handle->isExposed();
+  if (seen == clock_.IsAwake()) return;
+  clock_.SetAwake(seen);
+  if (events_.Seen) events_.Seen(seen);
 }
 
 void PanelWindow::ShowMnemonics(bool show) {

@@ -20,9 +20,11 @@ enum class DisplaySize { Extended, Standard, Compact, Full };
 class PanelWindow : public QWidget {
  public:
   struct Events {
-    std::function<void(const std::string&)> Log;
+    std::function<void(const std::string&)> Log = {};
     // The user wants to close the window; false keeps it open.
-    std::function<bool()> Closing;
+    std::function<bool()> Closing = {};
+    // The window has come onto a screen, or is hidden or minimised.
+    std::function<void(bool)> Seen = {};
   };
 
   PanelWindow(const ControlRegistry& registry, Events events);

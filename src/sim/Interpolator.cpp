@@ -1,8 +1,11 @@
 #include "sim/Interpolator.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <numeric>
+
+#include "sim/Convolve.h"
 
 namespace quorl {
 namespace {
@@ -49,26 +52,18 @@ Interpolator::Interpolator(int framesPerChunk) : frames_(framesPerChunk) {
   }
 }
 
-template <int Frames>
-void Interpolator::RunPhases(const float* input, float* output) const {
-  constexpr int kRatio = kChunkFrames / Frames;
-  std::array<float, Frames> sum{};
-  for (int phase = 0; phase < kRatio; ++phase) {
-    sum.fill(0.0F);
-    for (int k = 0; k < kTapsPerPhase; ++k) {
-      const float tap = taps_[static_cast<std::size_t>(phase * kTapsPerPhase + k)];
-      const float* from = input + kHistory - k;
-      for (int n = 0; n < Frames; ++n) sum[static_cast<std::size_t>(n)] += tap * from[n];
-    }
-    for (int n = 0; n < Frames; ++n) output[n * kRatio + phase] = sum[static_cast<std::size_t>(n)];
-  }
-}
-
 void Interpolator::Run(const float* input, float* output) const {
-  if (frames_ == kSlowChunkFrames)
-    RunPhases<kSlowChunkFrames>(input, output);
-  else
-    RunPhases<kFastChunkFrames>(input, output);
+  // An AM carrier has nothing on one of its rails, and between sparks there is silence.
+  if (std::all_of(input, input + kHistory + frames_, [](float sample) { return sample == 0.0F; })) {
+    std::fill_n(output, kChunkFrames, 0.0F);
+    return;
+  }
+  const int ratio = kChunkFrames / frames_;
+  std::array<float, kFastChunkFrames> run;
+  for (int phase = 0; phase < ratio; ++phase) {
+    Convolve(taps_.data() + phase * kTapsPerPhase, kTapsPerPhase, input + kHistory, frames_, run.data());
+    for (int n = 0; n < frames_; ++n) output[n * ratio + phase] = run[static_cast<std::size_t>(n)];
+  }
 }
 
 }  // namespace quorl

@@ -23,9 +23,6 @@ class Interpolator {
   void Run(const float* input, float* output) const;
 
  private:
-  template <int Frames>
-  void RunPhases(const float* input, float* output) const;
-
   int frames_;
   std::array<float, kTapsPerPhase*(kChunkFrames / kSlowChunkFrames)> taps_{};  // phase by phase
 };

@@ -24,8 +24,10 @@ constexpr std::array<std::array<Chord, 4>, 3> kProgressions = {{
 }};
 constexpr std::array<int, 6> kPentatonic = {0, 2, 4, 7, 9, 12};
 
+constexpr std::size_t kHarmonics = 3;
+
 struct Voice {
-  std::array<double, 3> Partials;  // amplitudes of the harmonics
+  std::array<double, kHarmonics> Partials;  // amplitudes
   double DecaySeconds;
 };
 constexpr Voice kPlucked = {{1.0, 0.35, 0.12}, 0.4};
@@ -33,25 +35,34 @@ constexpr Voice kBass = {{1.0, 0.5, 0.25}, 0.6};
 constexpr Voice kPad = {{1.0, 0.2, 0.08}, 1e9};
 
 // Adds one note: `begin` is the note's age at the chunk's first sample, in samples; the gain runs from
-// `gainBegin` to `gainEnd` over the chunk.
+// `gainBegin` to `gainEnd` over the chunk. The harmonics run side by side: a harmonic's next sample waits
+// for the one before.
 void AddNote(double hz, const Voice& voice, double begin, double gainBegin, double gainEnd, IqSpan out) {
-  for (std::size_t harmonic = 0; harmonic < voice.Partials.size(); ++harmonic) {
-    const double partialHz = hz * static_cast<double>(harmonic + 1);
-    if (partialHz > kHighestPartialHz) return;
+  std::array<double, kHarmonics> re{}, im{}, stepRe{}, stepIm{};
+  for (std::size_t h = 0; h < kHarmonics; ++h) {
+    const double partialHz = hz * static_cast<double>(h + 1);
+    if (partialHz > kHighestPartialHz) break;
     const double step = 2.0 * std::numbers::pi * partialHz / kSlowRate;
     const double phase = std::fmod(step * begin, 2.0 * std::numbers::pi);
-    double re = std::cos(phase), im = std::sin(phase);
-    const double stepRe = std::cos(step), stepIm = std::sin(step);
-    double gain = gainBegin * voice.Partials[harmonic];
-    const double slope = (gainEnd - gainBegin) * voice.Partials[harmonic] / out.Count;
-    for (int n = 0; n < out.Count; ++n) {
-      out.I[n] += static_cast<float>(gain * re);
-      out.Q[n] += static_cast<float>(gain * im);
-      const double next = re * stepRe - im * stepIm;
-      im = re * stepIm + im * stepRe;
-      re = next;
-      gain += slope;
+    re[h] = voice.Partials[h] * std::cos(phase);
+    im[h] = voice.Partials[h] * std::sin(phase);
+    stepRe[h] = std::cos(step);
+    stepIm[h] = std::sin(step);
+  }
+  double gain = gainBegin;
+  const double slope = (gainEnd - gainBegin) / out.Count;
+  for (int n = 0; n < out.Count; ++n) {
+    double sumRe = 0.0, sumIm = 0.0;
+    for (std::size_t h = 0; h < kHarmonics; ++h) {
+      sumRe += re[h];
+      sumIm += im[h];
+      const double next = re[h] * stepRe[h] - im[h] * stepIm[h];
+      im[h] = re[h] * stepIm[h] + im[h] * stepRe[h];
+      re[h] = next;
     }
+    out.I[n] += static_cast<float>(gain * sumRe);
+    out.Q[n] += static_cast<float>(gain * sumIm);
+    gain += slope;
   }
 }
 

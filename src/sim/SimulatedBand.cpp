@@ -1,5 +1,6 @@
 #include "sim/SimulatedBand.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
@@ -16,6 +17,34 @@ constexpr double kInaudibleDbm = -165.0;
 
 double AmplitudeOf(double dbm) {
   return std::pow(10.0, dbm / 20.0);
+}
+
+// Adds the station's chunk from sample `from` on, turned by `phase` there and `step` more with every sample.
+void AddTurned(const Station& station, int from, double phase, double step, float gain, float mirror,
+               float* i, float* q) {
+  constexpr int kPhasors = 4;  // side by side, as each waits for its own last turn
+  std::array<double, kPhasors> re, im;
+  for (int k = 0; k < kPhasors; ++k) {
+    re[static_cast<std::size_t>(k)] = std::cos(phase + k * step);
+    im[static_cast<std::size_t>(k)] = std::sin(phase + k * step);
+  }
+  const double turnRe = std::cos(kPhasors * step), turnIm = std::sin(kPhasors * step);
+  const float* stationI = station.I();
+  const float* stationQ = station.Q();
+  for (int n = from; n < kChunkFrames; n += kPhasors) {
+    const int count = std::min(kPhasors, kChunkFrames - n);
+    for (int k = 0; k < count; ++k) {
+      const auto c = static_cast<float>(re[static_cast<std::size_t>(k)]);
+      const auto s = static_cast<float>(im[static_cast<std::size_t>(k)]);
+      i[n + k] += gain * (stationI[n + k] * c - stationQ[n + k] * s);
+      q[n + k] += mirror * (stationI[n + k] * s + stationQ[n + k] * c);
+    }
+    for (std::size_t k = 0; k < kPhasors; ++k) {
+      const double next = re[k] * turnRe - im[k] * turnIm;
+      im[k] = re[k] * turnIm + im[k] * turnRe;
+      re[k] = next;
+    }
+  }
 }
 
 }  // namespace
@@ -59,18 +88,7 @@ void SimulatedBand::AddStations(std::int64_t chunk, int from, const Window& wind
                          hz * from / kOutputRate + window.PhaseCycles;
     const double phase = 2.0 * std::numbers::pi * std::fmod(turns, 1.0);
     const double step = 2.0 * std::numbers::pi * hz / kOutputRate;
-    double re = std::cos(phase), im = std::sin(phase);
-    const double stepRe = std::cos(step), stepIm = std::sin(step);
-    const float* stationI = station->I();
-    const float* stationQ = station->Q();
-    for (int n = from; n < kChunkFrames; ++n) {
-      const auto c = static_cast<float>(re), s = static_cast<float>(im);
-      i[n] += gain * (stationI[n] * c - stationQ[n] * s);
-      q[n] += mirror * (stationI[n] * s + stationQ[n] * c);
-      const double next = re * stepRe - im * stepIm;
-      im = re * stepIm + im * stepRe;
-      re = next;
-    }
+    AddTurned(*station, from, phase, step, gain, mirror, i, q);
   }
 }
 

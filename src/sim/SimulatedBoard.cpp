@@ -4,6 +4,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "sim/Convolve.h"
+
 namespace quorl {
 namespace {
 
@@ -95,16 +97,8 @@ void SimulatedBoard::Compose(std::int64_t chunk, int from) {
   }
   if (oscillatorHz_) band_->AddSparks(chunk, from, 1.0F, i, q);
 
-  const auto filter = [&](const Samples& mix, std::array<float, kChunkFrames>& out) {
-    std::fill(out.begin() + from, out.end(), 0.0F);
-    for (int tap = 0; tap < kTaps; ++tap) {
-      const float* in = mix.data() + kHistory - tap;
-      const float weight = taps_[static_cast<std::size_t>(tap)];
-      for (int n = from; n < kChunkFrames; ++n) out[static_cast<std::size_t>(n)] += weight * in[n];
-    }
-  };
-  filter(mixI_, ifI_);
-  filter(mixQ_, ifQ_);
+  Convolve(taps_.data(), kTaps, i + from, kChunkFrames - from, ifI_.data() + from);
+  Convolve(taps_.data(), kTaps, q + from, kChunkFrames - from, ifQ_.data() + from);
 }
 
 void SimulatedBoard::BeginChunk(std::int64_t chunk) {

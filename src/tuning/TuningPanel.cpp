@@ -419,6 +419,7 @@ void TuningPanel::DecodeShaft() {
   if (ShaftAutoRateOn) {
     shaftUpCount_ = direction > 0 ? 1 : 0;
     shaftDownCount_ = direction > 0 ? 0 : 1;
+    if (!tmrShaft.Enabled()) tmrShaft.SetEnabled(true);  // a running batch keeps its beat
     ShaftAutoRateStep();
   } else {
     Step(direction * vfo_->TuneStep());
@@ -435,6 +436,8 @@ void TuningPanel::ShaftAutoRateStep() {
 }
 
 void TuningPanel::tmrShaft_Timer() {
+  // A radio whose encoder rests, or that has none, is not woken for it.
+  if (shaftUpCount_ == 0 && shaftDownCount_ == 0) tmrShaft.SetEnabled(false);
   if (vfo_ == nullptr) return;
   if (shaftUpCount_ > 0) Step(shaftUpCount_ * vfo_->TuneStep());
   if (shaftDownCount_ > 0) Step(-shaftDownCount_ * vfo_->TuneStep());

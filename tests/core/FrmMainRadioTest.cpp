@@ -188,6 +188,20 @@ TEST_F(FrmMainRadio, HousekeepingShowsRebuildsThenTracksOncePerBlock) {
   radio.AfterFilters = [](bool) {};
 }
 
+TEST_F(FrmMainRadio, AnUnseenPanelFollowsAtItsLeisureAndIsRightWhenItComesBack) {
+  rig.Frame().SetSeen(false);
+  rig.Run(0.6);
+  rig.VFO().SetTunedFrequency(71000000);
+  rig.Run(0.1);
+  EXPECT_EQ(rig.Digits(), "072050000");
+  rig.Run(0.5);
+  EXPECT_EQ(rig.Digits(), "071000000");
+  rig.VFO().SetTunedFrequency(72050000);
+  rig.Frame().SetSeen(true);
+  rig.Run(0.06);
+  EXPECT_EQ(rig.Digits(), "072050000");
+}
+
 TEST_F(FrmMainRadio, AStalledSoundServerStopsNothingElse) {
   rig.Sound.SetStalled(true);
   const std::int64_t blocks = rig.Blocks;

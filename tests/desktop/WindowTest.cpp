@@ -41,7 +41,8 @@ class WindowTest : public DesktopTest {
   static void Pass(int milliseconds) { QTest::qWait(milliseconds); }
 
   DemoPanel panel;
-  PanelWindow window{panel.Registry, {}};
+  std::vector<bool> seen;
+  PanelWindow window{panel.Registry, {.Seen = [this](bool is) { seen.push_back(is); }}};
 };
 
 TEST_F(WindowTest, AScreenReaderReadsDigitsAndMeter) {
@@ -142,8 +143,10 @@ TEST_F(WindowTest, AHiddenOrMinimisedWindowDrawsNothing) {
     }
     EXPECT_EQ(counter.Paints, 0) << (minimised ? "minimised" : "hidden");
     EXPECT_EQ(window.Clock().TakenOver(), before);
+    EXPECT_FALSE(seen.back());
     window.showNormal();
     Settle();
+    EXPECT_TRUE(seen.back());
     EXPECT_GT(window.Clock().TakenOver(), before) << "what changed meanwhile is taken over";
   }
 }

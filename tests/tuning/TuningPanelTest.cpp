@@ -303,7 +303,9 @@ TEST_F(TuningPanelTest, TheEncodersSpeedPicksTheStepAndATimerTakesIt) {
     Run(1);
   }
   EXPECT_EQ(VFO().TuneStep(), 0.001 / 2);
-  Run(40);
+  EXPECT_TRUE(panel->tmrShaft.Enabled());
+  Run(70);
+  EXPECT_FALSE(panel->tmrShaft.Enabled());      // rests with the encoder
   EXPECT_EQ(VFO().TunedFrequency(), 72051234);  // its steps lie below the grid of the frequency
 }
 

@@ -4,13 +4,14 @@
 
 #include <algorithm>
 #include <chrono>
+
 #include "platform/linux/ThreadPriority.h"
 
 namespace quorl {
 namespace {
 
-constexpr unsigned kFramesAtOnce = 512;
-constexpr unsigned kBuffersAhead = 4;  // of playback, in the sound server: 43 ms
+constexpr unsigned kFramesAtOnce = 1024;  // half a block: more turns would only wake the machine
+constexpr unsigned kBuffersAhead = 3;     // of playback, in the sound server: 64 ms
 // A device that fails goes through its samples at once. Seconds that one may be ahead of its time, those that
 // it may catch up after it stood still, and how far its clock may be off.
 constexpr double kMostAhead = 1.0, kMostCredit = 5.0, kClockError = 0.01;

@@ -10,6 +10,8 @@ namespace quorl {
 namespace {
 
 constexpr std::chrono::milliseconds kClockTick{10};
+// While the playback paces: in case that it stops without a word.
+constexpr std::chrono::milliseconds kWatchTick{500};
 constexpr int kErrorNoDevice = 1;
 constexpr std::int64_t kFramesAtOnce = 512;
 constexpr std::int64_t kMicrosecondsPerSecond = 1000000;
@@ -30,10 +32,9 @@ class SourcedSoundSystem::Capture : public StreamCaptureBuffer {
 
   Failure Start() override {
     if (IsRunning()) return std::nullopt;
-    system_.origin_ = system_.clock_.Microseconds();
-    system_.framesDone_ = 0;
-    system_.timer_->Start(kClockTick);
-    return StreamCaptureBuffer::Start();
+    auto failure = StreamCaptureBuffer::Start();
+    system_.Pace();
+    return failure;
   }
   void Stop() override {
     system_.timer_->Stop();
@@ -49,7 +50,10 @@ class SourcedSoundSystem::Playback : public PlaybackBuffer {
  public:
   Playback(SourcedSoundSystem& system, int bytes, int bytesPerFrame)
       : system_(system), bytes_(bytes), bytesPerFrame_(bytesPerFrame) {}
-  ~Playback() override { system_.playing_ = nullptr; }
+  ~Playback() override {
+    system_.playing_ = nullptr;
+    system_.Pace();
+  }
 
   void SetInner(std::unique_ptr<PlaybackBuffer> inner) {
     inner_ = std::move(inner);
@@ -68,8 +72,15 @@ class SourcedSoundSystem::Playback : public PlaybackBuffer {
     positions_ = positions;
     inner_->SetNotificationPositions(positions);
   }
-  Failure Play() override { return inner_->Play(); }
-  void Stop() override { inner_->Stop(); }
+  Failure Play() override {
+    auto failure = inner_->Play();
+    system_.Pace();
+    return failure;
+  }
+  void Stop() override {
+    inner_->Stop();
+    system_.Pace();
+  }
   bool IsRunning() const override { return inner_->IsRunning(); }
   void Write(int offset, int bytes, const void* source) override { inner_->Write(offset, bytes, source); }
   void SetVolume(int hundredthsOfDecibel) override { inner_->SetVolume(hundredthsOfDecibel); }
@@ -88,9 +99,16 @@ SourcedSoundSystem::SourcedSoundSystem(SoundSystem& playback, SampleSource& sour
       source_(source),
       clock_(clock),
       captureName_(std::move(captureName)),
-      timer_(queue.CreateTimer([this] { TickByClock(); })) {}
+      timer_(queue.CreateTimer([this] { TickByClock(); })) {
+  playback_.OnDeviceLost([this](const Error& error) {
+    Pace();
+    if (onLost_) onLost_(error);
+  });
+}
 
-SourcedSoundSystem::~SourcedSoundSystem() = default;
+SourcedSoundSystem::~SourcedSoundSystem() {
+  playback_.OnDeviceLost({});
+}
 
 std::unique_ptr<CaptureBuffer> SourcedSoundSystem::CreateCaptureBuffer(int device, const SoundFormat& format,
                                                                        int bytes, SoundNotifier notifier,
@@ -140,14 +158,21 @@ void SourcedSoundSystem::Advance(std::int64_t frames) {
   }
 }
 
+void SourcedSoundSystem::Pace() {
+  if (capture_ == nullptr || !capture_->IsRunning()) return;
+  pacedByPlayback_ = playing_ != nullptr && playing_->IsRunning();
+  origin_ = clock_.Microseconds();
+  framesDone_ = 0;
+  timer_->Start(pacedByPlayback_ ? kWatchTick : kClockTick);
+}
+
 void SourcedSoundSystem::TickByClock() {
-  const std::int64_t now = clock_.Microseconds();
-  const std::int64_t frames = (now - origin_) * rate_ / kMicrosecondsPerSecond - framesDone_;
-  const bool pacedByPlayback = playing_ != nullptr && playing_->IsRunning();
+  const bool playbackRuns = playing_ != nullptr && playing_->IsRunning();
+  const std::int64_t frames =
+      (clock_.Microseconds() - origin_) * rate_ / kMicrosecondsPerSecond - framesDone_;
   // After more than a second of standing still the past is not rendered any more.
-  if (pacedByPlayback || frames > rate_) {
-    origin_ = now;
-    framesDone_ = 0;
+  if (pacedByPlayback_ || playbackRuns || frames > rate_) {
+    Pace();
     return;
   }
   framesDone_ += frames;

@@ -33,15 +33,15 @@ class SourcedSoundSystem : public SoundSystem {
                                                        SoundNotifier notifier, Failure& failure) override;
   // Captured blocks are its own, the rest the playback's.
   SoundStatistics Statistics() const override;
-  void OnDeviceLost(std::function<void(const Error&)> handler) override {
-    playback_.OnDeviceLost(std::move(handler));
-  }
+  void OnDeviceLost(std::function<void(const Error&)> handler) override { onLost_ = std::move(handler); }
 
  private:
   class Capture;
   class Playback;
 
   void Advance(std::int64_t frames);
+  // Hands the captures to the playback or, where that does not run, to the clock from now on.
+  void Pace();
   void TickByClock();
 
   SoundSystem& playback_;
@@ -52,6 +52,8 @@ class SourcedSoundSystem : public SoundSystem {
   StreamEvents events_;
   Capture* capture_ = nullptr;  // the open ones; null where there is none
   PlaybackBuffer* playing_ = nullptr;
+  std::function<void(const Error&)> onLost_;
+  bool pacedByPlayback_ = false;
   std::int64_t origin_ = 0, framesDone_ = 0;  // of the stretch that the clock paces
   int rate_ = 48000;
   std::unique_ptr<QueueTimer> timer_;
