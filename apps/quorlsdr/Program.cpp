@@ -105,6 +105,7 @@ class Program {
     events.Seen = [this](bool seen) { frame_->SetSeen(seen); };
     window_ = std::make_unique<PanelWindow>(frame_->Controls(), events);
     frame_->Scrollables().GiveFocus = [this](Label& label) { window_->GiveFocus(label.Name()); };
+    frame_->OnCaption = [this](bool shown) { window_->ShowCaption(shown); };
     personalBoxes_.SetWindow(window_.get());
     window_->show();
     frame_->Radio().OnHousekept = [this](double microseconds) { report_.NoteHousekeeping(microseconds); };

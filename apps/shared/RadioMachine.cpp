@@ -109,9 +109,11 @@ Failure RadioMachine::ConnectRadio(const RadioMachineOptions& options) {
   serial_ = std::make_unique<LinuxSerialPort>(queue_, serialCalls_);
   printer_ = std::make_unique<LinuxPrinterPort>(printerCalls_);
   soundCard_ = std::make_unique<RtAudioSoundSystem>(queue_);
-  captureDevice_ = DeviceNumber(soundCard_->CaptureDeviceNames(), options.Capture, "capture", failure);
-  if (failure) return failure;
-  playbackDevice_ = DeviceNumber(soundCard_->PlaybackDeviceNames(), options.Playback, "playback", failure);
+  // Nobody asks the sound system before it is needed.
+  if (!options.Capture.empty())
+    captureDevice_ = DeviceNumber(soundCard_->CaptureDeviceNames(), options.Capture, "capture", failure);
+  if (!failure && !options.Playback.empty())
+    playbackDevice_ = DeviceNumber(soundCard_->PlaybackDeviceNames(), options.Playback, "playback", failure);
   if (failure) return failure;
   machine_ = std::make_unique<Machine>(
       Machine{queue_, clock_, boxes_, files_, lock_, *soundCard_, *serial_, *printer_, processes_});

@@ -1,5 +1,7 @@
 #include "core/LiveRadio.h"
 
+#include "support/ScopedFlag.h"
+
 namespace quorl {
 
 namespace {
@@ -64,13 +66,12 @@ void LiveRadio::Stop() {
 
 void LiveRadio::Housekeeping() {
   if (inPerfStats_) return;
-  inPerfStats_ = true;
+  ScopedFlag guard(inPerfStats_);
   const std::int64_t begin = machine_.Time.Microseconds();
   BeforeFilters();
   const bool peakMoved = Radio.Housekeeping();
   AfterFilters(peakMoved);
   if (OnHousekept) OnHousekept(static_cast<double>(machine_.Time.Microseconds() - begin));
-  inPerfStats_ = false;
 }
 
 void LiveRadio::SoundCard_DataReady(std::int16_t* samplesI, std::int16_t* samplesQ, std::int32_t) {

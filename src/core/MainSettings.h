@@ -29,7 +29,7 @@ struct MainOptions {
   bool AutoTrackPresets = true, FormCaptionOffOnPwrOn = false, AutoStartSDR = false;
   std::int32_t IFType = 0;                             // InterfaceType
   float AGCAttack = 0.0F, AGCDecay = 0.0F, NB = 0.0F;  // control values
-  std::int32_t LastTunedFrequency = 0, OutputVolume = 0;
+  std::int32_t LastTunedFrequency = 0, OutputVolume = 0, NotchCentre = 0, NotchWidth = 0;
 };
 
 // One key and its variable. Those that are not read back are kept for who reads the file: their values return

@@ -4,6 +4,7 @@
 #include "platform/Dialogs.h"
 #include "platform/InstanceLock.h"
 #include "support/Product.h"
+#include "support/ScopedFlag.h"
 
 namespace quorl {
 
@@ -89,15 +90,25 @@ bool frmMain::FindBandPlans() {
 
 void frmMain::optPwr_Click(int index) {
   log_.AddLog("optPwr_click : Start Arg=" + std::to_string(index));
-  if (index == 0) PowerOn();
-  if (index == 1) PowerOff();
+  const bool closes = index == 2 && !switching_;
+  if (index == 2 && switching_) optPwr_->Press(powerWanted_ ? 0 : 1);
+  if (index < 2) SwitchPower(index == 0);
   log_.AddLog("optPwr_click : End");
-  if (index == 2) OnClose();
+  if (closes) OnClose();
+}
+
+// A click that comes while the power is being switched is carried out when that is done.
+void frmMain::SwitchPower(bool on) {
+  powerWanted_ = on;
+  if (switching_) return;
+  ScopedFlag guard(switching_);
+  while (on_ != powerWanted_) powerWanted_ ? PowerOn() : PowerOff();
 }
 
 void frmMain::PowerOn() {
   on_ = true;
   PaintPower();
+  if (stored_.FormCaptionOffOnPwrOn) OnCaption(false);
   radio_->Radio.FilterMaker.MakeFilters();
   (*optPwr_)(2).Enabled = false;
   if (!radio_->SoundCard().Prepared()) {
@@ -126,6 +137,7 @@ void frmMain::PowerOff() {
   on_ = false;
   PaintPower();
   (*optPwr_)(2).Enabled = true;
+  if (stored_.FormCaptionOffOnPwrOn) OnCaption(true);
   SaveNow();
 }
 

@@ -66,6 +66,8 @@ class frmMain {
 
   // The user wants the program to end.
   std::function<void()> OnClose = [] {};
+  // The title bar is to go, while the power is on, or to come back; the panel below it keeps its size.
+  std::function<void(bool shown)> OnCaption = [](bool) {};
   // Told at the start, when the splash panel comes and goes.
   std::function<void(bool visible)> OnSplash = [](bool) {};
 
@@ -91,6 +93,7 @@ class frmMain {
   void ChooseDevices();
   void ConnectHousekeeping();
   void EnableTimers();
+  void SwitchPower(bool on);
   void PowerOn();
   void PowerOff();
   void PaintPower();
@@ -109,6 +112,8 @@ class frmMain {
   std::vector<MainBand> mainBands_;
   bool loading_ = true;
   bool on_ = false;
+  bool powerWanted_ = false;  // what the last click asked for
+  bool switching_ = false;
   bool unloaded_ = false;
   int loadStep_ = 0;
 

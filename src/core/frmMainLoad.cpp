@@ -77,6 +77,8 @@ void frmMain::LoadSteps() {
   CreateReceptionPanels();
   step(":New QUORLDX8");
   radio_->CreateSoundCard();
+  step(":New clsFFTReal");
+  step(":Initialising FFTReal");
   step(" : Initialising Interface Objects");
   CreateTuningRoad();
   step(":Initialising sldAGCAttack");
@@ -97,7 +99,6 @@ void frmMain::LoadSteps() {
   vars.IFFilterActive = false;
   step(":Initialising NotchFilter Default Values");
   step(":Restoring SDR Settings");
-  stored_.AutoDDSRefresh = radio_->VFO()->AutoUpdate;
   RestoreSettings();
   radio_->VFO()->AutoUpdate = stored_.AutoDDSRefresh;
   smeter_->NoiseFloor = static_cast<float>(stored_.NoiseFloor) / 100000.0F;
@@ -107,6 +108,7 @@ void frmMain::LoadSteps() {
   ApplySettings();
   step(":Set OutputLevel Attenuator to PublicVars.OutputAttenuation");
   volume_->lblOutVol_Wheel();
+  step(":Call modWheelMouse.init");
   step(":Set up default values in the AGC delayline");
   radio_->Radio.Agc.FillDelayLine();
   step(":Call MouseOverS.lblFilterHi_Wheel");
@@ -176,7 +178,9 @@ void frmMain::CreateTuningPanel() {
       std::make_unique<TuningPanel>(registry_, machine_.Queue, machine_.Time, radio_->Radio.Vars, links);
   colours_->Add(tuning_->frFreqCtl);
   colours_->AddRepaint([this] {
-    tuning_->SetColours(scheme_.SDRLabelColour, scheme_.SDRTuningColour, scheme_.SDRTuningColour);
+    const ScrollableControl& digits = (*scrollables_)(CtlIndex::Frequency);
+    tuning_->SetColours(
+        {digits.NormalColour, digits.FocusColour, scheme_.SDRLabelColour, scheme_.SDRTuningColour});
   });
   scrollables_->AddDarkened([this] { tuning_->cboTuningSteps.Visible = false; });
 }
@@ -207,12 +211,13 @@ void frmMain::CreateTuningRoad() {
   const bool open = radio_->CreateTuning(store_, stored_.IFType, tuning_->ShaftEnabled,
                                          [this](const std::string& line) { log_.AddLog(line); });
   if (!open && stored_.IFType == InterfaceType::Serial) {
-    machine_.Boxes.ShowMessage({.Text = "Unable to open Serial Interface COM" +
-                                        std::to_string(radio_->Tuning().SerialIF().PortNo) + "\n" +
-                                        kFrameTag + kLoad + ":" + std::to_string(loadStep_) +
-                                        "\nError Code=0\nError Desc=The port does not open",
-                                .Title = kProductName,
-                                .Icon = MessageIcon::Warning});
+    const Error fault = radio_->Tuning().SerialIF().OpenFailure().value_or(Error{});
+    machine_.Boxes.ShowMessage(
+        {.Text = "Unable to open Serial Interface COM" + std::to_string(radio_->Tuning().SerialIF().PortNo) +
+                 "\n" + kFrameTag + kLoad + ":" + std::to_string(loadStep_) +
+                 "\nError Code=" + std::to_string(fault.Code) + "\nError Desc=" + fault.Text,
+         .Title = kProductName,
+         .Icon = MessageIcon::Warning});
   }
   tuning_->SetVFO(radio_->VFO());
   tuning_->SetEncoder(&radio_->Tuning().SerialIF());

@@ -59,8 +59,8 @@ std::vector<StoredSetting> frmMain::SettingsTable() {
                                 {"FilterHi", false, &vars.FilterHi},
                                 {"FilterLo", false, &vars.FilterLo},
                                 {"NotchType", false, &vars.NotchType},
-                                {"NotchCentre", false, &vars.NotchCentre},
-                                {"NotchWidth", false, &vars.NotchWidth},
+                                {"NotchCentre", false, &o.NotchCentre},
+                                {"NotchWidth", false, &o.NotchWidth},
                                 {"NotchMode", false, &vars.NotchMode},
                                 {"NotchActive", false, &vars.NotchActive},
                                 {"NotchMirror", false, &vars.NotchMirror},
@@ -101,6 +101,8 @@ void frmMain::CollectSettings() {
   stored_.PerfStatsOn = stats_->chkPerfStatsOn.Value() ? 1 : 0;
   stored_.AGCAttack = values(CtlIndex::AGCAttack).Value;
   stored_.AGCDecay = values(CtlIndex::AGCDecay).Value;
+  stored_.NotchCentre = RoundHalfEven(values(CtlIndex::NotchC).Value);
+  stored_.NotchWidth = RoundHalfEven(values(CtlIndex::NotchW).Value);
   stored_.NB = values(CtlIndex::NB).Value;
   stored_.OutputVolume = RoundHalfEven(values(CtlIndex::OutVol).Value);
   if (const clsVFO* vfo = radio_->VFO()) {

@@ -8,6 +8,7 @@ namespace quorl {
 
 namespace {
 
+constexpr int kUnitPixels = 12, kUnitGap = 5;
 constexpr int kValueMargin = 4;  // room for the border of a value that is being turned
 
 }  // namespace
@@ -17,6 +18,11 @@ LabelView::LabelView(RefreshClock& clock, Label& label, LabelStyle style, const 
   if (pixels_ == 0) pixels_ = style == LabelStyle::Word ? 12 : 15;
   if (style == LabelStyle::Value) setFocusPolicy(Qt::StrongFocus);
   SetSizes(widest_.isEmpty() ? QSizePolicy::Preferred : QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void LabelView::SetUnit(const QString& unit) {
+  unit_ = unit;
+  updateGeometry();
 }
 
 QFont LabelView::Font() const {
@@ -32,10 +38,15 @@ QString LabelView::SpokenName() const {
   return style_ == LabelStyle::Word && !named ? QString::fromStdString(label_.Caption()) : View::SpokenName();
 }
 
+QString LabelView::SpokenValue() const {
+  return unit_.isEmpty() ? View::SpokenValue() : View::SpokenValue() + ' ' + unit_;
+}
+
 QSize LabelView::sizeHint() const {
   const QString text = widest_.isEmpty() ? QString::fromStdString(label_.Caption()) : widest_;
   const int margin = style_ == LabelStyle::Value ? 2 * kValueMargin : 0;
-  return {skin::TextWidth(Font(), text) + margin, pixels_ + 5};
+  const int unit = unit_.isEmpty() ? 0 : kUnitGap + skin::TextWidth(skin::WordFont(kUnitPixels), unit_);
+  return {skin::TextWidth(Font(), text) + unit + margin, pixels_ + 5};
 }
 
 bool LabelView::OnKey(int code, Modifiers) {
@@ -58,8 +69,14 @@ void LabelView::paintEvent(QPaintEvent*) {
   }
   painter.setFont(Font());
   painter.setPen(ink);
-  painter.drawText(rect().adjusted(margin, 0, -margin, 0), alignment_ | Qt::AlignVCenter | Qt::TextSingleLine,
-                   QString::fromStdString(label_.Caption()));
+  const QRect line = rect().adjusted(margin, 0, -margin, 0);
+  const QString text = QString::fromStdString(label_.Caption());
+  painter.drawText(line, alignment_ | Qt::AlignVCenter | Qt::TextSingleLine, text);
+  if (unit_.isEmpty()) return;
+  painter.setFont(skin::WordFont(kUnitPixels));
+  painter.setPen(QColor(skin::kQuietInk));
+  painter.drawText(line.adjusted(skin::TextWidth(Font(), text) + kUnitGap, 0, 0, 0),
+                   Qt::AlignVCenter | Qt::TextSingleLine, unit_);
 }
 
 }  // namespace quorl

@@ -18,8 +18,11 @@ class LabelView : public View {
   LabelView(RefreshClock& clock, Label& label, LabelStyle style, const QString& widest = {}, int pixels = 0);
 
   void SetAlignment(Qt::Alignment alignment) { alignment_ = alignment; }
+  // Stands after the number, shown and spoken.
+  void SetUnit(const QString& unit);
   QAccessible::Role Role() const override;
   QString SpokenName() const override;
+  QString SpokenValue() const override;
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -32,7 +35,7 @@ class LabelView : public View {
 
   Label& label_;
   LabelStyle style_;
-  QString widest_;
+  QString widest_, unit_;
   int pixels_;
   Qt::Alignment alignment_ = Qt::AlignLeft;
 };

@@ -38,6 +38,11 @@ SliderView* Reversed(SliderView* view) {
   return view;
 }
 
+LabelView* In(const QString& unit, LabelView* value) {
+  if (value) value->SetUnit(unit);
+  return value;
+}
+
 // A word, the number that it names, and the slider of the same.
 void PutCell(QBoxLayout* row, QWidget* word, LabelView* value, SliderView* slider) {
   Put(row, word);
@@ -99,9 +104,11 @@ QWidget* MakeAGCCard(Binder& bind) {
   Put(card->TitleRow(), Small(bind.Toggle("chkAGC")));
   Put(card->AddRow(), bind.Options("optAGC", 5));
   QHBoxLayout* times = card->AddRow();
-  PutCell(times, Caption("Decay"), bind.Value("lblAGCAttack", "00.0"), bind.Slide("sldAGCAttack", 32));
+  PutCell(times, Caption("Decay"), In("s", bind.Value("lblAGCAttack", "00.0")),
+          bind.Slide("sldAGCAttack", 32));
   times->addSpacing(4);
-  PutCell(times, Caption("Attack"), bind.Value("lblAGCDecay", "00.0"), bind.Slide("sldAGCDecay", 32));
+  PutCell(times, Caption("Attack"), In("ms", bind.Value("lblAGCDecay", "00.0")),
+          bind.Slide("sldAGCDecay", 32));
   return card;
 }
 
@@ -119,7 +126,7 @@ QWidget* MakeBlankerCard(Binder& bind) {
 QWidget* MakeVolumeCard(Binder& bind) {
   CardView* card = bind.Card("frAFOut", "Volume");
   QHBoxLayout* row = card->AddRow();
-  Put(row, bind.Value("lblOutVol", "-00.0 dB"));
+  Put(row, In("dB", bind.Value("lblOutVol", "-00.0")));
   row->addStretch(1);
   Put(row, bind.Knob("dialOutVol", 32));
   Put(card->AddRow(), bind.Slide("sldOutVolume", 100));
@@ -205,9 +212,10 @@ QWidget* MakeTuningCard(Binder& bind) {
   Put(foot, bind.Sign("imgTuneStepLock", Symbol::Lock));
   foot->addWidget(Caption("BFO"));
   Put(foot, bind.Value("lblBFO", "-00000"));
-  Put(foot, Small(bind.Toggle("chkTuneLo")));
   foot->addStretch(1);
-  Put(foot, bind.Reading("lblClock", "00:00:00", 12));
+  Put(foot, Small(bind.Toggle("chkTuneLo")));
+  foot->addSpacing(skin::kGrid);
+  Put(foot, bind.Reading("lblClock", "00:00:00", 11));
   left->addLayout(foot);
   regions->addLayout(left);
   regions->addLayout(MakeDialPart(bind));
@@ -225,8 +233,10 @@ QWidget* MakeReceiverCard(Binder& bind) {
   card->setFixedSize(kColumnWidth, kTopHeight);
   QHBoxLayout* power = card->AddRow();
   Put(power, bind.Options("optPwr", 3));
-  power->addSpacing(skin::kGrid);
-  Put(power, bind.Button("cmdConfig"), 1);
+  if (FaceView* config = bind.Button("cmdConfig")) {
+    power->addSpacing(skin::kGrid);
+    power->addWidget(config, 1);
+  }
   Put(card->AddRow(), bind.Options("optDisplaySize", 4));
   card->AddRow()->addLayout(MakeStatistics(bind));
   return card;
@@ -243,8 +253,8 @@ QWidget* MakeControlColumn(Binder& bind) {
   }
   auto* pair = new QHBoxLayout;
   pair->setSpacing(skin::kGrid);
-  pair->addWidget(MakeBlankerCard(bind), 1);
-  pair->addWidget(MakeVolumeCard(bind), 1);
+  pair->addWidget(MakeBlankerCard(bind), 7);
+  pair->addWidget(MakeVolumeCard(bind), 6);
   rows->addLayout(pair);
   rows->addStretch(1);
   return column;

@@ -114,6 +114,15 @@ void PanelWindow::ShowMnemonics(bool show) {
   }
 }
 
+void PanelWindow::ShowCaption(bool shown) {
+  if (shown != windowFlags().testFlag(Qt::FramelessWindowHint)) return;
+  const QPoint corner = frameGeometry().topLeft();
+  const bool visible = isVisible();
+  setWindowFlag(Qt::FramelessWindowHint, !shown);
+  move(corner);
+  setVisible(visible);  // new flags hide a window
+}
+
 void PanelWindow::ShowHelp() {
   HelpPanel::ShowOver(this);
 }

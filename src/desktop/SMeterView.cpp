@@ -9,16 +9,10 @@ namespace quorl {
 
 namespace {
 
-constexpr int kTop = 18, kBarHeight = 18, kScale = kTop + kBarHeight;
-struct Mark {
-  int Decibels;
-  const char* Text;
-};
-constexpr Mark kMarks[] = {{6, "S1"},   {18, "3"},   {30, "5"},    {42, "7"},    {54, "9"},
-                           {74, "+20"}, {94, "+40"}, {114, "+60"}, {134, "+80"}, {154, "+100"}};
+constexpr int kTop = 18, kBarHeight = 18, kScale = kTop + kBarHeight, kMarkWidth = 40;
 
 QColor InkOf(int element) {
-  const int decibels = (element + 1) * SMeterView::kDecibelsPerElement;
+  const int decibels = element * SMeterView::kDecibelsPerElement;
   if (decibels <= SMeterView::kS9Decibels) return QColor(skin::kGood);
   return QColor(decibels <= SMeterView::kS9Decibels + 40 ? skin::kStrong : skin::kOver);
 }
@@ -53,18 +47,15 @@ std::optional<View::Range> SMeterView::SpokenRange() const {
 
 void SMeterView::PaintScale(QPainter& painter, double pitch) const {
   painter.setFont(skin::WordFont(10));
-  double free = 0;
-  for (const Mark& mark : kMarks) {
-    const double x = pitch * mark.Decibels / kDecibelsPerElement;
-    const QString text = mark.Text;
-    const double width = skin::TextWidth(painter.font(), text);
-    const double left = std::min(x - width / 2, this->width() - width);
-    if (left < free || x > this->width()) continue;
-    free = left + width + 4;
-    painter.setPen(QColor(mark.Decibels < kS9Decibels + 20 ? 0xFF52606A : 0xFF7A5A38));
-    painter.drawLine(QPointF(x - 0.5, kScale + 3), QPointF(x - 0.5, kScale + 6));
+  for (std::size_t i = 0; i < elements_.size(); ++i) {
+    const auto* element = dynamic_cast<const Picture*>(elements_[i]);
+    if (!element || element->Caption().empty()) continue;
+    const double x = pitch * (static_cast<double>(i) + 0.5) - 1;  // less half a gap
+    painter.setPen(InkOf(static_cast<int>(i)).darker(160));
+    painter.drawLine(QPointF(x, kScale + 3), QPointF(x, kScale + 6));
     painter.setPen(QColor(skin::kQuietInk));
-    painter.drawText(QRectF(left, kScale + 8, width + 2, 14), Qt::AlignLeft | Qt::AlignTop, text);
+    painter.drawText(QRectF(x - kMarkWidth / 2.0, kScale + 8, kMarkWidth, 14),
+                     Qt::AlignHCenter | Qt::AlignTop, QString::fromStdString(element->Caption()));
   }
 }
 
@@ -91,6 +82,7 @@ void SMeterView::paintEvent(QPaintEvent*) {
   painter.setPen(QColor(skin::kQuietInk));
   painter.drawText(QRect(0, 0, width(), 14), Qt::AlignLeft | Qt::AlignTop, QStringLiteral("SIGNAL"));
   painter.setFont(skin::WordFont(10));
+  painter.setPen(skin::Faded(skin::ColourOf(surface_.ForeColour(), skin::kInk), 0.7));
   painter.drawText(QRect(0, 0, width(), 14), Qt::AlignRight | Qt::AlignTop,
                    QString::fromStdString(surface_.Caption()));
 }

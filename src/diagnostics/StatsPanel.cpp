@@ -25,9 +25,8 @@ constexpr double kLoadLimit = 0.9;
 
 // The sound card's input wants its peaks in the middle band.
 Colour PeakInk(double peak) {
-  const std::int32_t whole = RoundHalfEven(peak);
-  if (whole < 0 || whole > 16383) return kRed;
-  return whole < 2048 ? kYellow : kGreen;
+  if (peak < 0.0 || peak >= 16384.0) return kRed;
+  return peak < 2048.0 ? kYellow : kGreen;
 }
 
 }  // namespace

@@ -15,17 +15,9 @@ namespace {
 
 constexpr Colour kScaleInk = 0xFFFFFF;
 constexpr int kS9Element = 9;
-constexpr std::array<int, 11> kMarkedElements{1, 3, 5, 7, 9, 12, 15, 18, 21, 24, 27};
-
-std::array<SMeterMark, kMarkedElements.size()> MakeScale() {
-  std::array<SMeterMark, kMarkedElements.size()> scale;
-  for (std::size_t i = 0; i < scale.size(); ++i) {
-    const int element = kMarkedElements[i];
-    const double overS9 = element * SMeterPanel::kStep - SMeterPanel::kS9;
-    scale[i] = {element, overS9 > 0.0 ? FormatPicture(overS9, "+#") : FormatPicture(element, "#")};
-  }
-  return scale;
-}
+// S-units up to S9 take an element each.
+constexpr std::array<int, 5> kMarkedUnits{1, 3, 5, 7, kS9Element};
+constexpr std::array<int, 5> kMarkedOverS9{20, 40, 60, 80, 100};
 
 std::string Reading(float level) {
   const int decibels = RoundDown(Decibels(level));
@@ -51,11 +43,6 @@ SMeterPanel::SMeterPanel(ControlRegistry& registry, const PublicVars& vars)
   lblSMeter.AccessibleName = "Signal strength";
   DrawSMeterScale();
   DrawSMeter(0.0F);
-}
-
-const std::array<SMeterMark, 11>& SMeterPanel::Scale() {
-  static const std::array<SMeterMark, 11> scale = MakeScale();
-  return scale;
 }
 
 void SMeterPanel::cmdCalibrateSMeter_Click() {
@@ -88,6 +75,10 @@ void SMeterPanel::DrawSMeter(float level) {
 }
 
 void SMeterPanel::DrawSMeterScale() {
+  for (const int unit : kMarkedUnits) shpSMeterGrid(unit).Caption = FormatPicture(unit, "#");
+  for (const int over : kMarkedOverS9) {
+    shpSMeterGrid((RoundDown(kS9) + over) / kStep).Caption = FormatPicture(over, "+#");
+  }
   picSmeter.Caption = picSmeter.ToolTip = Backoff();
 }
 

@@ -8,12 +8,6 @@
 
 namespace quorl {
 
-// A caption of the scale under a bar element.
-struct SMeterMark {
-  int Element;
-  std::string Text;
-};
-
 class SMeterPanel {
  public:
   static constexpr int kElements = 28;
@@ -23,8 +17,9 @@ class SMeterPanel {
 
   SMeterPanel(ControlRegistry& registry, const PublicVars& vars);
 
-  Picture picSmeter;                    // caption: what the floor takes off
-  ControlArray<Picture> shpSMeterGrid;  // visible elements make the bar
+  Picture picSmeter;  // caption: what the floor takes off
+  // Visible elements make the bar; the caption of one is what the scale says under it.
+  ControlArray<Picture> shpSMeterGrid;
   CommandButton cmdCalibrateSMeter;
   Label lblSMeter;  // the reading in words, "S9 +6 dB"
 
@@ -37,11 +32,8 @@ class SMeterPanel {
   void Update();
   // `level` in 16-bit units.
   void DrawSMeter(float level);
-  // Writes the caption for the floor in force.
+  // Writes the scale, and the caption for the floor in force.
   void DrawSMeterScale();
-
-  // The captions of the scale: S-units up to S9, decibels over S9 from there.
-  static const std::array<SMeterMark, 11>& Scale();
 
  private:
   std::string Backoff() const;

@@ -36,14 +36,16 @@ FilterPanel::FilterPanel(const PanelContext& context, VariableFilters& filterMak
   optFilter.Click = [this](int index) { optFilter_Click(index); };
   for (const int i : {kLow, kHigh}) {
     Slider& slider = sldBW(i);
-    Label& caption = i == kLow ? lblFLo : lblFHi;
     slider.Min = static_cast<int>(scrollables(kEdgeEntry[static_cast<std::size_t>(i)]).MinValue);
     slider.Max = static_cast<int>(scrollables(kEdgeEntry[static_cast<std::size_t>(i)]).MaxValue);
     slider.ToolTip = i == kLow ? "Low edge of the filter; right click to go back"
                                : "High edge of the filter; right click to go back";
     slider.Change = [this, i] { sldBW_Change(i); };
     slider.MouseDown = [this, i](MouseButton button) { sldBW_MouseDown(i, button); };
-    slider.MouseMove = [&caption] { caption.ForeColour = kSelectedColour; };
+    slider.MouseMove = [this, i] {
+      lblFLo.ForeColour = i == kLow ? kSelectedColour : kUnselectedColour;
+      lblFHi.ForeColour = i == kHigh ? kSelectedColour : kUnselectedColour;
+    };
   }
   const auto rest = [this] { lblFLo.ForeColour = lblFHi.ForeColour = kUnselectedColour; };
   rest();
@@ -110,6 +112,7 @@ void FilterPanel::chkMusic_Click() {
     vars_.FilterLo = kMusicLow;
   } else {
     vars_.FilterLo = record.MusicLoSave;
+    sldBW(kLow).Tag = NumberText(vars_.FilterLo);
   }
   vars_.MusicMode = record.MusicMode = chkMusic.Value();
   ShowEdges();

@@ -58,8 +58,6 @@ void IFFilterPanel::chkIFFilter_Click() {
     optIFFilter_Click(vars_.CurrentIFFilterMode);
   } else {
     context_.Filters.IFFilterI.Active = false;
-    // The selector's own "Off" must not lock the selector.
-    if (!inOptIFFilter_) vars_.IFFilterActive = false;
   }
   ShowLabels();
   vars_.FiltersDirty = true;
@@ -148,7 +146,11 @@ void IFFilterPanel::FollowFilter() {
 }
 
 void IFFilterPanel::FollowDemodMode() {
-  if (vars_.CurrentIFFilterMode == IFFilterMode::Manual) TakeManualEdges();
+  if (vars_.CurrentIFFilterMode == IFFilterMode::Manual) {
+    TakeManualEdges();
+    lblIFHi_Wheel();
+    lblIFLo_Wheel();
+  }
   FollowFilter();
 }
 

@@ -5,9 +5,8 @@
 
 namespace quorl {
 
-// chkIFFilter is the main switch: while it has never been on, or was taken off by hand (IFFilterActive
-// clear), a click on optIFFilter is undone. optIFFilter's own "Off" unticks it, too, and leaves the choice
-// open.
+// chkIFFilter is the main switch: until it has been on for the first time (IFFilterActive clear), a click on
+// optIFFilter is undone. From then on the two follow each other.
 class IFFilterPanel {
  public:
   explicit IFFilterPanel(const PanelContext& context);

@@ -37,23 +37,31 @@ void NBPanel::chkNB_Click() {
   context_.Scrollables.SetEnabled(CtlIndex::NB, on);
 }
 
-void NBPanel::lblNB_Wheel() {
+void NBPanel::ApplyThreshold() {
   const ScrollableControl& control = context_.Scrollables(CtlIndex::NB);
   context_.Vars.NBThreshold = NoiseBlanker::ThresholdOf(control.Value);
   lblNB.Caption = FormatPicture(double{context_.Vars.NBThreshold} * 100.0, control.Format);
+}
+
+void NBPanel::lblNB_Wheel() {
+  ApplyThreshold();
   if (moving_) return;
   ScopedFlag guard(moving_);
-  // A yield may change the value again; whatever is moved goes to the value as it is then.
+  // A hand may go on in a yield: all three end where it came to.
   sldNB.SetValue(WholeValue(context_.Scrollables, CtlIndex::NB));
   context_.Yield();
   dialNB.SetValue(WholeValue(context_.Scrollables, CtlIndex::NB));
   context_.Yield();
   sldNB.SetValue(WholeValue(context_.Scrollables, CtlIndex::NB));
   dialNB.SetValue(WholeValue(context_.Scrollables, CtlIndex::NB));
+  ApplyThreshold();
 }
 
 void NBPanel::TakeThreshold(int value) {
-  if (moving_) return;
+  if (moving_) {
+    context_.Scrollables(CtlIndex::NB).Value = static_cast<float>(value);
+    return;
+  }
   context_.Scrollables.SetValue(CtlIndex::NB, static_cast<float>(value));
 }
 

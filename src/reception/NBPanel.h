@@ -21,6 +21,7 @@ class NBPanel {
   void lblNB_Wheel();
 
  private:
+  void ApplyThreshold();
   void TakeThreshold(int value);
 
   PanelContext context_;

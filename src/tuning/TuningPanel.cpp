@@ -160,13 +160,12 @@ void TuningPanel::SetEncoder(clsDDSSerialIF* serial) {
   if (encoder_ != nullptr) encoder_->OnComm = [this] { DecodeShaft(); };
 }
 
-void TuningPanel::SetColours(Colour normal, Colour focus, Colour tuning) {
-  normal_ = normal;
-  focus_ = focus;
-  tuning_ = tuning;
-  for (std::int32_t i = 0; i < kDigits; ++i) lbl7Seg(i).ForeColour = i == lastDigit_ ? focus_ : normal_;
-  lblTuningRate.ForeColour = TuningRateLocked ? tuning_ : focus_;
-  chkTuneLo.ForeColour = chkTuneLo.Value() ? tuning_ : normal_;
+void TuningPanel::SetColours(const TuningColours& colours) {
+  colours_ = colours;
+  for (std::int32_t i = 0; i < kDigits; ++i) lbl7Seg(i).ForeColour = colours.Digit;
+  HighlightDigit(lastDigit_);
+  lblTuningRate.ForeColour = TuningRateLocked ? colours_.Tuning : colours_.ChosenDigit;
+  chkTuneLo.ForeColour = chkTuneLo.Value() ? colours_.Tuning : colours_.Label;
 }
 
 void TuningPanel::FillTuningSteps() {
@@ -251,8 +250,8 @@ void TuningPanel::tmrClock_Timer() {
 }
 
 void TuningPanel::HighlightDigit(std::int32_t digit) {
-  lbl7Seg(lastDigit_).ForeColour = normal_;
-  lbl7Seg(digit).ForeColour = focus_;
+  lbl7Seg(lastDigit_).ForeColour = colours_.Digit;
+  lbl7Seg(digit).ForeColour = colours_.ChosenDigit;
   lastDigit_ = digit;
   picFreqDisp.Tag = std::to_string(digit);  // where the view puts the highlight
 }
@@ -317,7 +316,7 @@ void TuningPanel::lblTuningRate_Click() {
 
 void TuningPanel::SetRateLocked(bool locked) {
   TuningRateLocked = locked;
-  lblTuningRate.ForeColour = TuningRateLocked ? tuning_ : focus_;
+  lblTuningRate.ForeColour = TuningRateLocked ? colours_.Tuning : colours_.ChosenDigit;
   lblTuningRate.ToolTip = std::string(TuningRateLocked ? kClickToUnlock : kClickToLock);
 }
 
@@ -404,7 +403,7 @@ void TuningPanel::picFreqDisp_KeyUp() {
 
 void TuningPanel::chkTuneLo_Click() {
   const bool low = chkTuneLo.Value();
-  chkTuneLo.ForeColour = low ? tuning_ : normal_;
+  chkTuneLo.ForeColour = low ? colours_.Tuning : colours_.Label;
   SetLowSideLO(vars_, low);
   if (vfo_ == nullptr) return;
   vfo_->HiSideLO = !low;

@@ -26,6 +26,12 @@ struct TuningPanelLinks {
   std::function<void(std::int32_t dHz)> StoreTuneStep = [](std::int32_t) {};  // in the active sub-band
 };
 
+struct TuningColours {
+  Colour Digit = 0, ChosenDigit = 0;
+  Colour Label = 0;
+  Colour Tuning = 0;  // what is locked, or turned from the usual side
+};
+
 // The rate is free (moving over the digits chooses it), locked (TuningRateLocked), or the VFO's step is
 // locked (TuneStepLock, imgTuneStepLock shown). Digit i weighs 10^(8 - i) dHz.
 class TuningPanel {
@@ -40,8 +46,7 @@ class TuningPanel {
   void SetVFO(clsVFO* vfo);
   // Reads the encoder from `serial`; null for none.
   void SetEncoder(clsDDSSerialIF* serial);
-  // The colours of a digit, of the chosen one, and of what stands for tuning.
-  void SetColours(Colour normal, Colour focus, Colour tuning);
+  void SetColours(const TuningColours& colours);
 
   Frame frFreqCtl;
   ControlArray<Label> lbl7Seg;
@@ -117,7 +122,7 @@ class TuningPanel {
   bool digitFromRate_ = false;  // TuneDigit has been taken from TuneRate once
   std::uint32_t random_ = 1;
   std::string displayed_;
-  Colour normal_ = 0, focus_ = 0, tuning_ = 0;
+  TuningColours colours_;
 };
 
 }  // namespace quorl

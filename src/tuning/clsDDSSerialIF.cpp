@@ -61,7 +61,8 @@ std::int32_t clsDDSSerialIF::OpenPort(bool eventMode) {
 }
 
 std::int32_t clsDDSSerialIF::OpenDevice(const std::string& portName, const std::string& complaint) {
-  if (port_.Open(DevicePath(portName))) {
+  openFailure_ = port_.Open(DevicePath(portName));
+  if (openFailure_) {
     dialogs_.ShowMessage({.Text = complaint, .Title = kProductName});
     return 0;
   }

@@ -39,6 +39,8 @@ class clsDDSSerialIF : public DDSInterface {
   // In event mode the handle stays, so that the port can't be opened again in this run.
   void ClosePort();
   std::int32_t hComm() const { return hComm_; }
+  // Why the last OpenPort failed; nothing where it didn't.
+  const Failure& OpenFailure() const { return openFailure_; }
   int Initialise() { return 0; }
   void RestoreSettings();
 
@@ -77,6 +79,7 @@ class clsDDSSerialIF : public DDSInterface {
   EventQueue& events_;
   Dialogs& dialogs_;
   SettingsStore& settings_;
+  Failure openFailure_;
   std::int32_t hComm_ = 0;  // 0 or less: closed
   bool listening_ = false;  // the port has a handler of this object
 };

@@ -46,6 +46,39 @@ TEST_F(FrmMainRadio, PowerOffIsSilentAndTunableAndOnAgainIsHeard) {
   EXPECT_EQ(rig.Closed, 1);
 }
 
+TEST_F(FrmMainRadio, AClickWhileThePowerIsSwitchedIsCarriedOutAfterwards) {
+  const auto agrees = [this](bool on) {
+    EXPECT_EQ(rig.Frame().IsOn(), on);
+    EXPECT_EQ(rig.Frame().Radio().SoundCard().InAction, on);
+    EXPECT_EQ(rig.Text("optPwr(0)"), on ? "1" : "0");
+    EXPECT_EQ(rig.At("optPwr(1)").BackColour(), on ? 0x0000FFU : 0x0000C0U);
+    EXPECT_EQ(rig.At("optPwr(2)").Enabled(), !on);
+  };
+  rig.Queue.Post([this] { rig.Click("optPwr(0)"); });  // falls into the yields of switching off
+  rig.Click("optPwr(1)");
+  agrees(true);
+  rig.Click("optPwr(1)");
+  rig.Frame().Radio().SoundCard().ReleaseDevices();
+  rig.Queue.Post([this] { rig.Click("optPwr(1)"); });  // and into those of opening the devices
+  rig.Click("optPwr(0)");
+  agrees(false);
+  rig.Click("optPwr(0)");
+  agrees(true);
+  EXPECT_EQ(rig.Closed, 0);
+}
+
+TEST(FrmMainPower, TheTitleBarGoesWithThePowerWhereThatIsWanted) {
+  for (const bool wanted : {false, true}) {
+    FrameRig rig(std::string("[frmMain]\nFormCaptionOffOnPwrOn=") + (wanted ? "True\n" : "False\n"));
+    ASSERT_TRUE(rig.Start());
+    std::vector<bool> shown;
+    rig.Frame().OnCaption = [&](bool is) { shown.push_back(is); };
+    rig.Click("optPwr(0)");
+    rig.Click("optPwr(1)");
+    EXPECT_EQ(shown, wanted ? (std::vector<bool>{false, true}) : std::vector<bool>{});
+  }
+}
+
 TEST_F(FrmMainRadio, EveryModeAndFilterHasItsAudio) {
   for (int mode = 0; mode < DemodMode::Count; ++mode) {
     rig.Click(IndexedName("optMode", mode));

@@ -29,8 +29,9 @@ std::vector<std::string> ExpectedLog() {
   for (const int index : {17, 18, 19}) {
     add("Form_Load", {":Initialising ctlArray(" + std::to_string(index) + ")"});
   }
-  add("Form_Load", {":New QUORLDX8", " : Initialising Interface Objects", ":Initialising sldAGCAttack",
-                    ":Initialising sldAGCDecay"});
+  add("Form_Load",
+      {":New QUORLDX8", ":New clsFFTReal", ":Initialising FFTReal", " : Initialising Interface Objects",
+       ":Initialising sldAGCAttack", ":Initialising sldAGCDecay"});
   for (int i = 0; i <= 4; ++i) {
     add("Form_Load", {":Initialising Variable Filter Default Values (" + std::to_string(i) + ")"});
   }
@@ -42,10 +43,10 @@ std::vector<std::string> ExpectedLog() {
   lines.push_back("RestoreSettings : Start");
   add("Form_Load",
       {":Initialising SoundCard Object", ":Set OutputLevel Attenuator to PublicVars.OutputAttenuation",
-       ":Set up default values in the AGC delayline", ":Call MouseOverS.lblFilterHi_Wheel",
-       ":Call MouseOverS.lblFilterLo_Wheel", ":Call tmrPerfStats_Timer", ":Enable Power Butons",
-       ":Enable TmrTune", ":Enable TmrVFOUpdate", ":Enable TmrShaft", ":Enable TmrClock",
-       ":Initialise the Tuning Step Selector Drop Down List", ":Call DarkenControls"});
+       ":Call modWheelMouse.init", ":Set up default values in the AGC delayline",
+       ":Call MouseOverS.lblFilterHi_Wheel", ":Call MouseOverS.lblFilterLo_Wheel", ":Call tmrPerfStats_Timer",
+       ":Enable Power Butons", ":Enable TmrTune", ":Enable TmrVFOUpdate", ":Enable TmrShaft",
+       ":Enable TmrClock", ":Initialise the Tuning Step Selector Drop Down List", ":Call DarkenControls"});
   add("Form_Initialize", {":End"});
   return lines;
 }
@@ -101,7 +102,7 @@ TEST(FrmMainStart, APortThatDoesNotOpenLeavesARadioThatTunesNothing) {
   ASSERT_FALSE(rig.Boxes.Messages.empty());
   const std::string text = rig.Boxes.Messages.back().Text;
   EXPECT_EQ(text.rfind("Unable to open Serial Interface COM3\nfrmMain:frmMain:Form_Load:", 0), 0U) << text;
-  EXPECT_NE(text.find("\nError Code=0\nError Desc="), std::string::npos) << text;
+  EXPECT_TRUE(text.ends_with("\nError Code=5\nError Desc=busy")) << text;
   rig.Wheel("lbl7Seg(4)", 2);
   rig.Run(0.2);
   EXPECT_EQ(rig.Digits(), "072070000");
@@ -156,7 +157,7 @@ TEST(FrmMainStart, PanelAgreesWithTheStateItShows) {
   EXPECT_TRUE(rig.At("optPwr(0)").Enabled());
   EXPECT_FALSE(rig.Frame().IsOn());
   EXPECT_FALSE(vars.FiltersDirty);
-  EXPECT_TRUE(rig.VFO().AutoUpdate);
+  EXPECT_FALSE(rig.VFO().AutoUpdate);
   rig.Run(0.1);
   EXPECT_EQ(rig.Digits(), "072050000");
   EXPECT_EQ(rig.Text("lblTuningRate"), "100 Hz");
@@ -235,7 +236,7 @@ TEST(FrmMainEnd, WhatTheTableReadsBackIsThereAgain) {
   rig.Click("cmdCalibrateSMeter");
   rig.Run(1.0);
   rig.Frame().Radio().SoundCard().CurrentPlaybackDevice = 2;
-  rig.VFO().AutoUpdate = false;
+  rig.VFO().AutoUpdate = true;
   const std::string floor = rig.Text("picSmeter");
   ASSERT_NE(floor, "Meter Backoff=20.00 dB");
 
@@ -252,7 +253,7 @@ TEST(FrmMainEnd, WhatTheTableReadsBackIsThereAgain) {
   EXPECT_TRUE(rig.Vars().PerfStatsOn);
   EXPECT_EQ(rig.Text("picSmeter"), floor);
   EXPECT_EQ(rig.Frame().Radio().SoundCard().CurrentPlaybackDevice, 2);
-  EXPECT_FALSE(rig.VFO().AutoUpdate);
+  EXPECT_TRUE(rig.VFO().AutoUpdate);
   EXPECT_EQ(rig.At("lblBFO").ForeColour(), 1193046U);
   EXPECT_TRUE(rig.Frame().Scrollables().HiLiteBorder);
   EXPECT_EQ(rig.Store().GetSetting("frmMain", "DRM.PathToDream", ""), "/opt/dream");

@@ -63,7 +63,7 @@ class DemoPanel {
                                       {"lblIFLo", "300"},          {"lblNotch", "1000"},
                                       {"lblNotchCDesc", "Centre"}, {"lblNotchC", "1000"},
                                       {"lblNotchWDesc", "Width"},  {"lblNotchW", "100"},
-                                      {"lblNB", "0.00"},           {"lblOutVol", "+2.3 dB"},
+                                      {"lblNB", "0.00"},           {"lblOutVol", "2.3"},
                                       {"lblAGCAttack", "5.0"},     {"lblAGCDecay", "10.0"}};
   static constexpr Texts kToggles[] = {{"chkMusic", "Music"},
                                        {"chkDynFilter", "Dynamic"},

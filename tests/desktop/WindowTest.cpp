@@ -72,6 +72,7 @@ TEST_F(WindowTest, AScreenReaderWorksTheControls) {
   EXPECT_EQ(Access("lblNotchC").role(), QAccessible::SpinBox);
   EXPECT_EQ(Spoken("lblNotchC", QAccessible::Name), "Notch centre, hertz");
   EXPECT_EQ(Spoken("lblNotchC", QAccessible::Value), "1000");
+  EXPECT_EQ(Spoken("lblOutVol", QAccessible::Value), "2.3 dB");
   Access("lblNotchC").actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
   EXPECT_EQ(up, 1);
 

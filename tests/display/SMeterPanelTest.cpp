@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "controls/ControlRegistry.h"
 
 namespace quorl {
@@ -67,9 +69,15 @@ TEST_F(SMeterPanelTest, CalibratingTakesTheLevelOfTheLastSecondsOnce) {
 }
 
 TEST_F(SMeterPanelTest, TheScaleCountsSUnitsThenDecibelsOverS9) {
-  for (const SMeterMark& mark : SMeterPanel::Scale()) {
-    const bool above = mark.Element > 9;
-    EXPECT_EQ(mark.Text, above ? "+" + std::to_string(mark.Element * 6 - 54) : std::to_string(mark.Element));
+  // The last element that a level lights is the one over its mark.
+  for (const auto& [decibels, mark] :
+       {std::pair{6.5, "1"}, {42.5, "7"}, {54.5, "9"}, {74.5, "+20"}, {114.5, "+60"}, {154.5, "+100"}}) {
+    meter.DrawSMeter(static_cast<float>(std::pow(10.0, decibels / 20.0)));
+    std::string over;
+    for (int i = 0; i < SMeterPanel::kElements; ++i) {
+      if (meter.shpSMeterGrid(i).Visible()) over = meter.shpSMeterGrid(i).Caption();
+    }
+    EXPECT_EQ(over, mark);
   }
 }
 

@@ -65,6 +65,9 @@ TEST_F(FilterPanelTest, MusicReachesDownAndEachFilterRemembersItsOwn) {
   ExpectEdges(50, 2300);
   Click("chkMusic");
   ExpectEdges(300, 2300);
+  Set("sldBW(0)", "1000");
+  RightClick("sldBW(0)");
+  ExpectEdges(300, 2300);
   Click("optFilter(3)");
   Click("optFilter(2)");
   EXPECT_EQ(Text("chkMusic"), "0");
@@ -129,8 +132,10 @@ TEST_F(FilterPanelTest, TheIFFilterIsLockedUntilItIsOn) {
   EXPECT_TRUE(At("lblIFHi").Enabled());
   EXPECT_EQ(Text("lblIFHi"), "4500");
   Click("chkIFFilter");
-  EXPECT_FALSE(vars.IFFilterActive || filters.IFFilterI.Active);
-  EXPECT_FALSE(At("lblIFLo").Enabled());
+  EXPECT_FALSE(filters.IFFilterI.Active || At("lblIFLo").Enabled());
+  Click("optIFFilter(2)");  // once it was on, the selector brings it back
+  EXPECT_EQ(Text("chkIFFilter"), "1");
+  EXPECT_TRUE(filters.IFFilterI.Active);
 }
 
 TEST_F(FilterPanelTest, OffInTheSelectorSwitchesOffAndTheOthersOnAgain) {

@@ -1,6 +1,7 @@
 // Noise blanker, AGC and volume: one value under label, slider and dial.
 #include <cmath>
 
+#include "dsp/NoiseBlanker.h"
 #include "reception/ReceptionRig.h"
 
 namespace quorl {
@@ -22,11 +23,13 @@ TEST_F(LevelPanelsTest, LabelSliderAndDialOfTheBlankerStandTogether) {
   Wheel("lblNB", -1, {true, false, false});
   EXPECT_EQ(Text("lblNB"), "19.90");
   EXPECT_EQ(Text("dialNB"), "9950");
-  // A hand that moves a control while another one is being moved loses, and nothing drifts apart.
+  // A hand that goes on while the others are brought after it is followed, and nothing drifts apart.
   AtNextYield([this] { Set("sldNB", "1"); });
   Wheel("lblNB", -1);
-  EXPECT_EQ(Text("sldNB"), "9940");
-  EXPECT_EQ(mouse(CtlIndex::NB).Value, 9940);
+  EXPECT_EQ(Text("sldNB"), "1");
+  EXPECT_EQ(Text("dialNB"), "1");
+  EXPECT_EQ(mouse(CtlIndex::NB).Value, 1);
+  EXPECT_EQ(vars.NBThreshold, NoiseBlanker::ThresholdOf(1));
   Click("chkNB");
   EXPECT_FALSE(vars.NBOn || At("lblNB").Enabled());
 }

@@ -14,7 +14,7 @@
 namespace quorl {
 namespace {
 
-constexpr Colour kNormal = 1, kFocus = 2, kTuning = 3;
+constexpr Colour kNormal = 1, kFocus = 2, kTuning = 3, kLabel = 4;
 // Status words in the order in which a turn up brings them.
 constexpr std::array<std::uint32_t, 4> kUpwards{0x20, 0x10, 0x30, 0x00};
 
@@ -35,7 +35,7 @@ class TuningPanelTest : public testing::Test {
     panel.emplace(registry, queue, clock, vars, links);
     panel->SetVFO(&VFO());
     panel->SetEncoder(&chain->SerialIF());
-    panel->SetColours(kNormal, kFocus, kTuning);
+    panel->SetColours({kNormal, kFocus, kLabel, kTuning});
     panel->FillTuningSteps();
     panel->tmrTune.SetInterval(50);
     panel->tmrTune.SetEnabled(true);
@@ -266,7 +266,7 @@ TEST_F(TuningPanelTest, DisplayAddsTheBFOAndTheLowSideRetunes) {
   ASSERT_TRUE(At("chkTuneLo").UserSet("0"));
   EXPECT_FALSE(vars.LowSideLO);
   EXPECT_EQ(VFO().OscOut, 522050000);
-  EXPECT_EQ(At("chkTuneLo").ForeColour(), kNormal);
+  EXPECT_EQ(At("chkTuneLo").ForeColour(), kLabel);
 }
 
 TEST_F(TuningPanelTest, TheEncoderStepsWhereItIsEnabled) {
