@@ -102,9 +102,12 @@ class Program {
       Close();
       return true;
     };
-    events.Seen = [this](bool seen) { frame_->SetSeen(seen); };
+    // A script's keys wait for the tuning timer, seen or not.
+    if (options_.Script.empty()) events.Seen = [this](bool seen) { frame_->SetSeen(seen); };
     window_ = std::make_unique<PanelWindow>(frame_->Controls(), events);
-    frame_->Scrollables().GiveFocus = [this](Label& label) { window_->GiveFocus(label.Name()); };
+    ScrollableControls& scrollables = frame_->Scrollables();
+    scrollables.GiveFocus = [this](Control& control) { window_->GiveFocus(control.Name()); };
+    scrollables.IsShown = [this](const Control& control) { return window_->IsShown(control.Name()); };
     frame_->OnCaption = [this](bool shown) { window_->ShowCaption(shown); };
     personalBoxes_.SetWindow(window_.get());
     window_->show();

@@ -40,6 +40,9 @@ class Control {
   virtual std::string Text() const { return {}; }
   // The user's main gesture: pressing, ticking, clicking. Nothing happens while disabled or hidden.
   void UserClick();
+  // The wheel of a user over a control whose panel leaves that to it: notches away from the user. False where
+  // there is nothing to turn.
+  virtual bool UserTurn(int, Modifiers) { return false; }
   // The user's setting of a value, as a text that the control understands; false where it does not.
   virtual bool UserSet(const std::string&) { return false; }
 

@@ -2,11 +2,17 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdlib>
 #include <optional>
 
 namespace quorl {
 
 namespace {
+
+int WheelStep(int range, Modifiers with) {
+  const int normal = std::max(1, range / 100);
+  return with.Shift ? 10 * normal : with.Ctrl ? 1 : normal;
+}
 
 std::optional<int> NumberIn(const std::string& text) {
   int number = 0;
@@ -94,6 +100,11 @@ void Slider::UserScroll(int value) {
   Raise(Change);
 }
 
+bool Slider::UserTurn(int notches, Modifiers with) {
+  if (Enabled()) UserScroll(value_ + notches * WheelStep(std::abs(Max() - Min()), with));
+  return true;
+}
+
 std::string Dial::Text() const {
   return std::to_string(value_);
 }
@@ -111,6 +122,20 @@ void Dial::SetValue(int value) {
   value_ = value;
   Changed();
   Raise(Change);
+}
+
+void Dial::UserStep(int steps) {
+  if (!Enabled()) return;
+  if (Bounded()) {
+    SetValue(value_ + steps);
+    return;
+  }
+  for (int i = 0; i < std::abs(steps); ++i) SetValue(value_ + (steps > 0 ? 1 : -1));
+}
+
+bool Dial::UserTurn(int notches, Modifiers with) {
+  UserStep(notches * WheelStep(Bounded() ? Max() - Min() : 0, with));
+  return true;
 }
 
 std::string ComboBox::Text() const {

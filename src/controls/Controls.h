@@ -115,6 +115,8 @@ class Slider : public Control {
   int Value() const { return value_; }
   void SetValue(int value);    // clamped to Min .. Max; raises Change
   void UserScroll(int value);  // the same by hand: raises Scroll, then Change
+  // A hundredth of the range for each notch, ten with Shift; with Ctrl 1.
+  bool UserTurn(int notches, Modifiers with) override;
   std::function<void()> Scroll, Change;
 
  private:
@@ -132,6 +134,10 @@ class Dial : public Control {
 
   int Value() const { return value_; }
   void SetValue(int value);
+  // By hand. Without ends each of the steps counts for itself.
+  void UserStep(int steps);
+  // A step for each notch, with ends a hundredth of the range; ten times as far with Shift, with Ctrl 1.
+  bool UserTurn(int notches, Modifiers with) override;
   Property<bool> Bounded{*this, false};  // stops at Min and Max instead of going round
   Property<int> Min{*this, 0};
   Property<int> Max{*this, 100};

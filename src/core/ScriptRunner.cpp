@@ -62,6 +62,16 @@ double NumberOf(const std::string& text, double least, double most = 2e9) {
   return *number;
 }
 
+// Columns of blanks count as one.
+std::string SingleBlanks(const std::string& text) {
+  std::string result;
+  for (const char character : text) {
+    if (character != ' ' || (!result.empty() && result.back() != ' ')) result += character;
+  }
+  if (!result.empty() && result.back() == ' ') result.pop_back();
+  return result;
+}
+
 // All words from `from` on, with single blanks between.
 std::string Rest(const std::vector<std::string>& words, std::size_t from) {
   std::string text;
@@ -222,7 +232,14 @@ void ScriptRunner::Wheel(const Words& words) {
   const Modifiers with = ModifiersIn(words, 2);
   if (!control.Enabled() || !control.Visible()) return;
   Raise(control.MouseMove);
-  for (int i = 0; i < std::abs(notches); ++i) Raise(control.Wheel, notches > 0 ? 1 : -1, with);
+  for (int i = 0; i < std::abs(notches); ++i) {
+    const int notch = notches > 0 ? 1 : -1;
+    if (control.Wheel) {
+      control.Wheel(notch, with);
+    } else if (!control.UserTurn(notch, with)) {
+      throw std::runtime_error(words[0] + " has nothing that the wheel turns");
+    }
+  }
 }
 
 // Held until the tuning timer has seen it, then let go.
@@ -236,6 +253,7 @@ void ScriptRunner::PressKey(const Words& words) {
 
 void ScriptRunner::Hover(const Words& words) {
   const Control& control = Find(words[0]);
+  for (std::size_t i = 1; i < words.size(); ++i) NumberOf(words[i], 0.0);
   Raise(control.MouseMove);
 }
 
@@ -247,7 +265,7 @@ void ScriptRunner::WaitFor(const Words& words) {
   const Control& control = Find(words[0]);
   const std::string wanted = Rest(Words(words.begin(), words.end() - 1), 1);
   const int patience = static_cast<int>(NumberOf(words.back(), 0.0));
-  if (Pass(patience, [&] { return control.Text() == wanted; })) return;
+  if (Pass(patience, [&] { return SingleBlanks(control.Text()) == wanted; })) return;
   throw Mismatch(control.Name() + " did not become '" + wanted + "' in " + words.back() + " ms, it is '" +
                  control.Text() + "'");
 }
@@ -285,7 +303,7 @@ void ScriptRunner::Print(const Words& words) {
 void ScriptRunner::Expect(const Words& words) {
   const Control& control = Find(words[0]);
   const std::string wanted = Rest(words, 1);
-  if (control.Text() == wanted) return;
+  if (SingleBlanks(control.Text()) == wanted) return;
   throw Mismatch(control.Name() + " should be '" + wanted + "', it is '" + control.Text() + "'");
 }
 

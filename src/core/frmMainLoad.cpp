@@ -154,7 +154,9 @@ void frmMain::CreateForm() {
 }
 
 void frmMain::Form_KeyDown(const Key& key) {
-  if (scrollables_->ActiveCtl() == CtlIndex::Frequency) {
+  if (tuning_->cboTuningSteps.Visible()) {
+    Raise(tuning_->cboTuningSteps.KeyDown, key);
+  } else if (scrollables_->ActiveCtl() == CtlIndex::Frequency) {
     Raise(tuning_->picFreqDisp.KeyDown, key);
   } else {
     scrollables_->KeyDown(key);
@@ -165,24 +167,21 @@ void frmMain::CreateTuningPanel() {
   ScrollableControl& display = (*scrollables_)(CtlIndex::Frequency);
   display.NoFocus = false;
   TuningPanelLinks links;
-  links.ActivateDisplay = [this] {
-    if (scrollables_->ActiveCtl() == CtlIndex::Frequency) return;
-    scrollables_->DarkenControls();
-    scrollables_->EnterControl(CtlIndex::Frequency);
-  };
+  links.ActivateDisplay = [this] { scrollables_->Point(CtlIndex::Frequency); };
+  links.ReviveDisplay = [this] { scrollables_->Revive(CtlIndex::Frequency); };
   links.DisplayIsActive = [this] { return scrollables_->ActiveCtl() == CtlIndex::Frequency; };
   links.ShowOscillator = [this](const std::string& text) {
     if (stats_) stats_->lblStatsVal(StatsPanel::kLO).Caption = text;
   };
   tuning_ =
       std::make_unique<TuningPanel>(registry_, machine_.Queue, machine_.Time, radio_->Radio.Vars, links);
+  scrollables_->BindKeys(CtlIndex::Frequency, tuning_->picFreqDisp);
   colours_->Add(tuning_->frFreqCtl);
   colours_->AddRepaint([this] {
     const ScrollableControl& digits = (*scrollables_)(CtlIndex::Frequency);
-    tuning_->SetColours(
-        {digits.NormalColour, digits.FocusColour, scheme_.SDRLabelColour, scheme_.SDRTuningColour});
+    tuning_->SetColours({digits.NormalColour, digits.FocusColour, scheme_.SDRLabelColour,
+                         scheme_.SDRTuningColour, scheme_.SDRFrameFocusColour});
   });
-  scrollables_->AddDarkened([this] { tuning_->cboTuningSteps.Visible = false; });
 }
 
 void frmMain::CreateReceptionPanels() {

@@ -130,7 +130,12 @@ CardView* Binder::Card(const std::string& frame, const QString& title, CardView:
 
 Frame& Binder::StandIn() {
   const std::string name = "card(" + std::to_string(ownFrames_.size()) + ")";
-  return *ownFrames_.emplace_back(std::make_unique<Frame>(ownRegistry_, name));
+  Frame& frame = *ownFrames_.emplace_back(std::make_unique<Frame>(ownRegistry_, name));
+  // A card without a frame of the panel's is its ground.
+  frame.MouseMove = [this] {
+    if (const Control* ground = registry_.Find("frmMain")) Raise(ground->MouseMove);
+  };
+  return frame;
 }
 
 }  // namespace quorl

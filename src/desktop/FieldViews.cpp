@@ -65,6 +65,17 @@ void TextView::TakeOver() {
 SymbolView::SymbolView(RefreshClock& clock, Picture& picture, Symbol symbol)
     : View(clock, picture), picture_(picture), symbol_(symbol) {
   SetSizes(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  if (picture.DblClick) setFocusPolicy(Qt::TabFocus);
+}
+
+void SymbolView::Press() {
+  if (picture_.Enabled() && picture_.Visible()) Raise(picture_.DblClick);
+}
+
+bool SymbolView::OnKey(int code, Modifiers) {
+  if (code != Key::Space && code != 13) return false;
+  Press();
+  return true;
 }
 
 void SymbolView::paintEvent(QPaintEvent*) {

@@ -46,11 +46,16 @@ class SymbolView : public View {
  public:
   SymbolView(RefreshClock& clock, Picture& picture, Symbol symbol);
 
-  QAccessible::Role Role() const override { return QAccessible::Graphic; }
+  QAccessible::Role Role() const override {
+    return picture_.DblClick ? QAccessible::Button : QAccessible::Graphic;
+  }
+  void Press() override;  // what a double click does
   QSize sizeHint() const override { return {20, 24}; }
   QSize minimumSizeHint() const override { return sizeHint(); }
 
  protected:
+  void OnClick() override {}
+  bool OnKey(int code, Modifiers with) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:

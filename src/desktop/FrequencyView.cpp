@@ -19,13 +19,20 @@ bool PointBefore(int index) {
   return index == 2 || index == 5 || index == 8;
 }
 
-// The strip of a figure, from one middle of a gap to the next.
+// The ground of a figure.
 QRectF StripOf(int index) {
   double x = 0;
   for (int i = 0; i < index; ++i) x += kAdvance + (PointBefore(i) ? kPoint : 0);
   if (PointBefore(index)) x += kPoint;
   const double width = index == FrequencyView::kDigits - 1 ? kSmallAdvance : kAdvance;
   return {x, 0, width, double(kTop + FrequencyView::kHeight + kBelow)};
+}
+
+// Where the pointer is over a figure: points belong half to the one before and half to the one after.
+QRect ReachOf(int index) {
+  const double before = PointBefore(index) ? kPoint / 2.0 : 0;
+  const double after = index + 1 < FrequencyView::kDigits && PointBefore(index + 1) ? kPoint / 2.0 : 0;
+  return StripOf(index).adjusted(-before, 0, after, 0).toRect();
 }
 
 }  // namespace
@@ -56,7 +63,7 @@ FrequencyView::FrequencyView(RefreshClock& clock, Picture& surface, const std::a
     if (!digits[place]) continue;
     auto* view = new DigitView(clock, *digits[place], i);
     view->setParent(this);
-    view->setGeometry(StripOf(i).toRect());
+    view->setGeometry(ReachOf(i));
     view->setFocusProxy(this);
     views_[place] = view;
   }
@@ -92,6 +99,15 @@ int FrequencyView::ChosenDigit() const {
   bool isNumber = false;
   const int digit = QString::fromStdString(Shown().Tag()).toInt(&isNumber);
   return isNumber && digit >= 0 && digit < kDigits ? digit : -1;
+}
+
+void FrequencyView::Step(int steps) {
+  if (const int chosen = ChosenDigit(); chosen >= 0 && Digit(chosen)) Digit(chosen)->Step(steps);
+}
+
+void FrequencyView::OnMenuKey() {
+  const int chosen = ChosenDigit();
+  if (chosen >= 0 && Digit(chosen)) Raise(Digit(chosen)->Shown().MouseDown, MouseButton::Right);
 }
 
 void FrequencyView::paintEvent(QPaintEvent*) {

@@ -42,11 +42,13 @@ class FrequencyView : public View {
   std::optional<Range> SpokenRange() const override;  // hertz
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
-  int ChosenDigit() const;  // -1 for none
+  void Step(int steps) override;  // of the chosen figure
+  int ChosenDigit() const;        // -1 for none
   DigitView* Digit(int index) const { return views_.at(static_cast<std::size_t>(index)); }
 
  protected:
   void OnClick() override {}
+  void OnMenuKey() override;
   void paintEvent(QPaintEvent* event) override;
 
  private:

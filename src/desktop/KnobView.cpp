@@ -36,28 +36,15 @@ void KnobView::SetSpoken(double value) {
   if (dial_.Enabled()) dial_.SetValue(static_cast<int>(std::lround(value)));
 }
 
-void KnobView::TurnBy(int steps) {
-  if (dial_.Enabled()) dial_.SetValue(dial_.Value() + steps);
-}
-
-int KnobView::StepSize(Modifiers with) const {
-  const int range = dial_.Bounded() ? dial_.Max() - dial_.Min() : 0;
-  const int normal = std::max(1, range / 100);
-  return with.Shift ? 10 * normal : with.Ctrl ? 1 : normal;
-}
-
 bool KnobView::OnKey(int code, Modifiers with) {
   const int direction = code == Key::Up || code == Key::Right    ? 1
                         : code == Key::Down || code == Key::Left ? -1
                                                                  : 0;
-  if (direction == 0) return false;
-  TurnBy(direction * StepSize(with));
-  return true;
+  return direction != 0 && dial_.UserTurn(direction, with);
 }
 
 bool KnobView::OnWheel(int notches, Modifiers with) {
-  TurnBy(notches * StepSize(with));
-  return true;
+  return dial_.UserTurn(notches, with);
 }
 
 double KnobView::DegreesAt(const QPointF& point) const {
@@ -82,7 +69,7 @@ void KnobView::mouseMoveEvent(QMouseEvent* event) {
   const double steps = std::trunc(turned_ / perStep);
   if (steps == 0) return;
   turned_ -= steps * perStep;
-  TurnBy(static_cast<int>(steps));
+  dial_.UserStep(static_cast<int>(steps));
 }
 
 double KnobView::ShownDegrees() const {

@@ -17,7 +17,7 @@ class KnobView : public View {
   QAccessible::Role Role() const override { return QAccessible::Dial; }
   std::optional<Range> SpokenRange() const override;
   void SetSpoken(double value) override;
-  void Step(int steps) override { TurnBy(steps); }
+  void Step(int steps) override { dial_.UserStep(steps); }
   QSize sizeHint() const override { return {diameter_, diameter_}; }
   QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -30,8 +30,6 @@ class KnobView : public View {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  void TurnBy(int steps);
-  int StepSize(Modifiers with) const;
   double DegreesAt(const QPointF& point) const;
   double ShownDegrees() const;
   void PaintBody(QPainter& painter) const;

@@ -245,6 +245,7 @@ QWidget* MakeReceiverCard(Binder& bind) {
 QWidget* MakeControlColumn(Binder& bind) {
   auto* column = new QWidget;
   column->setFixedWidth(kColumnWidth);
+  column->setMouseTracking(true);  // what lies between its cards is the panel's ground
   auto* rows = new QVBoxLayout(column);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->setSpacing(skin::kGrid);

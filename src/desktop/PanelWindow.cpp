@@ -134,6 +134,11 @@ void PanelWindow::GiveFocus(const std::string& control) {
   if (view && !view->hasFocus()) view->setFocus(byKeyboard ? Qt::TabFocusReason : Qt::MouseFocusReason);
 }
 
+bool PanelWindow::IsShown(const std::string& control) const {
+  const auto* view = findChild<QWidget*>(QString::fromStdString(control));
+  return view && view->isVisibleTo(this);
+}
+
 void PanelWindow::closeEvent(QCloseEvent* event) {
   if (events_.Closing && !events_.Closing()) event->ignore();
 }

@@ -38,6 +38,8 @@ class PanelWindow : public QWidget {
   void ShowHelp();
   // The keyboard goes to the view of that control, as if the pointer had come to it.
   void GiveFocus(const std::string& control);
+  // Whether that control has a view in the regions that the display size shows.
+  bool IsShown(const std::string& control) const;
   RefreshClock& Clock() { return clock_; }
 
  protected:

@@ -33,26 +33,18 @@ void SliderView::SetSpoken(double value) {
 }
 
 void SliderView::Step(int steps) {
-  Set(slider_.Value() + (reversed_ ? -steps : steps) * StepSize({}));
-}
-
-int SliderView::StepSize(Modifiers with) const {
-  const int normal = std::max(1, std::abs(slider_.Max() - slider_.Min()) / 100);
-  return with.Shift ? 10 * normal : with.Ctrl ? 1 : normal;
+  slider_.UserTurn(reversed_ ? -steps : steps, {});
 }
 
 bool SliderView::OnKey(int code, Modifiers with) {
   const int direction = code == Key::Up || code == Key::Right    ? 1
                         : code == Key::Down || code == Key::Left ? -1
                                                                  : 0;
-  if (direction == 0) return false;
-  Set(slider_.Value() + (reversed_ ? -direction : direction) * StepSize(with));
-  return true;
+  return direction != 0 && slider_.UserTurn(reversed_ ? -direction : direction, with);
 }
 
 bool SliderView::OnWheel(int notches, Modifiers with) {
-  Set(slider_.Value() + (reversed_ ? -notches : notches) * StepSize(with));
-  return true;
+  return slider_.UserTurn(reversed_ ? -notches : notches, with);
 }
 
 double SliderView::ShareOfRange() const {

@@ -29,7 +29,6 @@ class SliderView : public View {
 
  private:
   void Set(int value);
-  int StepSize(Modifiers with) const;
   void MoveTo(double x);
   double ShareOfRange() const;
 

@@ -141,7 +141,9 @@ void View::Press() {
 void View::Step(int steps) {
   for (int i = 0; i < std::abs(steps); ++i) {
     const int code = steps > 0 ? Key::Up : Key::Down;
-    if (control_.KeyDown) {
+    if (control_.Wheel) {
+      if (control_.Enabled()) control_.Wheel(steps > 0 ? 1 : -1, {});
+    } else if (control_.KeyDown) {
       control_.KeyDown(Key{code, {}});
       Raise(control_.KeyUp, Key{code, {}});
     } else {
@@ -161,11 +163,15 @@ bool View::event(QEvent* event) {
   }
   if (event->type() == QEvent::ContextMenu &&
       static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Keyboard) {
-    Raise(control_.MouseDown, MouseButton::Right);
-    Raise(control_.MouseUp, MouseButton::Right);
+    OnMenuKey();
     return true;
   }
   return QWidget::event(event);
+}
+
+void View::OnMenuKey() {
+  Raise(control_.MouseDown, MouseButton::Right);
+  Raise(control_.MouseUp, MouseButton::Right);
 }
 
 void View::mousePressEvent(QMouseEvent* event) {

@@ -53,6 +53,8 @@ class View : public QWidget {
   virtual bool OnWheel(int, Modifiers) { return false; }
   // A left press and release inside.
   virtual void OnClick() { Press(); }
+  // The keyboard's way to what the right button does.
+  virtual void OnMenuKey();
 
   RefreshClock& Clock() const { return clock_; }
   // A hidden view keeps its place, unless that is what the panel gains by hiding it.

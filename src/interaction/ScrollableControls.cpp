@@ -37,16 +37,10 @@ void ScrollableControls::Bind(int index, Label& label, std::function<void()> onC
   control.OnChange = std::move(onChange);
   label.AccessibleName = kScrollableStarts[static_cast<std::size_t>(index)].WhatItIs;
   label.ToolTip = kHowTo;
-  label.MouseMove = [this, index] {
-    DarkenControls();
-    EnterControl(index);
-  };
-  label.GotFocus = [this, index] {
-    if (activeCtl_ == index) return;
-    LeaveControl();
-    EnterControl(index);
-  };
+  BindKeys(index, label);
+  label.MouseMove = [this, index] { Point(index); };
   label.LostFocus = [this, index] {
+    if (held_ == index) held_ = CtlIndex::None;
     if (activeCtl_ == index) LeaveControl(index);
   };
   label.MouseDown = [this, index](MouseButton button) {
@@ -58,13 +52,36 @@ void ScrollableControls::Bind(int index, Label& label, std::function<void()> onC
     if (activeCtl_ == index) Wheel(notches, with);
   };
   label.KeyDown = [this, index](const Key& key) {
-    // The pointer may have darkened everything while the keyboard's focus stayed here.
-    if (activeCtl_ == CtlIndex::None) EnterControl(index);
+    Revive(index);
     KeyDown(key);
   };
   Renew(index);
   Show(index);
   label.ForeColour = RestColour(index);
+}
+
+void ScrollableControls::BindKeys(int index, Control& keys) {
+  (*this)(index).Keys = &keys;
+  keys.GotFocus = [this, index] {
+    held_ = index;
+    if (activeCtl_ == index) return;
+    LeaveControl();
+    EnterControl(index);
+  };
+  keys.LostFocus = [this, index] {
+    if (held_ == index) held_ = CtlIndex::None;
+  };
+}
+
+void ScrollableControls::Point(int index) {
+  if (activeCtl_ == index && held_ == CtlIndex::None) return;
+  DarkenControls();
+  EnterControl(index);
+  held_ = CtlIndex::None;
+}
+
+void ScrollableControls::Revive(int index) {
+  if (activeCtl_ == CtlIndex::None && held_ == index) EnterControl(index);
 }
 
 void ScrollableControls::Renew(int index) {
@@ -91,10 +108,11 @@ void ScrollableControls::EnterControl(int index) {
   const ScrollableControl& control = (*this)(index);
   if (control.NoFocus) return;
   activeCtl_ = index;
-  if (control.Label == nullptr) return;
-  control.Label->ForeColour = control.FocusColour;
-  if (HiLiteBorder) control.Label->Border = true;
-  if (GiveFocus) GiveFocus(*control.Label);
+  if (control.Label != nullptr) {
+    control.Label->ForeColour = control.FocusColour;
+    if (HiLiteBorder) control.Label->Border = true;
+  }
+  if (GiveFocus && control.Keys != nullptr) GiveFocus(*control.Keys);
 }
 
 void ScrollableControls::LeaveControl() {
@@ -194,12 +212,16 @@ bool ScrollableControls::KeyDown(const Key& key) {
 void ScrollableControls::StepActive(int direction) {
   int index = activeCtl_;
   LeaveControl();
-  // The frequency can always be entered, so that the way round ends.
+  // The frequency can always be entered and seen, so that the way round ends.
+  const auto passes = [this](int at) {
+    const ScrollableControl& control = (*this)(at);
+    return control.NoFocus || (control.Label != nullptr && !IsShown(*control.Label));
+  };
   do {
     index += direction;
     if (index < 1) index = CtlIndex::LastByArrows;
     if (index > CtlIndex::LastByArrows) index = 1;
-  } while ((*this)(index).NoFocus);
+  } while (passes(index));
   EnterControl(index);
 }
 

@@ -27,6 +27,7 @@ struct ScrollableControl {
   bool ShowValue = false;
   std::string Format;
   quorl::Label* Label = nullptr;
+  Control* Keys = nullptr;  // takes the keyboard's focus; the label, where there is one
   std::function<void()> OnChange;
   // Renews DefaultValue before it is restored, where a table holds it. May be empty.
   std::function<float()> TableDefault;
@@ -43,8 +44,10 @@ class ScrollableControls {
   ScrollableControls& operator=(const ScrollableControls&) = delete;
 
   bool HiLiteBorder = false;  // the active label gets a border
-  // Asks the view to move the keyboard's focus to the label that became active. May be empty.
-  std::function<void(Label&)> GiveFocus;
+  // Asks the view to move the keyboard's focus to the control that became active. May be empty.
+  std::function<void(Control&)> GiveFocus;
+  // Whether the view shows a control at present; arrow keys pass over what it doesn't.
+  std::function<bool(const Control&)> IsShown = [](const Control&) { return true; };
 
   // CtlArray(index), 0 to 22.
   ScrollableControl& operator()(int index) { return ctlArray_.at(static_cast<std::size_t>(index)); }
@@ -54,10 +57,16 @@ class ScrollableControls {
   // Gives the entry its label, with tool tip, colours and all of its gestures; `onChange` runs after each
   // change of its value. Both are used as long as the table lives.
   void Bind(int index, Label& label, std::function<void()> onChange);
+  // An entry without a label takes the keyboard through `keys`.
+  void BindKeys(int index, Control& keys);
   // A disabled or hidden label can't become active, and stops being so.
   void SetEnabled(int index, bool enabled);
   void SetVisible(int index, bool visible);
 
+  // The pointer has come to an entry: it alone is active.
+  void Point(int index);
+  // Makes an entry active again that the keyboard came to, and that the pointer's way has darkened since.
+  void Revive(int index);
   // Makes an entry active. -1 means the one that is active already, to highlight it.
   void EnterControl(int index);
   // Ends the active state; of the active entry without an index.
@@ -96,6 +105,7 @@ class ScrollableControls {
   std::array<ScrollableControl, CtlIndex::Count> ctlArray_;
   std::vector<std::function<void()>> darkened_;
   int activeCtl_ = CtlIndex::None;
+  int held_ = CtlIndex::None;  // the one with the keyboard's focus, unless the pointer brought that
   bool inEnter_ = false;
   bool busy_ = false;
 };

@@ -19,6 +19,7 @@ constexpr std::array<const char*, 5> kVFOControlItems{"Cancel", "-", "Set Tuning
 enum VFOControlItem : std::int32_t { kSetTuningRate = 2, kLockTuneRate = 3, kUnlockTuneRate = 4 };
 
 constexpr const char* kClickToLock = "Click to Lock Tuning Rate";
+constexpr char kStepGestures[] = "Left Click to Lock Tune Rate, Right Click to Set Tune Step";
 constexpr const char* kClickToUnlock = "Click to Unlock Tuning Rate";
 
 // Less than any grid: an unlocked dial brings the frequency onto the grid and no further.
@@ -87,7 +88,10 @@ TuningPanel::TuningPanel(ControlRegistry& registry, EventQueue& queue, const Clo
   chkTuneLo.ToolTip = "Lo Side LO Injection (Elektor DRM)";
   chkTuneLo.Click = [this] { chkTuneLo_Click(); };
   dialtuner.Change = [this] { dialtuner_Change(); };
-  picFreqDisp.KeyDown = [this](Key key) { picFreqDisp_KeyDown(key); };
+  picFreqDisp.KeyDown = [this](Key key) {
+    links_.ReviveDisplay();
+    picFreqDisp_KeyDown(key);
+  };
   picFreqDisp.KeyUp = [this](Key) { picFreqDisp_KeyUp(); };
   picFreqDisp.MouseMove = [this] { links_.ActivateDisplay(); };
   picFreqDisp.MouseUp = [this](MouseButton button) {
@@ -120,11 +124,13 @@ void TuningPanel::ConnectRate() {
   imgTuneStepLock.Visible = false;
   imgTuneStepLock.ToolTip = "Double Click to Unlock Tune Rate";
   imgTuneStepLock.DblClick = [this] { imgTuneStepLock_DblClick(); };
-  lblTuningRate.ToolTip = kClickToLock;
+  lblTuningRate.ToolTip = kStepGestures;
   lblTuningRate.Click = [this] { lblTuningRate_Click(); };
+  // The second press of a double click is no click.
+  lblTuningRate.DblClick = lblTuneDialRate.DblClick = [] {};
   lblTuneDialRate.ToolTip = "Right Click to Set Tune Step";
   cboTuningSteps.Visible = false;
-  cboTuningSteps.ToolTip = "Left Click to Lock Tune Rate, Right Click to Set Tune Step";
+  cboTuningSteps.ToolTip = kStepGestures;
   cboTuningSteps.Click = [this] { cboTuningSteps_Click(); };
   cboTuningSteps.LostFocus = [this] { cboTuningSteps.Visible = false; };
   cboTuningSteps.KeyDown = [this](Key key) {
@@ -164,7 +170,7 @@ void TuningPanel::SetColours(const TuningColours& colours) {
   colours_ = colours;
   for (std::int32_t i = 0; i < kDigits; ++i) lbl7Seg(i).ForeColour = colours.Digit;
   HighlightDigit(lastDigit_);
-  lblTuningRate.ForeColour = TuningRateLocked ? colours_.Tuning : colours_.ChosenDigit;
+  lblTuningRate.ForeColour = TuningRateLocked ? colours_.LockedRate : colours_.ChosenDigit;
   chkTuneLo.ForeColour = chkTuneLo.Value() ? colours_.Tuning : colours_.Label;
 }
 
@@ -292,13 +298,17 @@ void TuningPanel::ShowRate(std::int32_t digit) {
 void TuningPanel::LockDigit(std::int32_t digit) {
   vfo_->TuneStepLock = false;
   SetTuneDigit(digit, 1.0F);
-  TuneDigit = digit;
+  TuneDigit = lockedDigit_ = digit;
   TuneRate = static_cast<float>(vfo_->TuneStep());
 }
 
 void TuningPanel::lbl7Seg_DblClick(std::int32_t index) {
   if (vfo_ == nullptr) return;
-  if (vfo_->TuneStepLock && index != lastDigit_) LockDigit(index);
+  if (!vfo_->TuneStepLock) {
+    lockedDigit_ = lastDigit_;
+  } else if (index != lockedDigit_) {
+    LockDigit(index);
+  }
   SetRateLocked(true);
   vfo_->TuneStepLock = true;
   imgTuneStepLock.Visible = true;
@@ -316,7 +326,7 @@ void TuningPanel::lblTuningRate_Click() {
 
 void TuningPanel::SetRateLocked(bool locked) {
   TuningRateLocked = locked;
-  lblTuningRate.ForeColour = TuningRateLocked ? colours_.Tuning : colours_.ChosenDigit;
+  lblTuningRate.ForeColour = TuningRateLocked ? colours_.LockedRate : colours_.ChosenDigit;
   lblTuningRate.ToolTip = std::string(TuningRateLocked ? kClickToUnlock : kClickToLock);
 }
 
@@ -361,6 +371,7 @@ void TuningPanel::SetTuningRate(std::int32_t index, bool override) {
   for (const StepRange& range : kStepRanges) {
     if (TuneStepIndex > range.LastIndex) continue;
     SetTuneDigit(range.Digit, static_cast<float>(step / Weight(range.Digit)));
+    TuneDigit = lockedDigit_ = range.Digit;
     break;
   }
   TuneRate = static_cast<float>(vfo_->TuneStep());

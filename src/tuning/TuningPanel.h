@@ -21,6 +21,7 @@ namespace quorl {
 struct TuningPanelLinks {
   std::function<void()> ActivateDisplay = [] {};                // gives the digits the keys
   std::function<bool()> DisplayIsActive = [] { return true; };  // whether they have them
+  std::function<void()> ReviveDisplay = [] {};                  // where the keyboard came to them
   std::function<void(const std::string& text)> ShowOscillator = [](const std::string&) {};
   std::function<void()> ScopePeriodic = [] {};
   std::function<void(std::int32_t dHz)> StoreTuneStep = [](std::int32_t) {};  // in the active sub-band
@@ -29,7 +30,8 @@ struct TuningPanelLinks {
 struct TuningColours {
   Colour Digit = 0, ChosenDigit = 0;
   Colour Label = 0;
-  Colour Tuning = 0;  // what is locked, or turned from the usual side
+  Colour Tuning = 0;      // what is not as usual
+  Colour LockedRate = 0;  // the rate while it is locked; while it is free, it has that of the chosen digit
 };
 
 // The rate is free (moving over the digits chooses it), locked (TuningRateLocked), or the VFO's step is
@@ -116,7 +118,8 @@ class TuningPanel {
   ShaftDecoder shaftDecoder_;
   ShaftAutoRate shaftRate_;
   std::int32_t shaftUpCount_ = 0, shaftDownCount_ = 0;
-  std::int32_t lastDigit_ = 0;
+  std::int32_t lastDigit_ = 0;    // the highlighted one
+  std::int32_t lockedDigit_ = 0;  // whose step the lock holds
   std::int32_t dialLastValue_ = 0;
   bool inDial_ = false;
   bool digitFromRate_ = false;  // TuneDigit has been taken from TuneRate once

@@ -82,8 +82,9 @@ TEST_F(ScriptRunnerTest, GesturesArriveAsAHandWouldMakeThem) {
         Case{"doubleclick lblThing", "double"},
         Case{"wheel lblThing -2 shift ctrl", "move wheel-1sc wheel-1sc"}, Case{"hover lblThing 3 4", "move"},
         Case{"click optThing(2)", "press2"}, Case{"set chkThing 1", "on"},
-        Case{"set sldThing 400", "scroll100"}, Case{"choose cboThing 5 dHz", "chosen1"},
-        Case{"choose mnuThing First item", "menu0"}, Case{"key up shift", "key38s"}, Case{"key z", "key90"},
+        Case{"set sldThing 400", "scroll100"}, Case{"wheel sldThing -2", "scroll99 scroll98"},
+        Case{"choose cboThing 5 dHz", "chosen1"}, Case{"choose mnuThing First item", "menu0"},
+        Case{"key up shift", "key38s"}, Case{"key z", "key90"},
         Case{"shot a.png 1.5\nshot b.png", "a.png@15 b.png@10"},
         Case{"  # a comment\n\nquit\nclick chkThing", ""}}) {
     EXPECT_EQ(Run(each.Line), ScriptRunner::kPassed) << each.Line << ": " << output.str();
@@ -129,6 +130,9 @@ TEST_F(ScriptRunnerTest, AnswersTheNextBoxAndOthersAreDeclined) {
 TEST_F(ScriptRunnerTest, PrintsAndExpects) {
   EXPECT_EQ(Run("print lblthing\nexpect lblThing two   words\nexpect chkThing 0"), ScriptRunner::kPassed);
   EXPECT_EQ(output.str(), "lblThing = two words\n");
+  label.Caption = std::string("two   words");  // as of a column of numbers
+  EXPECT_EQ(Run("expect lblThing two words\nwaitfor lblThing two words 10"), ScriptRunner::kPassed);
+  label.Caption = std::string("two words");
   EXPECT_EQ(Run("\nexpect lblThing one word\nclick chkThing"), ScriptRunner::kExpectationFailed);
   EXPECT_EQ(output.str(), "test.txt:2: lblThing should be 'one word', it is 'two words'\n");
   EXPECT_EQ(notes, "");
@@ -145,8 +149,9 @@ TEST_F(ScriptRunnerTest, PrintsAndExpects) {
 TEST_F(ScriptRunnerTest, AFaultNamesItsLine) {
   for (const char* line :
        {"clack lblThing", "click lblNobody", "click", "click lblThing twice", "wheel lblThing many",
-        "wheel lblThing 1 alt", "wheel lblThing 1e12", "wait -1", "wait nan", "key f13", "set chkThing maybe",
-        "choose cboThing nothing", "shot bad.png", "shot a.png 0", "waitfor lblThing x soon", "expect"}) {
+        "wheel lblThing 1 alt", "wheel chkThing 1", "hover lblThing left 7", "wheel lblThing 1e12", "wait -1",
+        "wait nan", "key f13", "set chkThing maybe", "choose cboThing nothing", "shot bad.png",
+        "shot a.png 0", "waitfor lblThing x soon", "expect"}) {
     EXPECT_EQ(Run("# one\nprint lblThing\n" + std::string(line) + "\nclick chkThing"),
               ScriptRunner::kScriptFault)
         << line;

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
@@ -182,6 +183,10 @@ TEST_F(BindingTest, SlidersAndKnobsTurnBothWays) {
   Wheel(knob, 120);
   QTest::keyClick(knob, Qt::Key_Down, Qt::ShiftModifier);
   EXPECT_EQ(dial.Value(), turned + 1 - 10);
+  int changes = 0;
+  dial.Change = [&] { ++changes; };
+  Wheel(knob, 120, Qt::ShiftModifier);
+  EXPECT_EQ(changes, 10) << "each step of a knob without ends tunes";
 }
 
 TEST_F(BindingTest, ListsAndFieldsAndMenus) {
@@ -236,6 +241,22 @@ TEST_F(BindingTest, TheStepSelectorOpensWhenItsControlBecomesVisible) {
   EXPECT_GE(box.ListIndex(), 0);
   EXPECT_EQ(losses, 1);
   EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+}
+
+TEST_F(BindingTest, TheKeyboardReachesTheDigitsMenuAndTheLock) {
+  int rightClicks = 0, unlocks = 0;
+  panel.Get<Label>("lbl7Seg(3)").MouseDown = [&](MouseButton button) {
+    rightClicks += button == MouseButton::Right ? 1 : 0;
+  };
+  panel.Get<Picture>("picFreqDisp").Tag = std::string("3");
+  panel.Get<Picture>("imgTuneStepLock").DblClick = [&] { ++unlocks; };
+  Open();
+  QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+  QApplication::sendEvent(Named("picFreqDisp"), &menuKey);
+  EXPECT_EQ(rightClicks, 1);
+  QTest::keyClick(Named("imgTuneStepLock"), Qt::Key_Space);
+  QTest::mouseClick(Named("imgTuneStepLock"), Qt::LeftButton);
+  EXPECT_EQ(unlocks, 1);
 }
 
 TEST_F(BindingTest, AMissingControlIsOneLineAndNoMore) {

@@ -76,6 +76,12 @@ TEST_F(WindowTest, AScreenReaderWorksTheControls) {
   Access("lblNotchC").actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
   EXPECT_EQ(up, 1);
 
+  int notches = 0;
+  panel.Get<Label>("lbl7Seg(4)").Wheel = [&](int turned, Modifiers) { notches += turned; };
+  panel.Get<Picture>("picFreqDisp").Tag = std::string("4");
+  Access("picFreqDisp").actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
+  EXPECT_EQ(notches, -1) << "tunes by the chosen digit";
+
   EXPECT_EQ(Access("optMode(1)").role(), QAccessible::RadioButton);
   EXPECT_EQ(Spoken("optMode(1)", QAccessible::Name), "USB") << "without the mnemonic's sign";
   EXPECT_TRUE(Access("optMode(1)").state().checked);

@@ -115,16 +115,45 @@ TEST_F(ScrollableControlsTest, OnlyTheActiveEntryListens) {
   EXPECT_EQ(mouse.ActiveCtl(), 0);
 }
 
-TEST_F(ScrollableControlsTest, ALabelTakesItsOwnWheelAndKeysWithoutBeingHovered) {
+TEST_F(ScrollableControlsTest, ALabelTakesItsOwnWheelWithoutBeingHovered) {
   BindAll();
   Hover(bfo);
   width.Wheel(1, kNone);
   EXPECT_EQ(Width(), 110);
   EXPECT_EQ(mouse(CtlIndex::BFO).Value, 0);
   EXPECT_EQ(bfo.ForeColour(), scheme.SDRTuningColour);
+}
+
+TEST_F(ScrollableControlsTest, KeysStayWhereTheKeyboardBroughtThemAndLeaveWithThePointer) {
+  BindAll();
+  width.GotFocus();
+  mouse.DarkenControls();  // the pointer passes elsewhere
+  width.KeyDown({Key::Up, kNone});
+  EXPECT_EQ(Width(), 110);
+  Hover(width);
   mouse.DarkenControls();
   width.KeyDown({Key::Up, kNone});
-  EXPECT_EQ(Width(), 120);
+  EXPECT_EQ(Width(), 110);
+  EXPECT_EQ(mouse.ActiveCtl(), CtlIndex::None);
+}
+
+TEST_F(ScrollableControlsTest, ArrowsGiveTheKeyboardAndPassOverWhatIsNotShown) {
+  BindAll();
+  Picture display{registry, "picFreqDisp"};
+  mouse.BindKeys(CtlIndex::Frequency, display);
+  std::string given;
+  mouse.GiveFocus = [&](Control& control) {
+    given = control.Name();
+    control.GotFocus();
+  };
+  mouse.IsShown = [&](const Control& control) { return &control != &filterLo; };
+  Hover(width);
+  Press(Key::Left);
+  EXPECT_EQ(mouse.ActiveCtl(), CtlIndex::Frequency);
+  EXPECT_EQ(given, "picFreqDisp");
+  mouse.DarkenControls();
+  mouse.Revive(CtlIndex::Frequency);
+  EXPECT_EQ(mouse.ActiveCtl(), CtlIndex::Frequency);
 }
 
 TEST_F(ScrollableControlsTest, HoverHighlightsOneLabelAndLeavingPutsItsOwnColourBack) {

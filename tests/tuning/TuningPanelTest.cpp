@@ -14,7 +14,7 @@
 namespace quorl {
 namespace {
 
-constexpr Colour kNormal = 1, kFocus = 2, kTuning = 3, kLabel = 4;
+constexpr Colour kNormal = 1, kFocus = 2, kTuning = 3, kLabel = 4, kLocked = 5;
 // Status words in the order in which a turn up brings them.
 constexpr std::array<std::uint32_t, 4> kUpwards{0x20, 0x10, 0x30, 0x00};
 
@@ -35,7 +35,7 @@ class TuningPanelTest : public testing::Test {
     panel.emplace(registry, queue, clock, vars, links);
     panel->SetVFO(&VFO());
     panel->SetEncoder(&chain->SerialIF());
-    panel->SetColours({kNormal, kFocus, kLabel, kTuning});
+    panel->SetColours({kNormal, kFocus, kLabel, kTuning, kLocked});
     panel->FillTuningSteps();
     panel->tmrTune.SetInterval(50);
     panel->tmrTune.SetEnabled(true);
@@ -154,7 +154,7 @@ TEST_F(TuningPanelTest, TheDialTunesWhereTheRateIsLockedAndSnapsWhereItIsNot) {
   panel->dialtuner.SetValue(20);
   EXPECT_EQ(Digits(), "072050000");
   At("lblTuningRate").UserClick();
-  EXPECT_EQ(At("lblTuningRate").ForeColour(), kTuning);
+  EXPECT_EQ(At("lblTuningRate").ForeColour(), kLocked);
   EXPECT_EQ(At("lblTuningRate").ToolTip(), "Click to Unlock Tuning Rate");
   panel->dialtuner.SetValue(21);
   EXPECT_EQ(Digits(), "072060000");
@@ -179,7 +179,7 @@ TEST_F(TuningPanelTest, LocksHoldTheStepUntilTheyAreReleased) {
   At("lbl7Seg(4)").UserClick();
   EXPECT_TRUE(At("imgTuneStepLock").Visible());
   EXPECT_TRUE(VFO().TuneStepLock);
-  EXPECT_EQ(At("lblTuningRate").ForeColour(), kTuning);
+  EXPECT_EQ(At("lblTuningRate").ForeColour(), kLocked);
   Hover(2);
   EXPECT_EQ(VFO().TuneStep(), 10000.0);
   At("lbl7Seg(6)").DblClick();  // another digit takes the lock over
@@ -331,6 +331,18 @@ TEST_F(TuningPanelTest, TheChipIsRefreshedNowAndThenWhereThatIsWanted) {
   serial.ClearLevels();
   Run(10000);
   EXPECT_TRUE(serial.Levels().empty());
+}
+
+TEST_F(TuningPanelTest, AClickOnTheHighlightedDigitReplacesALockedStepOfAnother) {
+  At("lblTuningRate").MouseDown(MouseButton::Right);
+  EXPECT_TRUE(At("cboTuningSteps").UserSet("9 KHz"));
+  EXPECT_EQ(VFO().TuneStep(), 90000);
+  active = true;
+  for (int i = 0; i < 2; ++i) At("picFreqDisp").KeyDown({Key::Right, {}});
+  EXPECT_EQ(VFO().TuneStep(), 90000);  // locked, whatever is highlighted
+  At("lbl7Seg(6)").UserClick();
+  EXPECT_EQ(VFO().TuneStep(), 100);
+  EXPECT_TRUE(VFO().TuneStepLock);
 }
 
 TEST_F(TuningPanelTest, WithoutAVFONothingHappens) {
