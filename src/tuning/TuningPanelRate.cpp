@@ -1,0 +1,195 @@
+// The rate that is tuned by: chosen by digit or from the list of steps, free or locked.
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+
+#include "support/Picture.h"
+#include "tuning/TuneStepTexts.h"
+#include "tuning/TuningPanel.h"
+
+namespace quorl {
+
+namespace {
+
+// Places in mnuVFOControlSub.
+enum VFOControlItem : std::int32_t { kSetTuningRate = 2, kLockTuneRate = 3, kUnlockTuneRate = 4 };
+
+constexpr const char* kClickToLock = "Click to Lock Tuning Rate";
+constexpr char kStepGestures[] = "Left Click to Lock Tune Rate, Right Click to Set Tune Step";
+constexpr const char* kClickToUnlock = "Click to Unlock Tuning Rate";
+
+// The digit that goes with a range of the step table, up to and including `LastIndex`.
+struct StepRange {
+  std::int32_t LastIndex, Digit;
+};
+constexpr std::array<StepRange, 5> kStepRanges{{{4, 4}, {7, 5}, {10, 6}, {13, 7}, {16, 8}}};
+
+double Weight(std::int32_t digit) {
+  return std::pow(10.0, TuningPanel::kDigits - 1 - digit);
+}
+
+}  // namespace
+
+void TuningPanel::ConnectRate() {
+  imgTuneStepLock.Visible = false;
+  imgTuneStepLock.ToolTip = "Double Click to Unlock Tune Rate";
+  imgTuneStepLock.DblClick = [this] { imgTuneStepLock_DblClick(); };
+  lblTuningRate.ToolTip = kStepGestures;
+  lblTuningRate.Click = [this] { lblTuningRate_Click(); };
+  // The second press of a double click is no click.
+  lblTuningRate.DblClick = lblTuneDialRate.DblClick = [] {};
+  lblTuneDialRate.ToolTip = "Right Click to Set Tune Step";
+  cboTuningSteps.Visible = false;
+  cboTuningSteps.ToolTip = kStepGestures;
+  cboTuningSteps.Click = [this] { cboTuningSteps_Click(); };
+  cboTuningSteps.LostFocus = [this] { cboTuningSteps.Visible = false; };
+  cboTuningSteps.KeyDown = [this](Key key) {
+    if (key.Code == Key::Escape) cboTuningSteps.Visible = false;
+  };
+  // The view puts the selector next to the control that its tag names.
+  for (Label* label : {&lblTuningRate, &lblTuneDialRate}) {
+    label->MouseDown = [this, label](MouseButton button) {
+      if (button != MouseButton::Right) return;
+      ShowStepSelector(*label);
+    };
+  }
+  mnuVFOControlSub.Tag = "0";
+  mnuVFOControlSub.Click = [this](int index) { mnuVFOControlSub_Click(index); };
+  mnuVFOStepSub.Click = [this](int index) { SetTuningRate(index, false); };
+}
+
+std::int32_t TuningPanel::DigitOfRate() const {
+  return std::clamp(kDigits - 1 - static_cast<std::int32_t>(std::log10(TuneRate)), 0, kDigits - 1);
+}
+
+void TuningPanel::FillTuningSteps() {
+  const auto texts = TuneStepTexts();
+  cboTuningSteps.SetItems({texts.begin(), texts.end()});
+}
+
+void TuningPanel::HighlightDigit(std::int32_t digit) {
+  lbl7Seg(lastDigit_).ForeColour = colours_.Digit;
+  lbl7Seg(digit).ForeColour = colours_.ChosenDigit;
+  lastDigit_ = digit;
+  picFreqDisp.Tag = std::to_string(digit);  // where the view puts the highlight
+}
+
+void TuningPanel::lbl7Seg_MouseMove(std::int32_t index) {
+  links_.ActivateDisplay();
+  if (vfo_ == nullptr || index == lastDigit_ || vfo_->TuneStepLock || TuningRateLocked) return;
+  TuneRate = static_cast<float>(Weight(index));
+  TuneDigit = index;
+  SetTuneDigit(index, 1.0F);
+}
+
+void TuningPanel::SetTuneDigit(std::int32_t digit, float multiplier) {
+  if (vfo_ != nullptr) vfo_->SetTuneStep(Weight(digit) * multiplier);
+  ShowRate(digit);
+  HighlightDigit(digit);
+}
+
+void TuningPanel::ShowRate(std::int32_t digit) {
+  if (vfo_ == nullptr) return;
+  const double step = vfo_->TuneStep();
+  const auto text = [](double value) {
+    char digits[32];
+    std::snprintf(digits, sizeof digits, "%.6g", value);
+    return std::string(digits);
+  };
+  if (digit <= 1) {
+    lblTuningRate.Caption = FormatPicture(step / 10000000.0, "0") + " MHz";
+  } else if (digit <= 4) {
+    lblTuningRate.Caption = text(step / 10000.0) + " KHz";
+  } else if (digit <= 7) {
+    lblTuningRate.Caption = text(step / 10.0) + " Hz";
+  } else {
+    lblTuningRate.Caption = text(step) + " dHz";
+  }
+}
+
+void TuningPanel::LockDigit(std::int32_t digit) {
+  vfo_->TuneStepLock = false;
+  SetTuneDigit(digit, 1.0F);
+  TuneDigit = lockedDigit_ = digit;
+  TuneRate = static_cast<float>(vfo_->TuneStep());
+}
+
+void TuningPanel::lbl7Seg_DblClick(std::int32_t index) {
+  if (vfo_ == nullptr) return;
+  if (!vfo_->TuneStepLock) {
+    lockedDigit_ = lastDigit_;
+  } else if (index != lockedDigit_) {
+    LockDigit(index);
+  }
+  SetRateLocked(true);
+  vfo_->TuneStepLock = true;
+  imgTuneStepLock.Visible = true;
+}
+
+void TuningPanel::imgTuneStepLock_DblClick() {
+  SetRateLocked(false);
+  if (vfo_ != nullptr) vfo_->TuneStepLock = false;
+  imgTuneStepLock.Visible = false;
+}
+
+void TuningPanel::lblTuningRate_Click() {
+  SetRateLocked(!TuningRateLocked);
+}
+
+void TuningPanel::SetRateLocked(bool locked) {
+  TuningRateLocked = locked;
+  lblTuningRate.ForeColour = TuningRateLocked ? colours_.LockedRate : colours_.ChosenDigit;
+  lblTuningRate.ToolTip = std::string(TuningRateLocked ? kClickToUnlock : kClickToLock);
+}
+
+void TuningPanel::mnuVFOControlSub_Click(std::int32_t index) {
+  if (vfo_ == nullptr) return;
+  const std::int32_t digit = mnuVFOControlSub.Tag().at(0) - '0';
+  if (index == kSetTuningRate) {
+    ShowStepSelector(lbl7Seg(digit));
+  } else if (index == kLockTuneRate) {
+    LockDigit(digit);
+    vfo_->TuneStepLock = true;
+    SetRateLocked(true);
+  } else if (index == kUnlockTuneRate) {
+    SetRateLocked(false);
+    vfo_->TuneStepLock = false;
+  }
+  imgTuneStepLock.Visible = vfo_->TuneStepLock;
+}
+
+// Nothing is chosen when it opens, so that the step of last time can be chosen again.
+void TuningPanel::ShowStepSelector(const Control& beside) {
+  cboTuningSteps.Tag = beside.Name();
+  cboTuningSteps.SetListIndex(-1);
+  cboTuningSteps.Visible = true;
+}
+
+void TuningPanel::cboTuningSteps_Click() {
+  const std::int32_t index = cboTuningSteps.ListIndex();
+  if (index < 0) return;
+  links_.StoreTuneStep(TuneSteps[static_cast<std::size_t>(index)]);
+  SetTuningRate(index, true);
+}
+
+void TuningPanel::SetTuningRate(std::int32_t index, bool override) {
+  if (vfo_ == nullptr) return;
+  if (override) vfo_->TuneStepLock = false;
+  if (vfo_->TuneStepLock) return;
+  constexpr auto kLast = static_cast<std::int32_t>(TuneSteps.size()) - 1;
+  TuneStepIndex = index > kLast ? 0 : index < 0 ? kLast : index;
+  const double step = TuneSteps[static_cast<std::size_t>(TuneStepIndex)];
+  vfo_->SetTuneStepLSD(step);
+  for (const StepRange& range : kStepRanges) {
+    if (TuneStepIndex > range.LastIndex) continue;
+    SetTuneDigit(range.Digit, static_cast<float>(step / Weight(range.Digit)));
+    TuneDigit = lockedDigit_ = range.Digit;
+    break;
+  }
+  TuneRate = static_cast<float>(vfo_->TuneStep());
+  vfo_->TuneStepLock = true;
+  imgTuneStepLock.Visible = true;
+}
+
+}  // namespace quorl
