@@ -158,6 +158,20 @@ TEST_F(WindowTest, AHiddenOrMinimisedWindowDrawsNothing) {
   }
 }
 
+TEST_F(WindowTest, TheTitleBarGoesAndComesWithoutThePanelMoving) {
+  window.show();
+  Settle();
+  const QSize size = window.size();
+  for (const bool shown : {false, false, true}) {
+    window.ShowCaption(shown);
+    Settle();
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(window.size(), size);
+    EXPECT_EQ(window.windowFlags().testFlag(Qt::FramelessWindowHint), !shown);
+    EXPECT_TRUE(window.Clock().IsAwake());
+  }
+}
+
 TEST_F(WindowTest, ManyChangesAreOneRefresh) {
   window.show();
   Pass(100);
