@@ -97,6 +97,7 @@ class frmMain {
   void PowerOn();
   void PowerOff();
   void PaintPower();
+  void StartSaving();
   void SaveNow();
   void Form_KeyDown(const Key& key);
   void ReportLoadError(const std::string& text);

@@ -12,7 +12,6 @@ namespace {
 
 constexpr const char* kLoad = "Form_Load";
 
-constexpr int kSaveInterval = 60000;  // ms: what a power cut may cost at most
 constexpr int kTuneInterval = 50, kUnseenTuneInterval = 500, kVFOUpdateInterval = 1000, kShaftInterval = 30,
               kClockInterval = 500;
 
@@ -287,9 +286,7 @@ void frmMain::EnableTimers() {
     start.Which.SetInterval(start.Interval);
     start.Which.SetEnabled(true);
   }
-  tmrSaveSettings_ = std::make_unique<Timer>(machine_.Queue, [this] { SaveNow(); });
-  tmrSaveSettings_->SetInterval(kSaveInterval);
-  tmrSaveSettings_->SetEnabled(true);
+  StartSaving();
 }
 
 }  // namespace quorl

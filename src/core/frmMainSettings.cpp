@@ -4,6 +4,13 @@
 
 namespace quorl {
 
+namespace {
+
+constexpr int kSaveInterval = 60000;  // ms: what a power cut may cost at most
+constexpr int kSaveRetry = 100;       // ms
+
+}  // namespace
+
 std::vector<StoredSetting> frmMain::SettingsTable() {
   PublicVars& vars = radio_->Radio.Vars;
   MainOptions& o = stored_;
@@ -131,9 +138,19 @@ void frmMain::SaveSettings() {
   for (const StoredSetting& setting : SettingsTable()) WriteSetting(store_, setting);
 }
 
+void frmMain::StartSaving() {
+  tmrSaveSettings_ = std::make_unique<Timer>(machine_.Queue, [this] { SaveNow(); });
+  tmrSaveSettings_->SetInterval(kSaveInterval);
+  tmrSaveSettings_->SetEnabled(true);
+}
+
 // On the disk, too: what a power cut would cost otherwise.
 void frmMain::SaveNow() {
   if (loading_ || unloaded_) return;
+  // A step holds the chip's refreshing back until it has been sent: that is not what the user chose.
+  const bool sending = radio_->VFO() != nullptr && radio_->VFO()->IsStepping();
+  tmrSaveSettings_->SetInterval(sending ? kSaveRetry : kSaveInterval);
+  if (sending) return;
   SaveSettings();
   if (const clsVFO* vfo = radio_->VFO()) vfo->SaveSettings();
   if (const Failure failure = store_.Save()) log_.AddLog(failure->Text);

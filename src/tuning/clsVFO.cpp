@@ -112,6 +112,7 @@ void clsVFO::Refresh() {
 double clsVFO::Inc_Freq(double Increment) {
   const bool autoUpdate = AutoUpdate;
   AutoUpdate = false;
+  ++stepsUnderWay_;
   if (tuneStepLSD_ != 0) {
     snapped_ = std::floor(tunedFrequency_ / tuneStepLSD_ + 0.5) * tuneStepLSD_;
   }
@@ -119,6 +120,7 @@ double clsVFO::Inc_Freq(double Increment) {
     SetTunedFrequency(*target);
   }
   AutoUpdate = autoUpdate;
+  --stepsUnderWay_;
   Refresh();
   return tunedFrequency_;
 }

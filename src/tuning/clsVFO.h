@@ -63,6 +63,8 @@ class clsVFO {
   double Inc_Freq(double Increment);
   // The same downwards. `Decrement` becomes what was added: minus itself, or minus TuneStep.
   double Dec_Freq(double& Decrement);
+  // A step is on its way to the chip; AutoUpdate is down meanwhile.
+  bool IsStepping() const { return stepsUnderWay_ > 0; }
 
   // Takes over what the store holds under Name; the rest stays. Tunes nothing and ignores TuneStepLock.
   // "CalibOffset" is stored in hertz and read as dHz.
@@ -77,7 +79,8 @@ class clsVFO {
   std::int32_t calibOffset_ = 0;  // dHz
   double tuneStep_ = 0;
   double tuneStepLSD_ = 0;
-  double snapped_ = 0;  // the grid point of the last step
+  int stepsUnderWay_ = 0;  // the queue may bring the next step while one is sent
+  double snapped_ = 0;     // the grid point of the last step
   std::int32_t enteredFrequency_ = 0;
   bool setting_ = false;
 };

@@ -307,5 +307,19 @@ TEST(FrmMainEnd, APowerCutCostsAMinuteAtMost) {
   EXPECT_NE(rig.StoredText().find("\nTunedFrequency=72070000\n"), std::string::npos);
 }
 
+TEST(FrmMainEnd, ASaveWaitsForAStepThatIsBeingSent) {
+  FrameRig rig;
+  ASSERT_TRUE(rig.Start());
+  rig.VFO().AutoUpdate = true;
+  rig.Click("optPwr(0)");
+  rig.Queue.Post([&] { rig.Click("optPwr(1)"); });  // falls into the frame to the chip
+  rig.Wheel("lbl7Seg(4)", 1);
+  EXPECT_EQ(rig.Storage.Writes, 0);
+  rig.Run(0.2);
+  EXPECT_EQ(rig.Storage.Writes, 1);
+  EXPECT_NE(rig.StoredText().find("\nAutoUpdate=True\n"), std::string::npos);
+  EXPECT_NE(rig.StoredText().find("\nAutoDDSRefresh=True\n"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace quorl::test
