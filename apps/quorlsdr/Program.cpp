@@ -109,6 +109,7 @@ class Program {
     scrollables.GiveFocus = [this](Control& control) { window_->GiveFocus(control.Name()); };
     scrollables.IsShown = [this](const Control& control) { return window_->IsShown(control.Name()); };
     frame_->OnCaption = [this](bool shown) { window_->ShowCaption(shown); };
+    window_->ShowCaption(!frame_->CaptionRemoved());  // the power may have come on with the start
     personalBoxes_.SetWindow(window_.get());
     window_->show();
     frame_->Radio().OnHousekept = [this](double microseconds) { report_.NoteHousekeeping(microseconds); };

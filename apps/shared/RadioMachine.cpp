@@ -91,17 +91,19 @@ Failure RadioMachine::ConnectDemoSound(const RadioMachineOptions& options, Sampl
     if (!names.empty() || !options.Playback.empty()) {
       playbackDevice_ = DeviceNumber(names, options.Playback, "playback", failure);
       if (failure) return failure;
-      sourcedSound_ =
-          std::make_unique<SourcedSoundSystem>(*soundCard_, antenna, Queue(), Time(), kDemoAntenna);
+      ConnectAntenna(*soundCard_, antenna);
       return {};
     }
     notice_ = "no sound card was found: nothing can be heard; --output FILE writes it to a file";
   }
   virtualSound_ = std::make_unique<VirtualSoundSystem>(Queue(), Time());
   virtualSound_->AddPlaybackDevice(kNoLoudspeaker, nullptr);
-  sourcedSound_ =
-      std::make_unique<SourcedSoundSystem>(*virtualSound_, antenna, Queue(), Time(), kDemoAntenna);
+  ConnectAntenna(*virtualSound_, antenna);
   return {};
+}
+
+void RadioMachine::ConnectAntenna(SoundSystem& speakers, SampleSource& antenna) {
+  sourcedSound_ = std::make_unique<SourcedSoundSystem>(speakers, antenna, Queue(), Time(), kDemoAntenna);
 }
 
 Failure RadioMachine::ConnectRadio(const RadioMachineOptions& options) {

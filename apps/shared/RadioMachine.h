@@ -57,6 +57,7 @@ class RadioMachine {
   Failure PutTogether(const RadioMachineOptions& options);
   Failure ConnectDemo(const RadioMachineOptions& options);
   Failure ConnectDemoSound(const RadioMachineOptions& options, SampleSource& antenna);
+  void ConnectAntenna(SoundSystem& speakers, SampleSource& antenna);
   Failure ConnectRadio(const RadioMachineOptions& options);
   SampleSource* AntennaOf(const RadioMachineOptions& options, Failure& failure);
   EventQueue& Queue() { return virtualQueue_ ? static_cast<EventQueue&>(*virtualQueue_) : queue_; }

@@ -62,14 +62,11 @@ double NumberOf(const std::string& text, double least, double most = 2e9) {
   return *number;
 }
 
-// Columns of blanks count as one.
-std::string SingleBlanks(const std::string& text) {
-  std::string result;
-  for (const char character : text) {
-    if (character != ' ' || (!result.empty() && result.back() != ' ')) result += character;
-  }
-  if (!result.empty() && result.back() == ' ') result.pop_back();
-  return result;
+std::vector<std::string> WordsOf(const std::string& text) {
+  std::istringstream in(text);
+  std::vector<std::string> words;
+  for (std::string word; in >> word;) words.push_back(word);
+  return words;
 }
 
 // All words from `from` on, with single blanks between.
@@ -175,9 +172,7 @@ int ScriptRunner::Run(const std::string& text, const std::string& name) {
 }
 
 void ScriptRunner::RunLine(const std::string& line) {
-  std::istringstream in(line);
-  Words words;
-  for (std::string word; in >> word;) words.push_back(word);
+  Words words = WordsOf(line);
   if (words.empty() || words[0][0] == '#') return;
   const std::string name = words[0];
   words.erase(words.begin());
@@ -265,7 +260,7 @@ void ScriptRunner::WaitFor(const Words& words) {
   const Control& control = Find(words[0]);
   const std::string wanted = Rest(Words(words.begin(), words.end() - 1), 1);
   const int patience = static_cast<int>(NumberOf(words.back(), 0.0));
-  if (Pass(patience, [&] { return SingleBlanks(control.Text()) == wanted; })) return;
+  if (Pass(patience, [&] { return Rest(WordsOf(control.Text()), 0) == wanted; })) return;
   throw Mismatch(control.Name() + " did not become '" + wanted + "' in " + words.back() + " ms, it is '" +
                  control.Text() + "'");
 }
@@ -303,7 +298,7 @@ void ScriptRunner::Print(const Words& words) {
 void ScriptRunner::Expect(const Words& words) {
   const Control& control = Find(words[0]);
   const std::string wanted = Rest(words, 1);
-  if (SingleBlanks(control.Text()) == wanted) return;
+  if (Rest(WordsOf(control.Text()), 0) == wanted) return;
   throw Mismatch(control.Name() + " should be '" + wanted + "', it is '" + control.Text() + "'");
 }
 

@@ -91,10 +91,19 @@ bool frmMain::FindBandPlans() {
 void frmMain::optPwr_Click(int index) {
   log_.AddLog("optPwr_click : Start Arg=" + std::to_string(index));
   const bool closes = index == 2 && !switching_;
-  if (index == 2 && switching_) optPwr_->Press(powerWanted_ ? 0 : 1);
-  if (index < 2) SwitchPower(index == 0);
+  if (index < 2) {
+    SwitchPower(index == 0);
+  } else if (!closes) {
+    optPwr_->Press(powerWanted_ ? 0 : 1);
+  }
   log_.AddLog("optPwr_click : End");
   if (closes) OnClose();
+}
+
+void frmMain::RemoveCaption(bool removed) {
+  if (removed == captionRemoved_) return;
+  captionRemoved_ = removed;
+  OnCaption(!removed);
 }
 
 // A click that comes while the power is being switched is carried out when that is done.
@@ -108,7 +117,7 @@ void frmMain::SwitchPower(bool on) {
 void frmMain::PowerOn() {
   on_ = true;
   PaintPower();
-  if (stored_.FormCaptionOffOnPwrOn) OnCaption(false);
+  RemoveCaption(stored_.FormCaptionOffOnPwrOn);
   radio_->Radio.FilterMaker.MakeFilters();
   (*optPwr_)(2).Enabled = false;
   if (!radio_->SoundCard().Prepared()) {
@@ -137,7 +146,7 @@ void frmMain::PowerOff() {
   on_ = false;
   PaintPower();
   (*optPwr_)(2).Enabled = true;
-  if (stored_.FormCaptionOffOnPwrOn) OnCaption(true);
+  RemoveCaption(false);
   SaveNow();
 }
 

@@ -77,6 +77,7 @@ class frmMain {
   ScrollableControls& Scrollables() { return *scrollables_; }
   const std::vector<MainBand>& MainBands() const { return mainBands_; }
   bool IsOn() const { return on_; }
+  bool CaptionRemoved() const { return captionRemoved_; }
 
  private:
   void Log(const char* routine, const std::string& text);
@@ -94,6 +95,7 @@ class frmMain {
   void ConnectHousekeeping();
   void EnableTimers();
   void SwitchPower(bool on);
+  void RemoveCaption(bool removed);
   void PowerOn();
   void PowerOff();
   void PaintPower();
@@ -115,6 +117,7 @@ class frmMain {
   bool on_ = false;
   bool powerWanted_ = false;  // what the last click asked for
   bool switching_ = false;
+  bool captionRemoved_ = false;
   bool unloaded_ = false;
   int loadStep_ = 0;
 

@@ -163,8 +163,6 @@ void frmMain::Form_KeyDown(const Key& key) {
 }
 
 void frmMain::CreateTuningPanel() {
-  ScrollableControl& display = (*scrollables_)(CtlIndex::Frequency);
-  display.NoFocus = false;
   TuningPanelLinks links;
   links.ActivateDisplay = [this] { scrollables_->Point(CtlIndex::Frequency); };
   links.ReviveDisplay = [this] { scrollables_->Revive(CtlIndex::Frequency); };

@@ -18,7 +18,7 @@ class LabelView : public View {
   LabelView(RefreshClock& clock, Label& label, LabelStyle style, const QString& widest = {}, int pixels = 0);
 
   void SetAlignment(Qt::Alignment alignment) { alignment_ = alignment; }
-  // Stands after the number, shown and spoken.
+  // Stands after a left-aligned number, shown and spoken.
   void SetUnit(const QString& unit);
   QAccessible::Role Role() const override;
   QString SpokenName() const override;

@@ -39,10 +39,6 @@ void ScrollableControls::Bind(int index, Label& label, std::function<void()> onC
   label.ToolTip = kHowTo;
   BindKeys(index, label);
   label.MouseMove = [this, index] { Point(index); };
-  label.LostFocus = [this, index] {
-    if (held_ == index) held_ = CtlIndex::None;
-    if (activeCtl_ == index) LeaveControl(index);
-  };
   label.MouseDown = [this, index](MouseButton button) {
     if (button == MouseButton::Right) RestoreDefault(index);
   };
@@ -70,6 +66,8 @@ void ScrollableControls::BindKeys(int index, Control& keys) {
   };
   keys.LostFocus = [this, index] {
     if (held_ == index) held_ = CtlIndex::None;
+    // The frequency stays active: the window brings it the keys that no other control took.
+    if (activeCtl_ == index && index != CtlIndex::Frequency) LeaveControl(index);
   };
 }
 

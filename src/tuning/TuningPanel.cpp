@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::array<const char*, 5> kVFOControlItems{"Cancel", "-", "Set Tuning Rate", "Lock Tune Rate",
                                                       "Unlock Tune rate"};
+
 // Less than any grid: an unlocked dial brings the frequency onto the grid and no further.
 constexpr double kUnlockedDialStep = 0.0001;
 

@@ -76,7 +76,14 @@ TEST(FrmMainPower, TheTitleBarGoesWithThePowerWhereThatIsWanted) {
     rig.Click("optPwr(0)");
     rig.Click("optPwr(1)");
     EXPECT_EQ(shown, wanted ? (std::vector<bool>{false, true}) : std::vector<bool>{});
+    EXPECT_FALSE(rig.Frame().CaptionRemoved());
   }
+}
+
+TEST(FrmMainPower, AWindowOfARadioThatStartsByItselfCanAskForItsTitleBar) {
+  FrameRig rig("[frmMain]\nFormCaptionOffOnPwrOn=True\nAutoStartSDR=True\n");
+  ASSERT_TRUE(rig.Start());
+  EXPECT_TRUE(rig.Frame().CaptionRemoved());
 }
 
 TEST_F(FrmMainRadio, EveryModeAndFilterHasItsAudio) {
