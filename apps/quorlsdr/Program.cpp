@@ -141,6 +141,7 @@ class Program {
       return GrabShot(*window_, path, scale);
     };
     hooks.Answer = [this](std::string answer) { boxes_.AddAnswer(std::move(answer)); };
+    QApplication::processEvents();  // the window becomes active before the first gesture, not after it
     ScriptRunner runner(frame_->Controls(), machine_->Parts().Queue, machine_->Parts().Time, hooks,
                         std::cout);
     runner.Verbose = options_.Verbose;
