@@ -14,9 +14,9 @@
 #include <random>
 #include <vector>
 
-#include "core/Receiver.h"
-#include "dsp/VectorKernel.h"
+#include "dsp/kernel/VectorKernel.h"
 #include "platform/virtual/VirtualClock.h"
+#include "receiver/Receiver.h"
 
 namespace quorl {
 namespace {

@@ -4,9 +4,9 @@
 #include <vector>
 
 #include "Commands.h"
-#include "platform/linux/LinuxEventQueue.h"
-#include "platform/linux/RtAudioSoundSystem.h"
-#include "platform/linux/SerialPortList.h"
+#include "platform/linux/lines/SerialPortList.h"
+#include "platform/linux/sound/RtAudioSoundSystem.h"
+#include "platform/linux/system/LinuxEventQueue.h"
 
 namespace quorl::cli {
 namespace {

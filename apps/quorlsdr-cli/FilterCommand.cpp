@@ -13,8 +13,8 @@
 #include "Commands.h"
 #include "Fault.h"
 #include "OptionText.h"
-#include "dsp/KernelSettings.h"
-#include "dsp/clsFFTFilter.h"
+#include "dsp/filters/clsFFTFilter.h"
+#include "dsp/kernel/KernelSettings.h"
 #include "recorder/StreamIo.h"
 #include "state/PublicConstants.h"
 

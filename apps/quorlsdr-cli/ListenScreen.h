@@ -8,7 +8,7 @@
 #include <string>
 
 #include "core/LiveRadio.h"
-#include "platform/linux/LinuxEventQueue.h"
+#include "platform/linux/system/LinuxEventQueue.h"
 
 namespace quorl::cli {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "OptionText.h"
-#include "core/Receiver.h"
+#include "receiver/Receiver.h"
 
 namespace quorl::cli {
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/Receiver.h"
-#include "platform/linux/LinuxClock.h"
+#include "platform/linux/system/LinuxClock.h"
+#include "receiver/Receiver.h"
 #include "support/Rounding.h"
 
 namespace quorl::cli {

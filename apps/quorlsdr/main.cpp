@@ -4,7 +4,7 @@
 
 #include "CLI/CLI.hpp"
 #include "Program.h"
-#include "desktop/Application.h"
+#include "desktop/window/Application.h"
 
 namespace {
 

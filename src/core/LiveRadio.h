@@ -8,8 +8,8 @@
 #include <string>
 
 #include "controls/Timer.h"
-#include "core/Receiver.h"
 #include "platform/Machine.h"
+#include "receiver/Receiver.h"
 #include "sound/QUORLDX8.h"
 #include "sound/SoundEvents.h"
 #include "sound/frmDX8Events.h"

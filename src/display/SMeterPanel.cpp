@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "dsp/VectorKernel.h"
+#include "dsp/kernel/VectorKernel.h"
 #include "support/Decibels.h"
 #include "support/Picture.h"
 #include "support/Rounding.h"

@@ -1,7 +1,7 @@
 // The AGC: on or off, its presets, and the two times that make a preset.
 #pragma once
 
-#include "dsp/AGC.h"
+#include "dsp/chain/AGC.h"
 #include "reception/PanelContext.h"
 
 namespace quorl {

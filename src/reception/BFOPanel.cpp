@@ -1,6 +1,6 @@
 #include "reception/BFOPanel.h"
 
-#include "dsp/VariableFilters.h"
+#include "dsp/chain/VariableFilters.h"
 #include "support/ScopedFlag.h"
 
 namespace quorl {

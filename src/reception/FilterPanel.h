@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "dsp/VariableFilters.h"
+#include "dsp/chain/VariableFilters.h"
 #include "reception/IFFilterPanel.h"
 #include "reception/PanelContext.h"
 

@@ -1,6 +1,6 @@
 #include "reception/NBPanel.h"
 
-#include "dsp/NoiseBlanker.h"
+#include "dsp/chain/NoiseBlanker.h"
 #include "support/Picture.h"
 #include "support/ScopedFlag.h"
 

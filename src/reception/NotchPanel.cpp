@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "dsp/VariableFilters.h"
+#include "dsp/chain/VariableFilters.h"
 #include "support/Picture.h"
 #include "support/ScopedFlag.h"
 

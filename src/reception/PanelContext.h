@@ -6,7 +6,7 @@
 
 #include "controls/ControlRegistry.h"
 #include "controls/Controls.h"
-#include "dsp/FilterBank.h"
+#include "dsp/filters/FilterBank.h"
 #include "interaction/PanelColours.h"
 #include "interaction/ScrollableControls.h"
 #include "state/PublicConstants.h"

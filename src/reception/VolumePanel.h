@@ -1,7 +1,7 @@
 // The output level: attenuation in the sound card below the middle, gain in software above.
 #pragma once
 
-#include "dsp/AGC.h"
+#include "dsp/chain/AGC.h"
 #include "reception/PanelContext.h"
 
 namespace quorl {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "dsp/VectorKernel.h"
+#include "dsp/kernel/VectorKernel.h"
 #include "sound/FindDevice.h"
 #include "sound/frmDX8Events.h"
 #include "support/Product.h"

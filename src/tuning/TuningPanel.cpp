@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "dsp/VariableFilters.h"
+#include "dsp/chain/VariableFilters.h"
 #include "state/PublicConstants.h"
 #include "support/Picture.h"
 #include "tuning/TuneStepTexts.h"

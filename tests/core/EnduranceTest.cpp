@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "core/ChainRig.h"
+#include "receiver/ChainRig.h"
 #include "sound/AllocationCounter.h"
 
 namespace quorl::test {

@@ -10,8 +10,8 @@
 #include <QWheelEvent>
 
 #include "DesktopTest.h"
-#include "desktop/Binder.h"
-#include "desktop/PanelWindow.h"
+#include "desktop/views/Binder.h"
+#include "desktop/window/PanelWindow.h"
 
 namespace quorl {
 namespace {

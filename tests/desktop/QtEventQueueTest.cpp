@@ -1,5 +1,5 @@
 // Tasks, timers and signals on the event loop of Qt.
-#include "desktop/QtEventQueue.h"
+#include "desktop/qt/QtEventQueue.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "DesktopTest.h"
-#include "desktop/QtDialogs.h"
+#include "desktop/qt/QtDialogs.h"
 
 namespace quorl {
 namespace {

@@ -9,9 +9,9 @@
 #include <set>
 
 #include "DesktopTest.h"
-#include "desktop/PanelWindow.h"
-#include "desktop/Shot.h"
-#include "desktop/SidePanels.h"
+#include "desktop/window/PanelWindow.h"
+#include "desktop/window/Shot.h"
+#include "desktop/window/SidePanels.h"
 
 namespace quorl {
 namespace {

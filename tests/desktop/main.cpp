@@ -3,7 +3,7 @@
 
 #include <QApplication>
 
-#include "desktop/Application.h"
+#include "desktop/window/Application.h"
 
 int main(int count, char** arguments) {
   testing::InitGoogleTest(&count, arguments);

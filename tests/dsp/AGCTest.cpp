@@ -1,5 +1,5 @@
 // Gain, ramp, volume and limiter of the chain's last stage.
-#include "dsp/AGC.h"
+#include "dsp/chain/AGC.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The demodulators' own arithmetic, with filters that pass everything.
-#include "dsp/Demodulators.h"
+#include "dsp/chain/Demodulators.h"
 
 #include <gtest/gtest.h>
 

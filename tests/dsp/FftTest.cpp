@@ -4,8 +4,8 @@
 #include <string>
 
 #include "dsp/Signals.h"
-#include "dsp/clsFFT.h"
-#include "dsp/clsFFTReal.h"
+#include "dsp/fft/clsFFT.h"
+#include "dsp/fft/clsFFTReal.h"
 
 namespace quorl::test {
 namespace {

@@ -1,9 +1,9 @@
 // One filter object with its settings, for tests of convolution and design.
 #pragma once
 
-#include "dsp/FilterDesign.h"
 #include "dsp/Signals.h"
-#include "dsp/clsFFTFilter.h"
+#include "dsp/filters/FilterDesign.h"
+#include "dsp/filters/clsFFTFilter.h"
 
 namespace quorl::test {
 

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "dsp/FilterRig.h"
-#include "dsp/VectorKernel.h"
+#include "dsp/kernel/VectorKernel.h"
 
 namespace quorl::test {
 namespace {

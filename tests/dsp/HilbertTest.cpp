@@ -1,5 +1,5 @@
 // The Hilbert transformer and its matching delay.
-#include "dsp/clHilbert.h"
+#include "dsp/filters/clHilbert.h"
 
 #include <gtest/gtest.h>
 

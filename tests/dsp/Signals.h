@@ -12,7 +12,7 @@
 #include <span>
 #include <vector>
 
-#include "dsp/SampleBuffer.h"
+#include "dsp/kernel/SampleBuffer.h"
 
 namespace quorl::test {
 

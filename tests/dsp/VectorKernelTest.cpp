@@ -1,5 +1,5 @@
 // Every routine of the vector kernel against plain double arithmetic, in every instruction set at hand.
-#include "dsp/VectorKernel.h"
+#include "dsp/kernel/VectorKernel.h"
 
 #include <gtest/gtest.h>
 

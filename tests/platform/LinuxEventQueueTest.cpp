@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxEventQueue.h"
+#include "platform/linux/system/LinuxEventQueue.h"
 
 #include <gtest/gtest.h>
 #include <signal.h>

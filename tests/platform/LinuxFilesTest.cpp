@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxFiles.h"
+#include "platform/linux/system/LinuxFiles.h"
 
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -11,9 +11,9 @@
 #include <random>
 
 #include "platform/ScratchDirectory.h"
-#include "platform/linux/ApplicationFolder.h"
-#include "platform/linux/LinuxInstanceLock.h"
-#include "platform/linux/UserDirectories.h"
+#include "platform/linux/system/ApplicationFolder.h"
+#include "platform/linux/system/LinuxInstanceLock.h"
+#include "platform/linux/system/UserDirectories.h"
 
 namespace quorl {
 namespace {

@@ -12,10 +12,10 @@
 #include <thread>
 
 #include "platform/ScratchDirectory.h"
-#include "platform/linux/LinuxClock.h"
-#include "platform/linux/LinuxPrinterPort.h"
-#include "platform/linux/LinuxProcesses.h"
-#include "platform/linux/TerminalDialogs.h"
+#include "platform/linux/lines/LinuxPrinterPort.h"
+#include "platform/linux/system/LinuxClock.h"
+#include "platform/linux/system/LinuxProcesses.h"
+#include "platform/linux/system/TerminalDialogs.h"
 
 namespace quorl {
 namespace {

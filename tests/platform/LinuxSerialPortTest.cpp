@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxSerialPort.h"
+#include "platform/linux/lines/LinuxSerialPort.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -16,9 +16,9 @@
 #include <thread>
 
 #include "platform/ScratchDirectory.h"
-#include "platform/linux/FileHandle.h"
-#include "platform/linux/LinuxEventQueue.h"
-#include "platform/linux/SerialPortList.h"
+#include "platform/linux/lines/SerialPortList.h"
+#include "platform/linux/system/FileHandle.h"
+#include "platform/linux/system/LinuxEventQueue.h"
 
 namespace quorl {
 namespace {

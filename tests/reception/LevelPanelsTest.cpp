@@ -1,7 +1,7 @@
 // Noise blanker, AGC and volume: one value under label, slider and dial.
 #include <cmath>
 
-#include "dsp/NoiseBlanker.h"
+#include "dsp/chain/NoiseBlanker.h"
 #include "reception/ReceptionRig.h"
 
 namespace quorl {

@@ -6,8 +6,8 @@
 #include <functional>
 #include <string>
 
-#include "dsp/AnalyserTap.h"
-#include "dsp/KernelSettings.h"
+#include "dsp/chain/AnalyserTap.h"
+#include "dsp/kernel/KernelSettings.h"
 #include "reception/AGCPanel.h"
 #include "reception/BFOPanel.h"
 #include "reception/DemodPanel.h"

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "core/Receiver.h"
+#include "receiver/Receiver.h"
 #include "sim/Bench.h"
 #include "sim/SimTestSupport.h"
 

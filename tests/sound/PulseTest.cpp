@@ -10,8 +10,8 @@
 #include <numbers>
 #include <thread>
 
-#include "platform/linux/LinuxEventQueue.h"
-#include "platform/linux/RtAudioSoundSystem.h"
+#include "platform/linux/sound/RtAudioSoundSystem.h"
+#include "platform/linux/system/LinuxEventQueue.h"
 #include "platform/virtual/VirtualDialogs.h"
 #include "sound/FindDevice.h"
 #include "sound/PulseServer.h"

@@ -6,8 +6,8 @@
 #include <numeric>
 #include <thread>
 
-#include "platform/StreamCaptureBuffer.h"
-#include "platform/StreamPlaybackBuffer.h"
+#include "platform/streams/StreamCaptureBuffer.h"
+#include "platform/streams/StreamPlaybackBuffer.h"
 #include "sound/AllocationCounter.h"
 #include "sound/SoundBench.h"
 

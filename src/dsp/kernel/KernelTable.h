@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "dsp/FftPlan.h"
+#include "dsp/kernel/FftPlan.h"
 
 namespace quorl {
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <utility>
 
-#include "platform/StreamCaptureBuffer.h"
+#include "platform/streams/StreamCaptureBuffer.h"
 
 namespace quorl {
 namespace {

@@ -11,7 +11,7 @@
 #include "platform/EventQueue.h"
 #include "platform/SampleSource.h"
 #include "platform/SoundSystem.h"
-#include "platform/StreamEvents.h"
+#include "platform/streams/StreamEvents.h"
 
 namespace quorl {
 

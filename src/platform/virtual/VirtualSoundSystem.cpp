@@ -5,8 +5,8 @@
 #include <cmath>
 #include <limits>
 
-#include "platform/StreamCaptureBuffer.h"
-#include "platform/StreamPlaybackBuffer.h"
+#include "platform/streams/StreamCaptureBuffer.h"
+#include "platform/streams/StreamPlaybackBuffer.h"
 
 namespace quorl {
 namespace {

@@ -1,0 +1,141 @@
+#include "desktop/views/Binder.h"
+
+#include <QCursor>
+#include <QMenu>
+
+#include "desktop/views/Skin.h"
+
+namespace quorl {
+
+Binder::Binder(const ControlRegistry& registry, RefreshClock& clock, Logger log)
+    : registry_(registry), clock_(clock), log_(std::move(log)) {}
+
+FaceView* Binder::Button(const std::string& name) {
+  auto* control = Find<CommandButton>(name);
+  return control ? new FaceView(clock_, *control) : nullptr;
+}
+
+FaceView* Binder::Toggle(const std::string& name) {
+  auto* control = Find<CheckBox>(name);
+  return control ? new FaceView(clock_, *control) : nullptr;
+}
+
+std::vector<FaceView*> Binder::Options(const std::string& name, int count) {
+  std::vector<FaceView*> views;
+  for (int i = 0; i < count; ++i) {
+    if (auto* control = Find<OptionButton>(IndexedName(name, i)))
+      views.push_back(new FaceView(clock_, *control));
+  }
+  for (std::size_t i = 0; i < views.size(); ++i) {
+    views[i]->SetNeighbours(i > 0 ? views[i - 1] : nullptr, i + 1 < views.size() ? views[i + 1] : nullptr);
+  }
+  return views;
+}
+
+LabelView* Binder::Word(const std::string& name, const QString& widest, int pixels) {
+  auto* control = Find<Label>(name);
+  return control ? new LabelView(clock_, *control, LabelStyle::Word, widest, pixels) : nullptr;
+}
+
+LabelView* Binder::Value(const std::string& name, const QString& widest) {
+  auto* control = Find<Label>(name);
+  return control ? new LabelView(clock_, *control, LabelStyle::Value, widest) : nullptr;
+}
+
+LabelView* Binder::Reading(const std::string& name, const QString& widest, int pixels) {
+  auto* control = Find<Label>(name);
+  return control ? new LabelView(clock_, *control, LabelStyle::Reading, widest, pixels) : nullptr;
+}
+
+KnobView* Binder::Knob(const std::string& name, int diameter) {
+  auto* control = Find<Dial>(name);
+  return control ? new KnobView(clock_, *control, diameter) : nullptr;
+}
+
+SliderView* Binder::Slide(const std::string& name, int width) {
+  auto* control = Find<Slider>(name);
+  return control ? new SliderView(clock_, *control, width) : nullptr;
+}
+
+ChoiceView* Binder::Choice(const std::string& name, int width) {
+  auto* control = Find<ComboBox>(name);
+  return control ? new ChoiceView(clock_, *control, width) : nullptr;
+}
+
+PopupListView* Binder::PopupList(const std::string& name, QWidget* anchor) {
+  auto* control = Find<ComboBox>(name);
+  return control && anchor ? new PopupListView(clock_, *control, anchor) : nullptr;
+}
+
+ListView* Binder::List(const std::string& name) {
+  auto* control = Find<ListBox>(name);
+  return control ? new ListView(clock_, *control) : nullptr;
+}
+
+TextView* Binder::Text(const std::string& name, int width) {
+  auto* control = Find<TextBox>(name);
+  return control ? new TextView(clock_, *control, width) : nullptr;
+}
+
+SymbolView* Binder::Sign(const std::string& name, Symbol symbol) {
+  auto* control = Find<Picture>(name);
+  return control ? new SymbolView(clock_, *control, symbol) : nullptr;
+}
+
+FrequencyView* Binder::Frequency(const std::string& surface, const std::string& digits) {
+  std::array<Label*, FrequencyView::kDigits> labels{};
+  for (int i = 0; i < FrequencyView::kDigits; ++i) {
+    labels[static_cast<std::size_t>(i)] = Find<Label>(IndexedName(digits, i));
+  }
+  auto* control = Find<Picture>(surface);
+  return control ? new FrequencyView(clock_, *control, labels) : nullptr;
+}
+
+SMeterView* Binder::SMeter(const std::string& surface, const std::string& elements, int count,
+                           const std::string& reading) {
+  std::vector<Control*> bar;
+  for (int i = 0; i < count; ++i) {
+    if (auto* element = Find<Control>(IndexedName(elements, i))) bar.push_back(element);
+  }
+  auto* control = Find<Picture>(surface);
+  auto* label = dynamic_cast<Label*>(registry_.Find(reading));
+  return control ? new SMeterView(clock_, *control, std::move(bar), label) : nullptr;
+}
+
+void Binder::PopupMenu(const std::string& name, QWidget* window) {
+  auto* control = Find<Menu>(name);
+  if (!control) return;
+  control->OnPopup = [control, window] {
+    auto* menu = new QMenu(window);
+    menu->setFont(skin::WordFont());
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (int i = 0; i < static_cast<int>(control->Captions().size()); ++i) {
+      const QString caption = QString::fromStdString(control->Captions()[static_cast<std::size_t>(i)]);
+      if (caption == "-") {
+        menu->addSeparator();
+      } else {
+        QObject::connect(menu->addAction(caption), &QAction::triggered, window,
+                         [control, i] { control->UserChoose(i); });
+      }
+    }
+    menu->popup(QCursor::pos());
+  };
+  QObject::connect(window, &QObject::destroyed, [control] { control->OnPopup = nullptr; });
+}
+
+CardView* Binder::Card(const std::string& frame, const QString& title, CardView::Title shown) {
+  Frame* control = frame.empty() ? nullptr : Find<Frame>(frame);
+  return new CardView(clock_, control ? *control : StandIn(), title, shown);
+}
+
+Frame& Binder::StandIn() {
+  const std::string name = "card(" + std::to_string(ownFrames_.size()) + ")";
+  Frame& frame = *ownFrames_.emplace_back(std::make_unique<Frame>(ownRegistry_, name));
+  // A card without a frame of the panel's is its ground.
+  frame.MouseMove = [this] {
+    if (const Control* ground = registry_.Find("frmMain")) Raise(ground->MouseMove);
+  };
+  return frame;
+}
+
+}  // namespace quorl

@@ -1,0 +1,76 @@
+// Binds controls to views by name: one line a control.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "controls/ControlRegistry.h"
+#include "desktop/views/CardView.h"
+#include "desktop/views/ChoiceView.h"
+#include "desktop/views/FaceView.h"
+#include "desktop/views/FieldViews.h"
+#include "desktop/views/FrequencyView.h"
+#include "desktop/views/KnobView.h"
+#include "desktop/views/LabelView.h"
+#include "desktop/views/RefreshClock.h"
+#include "desktop/views/SMeterView.h"
+#include "desktop/views/SliderView.h"
+
+namespace quorl {
+
+// A control that isn't there, or is of another kind, gives one line to the log, and a null view: the window
+// goes on without it. Views belong to the Qt parent that they are put into.
+class Binder {
+ public:
+  using Logger = std::function<void(const std::string&)>;
+
+  Binder(const ControlRegistry& registry, RefreshClock& clock, Logger log);
+
+  FaceView* Button(const std::string& name);
+  FaceView* Toggle(const std::string& name);
+  // name(0) .. name(count-1), of which some may be missing.
+  std::vector<FaceView*> Options(const std::string& name, int count);
+  LabelView* Word(const std::string& name, const QString& widest = {}, int pixels = 0);
+  LabelView* Value(const std::string& name, const QString& widest);
+  LabelView* Reading(const std::string& name, const QString& widest, int pixels = 0);
+  KnobView* Knob(const std::string& name, int diameter);
+  SliderView* Slide(const std::string& name, int width);
+  ChoiceView* Choice(const std::string& name, int width);
+  PopupListView* PopupList(const std::string& name, QWidget* anchor);
+  ListView* List(const std::string& name);
+  TextView* Text(const std::string& name, int width);
+  SymbolView* Sign(const std::string& name, Symbol symbol);
+  // `surface` takes the keys; the digits are the labels `digits`(0) .. (8).
+  FrequencyView* Frequency(const std::string& surface, const std::string& digits);
+  SMeterView* SMeter(const std::string& surface, const std::string& elements, int count,
+                     const std::string& reading);
+  // Pops up at the pointer when the control asks for it.
+  void PopupMenu(const std::string& name, QWidget* window);
+  // A card always comes: without a frame of that name it has one of its own.
+  CardView* Card(const std::string& frame, const QString& title,
+                 CardView::Title shown = CardView::Title::Shown);
+
+  template <class C>
+  C* Find(const std::string& name);
+
+ private:
+  Frame& StandIn();
+
+  const ControlRegistry& registry_;
+  RefreshClock& clock_;
+  Logger log_;
+  ControlRegistry ownRegistry_;
+  std::vector<std::unique_ptr<Frame>> ownFrames_;
+};
+
+template <class C>
+C* Binder::Find(const std::string& name) {
+  Control* control = registry_.Find(name);
+  C* wanted = dynamic_cast<C*>(control);
+  if (!wanted) log_("Window: " + name + (control ? " is of another kind" : " is not on the panel"));
+  return wanted;
+}
+
+}  // namespace quorl

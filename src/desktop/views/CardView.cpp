@@ -1,0 +1,68 @@
+#include "desktop/views/CardView.h"
+
+#include <QPainter>
+
+#include "desktop/views/Skin.h"
+
+namespace quorl {
+
+namespace {
+
+constexpr int kTitleHeight = 20, kPadding = 12;
+
+}  // namespace
+
+CardView::CardView(RefreshClock& clock, Frame& frame, const QString& title, Title shown)
+    : View(clock, frame), frame_(frame), title_(title), rows_(new QVBoxLayout(this)) {
+  rows_->setContentsMargins(kPadding, skin::kGrid, kPadding, skin::kGrid);
+  rows_->setSpacing(4);
+  rows_->addStretch(1);
+  SetSizes(QSizePolicy::Preferred, QSizePolicy::Preferred, false);
+  if (shown == Title::None) return;
+  titleRow_ = new QHBoxLayout;
+  titleRow_->setSpacing(4);
+  // A row without a widget would be left out, with its height and its spacing.
+  auto* place = new QWidget(this);
+  place->setAttribute(Qt::WA_TransparentForMouseEvents);
+  place->setFixedHeight(kTitleHeight);
+  titleRow_->addWidget(place, 1);
+  rows_->insertLayout(0, titleRow_);
+}
+
+QHBoxLayout* CardView::AddRow(int stretch) {
+  auto* row = new QHBoxLayout;
+  row->setSpacing(4);
+  rows_->insertLayout(rows_->count() - 1, row, stretch);
+  if (stretch > 0) rows_->setStretch(rows_->count() - 1, 0);
+  return row;
+}
+
+QString CardView::TitleText() const {
+  const std::string& caption = frame_.Caption();
+  return caption.empty() ? title_ : QString::fromStdString(caption).remove('&');
+}
+
+QString CardView::SpokenName() const {
+  const std::string& own = frame_.AccessibleName();
+  return own.empty() ? TitleText() : QString::fromStdString(own);
+}
+
+void CardView::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QColor ink = skin::ColourOf(frame_.ForeColour(), skin::kQuietInk);
+  // Only a colour that calls for attention tints the edge.
+  const double tint = ink.hsvSaturationF() > 0.6F ? 0.30 : 0.0;
+  const QColor ground = skin::Mixed(QColor(skin::kCard), skin::ColourOf(frame_.BackColour()),
+                                    frame_.BackColour() == 0 ? 0 : 0.5);
+  painter.setPen(QPen(skin::Mixed(QColor(skin::kCardEdge), ink, tint), 1));
+  painter.setBrush(ground);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 6, 6);
+  if (!titleRow_) return;
+  painter.setFont(skin::TitleFont());
+  painter.setPen(ink);
+  painter.drawText(QRect(kPadding, skin::kGrid, width() - 2 * kPadding, kTitleHeight),
+                   Qt::AlignLeft | Qt::AlignVCenter, TitleText().toUpper());
+}
+
+}  // namespace quorl

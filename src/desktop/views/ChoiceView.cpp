@@ -1,0 +1,119 @@
+#include "desktop/views/ChoiceView.h"
+
+#include <QMenu>
+#include <QPainter>
+#include <QTimer>
+
+#include "desktop/views/Skin.h"
+
+namespace quorl {
+
+QMenu* MakeItemMenu(ComboBox& box, QWidget* parent) {
+  auto* menu = new QMenu(parent);
+  menu->setFont(skin::WordFont());
+  const auto count = static_cast<int>(box.Items().size());
+  for (int i = 0; i < count; ++i) {
+    QString text = QString::fromStdString(box.Items()[static_cast<std::size_t>(i)]);
+    QAction* action = menu->addAction(text.replace('&', QStringLiteral("&&")));
+    action->setCheckable(true);
+    action->setChecked(i == box.ListIndex());
+    QObject::connect(action, &QAction::triggered, menu, [&box, i] { box.UserSet(std::to_string(i)); });
+    if (i == box.ListIndex()) menu->setActiveAction(action);
+  }
+  return menu;
+}
+
+ChoiceView::ChoiceView(RefreshClock& clock, ComboBox& box, int width)
+    : View(clock, box), box_(box), width_(width) {
+  setFocusPolicy(Qt::StrongFocus);
+  SetSizes(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+void ChoiceView::Press() {
+  if (!box_.Enabled() || box_.Items().empty()) return;
+  QMenu* menu = MakeItemMenu(box_, this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  menu->setMinimumWidth(width());
+  menu->popup(mapToGlobal(QPoint(0, height() + 2)));
+}
+
+void ChoiceView::Step(int steps) {
+  const int last = static_cast<int>(box_.Items().size()) - 1;
+  const int item = std::clamp(box_.ListIndex() - steps, 0, std::max(last, 0));
+  if (last >= 0 && item != box_.ListIndex()) box_.UserSet(std::to_string(item));
+}
+
+bool ChoiceView::OnKey(int code, Modifiers with) {
+  if (code == Key::Space || code == 13 || (code == Key::Down && with.Alt)) {
+    Press();
+  } else if (code == Key::Up || code == Key::Down) {
+    Step(code == Key::Up ? 1 : -1);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+bool ChoiceView::OnWheel(int notches, Modifiers) {
+  Step(notches);
+  return true;
+}
+
+void ChoiceView::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  if (!isEnabled()) painter.setOpacity(skin::kDisabledOpacity);
+  const QColor hue = skin::ColourOf(skin::kUnselected);
+  painter.setPen(QPen(skin::Mixed(QColor(skin::kFace), hue, 0.45), 1));
+  painter.setBrush(skin::Mixed(QColor(skin::kFace), hue, IsHovered() ? 0.14 : 0.03));
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), skin::kRadius, skin::kRadius);
+  painter.setFont(skin::WordFont());
+  painter.setPen(QColor(skin::kInk));
+  painter.drawText(rect().adjusted(8, 0, -20, 0), Qt::AlignLeft | Qt::AlignVCenter,
+                   QString::fromStdString(box_.Text()));
+  painter.setPen(QPen(hue, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  const QPointF tip(width() - 12, height() / 2.0 + 2);
+  const QPointF arrow[] = {tip + QPointF(-4, -4), tip, tip + QPointF(4, -4)};
+  painter.drawPolyline(arrow, 3);
+}
+
+PopupListView::PopupListView(RefreshClock& clock, ComboBox& box, QWidget* anchor)
+    : View(clock, box, anchor->window()), box_(box), anchor_(anchor) {
+  resize(0, 0);
+  hide();
+}
+
+PopupListView::~PopupListView() {
+  delete menu_;
+}
+
+void PopupListView::TakeOver() {
+  if (box_.Visible() && !menu_) {
+    Open();
+  } else if (!box_.Visible() && menu_) {
+    menu_->close();
+  }
+}
+
+void PopupListView::Open() {
+  if (!anchor_ || !anchor_->isVisible() || box_.Items().empty()) return;
+  menu_ = MakeItemMenu(box_, anchor_);
+  QObject::connect(menu_, &QMenu::aboutToHide, this, [this] {
+    // The chosen item is only told after the menu has closed, and an invisible control takes no choice.
+    QTimer::singleShot(0, this, [this] {
+      if (menu_) menu_->deleteLater();
+      menu_ = nullptr;
+      if (!box_.Visible()) return;
+      if (box_.LostFocus) {
+        box_.LostFocus();
+      } else {
+        Raise(box_.KeyDown, Key{Key::Escape, {}});
+      }
+    });
+  });
+  auto* named = anchor_->window()->findChild<QWidget*>(QString::fromStdString(box_.Tag()));
+  const QWidget* under = named ? named : anchor_.data();
+  menu_->popup(under->mapToGlobal(QPoint(0, under->height())));
+}
+
+}  // namespace quorl

@@ -1,0 +1,55 @@
+// Choosing one of several: a field that opens its list, and a list that comes up by itself.
+#pragma once
+
+#include <QMenu>
+#include <QPointer>
+
+#include "controls/Controls.h"
+#include "desktop/views/View.h"
+
+namespace quorl {
+
+// A menu of the items with the chosen one ticked; the caller owns it. Choosing goes to the control.
+QMenu* MakeItemMenu(ComboBox& box, QWidget* parent);
+
+class ChoiceView : public View {
+ public:
+  ChoiceView(RefreshClock& clock, ComboBox& box, int width);
+
+  QAccessible::Role Role() const override { return QAccessible::ComboBox; }
+  void Press() override;
+  void Step(int steps) override;
+  QSize sizeHint() const override { return {width_, 24}; }
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  bool OnKey(int code, Modifiers with) override;
+  bool OnWheel(int notches, Modifiers with) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  ComboBox& box_;
+  int width_;
+};
+
+// A combo box that its panel makes visible for one choice: the list then opens under the view of the control
+// that the box has in its tag, or else under `anchor`. Closing it without a choice is what the control hears
+// as Escape and as the loss of the focus.
+class PopupListView : public View {
+ public:
+  PopupListView(RefreshClock& clock, ComboBox& box, QWidget* anchor);
+  ~PopupListView() override;
+
+  QAccessible::Role Role() const override { return QAccessible::PopupMenu; }
+  void TakeOver() override;
+  QMenu* OpenMenu() const { return menu_; }
+
+ private:
+  void Open();
+
+  ComboBox& box_;
+  QPointer<QWidget> anchor_;
+  QPointer<QMenu> menu_;
+};
+
+}  // namespace quorl

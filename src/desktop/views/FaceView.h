@@ -1,0 +1,44 @@
+// Buttons: a command, a lit toggle, one of several options, a picture to click.
+#pragma once
+
+#include "controls/Controls.h"
+#include "desktop/views/View.h"
+
+namespace quorl {
+
+// A face with its caption. What the control is decides the rest: a CheckBox or OptionButton that is on is
+// filled with its colour and has dark text; off, its colour is a thin border and the text.
+class FaceView : public View {
+ public:
+  FaceView(RefreshClock& clock, CommandButton& button);
+  FaceView(RefreshClock& clock, CheckBox& box);
+  FaceView(RefreshClock& clock, OptionButton& option);
+
+  // Arrow keys press the neighbours in the group.
+  void SetNeighbours(FaceView* previous, FaceView* next);
+  // Narrower than the other buttons, for a card's title row.
+  void SetSmall();
+
+  QAccessible::Role Role() const override;
+  QString SpokenValue() const override;
+  bool IsChecked() const override;
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  QString Caption() const override;
+  bool OnKey(int code, Modifiers with) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  FaceView(RefreshClock& clock, Control& control);
+
+  CommandButton* button_ = nullptr;
+  CheckBox* box_ = nullptr;
+  OptionButton* option_ = nullptr;
+  FaceView* previous_ = nullptr;
+  FaceView* next_ = nullptr;
+  bool small_ = false;
+};
+
+}  // namespace quorl

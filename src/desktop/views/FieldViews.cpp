@@ -1,0 +1,101 @@
+#include "desktop/views/FieldViews.h"
+
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include "desktop/views/Skin.h"
+
+namespace quorl {
+
+namespace {
+
+void Fill(QWidget* view, QWidget* inner) {
+  auto* layout = new QVBoxLayout(view);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(inner);
+  view->setFocusProxy(inner);
+}
+
+}  // namespace
+
+ListView::ListView(RefreshClock& clock, ListBox& list)
+    : View(clock, list), list_(list), lines_(new QListWidget(this)) {
+  Fill(this, lines_);
+  lines_->setFont(skin::NumberFont(11));
+  lines_->setUniformItemSizes(true);
+  QObject::connect(lines_, &QListWidget::currentRowChanged, this, [this](int row) {
+    if (!takingOver_ && row >= 0) list_.UserSet(std::to_string(row));
+  });
+}
+
+void ListView::TakeOver() {
+  View::TakeOver();
+  takingOver_ = true;
+  const std::vector<std::string>& items = list_.Items();
+  const auto count = static_cast<int>(items.size());
+  const auto textOf = [&](int row) { return QString::fromStdString(items[static_cast<std::size_t>(row)]); };
+  const int standing = lines_->count();
+  const bool same = standing <= count && (standing == 0 || lines_->item(0)->text() == textOf(0)) &&
+                    (standing == 0 || lines_->item(standing - 1)->text() == textOf(standing - 1));
+  if (!same) lines_->clear();
+  for (int row = lines_->count(); row < count; ++row) lines_->addItem(textOf(row));
+  lines_->setCurrentRow(list_.ListIndex());
+  if (list_.ListIndex() >= 0) lines_->scrollToItem(lines_->item(list_.ListIndex()));
+  lines_->setAccessibleName(SpokenName());
+  takingOver_ = false;
+}
+
+TextView::TextView(RefreshClock& clock, TextBox& text, int width)
+    : View(clock, text), text_(text), width_(width), line_(new QLineEdit(this)) {
+  Fill(this, line_);
+  line_->setFont(skin::WordFont());
+  QObject::connect(line_, &QLineEdit::textEdited, this,
+                   [this](const QString& typed) { text_.UserSet(typed.toStdString()); });
+}
+
+void TextView::TakeOver() {
+  View::TakeOver();
+  const QString value = QString::fromStdString(text_.Value());
+  if (line_->text() != value) line_->setText(value);
+  line_->setAccessibleName(SpokenName());
+}
+
+SymbolView::SymbolView(RefreshClock& clock, Picture& picture, Symbol symbol)
+    : View(clock, picture), picture_(picture), symbol_(symbol) {
+  SetSizes(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  if (picture.DblClick) setFocusPolicy(Qt::TabFocus);
+}
+
+void SymbolView::Press() {
+  if (picture_.Enabled() && picture_.Visible()) Raise(picture_.DblClick);
+}
+
+bool SymbolView::OnKey(int code, Modifiers) {
+  if (code != Key::Space && code != 13) return false;
+  Press();
+  return true;
+}
+
+void SymbolView::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QColor ink = skin::ColourOf(picture_.ForeColour(), skin::kOver);
+  const QPointF middle = QRectF(rect()).center();
+  if (symbol_ == Symbol::None) {
+    painter.setFont(skin::WordFont());
+    painter.setPen(ink);
+    painter.drawText(rect(), Qt::AlignCenter, QString::fromStdString(picture_.Caption()));
+    return;
+  }
+  painter.setPen(QPen(ink, 1.6));
+  painter.drawArc(QRectF(middle.x() - 3.2, middle.y() - 7, 6.4, 7.5), 0, 180 * 16);
+  painter.drawLine(middle + QPointF(-3.2, -3.2), middle + QPointF(-3.2, -1));
+  painter.drawLine(middle + QPointF(3.2, -3.2), middle + QPointF(3.2, -1));
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(ink);
+  painter.drawRoundedRect(QRectF(middle.x() - 5, middle.y() - 1, 10, 8), 1.5, 1.5);
+}
+
+}  // namespace quorl

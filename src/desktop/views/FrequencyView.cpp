@@ -1,0 +1,152 @@
+#include "desktop/views/FrequencyView.h"
+
+#include <QPainter>
+
+#include "desktop/views/Skin.h"
+
+namespace quorl {
+
+namespace {
+
+constexpr double kSmallHeight = 42;  // tenths of a hertz
+constexpr int kTop = 8, kBelow = 12;
+constexpr int kAdvance = 38, kSmallAdvance = 27, kPoint = 10;
+constexpr double kLeadingOpacity = 0.26;
+constexpr std::array<const char*, FrequencyView::kDigits> kWeights{
+    "10 MHz", "1 MHz", "100 KHz", "10 KHz", "1 KHz", "100 Hz", "10 Hz", "1 Hz", "0.1 Hz"};
+
+bool PointBefore(int index) {
+  return index == 2 || index == 5 || index == 8;
+}
+
+// The ground of a figure.
+QRectF StripOf(int index) {
+  double x = 0;
+  for (int i = 0; i < index; ++i) x += kAdvance + (PointBefore(i) ? kPoint : 0);
+  if (PointBefore(index)) x += kPoint;
+  const double width = index == FrequencyView::kDigits - 1 ? kSmallAdvance : kAdvance;
+  return {x, 0, width, double(kTop + FrequencyView::kHeight + kBelow)};
+}
+
+// Where the pointer is over a figure: points belong half to the one before and half to the one after.
+QRect ReachOf(int index) {
+  const double before = PointBefore(index) ? kPoint / 2.0 : 0;
+  const double after = index + 1 < FrequencyView::kDigits && PointBefore(index + 1) ? kPoint / 2.0 : 0;
+  return StripOf(index).adjusted(-before, 0, after, 0).toRect();
+}
+
+}  // namespace
+
+DigitView::DigitView(RefreshClock& clock, Label& digit, int index)
+    : View(clock, digit), digit_(digit), index_(index) {}
+
+void DigitView::TakeOver() {
+  View::TakeOver();
+  if (parentWidget()) parentWidget()->update();
+}
+
+QString DigitView::SpokenName() const {
+  return QStringLiteral("Digit ") + kWeights.at(static_cast<std::size_t>(index_));
+}
+
+QChar DigitView::Figure() const {
+  const std::string& text = digit_.Caption();
+  return text.empty() ? QChar(' ') : QChar::fromLatin1(text.front());
+}
+
+FrequencyView::FrequencyView(RefreshClock& clock, Picture& surface, const std::array<Label*, kDigits>& digits)
+    : View(clock, surface), digits_(digits) {
+  setFocusPolicy(Qt::StrongFocus);
+  SetSizes(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  for (int i = 0; i < kDigits; ++i) {
+    const auto place = static_cast<std::size_t>(i);
+    if (!digits[place]) continue;
+    auto* view = new DigitView(clock, *digits[place], i);
+    view->setParent(this);
+    view->setGeometry(ReachOf(i));
+    view->setFocusProxy(this);
+    views_[place] = view;
+  }
+}
+
+QString FrequencyView::Figures() const {
+  QString text;
+  for (const DigitView* view : views_) text += view ? view->Figure() : QChar('0');
+  return text;
+}
+
+QString FrequencyView::SpokenName() const {
+  const std::string& own = Shown().AccessibleName();
+  return own.empty() ? QStringLiteral("Frequency") : QString::fromStdString(own);
+}
+
+QString FrequencyView::SpokenValue() const {
+  const QString figures = Figures();
+  QString whole = figures.left(kDigits - 1);
+  while (whole.size() > 1 && whole.front() == '0') whole.remove(0, 1);
+  return whole + '.' + figures.back() + QStringLiteral(" Hz");
+}
+
+std::optional<View::Range> FrequencyView::SpokenRange() const {
+  return Range{Figures().toDouble() / 10, 0, 99999999.9};
+}
+
+QSize FrequencyView::sizeHint() const {
+  return {static_cast<int>(StripOf(kDigits - 1).right()), kTop + kHeight + kBelow};
+}
+
+int FrequencyView::ChosenDigit() const {
+  bool isNumber = false;
+  const int digit = QString::fromStdString(Shown().Tag()).toInt(&isNumber);
+  return isNumber && digit >= 0 && digit < kDigits ? digit : -1;
+}
+
+void FrequencyView::Step(int steps) {
+  if (const int chosen = ChosenDigit(); chosen >= 0 && Digit(chosen)) Digit(chosen)->Step(steps);
+}
+
+void FrequencyView::OnMenuKey() {
+  const int chosen = ChosenDigit();
+  if (chosen >= 0 && Digit(chosen)) Raise(Digit(chosen)->Shown().MouseDown, MouseButton::Right);
+}
+
+void FrequencyView::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  if (!isEnabled()) painter.setOpacity(skin::kDisabledOpacity);
+  const int chosen = ChosenDigit();
+  bool leading = true;
+  for (int i = 0; i < kDigits; ++i) {
+    const Label* digit = digits_[static_cast<std::size_t>(i)];
+    if (!digit) continue;
+    const QChar figure = Digit(i)->Figure();
+    leading = leading && figure == '0' && i < kDigits - 2;
+    const QColor ink = skin::ColourOf(digit->ForeColour(), skin::kOver);
+    const QColor shown = leading ? skin::Faded(ink, kLeadingOpacity) : ink;
+    const bool last = i == kDigits - 1;
+    const double height = last ? kSmallHeight : kHeight;
+    const QRectF strip = StripOf(i);
+
+    if (i == chosen) {
+      QLinearGradient ground(strip.topLeft(), strip.bottomLeft());
+      ground.setColorAt(0, skin::Faded(ink, 0.02));
+      ground.setColorAt(1, skin::Faded(ink, 0.22));
+      painter.setPen(Qt::NoPen);
+      painter.setBrush(ground);
+      painter.drawRoundedRect(strip.adjusted(1, 0, -1, -5), 3, 3);
+      painter.setBrush(ink);
+      painter.drawRoundedRect(QRectF(strip.left() + 3, strip.bottom() - 4, strip.width() - 6, 3), 1.5, 1.5);
+    }
+    if (PointBefore(i)) {
+      painter.setPen(Qt::NoPen);
+      painter.setBrush(skin::Faded(ink, leading ? kLeadingOpacity : 0.55));
+      painter.drawEllipse(QPointF(strip.left() - kPoint / 2.0, kTop + kHeight - 3.5), 3.2, 3.2);
+    }
+    const double margin = NumeralCache::Margin(height);
+    const double left = strip.left() + (strip.width() - kNumeralWidth * height) / 2;
+    painter.drawPixmap(QPointF(left - margin, kTop + kHeight - height - margin),
+                       numerals_.Get(figure, shown, height, !leading, devicePixelRatioF()));
+  }
+}
+
+}  // namespace quorl

@@ -1,0 +1,43 @@
+// Labels: a word beside something, or a number that wheel and keys turn.
+#pragma once
+
+#include "controls/Controls.h"
+#include "desktop/views/View.h"
+
+namespace quorl {
+
+enum class LabelStyle {
+  Word,    // quiet, as wide as its text
+  Value,   // a number that the user turns
+  Reading  // a number to look at
+};
+
+class LabelView : public View {
+ public:
+  // `widest` is the longest text that the label will ever show; the place it takes never changes.
+  LabelView(RefreshClock& clock, Label& label, LabelStyle style, const QString& widest = {}, int pixels = 0);
+
+  void SetAlignment(Qt::Alignment alignment) { alignment_ = alignment; }
+  // Stands after a left-aligned number, shown and spoken.
+  void SetUnit(const QString& unit);
+  QAccessible::Role Role() const override;
+  QString SpokenName() const override;
+  QString SpokenValue() const override;
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  bool OnKey(int code, Modifiers with) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QFont Font() const;
+
+  Label& label_;
+  LabelStyle style_;
+  QString widest_, unit_;
+  int pixels_;
+  Qt::Alignment alignment_ = Qt::AlignLeft;
+};
+
+}  // namespace quorl

@@ -1,0 +1,38 @@
+// The S-meter: a bar of elements with its scale under it.
+#pragma once
+
+#include <vector>
+
+#include "controls/Controls.h"
+#include "desktop/views/View.h"
+
+namespace quorl {
+
+// An element stands for 6 dB; nine of them make S9. The bar is as long as the panel shows elements.
+class SMeterView : public View {
+ public:
+  static constexpr int kDecibelsPerElement = 6, kS9Decibels = 54;
+
+  // `reading` may be null; its text is what a screen reader says.
+  SMeterView(RefreshClock& clock, Picture& surface, std::vector<Control*> elements, Label* reading);
+
+  int Lit() const;
+  QAccessible::Role Role() const override { return QAccessible::ProgressBar; }
+  QString SpokenName() const override;
+  QString SpokenValue() const override;
+  std::optional<Range> SpokenRange() const override;  // elements
+  QSize sizeHint() const override { return {360, 60}; }
+  QSize minimumSizeHint() const override { return {168, 60}; }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void PaintScale(QPainter& painter, double pitch) const;
+
+  Picture& surface_;
+  std::vector<Control*> elements_;
+  Label* reading_;
+};
+
+}  // namespace quorl

@@ -1,0 +1,88 @@
+#include "desktop/views/SliderView.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <cmath>
+
+#include "desktop/views/Skin.h"
+
+namespace quorl {
+
+namespace {
+
+constexpr double kHandle = 5;  // half of its width
+
+}  // namespace
+
+SliderView::SliderView(RefreshClock& clock, Slider& slider, int width)
+    : View(clock, slider), slider_(slider), width_(width) {
+  setFocusPolicy(Qt::StrongFocus);
+  SetSizes(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+std::optional<View::Range> SliderView::SpokenRange() const {
+  return Range{double(slider_.Value()), double(slider_.Min()), double(slider_.Max())};
+}
+
+void SliderView::Set(int value) {
+  if (slider_.Enabled()) slider_.UserScroll(value);
+}
+
+void SliderView::SetSpoken(double value) {
+  Set(static_cast<int>(std::lround(value)));
+}
+
+void SliderView::Step(int steps) {
+  slider_.UserTurn(reversed_ ? -steps : steps, {});
+}
+
+bool SliderView::OnKey(int code, Modifiers with) {
+  const int direction = code == Key::Up || code == Key::Right    ? 1
+                        : code == Key::Down || code == Key::Left ? -1
+                                                                 : 0;
+  return direction != 0 && slider_.UserTurn(reversed_ ? -direction : direction, with);
+}
+
+bool SliderView::OnWheel(int notches, Modifiers with) {
+  return slider_.UserTurn(reversed_ ? -notches : notches, with);
+}
+
+double SliderView::ShareOfRange() const {
+  const double range = slider_.Max() - slider_.Min();
+  const double share = range == 0 ? 0 : (slider_.Value() - slider_.Min()) / range;
+  return reversed_ ? 1 - share : share;
+}
+
+void SliderView::MoveTo(double x) {
+  double share = std::clamp((x - kHandle) / std::max(1.0, width() - 2 * kHandle), 0.0, 1.0);
+  if (reversed_) share = 1 - share;
+  Set(slider_.Min() + static_cast<int>(std::lround(share * (slider_.Max() - slider_.Min()))));
+}
+
+void SliderView::mousePressEvent(QMouseEvent* event) {
+  View::mousePressEvent(event);
+  if (event->button() == Qt::LeftButton) MoveTo(event->position().x());
+}
+
+void SliderView::mouseMoveEvent(QMouseEvent* event) {
+  View::mouseMoveEvent(event);
+  if (IsPressed()) MoveTo(event->position().x());
+}
+
+void SliderView::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  if (!isEnabled()) painter.setOpacity(skin::kDisabledOpacity);
+  const double middle = height() / 2.0;
+  const double at = kHandle + ShareOfRange() * (width() - 2 * kHandle);
+  const bool lively = IsHovered() || IsPressed() || hasFocus();
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(QColor(skin::kUnlit));
+  painter.drawRoundedRect(QRectF(1, middle - 1.5, width() - 2, 3), 1.5, 1.5);
+  painter.setBrush(skin::Mixed(QColor(skin::kCard), QColor(skin::kAccent), lively ? 0.75 : 0.5));
+  painter.drawRoundedRect(QRectF(1, middle - 1.5, at - 1, 3), 1.5, 1.5);
+  painter.setBrush(lively ? QColor(skin::kAccent) : QColor(0xFFA9B7C0));
+  painter.drawRoundedRect(QRectF(at - 3, middle - 6, 6, 12), 2, 2);
+}
+
+}  // namespace quorl

@@ -1,0 +1,40 @@
+// A slider: a thin line with a handle.
+#pragma once
+
+#include "controls/Controls.h"
+#include "desktop/views/View.h"
+
+namespace quorl {
+
+class SliderView : public View {
+ public:
+  SliderView(RefreshClock& clock, Slider& slider, int width);
+
+  // Its least value stands on the right, for a control whose number runs against what it means.
+  void SetReversed() { reversed_ = true; }
+  QAccessible::Role Role() const override { return QAccessible::Slider; }
+  std::optional<Range> SpokenRange() const override;
+  void SetSpoken(double value) override;
+  void Step(int steps) override;
+  QSize sizeHint() const override { return {width_, 16}; }
+  QSize minimumSizeHint() const override { return {32, 16}; }
+
+ protected:
+  bool OnKey(int code, Modifiers with) override;
+  bool OnWheel(int notches, Modifiers with) override;
+  void OnClick() override {}
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void Set(int value);
+  void MoveTo(double x);
+  double ShareOfRange() const;
+
+  Slider& slider_;
+  int width_;
+  bool reversed_ = false;
+};
+
+}  // namespace quorl

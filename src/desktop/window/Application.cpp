@@ -1,0 +1,23 @@
+#include "desktop/window/Application.h"
+
+#include <QApplication>
+#include <QStyleFactory>
+
+#include "desktop/views/Skin.h"
+#include "desktop/views/ViewAccess.h"
+
+namespace quorl {
+
+void PrepareApplication(QApplication& application) {
+  QApplication::setApplicationName("quorlsdr");
+  QApplication::setApplicationDisplayName("QUORLSDR");
+  QApplication::setDesktopFileName("quorlsdr");
+  skin::LoadFonts();
+  QApplication::setStyle(QStyleFactory::create("Fusion"));
+  QApplication::setPalette(skin::Palette());
+  QApplication::setFont(skin::WordFont(13));
+  application.setStyleSheet(skin::StyleSheet());
+  InstallViewAccess();
+}
+
+}  // namespace quorl

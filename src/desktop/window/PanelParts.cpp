@@ -1,0 +1,285 @@
+#include "desktop/window/PanelParts.h"
+
+#include <QLabel>
+
+#include "desktop/views/Skin.h"
+#include "desktop/window/IdleScope.h"
+
+namespace quorl {
+
+namespace {
+
+// A row takes what was bound and leaves out what is missing.
+void Put(QBoxLayout* row, QWidget* widget, int stretch = 0) {
+  if (widget) row->addWidget(widget, stretch);
+}
+
+void Put(QBoxLayout* row, const std::vector<FaceView*>& views) {
+  for (FaceView* view : views) Put(row, view, 1);
+}
+
+QLabel* Caption(const QString& text) {
+  auto* label = new QLabel(text);
+  label->setFont(skin::WordFont());
+  QPalette palette = label->palette();
+  palette.setColor(QPalette::WindowText, QColor(skin::kQuietInk));
+  label->setPalette(palette);
+  label->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  return label;
+}
+
+FaceView* Small(FaceView* view) {
+  if (view) view->SetSmall();
+  return view;
+}
+
+SliderView* Reversed(SliderView* view) {
+  if (view) view->SetReversed();
+  return view;
+}
+
+LabelView* In(const QString& unit, LabelView* value) {
+  if (value) value->SetUnit(unit);
+  return value;
+}
+
+// A word, the number that it names, and the slider of the same.
+void PutCell(QBoxLayout* row, QWidget* word, LabelView* value, SliderView* slider) {
+  Put(row, word);
+  Put(row, value);
+  Put(row, slider, 1);
+}
+
+QWidget* MakeModeCard(Binder& bind) {
+  CardView* card = bind.Card("frDemod", "Mode");
+  Put(card->AddRow(), bind.Options("optMode", 6));
+  return card;
+}
+
+QWidget* MakeFilterCard(Binder& bind) {
+  CardView* card = bind.Card("frFilters", "Filter");
+  Put(card->TitleRow(), Small(bind.Toggle("chkMusic")));
+  Put(card->TitleRow(), Small(bind.Toggle("chkDynFilter")));
+  Put(card->AddRow(), bind.Options("optFilter", 5));
+  QHBoxLayout* edges = card->AddRow();
+  PutCell(edges, Caption("Lo"), bind.Value("lblFilterLo", "0000"), Reversed(bind.Slide("sldBW(0)", 56)));
+  edges->addSpacing(skin::kGrid);
+  PutCell(edges, Caption("Hi"), bind.Value("lblFilterHi", "00000"), Reversed(bind.Slide("sldBW(1)", 56)));
+  return card;
+}
+
+QWidget* MakeIFFilterCard(Binder& bind) {
+  CardView* card = bind.Card("frIFFilter", "IF filter");
+  Put(card->TitleRow(), Small(bind.Toggle("chkIFFilter")));
+  QHBoxLayout* row = card->AddRow();
+  Put(row, bind.Options("optIFFilter", 3));
+  row->addSpacing(4);
+  Put(row, bind.Word("lblIFHiDesc"));
+  Put(row, bind.Value("lblIFHi", "-0000"));
+  Put(row, bind.Word("lblIFLoDesc"));
+  Put(row, bind.Value("lblIFLo", "-0000"));
+  return card;
+}
+
+QWidget* MakeNotchCard(Binder& bind) {
+  CardView* card = bind.Card("frNotch", "Notch");
+  Put(card->TitleRow(), bind.Reading("lblNotch", "00000", 12));
+  Put(card->TitleRow(), Small(bind.Toggle("chkNotchAuto")));
+  Put(card->TitleRow(), Small(bind.Toggle("chkNotchOn")));
+  QHBoxLayout* row = card->AddRow();
+  Put(row, bind.Options("optNotch", 2));
+  row->addSpacing(skin::kGrid);
+  Put(row, bind.Toggle("chkNotchType"), 1);
+  Put(row, bind.Toggle("chkNotchMirror"), 1);
+  QHBoxLayout* edges = card->AddRow();
+  PutCell(edges, bind.Word("lblNotchCDesc"), bind.Value("lblNotchC", "-00000"), bind.Slide("sldNotch", 32));
+  edges->addSpacing(4);
+  PutCell(edges, bind.Word("lblNotchWDesc"), bind.Value("lblNotchW", "0000"),
+          bind.Slide("sldNotchWidth", 32));
+  return card;
+}
+
+QWidget* MakeAGCCard(Binder& bind) {
+  CardView* card = bind.Card("frAGC", "AGC");
+  Put(card->TitleRow(), Small(bind.Toggle("chkAGC")));
+  Put(card->AddRow(), bind.Options("optAGC", 5));
+  QHBoxLayout* times = card->AddRow();
+  PutCell(times, Caption("Decay"), In("s", bind.Value("lblAGCAttack", "00.0")),
+          bind.Slide("sldAGCAttack", 32));
+  times->addSpacing(4);
+  PutCell(times, Caption("Attack"), In("ms", bind.Value("lblAGCDecay", "00.0")),
+          bind.Slide("sldAGCDecay", 32));
+  return card;
+}
+
+QWidget* MakeBlankerCard(Binder& bind) {
+  CardView* card = bind.Card("frNB", "Blanker");
+  Put(card->TitleRow(), Small(bind.Toggle("chkNB")));
+  QHBoxLayout* row = card->AddRow();
+  Put(row, bind.Value("lblNB", "00.00"));
+  row->addStretch(1);
+  Put(row, bind.Knob("dialNB", 32));
+  Put(card->AddRow(), bind.Slide("sldNB", 100));
+  return card;
+}
+
+QWidget* MakeVolumeCard(Binder& bind) {
+  CardView* card = bind.Card("frAFOut", "Volume");
+  QHBoxLayout* row = card->AddRow();
+  Put(row, In("dB", bind.Value("lblOutVol", "-00.0")));
+  row->addStretch(1);
+  Put(row, bind.Knob("dialOutVol", 32));
+  Put(card->AddRow(), bind.Slide("sldOutVolume", 100));
+  return card;
+}
+
+// Dial with its step under it.
+QLayout* MakeDialPart(Binder& bind) {
+  auto* column = new QVBoxLayout;
+  column->setSpacing(0);
+  column->addStretch(1);
+  KnobView* knob = bind.Knob("dialtuner", 92);
+  if (knob) column->addWidget(knob, 0, Qt::AlignHCenter);
+  if (LabelView* rate = bind.Word("lblTuneDialRate", "000.0 KHz")) {
+    rate->SetAlignment(Qt::AlignHCenter);
+    column->addWidget(rate, 0, Qt::AlignHCenter);
+  }
+  column->addStretch(1);
+  return column;
+}
+
+QLayout* MakeMeterPart(Binder& bind) {
+  auto* column = new QVBoxLayout;
+  column->setSpacing(4);
+  column->addStretch(1);
+  Put(column, bind.SMeter("picSmeter", "shpSMeterGrid", 28, "lblSMeter"));
+  auto* row = new QHBoxLayout;
+  Put(row, bind.Reading("lblSMeter", "S9 +000 dB"));
+  row->addStretch(1);
+  Put(row, Small(bind.Button("cmdCalibrateSMeter")));
+  column->addLayout(row);
+  column->addStretch(1);
+  return column;
+}
+
+// Levels on the left, load and oscillator on the right.
+QLayout* MakeStatistics(Binder& bind) {
+  constexpr int kPixels = 11;
+  struct Place {
+    int Index;
+    const char* Widest;
+  };
+  constexpr Place kPlaces[3][2] = {{{0, "00,000  -00 dB"}, {4, "000%"}},
+                                   {{1, "00,000  -00 dB"}, {5, "00,000 uS"}},
+                                   {{2, "000.00  00.0 dB"}, {3, "00 000 000 Hz"}}};
+  constexpr int kLeftWidth = 150;
+  auto* grid = new QGridLayout;
+  grid->setVerticalSpacing(3);
+  grid->setHorizontalSpacing(skin::kGrid);
+  grid->setColumnMinimumWidth(0, kLeftWidth);
+  grid->setColumnStretch(1, 1);
+  for (int line = 0; line < 3; ++line) {
+    for (int side = 0; side < 2; ++side) {
+      const Place& place = kPlaces[line][side];
+      auto* cell = new QHBoxLayout;
+      cell->setSpacing(2);
+      Put(cell, bind.Word(IndexedName("lblStats", place.Index), {}, kPixels));
+      cell->addStretch(1);
+      LabelView* value = bind.Reading(IndexedName("lblStatsVal", place.Index), place.Widest, kPixels);
+      if (value) value->SetAlignment(Qt::AlignRight);
+      Put(cell, value);
+      grid->addLayout(cell, line, side);
+    }
+  }
+  return grid;
+}
+
+}  // namespace
+
+QWidget* MakeTuningCard(Binder& bind) {
+  CardView* card = bind.Card("frFreqCtl", "Frequency", CardView::Title::None);
+  card->setFixedHeight(kTopHeight);
+  QHBoxLayout* regions = card->AddRow();
+  regions->setSpacing(12);
+  auto* left = new QVBoxLayout;
+  left->setSpacing(4);
+  FrequencyView* frequency = bind.Frequency("picFreqDisp", "lbl7Seg");
+  if (frequency) left->addWidget(frequency, 0, Qt::AlignLeft);
+  auto* foot = new QHBoxLayout;
+  foot->setSpacing(3);
+  foot->addWidget(Caption("Step"));
+  Put(foot, bind.Value("lblTuningRate", "100 KHz"));
+  Put(foot, bind.Sign("imgTuneStepLock", Symbol::Lock));
+  foot->addWidget(Caption("BFO"));
+  Put(foot, bind.Value("lblBFO", "-00000"));
+  foot->addStretch(1);
+  Put(foot, Small(bind.Toggle("chkTuneLo")));
+  foot->addSpacing(skin::kGrid);
+  Put(foot, bind.Reading("lblClock", "00:00:00", 11));
+  left->addLayout(foot);
+  regions->addLayout(left);
+  regions->addLayout(MakeDialPart(bind));
+  regions->addLayout(MakeMeterPart(bind), 1);
+  if (frequency) {
+    bind.PopupList("cboTuningSteps", frequency);
+    bind.PopupMenu("mnuVFOControlSub", card);
+    bind.PopupMenu("mnuVFOStepSub", card);
+  }
+  return card;
+}
+
+QWidget* MakeReceiverCard(Binder& bind) {
+  CardView* card = bind.Card("frPwr", "Receiver", CardView::Title::None);
+  card->setFixedSize(kColumnWidth, kTopHeight);
+  QHBoxLayout* power = card->AddRow();
+  Put(power, bind.Options("optPwr", 3));
+  if (FaceView* config = bind.Button("cmdConfig")) {
+    power->addSpacing(skin::kGrid);
+    power->addWidget(config, 1);
+  }
+  Put(card->AddRow(), bind.Options("optDisplaySize", 4));
+  card->AddRow()->addLayout(MakeStatistics(bind));
+  return card;
+}
+
+QWidget* MakeControlColumn(Binder& bind) {
+  auto* column = new QWidget;
+  column->setFixedWidth(kColumnWidth);
+  column->setMouseTracking(true);  // what lies between its cards is the panel's ground
+  auto* rows = new QVBoxLayout(column);
+  rows->setContentsMargins(0, 0, 0, 0);
+  rows->setSpacing(skin::kGrid);
+  for (const auto make : {MakeModeCard, MakeFilterCard, MakeIFFilterCard, MakeNotchCard, MakeAGCCard}) {
+    rows->addWidget(make(bind));
+  }
+  auto* pair = new QHBoxLayout;
+  pair->setSpacing(skin::kGrid);
+  pair->addWidget(MakeBlankerCard(bind), 7);
+  pair->addWidget(MakeVolumeCard(bind), 6);
+  rows->addLayout(pair);
+  rows->addStretch(1);
+  return column;
+}
+
+QWidget* MakeSetupStrip(Binder& bind) {
+  CardView* card = bind.Card("", "Setup", CardView::Title::None);
+  QHBoxLayout* row = card->AddRow();
+  row->setSpacing(skin::kGrid);
+  Put(row, bind.Toggle("chkSpectrumAnalyser"));
+  Put(row, bind.Toggle("chkPerfStatsOn"));
+  row->addStretch(1);
+  constexpr int kFirstThread = 9, kEnd = 12;
+  for (int i = kFirstThread; i < kEnd; ++i) {
+    Put(row, bind.Word(IndexedName("lblStats", i)));
+    Put(row, bind.Reading(IndexedName("lblStatsVal", i), "00,000 uS", 11));
+  }
+  return card;
+}
+
+QWidget* MakeScopeCard(Binder& bind) {
+  CardView* card = bind.Card("", "Scope");
+  card->AddRow(1)->addWidget(new IdleScope, 1);
+  return card;
+}
+
+}  // namespace quorl

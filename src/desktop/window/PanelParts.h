@@ -1,0 +1,24 @@
+// The regions of the main panel, each a widget that binds its controls.
+#pragma once
+
+#include <QWidget>
+
+#include "desktop/views/Binder.h"
+
+namespace quorl {
+
+constexpr int kColumnWidth = 312;  // of the right column
+constexpr int kTopHeight = 128;
+
+// Frequency, dial, step, oscillator side, BFO, clock and S-meter.
+QWidget* MakeTuningCard(Binder& bind);
+// Power, load, levels and display size.
+QWidget* MakeReceiverCard(Binder& bind);
+// Mode, filters, notch, blanker, AGC and volume, one under the other.
+QWidget* MakeControlColumn(Binder& bind);
+// What is set once: configuration, analyser, statistics.
+QWidget* MakeSetupStrip(Binder& bind);
+// The place of the scope.
+QWidget* MakeScopeCard(Binder& bind);
+
+}  // namespace quorl

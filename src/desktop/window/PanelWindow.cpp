@@ -1,0 +1,202 @@
+#include "desktop/window/PanelWindow.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QWindow>
+
+#include "desktop/views/FocusRing.h"
+#include "desktop/views/Skin.h"
+#include "desktop/window/HelpPanel.h"
+#include "desktop/window/PanelParts.h"
+
+namespace quorl {
+
+namespace {
+
+constexpr int kLeastWidth = 1024, kLeastHeight = 700;
+constexpr int kFirstWidth = 1280, kFirstHeight = 800;
+constexpr int kMostHeight = 16777215;
+constexpr int kCompactHeight = kTopHeight + 2 * skin::kGrid;
+constexpr int kDisplaySizes = 4;
+
+}  // namespace
+
+PanelWindow::PanelWindow(const ControlRegistry& registry, Events events)
+    : events_(std::move(events)),
+      bind_(registry, clock_, [this](const std::string& line) { Raise(events_.Log, line); }),
+      registry_(registry),
+      form_(registry.Find("frmMain")),
+      body_(new QWidget(this)),
+      ring_(new FocusRing(this)) {
+  setWindowTitle("QUORLSDR");
+  setMouseTracking(true);
+  setFocusPolicy(Qt::ClickFocus);
+  Build();
+  clock_.AfterFlush = [this] { FollowControls(); };
+  resize(kFirstWidth, kFirstHeight);
+  SetDisplaySize(size_);
+  qApp->installEventFilter(this);
+}
+
+PanelWindow::~PanelWindow() {
+  clock_.AfterFlush = nullptr;
+  // Views let go of clock and binder, which end before this object's children otherwise would.
+  qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
+}
+
+void PanelWindow::Build() {
+  auto* outer = new QVBoxLayout(this);
+  outer->setContentsMargins(0, 0, 0, 0);
+  outer->addWidget(body_);
+  body_->setMouseTracking(true);
+  auto* rows = new QVBoxLayout(body_);
+  rows->setContentsMargins(skin::kGrid, skin::kGrid, skin::kGrid, skin::kGrid);
+  rows->setSpacing(skin::kGrid);
+  auto* top = new QHBoxLayout;
+  top->setSpacing(skin::kGrid);
+  top->addWidget(MakeTuningCard(bind_), 1);
+  top->addWidget(MakeReceiverCard(bind_));
+  rows->addLayout(top);
+
+  auto* lower = new QHBoxLayout;
+  lower->setSpacing(skin::kGrid);
+  auto* left = new QVBoxLayout;
+  left->setSpacing(skin::kGrid);
+  left->addWidget(scope_ = MakeScopeCard(bind_), 1);
+  lower->addLayout(left, 1);
+  // The keyboard's order is that of the making: the column comes before what is set once.
+  lower->addWidget(column_ = MakeControlColumn(bind_));
+  left->addWidget(setup_ = MakeSetupStrip(bind_));
+  rows->addLayout(lower, 1);
+}
+
+void PanelWindow::SetDisplaySize(DisplaySize size) {
+  const bool compact = size == DisplaySize::Compact, wasCompact = size_ == DisplaySize::Compact;
+  if (compact && !wasCompact) heightBefore_ = height();
+  size_ = size;
+  // What is about to be hidden would hand the keyboard to any neighbour.
+  if (!hasFocus()) setFocus(Qt::OtherFocusReason);
+  scope_->setVisible(!compact);
+  column_->setVisible(size == DisplaySize::Standard || size == DisplaySize::Full);
+  setup_->setVisible(size == DisplaySize::Extended || size == DisplaySize::Full);
+  setMinimumSize(kLeastWidth, compact ? kCompactHeight : kLeastHeight);
+  setMaximumHeight(compact ? kCompactHeight : kMostHeight);
+  if (compact) resize(width(), kCompactHeight);
+  if (wasCompact && !compact && heightBefore_ > 0) resize(width(), heightBefore_);
+}
+
+void PanelWindow::FollowControls() {
+  for (int i = 0; i < kDisplaySizes; ++i) {
+    const auto* option = dynamic_cast<OptionButton*>(registry_.Find(IndexedName("optDisplaySize", i)));
+    if (option && option->Value() && i != static_cast<int>(size_))
+      SetDisplaySize(static_cast<DisplaySize>(i));
+  }
+  if (const std::string title = form_ ? form_->Text() : std::string(); !title.empty()) {
+    setWindowTitle(QString::fromStdString(title));
+  }
+}
+
+void PanelWindow::UpdateAwake() {
+  const QWindow* handle = windowHandle();
+  const bool seen = isVisible() && !isMinimized() && handle && handle->isExposed();
+  if (seen == clock_.IsAwake()) return;
+  clock_.SetAwake(seen);
+  if (events_.Seen) events_.Seen(seen);
+}
+
+void PanelWindow::ShowMnemonics(bool show) {
+  if (property("showMnemonics").toBool() == show) return;
+  setProperty("showMnemonics", show);
+  for (QWidget* widget : findChildren<QWidget*>()) {
+    if (dynamic_cast<FaceView*>(widget)) widget->update();
+  }
+}
+
+void PanelWindow::ShowCaption(bool shown) {
+  if (shown != windowFlags().testFlag(Qt::FramelessWindowHint)) return;
+  const QPoint corner = frameGeometry().topLeft();
+  const bool visible = isVisible();
+  setWindowFlag(Qt::FramelessWindowHint, !shown);
+  move(corner);
+  setVisible(visible);  // new flags hide a window
+}
+
+void PanelWindow::ShowHelp() {
+  HelpPanel::ShowOver(this);
+}
+
+void PanelWindow::GiveFocus(const std::string& control) {
+  auto* view = findChild<QWidget*>(QString::fromStdString(control));
+  // A ring that the keyboard has brought stays with the keyboard's own moves.
+  const bool byKeyboard = ring_->Surrounded() != nullptr;
+  if (view && !view->hasFocus()) view->setFocus(byKeyboard ? Qt::TabFocusReason : Qt::MouseFocusReason);
+}
+
+bool PanelWindow::IsShown(const std::string& control) const {
+  const auto* view = findChild<QWidget*>(QString::fromStdString(control));
+  return view && view->isVisibleTo(this);
+}
+
+void PanelWindow::closeEvent(QCloseEvent* event) {
+  if (events_.Closing && !events_.Closing()) event->ignore();
+}
+
+void PanelWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_F1) {
+    ShowHelp();
+    return;
+  }
+  const int code = KeyCodeOf(event->key());
+  if (form_ && form_->KeyDown && code != 0) {
+    form_->KeyDown(Key{code, ModifiersOf(event->modifiers())});
+  } else {
+    QWidget::keyPressEvent(event);
+  }
+}
+
+void PanelWindow::keyReleaseEvent(QKeyEvent* event) {
+  const int code = KeyCodeOf(event->key());
+  if (form_ && form_->KeyUp && code != 0 && !event->isAutoRepeat()) {
+    form_->KeyUp(Key{code, ModifiersOf(event->modifiers())});
+  }
+}
+
+void PanelWindow::mouseMoveEvent(QMouseEvent*) {
+  if (form_) Raise(form_->MouseMove);
+}
+
+void PanelWindow::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::WindowStateChange) UpdateAwake();
+  QWidget::changeEvent(event);
+}
+
+void PanelWindow::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  clock_.Flush();
+  UpdateAwake();
+}
+
+void PanelWindow::hideEvent(QHideEvent* event) {
+  QWidget::hideEvent(event);
+  UpdateAwake();
+}
+
+void PanelWindow::paintEvent(QPaintEvent* event) {
+  QPainter(this).fillRect(event->rect(), QColor(skin::kGround));
+}
+
+bool PanelWindow::eventFilter(QObject* object, QEvent* event) {
+  const QEvent::Type type = event->type();
+  if (type == QEvent::Expose && object == windowHandle()) {
+    UpdateAwake();
+  } else if (type == QEvent::KeyPress || type == QEvent::KeyRelease) {
+    if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Alt) ShowMnemonics(type == QEvent::KeyPress);
+  } else if (type == QEvent::WindowDeactivate && object == this) {
+    ShowMnemonics(false);
+  }
+  return false;
+}
+
+}  // namespace quorl

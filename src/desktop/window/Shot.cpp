@@ -1,0 +1,25 @@
+#include "desktop/window/Shot.h"
+
+#include <QPainter>
+#include <QPixmap>
+#include <QWidget>
+#include <cmath>
+
+#include "desktop/window/PanelWindow.h"
+
+namespace quorl {
+
+bool GrabShot(QWidget& window, const std::string& path, double scale) {
+  if (scale <= 0) return false;
+  window.ensurePolished();
+  if (auto* panel = dynamic_cast<PanelWindow*>(&window)) panel->Clock().Flush();
+  const QSize pixels(static_cast<int>(std::lround(window.width() * scale)),
+                     static_cast<int>(std::lround(window.height() * scale)));
+  QPixmap picture(pixels);
+  picture.setDevicePixelRatio(scale);
+  picture.fill(Qt::black);
+  window.render(&picture);
+  return picture.save(QString::fromStdString(path), "PNG");
+}
+
+}  // namespace quorl

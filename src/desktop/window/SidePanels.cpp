@@ -1,0 +1,94 @@
+#include "desktop/window/SidePanels.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QPainterPath>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <cmath>
+
+#include "desktop/views/Skin.h"
+
+namespace quorl {
+
+SplashPanel::SplashPanel(const QString& version) : QWidget(nullptr, Qt::SplashScreen), version_(version) {
+  constexpr int kWidth = 480, kHeight = 240;
+  resize(kWidth, kHeight);
+  setObjectName("frmSplash1");
+  setAccessibleName("QUORLSDR is starting");
+  if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+    move(screen->availableGeometry().center() - rect().center());
+  }
+  show();
+  repaint();
+}
+
+void SplashPanel::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.fillRect(rect(), QColor(skin::kCard));
+  painter.setPen(QPen(QColor(skin::kCardEdge), 1));
+  painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
+
+  // A carrier and what it carries.
+  QPainterPath wave;
+  constexpr int kLeft = 40, kMiddle = 92;
+  wave.moveTo(kLeft, kMiddle);
+  for (int x = 0; x <= width() - 2 * kLeft; ++x) {
+    const double envelope = 26 * (0.55 + 0.45 * std::sin(x * 0.0315 - 1.2));
+    wave.lineTo(kLeft + x, kMiddle - envelope * std::sin(x * 0.42));
+  }
+  painter.setPen(
+      QPen(skin::Faded(QColor(skin::kAccent), 0.18), 5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.drawPath(wave);
+  painter.setPen(QPen(QColor(skin::kAccent), 1.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.drawPath(wave);
+
+  painter.setPen(QColor(skin::kInk));
+  QFont name = skin::WordFont(30, true);
+  name.setLetterSpacing(QFont::AbsoluteSpacing, 4);
+  painter.setFont(name);
+  painter.drawText(QRect(kLeft, 142, width(), 40), Qt::AlignLeft | Qt::AlignVCenter, "QUORLSDR");
+  painter.setFont(skin::WordFont(12));
+  painter.setPen(QColor(skin::kQuietInk));
+  painter.drawText(QRect(kLeft, 186, width(), 20), Qt::AlignLeft | Qt::AlignVCenter,
+                   "Software defined radio receiver   " + version_);
+}
+
+LogWindow::LogWindow(const ControlRegistry& registry, Binder::Logger log)
+    : QWidget(nullptr, Qt::Tool), bind_(registry, clock_, std::move(log)), form_(registry.Find("frmLog")) {
+  setWindowTitle("QUORLSDR - Log");
+  setObjectName("frmLogWindow");
+  auto* rows = new QVBoxLayout(this);
+  rows->setContentsMargins(skin::kGrid, skin::kGrid, skin::kGrid, skin::kGrid);
+  if (ListView* list = bind_.List("lstLog")) rows->addWidget(list);
+  resize(640, 360);
+  if (!form_) return;
+  form_->OnChanged = [this] { setVisible(form_->Visible()); };
+  setVisible(form_->Visible());
+}
+
+LogWindow::~LogWindow() {
+  if (form_) form_->OnChanged = nullptr;
+  qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
+}
+
+void LogWindow::closeEvent(QCloseEvent* event) {
+  if (!form_) return;
+  event->ignore();
+  form_->Visible = false;
+}
+
+void LogWindow::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  clock_.Flush();
+  clock_.SetAwake(true);
+}
+
+void LogWindow::hideEvent(QHideEvent* event) {
+  QWidget::hideEvent(event);
+  clock_.SetAwake(false);
+}
+
+}  // namespace quorl

@@ -1,0 +1,37 @@
+#include "platform/linux/system/TerminalDialogs.h"
+
+#include <ostream>
+
+namespace quorl {
+
+MessageAnswer TerminalDialogs::ShowMessage(const MessageRequest& request) {
+  if (!request.Title.empty()) output_ << request.Title << ": ";
+  output_ << request.Text << std::endl;
+  switch (request.Buttons) {
+    case MessageButtons::Ok:
+      return MessageAnswer::Ok;
+    case MessageButtons::YesNo:
+      return MessageAnswer::No;
+    default:
+      return MessageAnswer::Cancel;
+  }
+}
+
+std::optional<std::string> TerminalDialogs::AskText(const std::string&, const std::string&,
+                                                    const std::string&) {
+  return std::nullopt;
+}
+
+std::optional<std::string> TerminalDialogs::AskOpenFile(const FileRequest&) {
+  return std::nullopt;
+}
+
+std::optional<std::string> TerminalDialogs::AskSaveFile(const FileRequest&) {
+  return std::nullopt;
+}
+
+std::optional<std::uint32_t> TerminalDialogs::AskColour(std::uint32_t) {
+  return std::nullopt;
+}
+
+}  // namespace quorl

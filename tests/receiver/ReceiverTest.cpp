@@ -1,0 +1,269 @@
+// What the receiver's settings do to a signal.
+#include <gtest/gtest.h>
+
+#include "receiver/ChainRig.h"
+
+namespace quorl::test {
+namespace {
+
+constexpr double kLevel = 8000.0;
+constexpr std::int32_t kBFO = 375;  // Hz: 16 blocks have a bin there
+
+TEST(Receiver, IFEdgesFollowModeSideAndSetting) {
+  struct {
+    std::int32_t Mode;
+    bool LowSide, Manual;
+    std::int32_t Low, High;
+  } const rows[] = {
+      {DemodMode::AM, false, false, 9700, 14300},
+      {DemodMode::AM, false, true, 11000, 15000},
+      {DemodMode::BC, true, false, 9700, 14300},
+      {DemodMode::BC, true, true, 11000, 15000},
+      {DemodMode::USB, false, false, 9700, 11700},
+      {DemodMode::USB, true, false, 12300, 14300},
+      {DemodMode::USB, true, true, 11000, 15000},
+      {DemodMode::LSB, false, false, 12300, 14300},
+      {DemodMode::LSB, true, false, 9700, 11700},
+      {DemodMode::LSB, true, true, 9000, 11000},
+      {DemodMode::FM, false, false, 2000, 22000},
+      {DemodMode::FM, true, true, 2000, 22000},
+      {DemodMode::DRM, false, false, 9700, 14300},
+      {DemodMode::DRM, true, true, 9700, 14300},
+      // Upper extent and lower extent count to opposite sides, so these come out crossed.
+      {DemodMode::USB, false, true, 13000, 9000},
+      {DemodMode::LSB, false, true, 15000, 11000},
+  };
+  for (const auto& row : rows) {
+    for (const std::int32_t bfo : {0, 500}) {
+      ChainRig rig(SDRModel::DRT1, row.Mode, row.LowSide);
+      SetBFO(rig.Radio.Vars, bfo);
+      rig.Radio.SetIFFilter(row.Manual ? IFFilterMode::Manual : IFFilterMode::Track);
+      rig.Radio.SetManualIFFilter(1000, 3000);
+      rig.SetFilter(300, 2300);
+      const std::int32_t offset = row.LowSide ? bfo : -bfo;
+      const std::string where = "mode " + std::to_string(row.Mode) + (row.LowSide ? " low" : " high") +
+                                (row.Manual ? " manual" : "");
+      EXPECT_EQ(rig.Radio.Filters.IFFilterI.FLow, row.Low + offset) << where;
+      EXPECT_EQ(rig.Radio.Filters.IFFilterI.FHigh, std::min(row.High + offset, 24000)) << where;
+    }
+  }
+}
+
+TEST(Receiver, ModesRunTheFiltersTheyNeed) {
+  ChainRig rig;
+  FilterBank& f = rig.Radio.Filters;
+  struct {
+    std::int32_t Mode;
+    bool Audio, Splitter, Sideband;
+  } const rows[] = {{DemodMode::AM, true, true, false}, {DemodMode::USB, true, true, true},
+                    {DemodMode::LSB, true, true, true}, {DemodMode::DRM, false, false, false},
+                    {DemodMode::FM, true, true, false}, {DemodMode::BC, true, true, false}};
+  for (const auto& row : rows) {
+    rig.Radio.SetDemodMode(row.Mode);
+    EXPECT_EQ(f.AFFilter.Active, row.Audio) << row.Mode;
+    EXPECT_EQ(f.IQFilterI.Active && f.IQFilterQ.Active, row.Splitter) << row.Mode;
+    EXPECT_EQ(f.SSBFilterI.Active && f.SSBFilterQ.Active, row.Sideband) << row.Mode;
+  }
+  EXPECT_TRUE(f.IFFilterI.WindowType == 0 && f.NotchFilterI.WindowType == 1 && f.AFFilter.WindowType == 2);
+  rig.Radio.Vars.SDRModelNo = SDRModel::IQXtalRX;
+  rig.Radio.Housekeeping();
+  EXPECT_TRUE(f.IFFilterQ.Active);
+  rig.Radio.Vars.SDRModelNo = SDRModel::DRT1;
+  rig.Radio.SetFilterEdges(300, 3000);
+  rig.Radio.Housekeeping();
+  EXPECT_FALSE(f.IFFilterQ.Active);
+}
+
+TEST(Receiver, BFOMovesThePitch) {
+  for (const bool lowSide : {false, true}) {
+    ChainRig rig(SDRModel::DRT1, DemodMode::USB, lowSide);
+    rig.SetFilter(300, 2300);
+    SetBFO(rig.Radio.Vars, lowSide ? -kBFO : kBFO);
+    EXPECT_EQ(rig.Radio.Vars.BFOOffset, -kBFO);
+    const double f = OnBin(800.0, 16);
+    const SampleBuffer audio = rig.Receive(ToneOf(12000.0 + (lowSide ? f : -f), kLevel), 16);
+    EXPECT_NEAR(LineAt(audio, f + kBFO), kLevel, 0.01 * kLevel);
+    EXPECT_LT(LineAt(audio, f), 0.01 * kLevel);
+    SetLowSideLO(rig.Radio.Vars, !lowSide);
+    EXPECT_EQ(rig.Radio.Vars.BFOOffset, kBFO);
+  }
+  PublicVars vars;
+  SetBFO(vars, 0);
+  EXPECT_EQ(vars.MixerPhaseStep, 1 << 28);
+  SetBFO(vars, -12000);
+  EXPECT_EQ(vars.MixerPhaseStep, 0);
+  SetBFO(vars, 1);
+  EXPECT_EQ(vars.MixerPhaseStep, 268457826);  // 2^30 / 48000 x 12001 = 268457825.62
+}
+
+TEST(Receiver, FastMixerAndOscillatorGiveTheSameAudio) {
+  const double f = OnBin(1000.0, 16);
+  double level[2];
+  for (const int table : {0, 1}) {
+    ChainRig rig(SDRModel::DRT1, DemodMode::USB);
+    rig.SetFilter(300, 2300);
+    if (table == 1) rig.Radio.Vars.MixerFrequency = IFCentre + 1;  // takes the table, at the same step
+    level[table] = LineAt(rig.Receive(ToneOf(12000.0 - f, kLevel), 16), f);
+  }
+  EXPECT_NEAR(Decibels(level[0] / level[1]), 0.0, 1e-3);
+}
+
+TEST(Receiver, SidebandSumOfTheIQPathFollowsTheBFOsSign) {
+  const double f = OnBin(1000.0, 16);
+  struct {
+    std::int32_t Mode, BFO;
+    double I, Q;  // what a tone on that branch alone makes, of its level
+  } const rows[] = {
+      {DemodMode::USB, 0, 0.5, 0.5}, {DemodMode::LSB, 0, 0.5, 0.5}, {DemodMode::USB, -kBFO, 0.5, 0.5}};
+  for (const auto& row : rows) {
+    for (const bool onQ : {false, true}) {
+      ChainRig rig(SDRModel::IQXtalRX, row.Mode);
+      rig.SetFilter(300, 2300);
+      SetBFO(rig.Radio.Vars, row.BFO);
+      const Signal tone = ToneOf(12000.0 - f, kLevel), none = ToneOf(0.0, 0.0);
+      const SampleBuffer audio = rig.Receive(onQ ? none : tone, 16, 6, onQ ? tone : none);
+      EXPECT_NEAR(LineAt(audio, f + row.BFO), (onQ ? row.Q : row.I) * kLevel, 0.02 * kLevel);
+    }
+  }
+  // Branches against each other: opposite phases of Q add or cancel. LSB with the BFO at 0 takes the cosine
+  // on both, so equal branches add up.
+  for (const auto& [mode, bfo, expected] : {std::tuple{DemodMode::LSB, 0, 1.0},
+                                            {DemodMode::USB, 0, std::sqrt(0.5)},
+                                            {DemodMode::USB, -kBFO, std::sqrt(0.5)}}) {
+    ChainRig rig(SDRModel::IQXtalRX, mode);
+    rig.SetFilter(300, 2300);
+    SetBFO(rig.Radio.Vars, bfo);
+    const Signal tone = ToneOf(12000.0 - f, kLevel);
+    const SampleBuffer audio = rig.Receive(tone, 16, 6, tone);
+    EXPECT_NEAR(LineAt(audio, f + bfo), expected * kLevel, 0.02 * kLevel) << mode << " " << bfo;
+  }
+}
+
+TEST(Receiver, DRMPassesTheIFAsItCame) {
+  ChainRig rig(SDRModel::DRT1, DemodMode::DRM);
+  const SampleBuffer noise = RandomFloats(SamplesPerEvent, 9000.0F, 3);
+  std::array<std::int16_t, SamplesPerEvent> in;
+  for (std::size_t k = 0; k < in.size(); ++k) in[k] = static_cast<std::int16_t>(noise[k]);
+  for (int block = 0; block < 3; ++block) {
+    rig.I = in;
+    rig.Step();
+    EXPECT_EQ(rig.I, in) << block;
+  }
+}
+
+TEST(Receiver, SignalLevelIsTheRootMeanSquare) {
+  ChainRig rig(SDRModel::DRT1, DemodMode::AM);
+  rig.Receive(ToneOf(12000.0, kLevel), 50);
+  const PublicVars& vars = rig.Radio.Vars;
+  EXPECT_NEAR(rig.Radio.MeanSignalLevel(), kLevel / std::sqrt(2.0), 1.0);
+  for (std::size_t k = 0; k + 1 < vars.SignalPowerRing.size(); ++k) {
+    ASSERT_NEAR(vars.SignalPowerRing[k], 2048 * kLevel * kLevel / 2, 1e-3 * 2048 * kLevel * kLevel);
+  }
+  EXPECT_EQ(vars.SignalPowerRing[46], 0.0F);  // the index turns before the last entry
+}
+
+TEST(Receiver, BlankerTurnsWeakBinsDownAndLeavesStrongOnes) {
+  EXPECT_FLOAT_EQ(NoiseBlanker::ThresholdOf(10000.0F), 0.2F);
+  EXPECT_FLOAT_EQ(NoiseBlanker::ThresholdOf(0.0F), 0.0F);
+  // Tones on exact bins of a block; the blanker transforms it with zeros behind, which spreads each of them.
+  const double strong = 12000.0 + 25 * BlocksPerSecond, weak = 12000.0 - 101 * BlocksPerSecond;
+  const double outside = 20015.625;
+  const auto received = [&](bool on, float control) {
+    ChainRig rig(SDRModel::DRT1, DemodMode::DRM);
+    rig.Radio.SetNoiseBlanker(on, control);
+    rig.SetFilter(50, 5000);
+    const Signal all = SumOf(SumOf(ToneOf(strong, 8000.0), ToneOf(weak, 800.0)), ToneOf(outside, 800.0));
+    return rig.Receive(all, 8);
+  };
+  const SampleBuffer off = received(false, 0), zero = received(true, 0.0F), on = received(true, 10000.0F);
+  for (std::size_t k = 0; k < off.size(); ++k) ASSERT_NEAR(off[k], zero[k], 0.1) << k;
+  EXPECT_NEAR(Decibels(LineAt(on, strong) / LineAt(off, strong)), 0.0, 1.0);
+  EXPECT_NEAR(Decibels(LineAt(on, weak) / LineAt(off, weak)), Decibels(0.02), 3.0);
+  EXPECT_NEAR(Decibels(LineAt(on, outside) / LineAt(off, outside)), 0.0, 0.5);
+}
+
+TEST(Receiver, DynamicFilterFollowsMovesOfMoreThan100Hertz) {
+  ChainRig rig(SDRModel::DRT1, DemodMode::USB);
+  rig.SetFilter(300, 3300);
+  const clsFFTFilter& dyn = rig.Radio.Filters.DynFilter;
+  EXPECT_EQ(dyn.FLow, 600);
+  EXPECT_EQ(dyn.FHigh, 3000);
+  rig.Radio.SetDynamicFilter(true);
+  PublicVars& vars = rig.Radio.Vars;
+  // Bins are taken as 12 Hz apart from the filter's low edge and told in their true 11.72 Hz.
+  const auto setPeak = [&](std::int32_t bin) {
+    vars.PeakBinRing.fill(bin);
+    rig.Radio.Housekeeping();
+    return vars.PeakFrequency;
+  };
+  EXPECT_EQ(setPeak(60), 24000 * (60 + 300 / 12) / 2048);
+  const std::int32_t start = vars.PeakLastFrequency;
+  EXPECT_EQ(start, vars.PeakFrequency);
+  const auto edges = [&] { return std::pair{dyn.FLow, dyn.FHigh}; };
+  const auto before = edges();
+  EXPECT_EQ(setPeak(68) - start, 93);  // 8 bins: not enough
+  EXPECT_EQ(edges(), before);
+  EXPECT_EQ(vars.PeakLastFrequency, start);
+  EXPECT_GT(std::abs(setPeak(50) - start), 100);
+  EXPECT_NE(edges(), before);
+  EXPECT_EQ(vars.PeakLastFrequency, vars.PeakFrequency);
+  for (const std::int32_t bin : {250, 0, 250, 90}) {
+    setPeak(bin);
+    EXPECT_GE(dyn.FLow, 300);
+    EXPECT_LE(dyn.FLow, 600);
+    EXPECT_GE(dyn.FHigh, 2700);
+    EXPECT_LE(dyn.FHigh, 3300);
+  }
+
+  // And by a real tone.
+  const double f = OnBin(2000.0, 16);
+  rig.Receive(ToneOf(12000.0 - f, kLevel), 20, 0);
+  EXPECT_NEAR(vars.PeakFrequency, 2000, 24);
+}
+
+TEST(Receiver, AutoNotchStaysForSmallMoves) {
+  ChainRig rig(SDRModel::DRT1, DemodMode::USB);
+  rig.SetFilter(300, 3300);
+  rig.Radio.SetNotch(true, NotchModes::Auto, NotchTypes::Audio, 1000, 400);
+  PublicVars& vars = rig.Radio.Vars;
+  const auto centreAt = [&](std::int32_t bin) {
+    vars.PeakBinRing.fill(bin);
+    rig.Radio.Housekeeping();
+    return vars.NotchLastCentre;
+  };
+  const std::int32_t first = centreAt(100);
+  EXPECT_EQ(first, 24000 * 125 / 2048);
+  EXPECT_EQ(centreAt(104), first);  // 47 Hz, under an eighth of the width
+  EXPECT_EQ(rig.Radio.Filters.NotchFilterI.FLow, first - 200);
+  EXPECT_EQ(centreAt(105), 24000 * 130 / 2048);  // 59 Hz
+  EXPECT_EQ(rig.Radio.Filters.NotchFilterI.FHigh, 24000 * 130 / 2048 + 200);
+}
+
+TEST(Receiver, NotchMatchesDirectConvolution) {
+  // As audio notch on the passed IF, against its own taps: one tap more than the overlap carries.
+  ChainRig rig(SDRModel::DRT1, DemodMode::DRM);
+  rig.Radio.SetNotch(true, NotchModes::Manual, NotchTypes::Audio, 1000, 100);
+  rig.Radio.Housekeeping();
+  std::vector<double> taps(BlockPoints);
+  rig.Radio.Filters.NotchFilterI.GetFilterTCoeffs_D(taps.data());
+  const SampleBuffer noise = RandomFloats(4 * SamplesPerEvent, 20000.0F, 5);
+  SampleBuffer in(noise.size()), out;
+  for (std::size_t k = 0; k < in.size(); ++k) in[k] = std::trunc(noise[k]);
+  for (std::size_t at = 0; at < in.size(); at += SamplesPerEvent) {
+    for (std::size_t k = 0; k < SamplesPerEvent; ++k) rig.I[k] = static_cast<std::int16_t>(in[at + k]);
+    rig.Step();
+    out.insert(out.end(), rig.Radio.Chain.AudioBlock(), rig.Radio.Chain.AudioBlock() + SamplesPerEvent);
+  }
+  const std::vector<double> expected = DirectFir(taps, in);
+  for (std::size_t k = 0; k < out.size(); ++k) {
+    // The AGC stage's limiter holds blocks to 16384; the noise's peaks lie above it.
+    const std::size_t block = k / SamplesPerEvent * SamplesPerEvent;
+    double peak = 0.0;
+    for (std::size_t j = block; j < block + SamplesPerEvent; ++j)
+      peak = std::max(peak, std::abs(expected[j]));
+    ASSERT_NEAR(out[k], expected[k] * std::min(1.0, 16384.0 / peak), 2e-5 * 20000.0) << k;
+  }
+}
+
+}  // namespace
+}  // namespace quorl::test
