@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <numbers>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -21,6 +21,7 @@
 #include "platform/virtual/VirtualProcesses.h"
 #include "platform/virtual/VirtualSerialPort.h"
 #include "platform/virtual/VirtualSoundSystem.h"
+#include "signals/Measures.h"
 #include "sim/SimulatedReceiver.h"
 #include "support/Text.h"
 
@@ -146,27 +147,10 @@ class FrameRig {
   }
 
   // Amplitude of a tone in the last `seconds` of what was heard.
-  double Tone(double hertz, double seconds = 1.0) {
-    const std::size_t count = std::min(Heard.size(), static_cast<std::size_t>(seconds * FSampling));
-    const std::size_t first = Heard.size() - count;
-    double re = 0.0, im = 0.0, weight = 0.0;
-    for (std::size_t n = 0; n < count; ++n) {
-      const double x = 2.0 * std::numbers::pi * static_cast<double>(n) / static_cast<double>(count);
-      const double window = 0.42 - 0.5 * std::cos(x) + 0.08 * std::cos(2.0 * x);
-      const double phase = 2.0 * std::numbers::pi * hertz * static_cast<double>(n) / FSampling;
-      re += window * Heard[first + n] * std::cos(phase);
-      im += window * Heard[first + n] * std::sin(phase);
-      weight += window;
-    }
-    return weight > 0.0 ? 2.0 * std::hypot(re, im) / weight : 0.0;
+  double Tone(double hertz, double seconds = 1.0) const {
+    return LineAt(LastHeard(seconds), hertz, Window::Blackman);
   }
-  double Loudness(double seconds = 0.5) {
-    const std::size_t count = std::min(Heard.size(), static_cast<std::size_t>(seconds * FSampling));
-    double sum = 0.0;
-    for (std::size_t n = Heard.size() - count; n < Heard.size(); ++n)
-      sum += static_cast<double>(Heard[n]) * Heard[n];
-    return count > 0 ? std::sqrt(sum / static_cast<double>(count)) : 0.0;
-  }
+  double Loudness(double seconds = 0.5) const { return RootMeanSquare(LastHeard(seconds)); }
 
   VirtualClock Clock;
   VirtualEventQueue Queue{Clock};
@@ -188,6 +172,10 @@ class FrameRig {
   std::int32_t Attenuation = 0;
 
  private:
+  std::span<const std::int16_t> LastHeard(double seconds) const {
+    return std::span<const std::int16_t>(Heard).last(
+        std::min(Heard.size(), static_cast<std::size_t>(seconds * FSampling)));
+  }
   void Hear() {
     frame_->Radio().OnAudio = [this](const std::int16_t* block, std::int32_t attenuation) {
       ++Blocks;

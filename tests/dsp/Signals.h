@@ -13,14 +13,11 @@
 #include <vector>
 
 #include "dsp/kernel/SampleBuffer.h"
+#include "signals/Measures.h"
 
 namespace quorl::test {
 
 using ComplexVector = std::vector<std::complex<double>>;
-
-inline double Decibels(double ratio) {
-  return 20.0 * std::log10(std::max(ratio, 1e-30));
-}
 
 // Uniform noise of -limit to limit, the same on every run.
 inline SampleBuffer RandomFloats(std::size_t count, float limit, unsigned seed) {
@@ -29,27 +26,6 @@ inline SampleBuffer RandomFloats(std::size_t count, float limit, unsigned seed) 
   SampleBuffer values(count);
   for (float& v : values) v = uniform(generator);
   return values;
-}
-
-inline double Radians(double hertz) {
-  return 2.0 * std::numbers::pi * hertz / 48000.0;
-}
-
-// Complex amplitude of the line at `hertz` under a Hann window: exact where every line in the span lies on a
-// whole bin, two bins apart.
-inline std::complex<double> PhasorAt(std::span<const float> samples, double hertz) {
-  const std::complex<double> turn = std::polar(1.0, -Radians(hertz));
-  const std::complex<double> hannTurn = std::polar(1.0, 2.0 * std::numbers::pi / double(samples.size()));
-  std::complex<double> phase = 1.0, hannPhase = 1.0, sum = 0.0;
-  for (const float sample : samples) {
-    sum += (1.0 - hannPhase.real()) * double(sample) * phase;
-    phase *= turn;
-    hannPhase *= hannTurn;
-  }
-  return 2.0 * sum / double(samples.size());
-}
-inline double LineAt(std::span<const float> samples, double hertz) {
-  return std::abs(PhasorAt(samples, hertz));
 }
 
 // Textbook transform, straight from the definition.

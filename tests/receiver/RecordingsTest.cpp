@@ -66,12 +66,6 @@ std::span<const float> Part(const SampleBuffer& audio, std::size_t at, std::size
   return std::span<const float>(audio).subspan(at, std::min(count, audio.size() - at));
 }
 
-double RootMeanSquare(std::span<const float> v) {
-  double sum = 0.0;
-  for (const float x : v) sum += double(x) * double(x);
-  return std::sqrt(sum / double(v.size()));
-}
-
 // Text of on-off keying at `hertz`, dots of `dot` samples.
 std::string DecodeMorse(const SampleBuffer& audio, double hertz, std::size_t dot) {
   static const std::pair<const char*, char> kCodes[] = {

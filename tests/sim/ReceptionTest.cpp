@@ -64,7 +64,8 @@ class Radio {
 
 // Loudness of the second half: the first one still holds what was tuned before.
 double Loudness(const std::vector<double>& audio) {
-  return RootMeanSquare({audio.begin() + static_cast<std::ptrdiff_t>(audio.size() / 2), audio.end()});
+  return RootMeanSquare(
+      std::ranges::subrange(audio.begin() + static_cast<std::ptrdiff_t>(audio.size() / 2), audio.end()));
 }
 
 // Reads Morse from audio by the length of tones and gaps, a dot being `dotSeconds`. Knows the letters of the
@@ -77,7 +78,7 @@ std::string ReadMorse(const std::vector<double>& audio, double dotSeconds) {
   std::vector<double> envelope;
   for (std::size_t at = 0; at + kStep <= audio.size(); at += kStep) {
     const auto from = audio.begin() + static_cast<std::ptrdiff_t>(at);
-    envelope.push_back(RootMeanSquare({from, from + kStep}));
+    envelope.push_back(RootMeanSquare(std::ranges::subrange(from, from + kStep)));
   }
   const double threshold = 0.4 * *std::max_element(envelope.begin(), envelope.end());
   const double dot = dotSeconds * 48000.0 / kStep;
@@ -171,7 +172,7 @@ TEST(Reception, BroadcastFrequencyModulationAndTimeSignal) {
     std::vector<double> tenths;
     for (std::size_t at = 0; at + 4800 <= pips.size(); at += 4800) {
       const auto from = pips.begin() + static_cast<std::ptrdiff_t>(at);
-      tenths.push_back(RootMeanSquare({from, from + 4800}));
+      tenths.push_back(RootMeanSquare(std::ranges::subrange(from, from + 4800)));
     }
     std::sort(tenths.begin(), tenths.end());
     EXPECT_GT(tenths[18], 20.0 * tenths[10]) << "two short pips in two seconds, silence else";

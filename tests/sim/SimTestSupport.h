@@ -3,19 +3,20 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <complex>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
-#include <numbers>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "platform/virtual/VirtualFiles.h"
+#include "signals/Measures.h"
 #include "sim/SimulatedBand.h"
 #include "sim/SimulatedBoard.h"
 
@@ -96,32 +97,19 @@ inline StereoSamples RenderFrames(SampleSource& source, int frames, int block = 
   return result;
 }
 
-// Amplitude of e^{j 2 pi hz t} in left + j x right over the second half of the samples under a Blackman
-// window (sidelobes 58 dB and more down, some 3 bins to each side of a line), the first half being the
-// start-up. With `right` empty a real line of amplitude A reads A.
+using test::Decibels;
+using test::RootMeanSquare;
+
+// Amplitude of e^{j 2 pi hz t} in left + j x right over the second half of the samples, the first half being
+// the start-up. With `right` empty a real line of amplitude A reads A.
 inline double LineAt(const std::vector<double>& left, const std::vector<double>& right, double hz) {
-  const std::size_t first = left.size() / 2, count = left.size() - first;
-  double re = 0.0, im = 0.0, weight = 0.0;
-  for (std::size_t n = 0; n < count; ++n) {
-    const double x = 2.0 * std::numbers::pi * static_cast<double>(n) / static_cast<double>(count);
-    const double window = 0.42 - 0.5 * std::cos(x) + 0.08 * std::cos(2.0 * x);
-    const double phase = 2.0 * std::numbers::pi * hz * static_cast<double>(n) / 48000.0;
-    const double i = left[first + n], q = right.empty() ? 0.0 : right[first + n];
-    re += window * (i * std::cos(phase) + q * std::sin(phase));
-    im += window * (q * std::cos(phase) - i * std::sin(phase));
-    weight += window;
-  }
-  return std::hypot(re, im) / weight * (right.empty() ? 2.0 : 1.0);
-}
-
-inline double Decibels(double ratio) {
-  return 20.0 * std::log10(std::max(ratio, 1e-12));
-}
-
-inline double RootMeanSquare(const std::vector<double>& samples) {
-  double sum = 0.0;
-  for (const double sample : samples) sum += sample * sample;
-  return std::sqrt(sum / static_cast<double>(samples.size()));
+  const auto secondHalf = [](const std::vector<double>& samples) {
+    return std::span<const double>(samples).subspan(samples.size() / 2);
+  };
+  const std::complex<double> i = test::PhasorAt(secondHalf(left), hz, test::Window::Blackman);
+  if (right.empty()) return std::abs(i);
+  const std::complex<double> q = test::PhasorAt(secondHalf(right), hz, test::Window::Blackman);
+  return std::abs(i + std::complex<double>(0.0, 1.0) * q) / 2.0;
 }
 
 }  // namespace quorl
