@@ -1,6 +1,8 @@
 #include "dsp/kernel/VectorKernel.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <string_view>
 
 #include "dsp/kernel/KernelTable.h"
 
@@ -23,12 +25,16 @@ KernelChoice RunnableKernels() {
 
 namespace {
 
-const KernelTable& BestKernel() {
+const KernelTable& ChooseKernel() {
   const KernelChoice choice = RunnableKernels();
+  const char* wanted = std::getenv(kKernelVariable);
+  for (int i = 0; wanted != nullptr && i < choice.Count; ++i) {
+    if (choice.Tables[i]->InstructionSet == std::string_view(wanted)) return *choice.Tables[i];
+  }
   return *choice.Tables[choice.Count - 1];
 }
 
-const KernelTable& kKernel = BestKernel();
+const KernelTable& kKernel = ChooseKernel();
 
 }  // namespace
 

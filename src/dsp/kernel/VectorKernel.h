@@ -102,7 +102,9 @@ void Filter_S_Cart_2(const float* inRe, const float* inIm, const float* filterRe
 // transformer with an even centre are zero.
 void sHilbert(const float* history, const float* coefs, float* out, std::int32_t taps, std::int32_t count);
 
-// What the processor was found to have: "baseline", "AVX2" or "AVX-512".
+// The instruction set in use, "baseline", "AVX2" or "AVX-512": the best that the processor has, or the one
+// that the environment variable names, so that they can be measured against each other.
 const char* KernelInstructionSet();
+inline constexpr char kKernelVariable[] = "QUORL_KERNEL";
 
 }  // namespace quorl
