@@ -18,6 +18,7 @@
 #include "platform/linux/system/LinuxEventQueue.h"
 #include "platform/linux/system/TerminalDialogs.h"
 #include "shared/AudioFile.h"
+#include "shared/JsonReport.h"
 #include "shared/RadioMachine.h"
 #include "support/Rounding.h"
 #include "support/Text.h"
@@ -47,18 +48,21 @@ void PrintReport(const LiveRadio& radio, const SoundStatistics& sound, const Mea
   const auto blocks = static_cast<double>(measure.Blocks);
   const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - measure.Begin;
   const double processor = static_cast<double>(std::clock() - measure.ProcessorBegin) / CLOCKS_PER_SEC;
-  std::fprintf(
-      stderr,
-      "{\"blocks\": %lld, \"seconds\": %.3f, \"frequency_hz\": %.1f, \"oscillator_hz\": %.1f, "
-      "\"signal_level\": %.3f, \"agc_gain\": %.6g, \"us_per_block_mean\": %.2f, \"us_per_block_max\": %.2f, "
-      "\"times_real_time\": %.1f, \"cpu_percent\": %.1f, \"captured_blocks\": %lld, \"overruns\": %lld, "
-      "\"underruns\": %lld}\n",
-      static_cast<long long>(measure.Blocks), blocks / BlocksPerSecond, radio.VFO()->TunedFrequency() / 10.0,
-      radio.VFO()->OscOut / 10.0, static_cast<double>(radio.Radio.MeanSignalLevel()),
-      static_cast<double>(radio.Radio.Vars.AGCMeterGain), blocks > 0 ? measure.Microseconds / blocks : 0.0,
-      measure.Longest, blocks / BlocksPerSecond / elapsed.count(), 100.0 * processor / elapsed.count(),
-      static_cast<long long>(sound.CapturedBlocks), static_cast<long long>(sound.Overruns),
-      static_cast<long long>(sound.Underruns));
+  JsonReport()
+      .Add("blocks", measure.Blocks)
+      .Add("seconds", blocks / BlocksPerSecond, 3)
+      .Add("frequency_hz", radio.VFO()->TunedFrequency() / 10.0, 1)
+      .Add("oscillator_hz", radio.VFO()->OscOut / 10.0, 1)
+      .Add("signal_level", radio.Radio.MeanSignalLevel(), 3)
+      .Add("agc_gain", radio.Radio.Vars.AGCMeterGain, 6)
+      .Add("us_per_block_mean", blocks > 0 ? measure.Microseconds / blocks : 0.0, 2)
+      .Add("us_per_block_max", measure.Longest, 2)
+      .Add("times_real_time", blocks / BlocksPerSecond / elapsed.count(), 1)
+      .Add("cpu_percent", 100.0 * processor / elapsed.count(), 1)
+      .Add("captured_blocks", sound.CapturedBlocks)
+      .Add("overruns", sound.Overruns)
+      .Add("underruns", sound.Underruns)
+      .Print();
 }
 
 // Puts the radio on the frequency that was asked for, else on that of the last time.

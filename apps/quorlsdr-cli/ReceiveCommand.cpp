@@ -17,6 +17,7 @@
 #include "recorder/RawStream.h"
 #include "recorder/WavReader.h"
 #include "recorder/WavWriter.h"
+#include "shared/JsonReport.h"
 
 namespace quorl::cli {
 namespace {
@@ -69,13 +70,17 @@ std::int64_t Carry(SampleReader& reader, SampleWriter& writer, Reception& recept
 
 void PrintReport(const ReceptionReport& report, std::int64_t frames, double elapsedSeconds) {
   const double seconds = static_cast<double>(frames) / FSampling;
-  std::fprintf(stderr,
-               "{\"blocks\": %lld, \"seconds\": %.3f, \"signal_level\": %.3f, \"agc_gain\": %.6g, "
-               "\"peak_in\": %d, \"peak_out\": %d, \"us_per_block_mean\": %.2f, \"us_per_block_max\": %.2f, "
-               "\"times_real_time\": %.1f}\n",
-               static_cast<long long>(report.Blocks), seconds, report.SignalLevel, report.AGCGain,
-               report.PeakIn, report.PeakOut, report.BlockMeanMicroseconds, report.BlockMaxMicroseconds,
-               elapsedSeconds > 0.0 ? seconds / elapsedSeconds : 0.0);
+  JsonReport()
+      .Add("blocks", report.Blocks)
+      .Add("seconds", seconds, 3)
+      .Add("signal_level", report.SignalLevel, 3)
+      .Add("agc_gain", report.AGCGain, 6)
+      .Add("peak_in", report.PeakIn)
+      .Add("peak_out", report.PeakOut)
+      .Add("us_per_block_mean", report.BlockMeanMicroseconds, 2)
+      .Add("us_per_block_max", report.BlockMaxMicroseconds, 2)
+      .Add("times_real_time", elapsedSeconds > 0.0 ? seconds / elapsedSeconds : 0.0, 1)
+      .Print();
 }
 
 int Stop(const Failure& failure, int exitCode) {

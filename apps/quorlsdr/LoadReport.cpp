@@ -3,7 +3,8 @@
 #include <sys/resource.h>
 
 #include <algorithm>
-#include <cstdio>
+
+#include "shared/JsonReport.h"
 
 namespace quorl {
 
@@ -47,18 +48,22 @@ void LoadReport::Print(frmMain& frame, RadioMachine& machine, const WatchedAppli
   const double elapsed = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin_).count();
   const double listening = elapsed - firstBlockSeconds_;
   const SoundStatistics sound = machine.Parts().Sound.Statistics();
-  std::fprintf(
-      stderr,
-      "{\"seconds\": %.2f, \"first_audio_s\": %.3f, \"blocks\": %lld, \"us_per_block_mean\": %.1f, "
-      "\"us_per_block_max\": %.1f, \"housekeeping_us_mean\": %.1f, \"repaints\": %lld, \"repaint_ms_mean\": "
-      "%.2f, \"repaint_ms_max\": %.2f, \"cpu_percent\": %.2f, \"resident_mb\": %.1f, \"overruns\": %lld, "
-      "\"underruns\": %lld, \"signal_level\": %.2f}\n",
-      elapsed, firstBlockSeconds_, static_cast<long long>(blocks_), mean(microseconds_, blocks_), longest_,
-      mean(housekeepingMicroseconds_, housekeepings_), static_cast<long long>(application.Repaints),
-      mean(application.RepaintMs, application.Repaints), application.LongestRepaintMs,
-      listening > 0.0 ? 100.0 * (CpuSeconds() - firstBlockCpu_) / listening : 0.0,
-      static_cast<double>(Usage().ru_maxrss) / 1024.0, static_cast<long long>(sound.Overruns),
-      static_cast<long long>(sound.Underruns), static_cast<double>(frame.Radio().Radio.MeanSignalLevel()));
+  JsonReport()
+      .Add("seconds", elapsed, 2)
+      .Add("first_audio_s", firstBlockSeconds_, 3)
+      .Add("blocks", blocks_)
+      .Add("us_per_block_mean", mean(microseconds_, blocks_), 1)
+      .Add("us_per_block_max", longest_, 1)
+      .Add("housekeeping_us_mean", mean(housekeepingMicroseconds_, housekeepings_), 1)
+      .Add("repaints", application.Repaints)
+      .Add("repaint_ms_mean", mean(application.RepaintMs, application.Repaints), 2)
+      .Add("repaint_ms_max", application.LongestRepaintMs, 2)
+      .Add("cpu_percent", listening > 0.0 ? 100.0 * (CpuSeconds() - firstBlockCpu_) / listening : 0.0, 2)
+      .Add("resident_mb", static_cast<double>(Usage().ru_maxrss) / 1024.0, 1)
+      .Add("overruns", sound.Overruns)
+      .Add("underruns", sound.Underruns)
+      .Add("signal_level", frame.Radio().Radio.MeanSignalLevel(), 2)
+      .Print();
 }
 
 }  // namespace quorl

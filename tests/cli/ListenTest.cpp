@@ -3,6 +3,7 @@
 #include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <nlohmann/json.hpp>
 
 #include <csignal>
 #include <filesystem>
@@ -38,8 +39,7 @@ programme = tone 900 60
 )";
 
 double ReportValue(const CliResult& result, const std::string& key) {
-  const std::size_t at = result.Errors.find("\"" + key + "\": ");
-  return at == std::string::npos ? -1.0 : std::stod(result.Errors.substr(at + key.size() + 4));
+  return nlohmann::json::parse(result.Errors).at(key).get<double>();
 }
 
 class ListenTest : public CliTest {
