@@ -8,7 +8,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "state/PublicConstants.h"
+#include "interaction/PanelTexts.h"
 #include "support/Picture.h"
 
 namespace quorl::cli {

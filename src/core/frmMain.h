@@ -19,6 +19,7 @@
 #include "diagnostics/StatsPanel.h"
 #include "display/SMeterPanel.h"
 #include "interaction/PanelColours.h"
+#include "interaction/PanelTexts.h"
 #include "interaction/ScrollableControls.h"
 #include "platform/Machine.h"
 #include "reception/AGCPanel.h"

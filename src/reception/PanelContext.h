@@ -2,14 +2,13 @@
 #pragma once
 
 #include <functional>
-#include <span>
 
 #include "controls/ControlRegistry.h"
 #include "controls/Controls.h"
 #include "dsp/filters/FilterBank.h"
 #include "interaction/PanelColours.h"
+#include "interaction/PanelTexts.h"
 #include "interaction/ScrollableControls.h"
-#include "state/PublicConstants.h"
 #include "state/PublicVars.h"
 #include "support/Rounding.h"
 
@@ -24,16 +23,6 @@ struct PanelContext {
   FilterBank& Filters;
   std::function<void()> Yield;  // delivers waiting events once
 };
-
-// Captions and tool tips of a group's first buttons.
-inline void SetTexts(OptionGroup& group, std::span<const ButtonText> texts) {
-  int index = 0;
-  for (const ButtonText& text : texts) {
-    OptionButton& button = group(index++);
-    button.Caption = text.Caption;
-    button.ToolTip = text.ToolTip;
-  }
-}
 
 // The value of an edge, centre or width control in whole hertz.
 inline std::int32_t WholeValue(ScrollableControls& scrollables, int index) {

@@ -63,67 +63,7 @@ namespace PlayerModes {
 inline constexpr std::int32_t Recording = 1, Playing = 2;
 }
 
-// A button of an option group as the panel shows it.
-struct ButtonText {
-  const char* Caption;  // '&' stands before the mnemonic
-  const char* ToolTip;
-};
-
-inline constexpr std::array<const char*, 4> SDRModelNames{"DRT1", "ELEKTOR DRM", "IQ Xtal RX",
-                                                          "Real to IQ RX"};
-
-inline constexpr std::array<ButtonText, DemodMode::Count> DemodModeTexts{{
-    {"&AM", "AM Demodulation"},
-    {"&USB", "Single Sideband - Upper Sideband"},
-    {"&LSB", "Single Sideband - Lower Sideband"},
-    {"&DRM", "DRM mode - Select, then launch Dream/DRM.EXE manually"},
-    {"&FM", "Frequency Demodulation"},
-    {"&BC", "AM Demodulation "},
-}};
-
 inline constexpr std::int32_t FilterModeCount = 5;
-inline constexpr std::array<ButtonText, FilterModeCount> FilterModeTexts{{
-    {"5.0 KHz", "Strong AM Broadcast"},
-    {"400 Hz", "CW"},
-    {"2.4 KHz", "DX SSB"},
-    {"3.2 KHz", "Strong SSB"},
-    {"4.0 KHz", "AM Talk Radio"},
-}};
-
-inline constexpr std::array<ButtonText, IFFilterMode::Count> IFFilterModeTexts{{
-    {"Off", "OFF"},
-    {"Man", "Manually Set IF Filter"},
-    {"Track", "Tracks Main Filters"},
-}};
-
-inline constexpr std::array<ButtonText, 4> AGCModeTexts{{
-    {"Off", "AGC OFF"},
-    {"Fast", "Fast (CW)"},
-    {"Normal", "Normal (AM)"},
-    {"Slow", "Slow (SSB)"},
-}};
-
-inline constexpr std::array<ButtonText, 2> NotchModeTexts{{{"Man", "Manual Notch"}, {"Auto", "Auto Notch"}}};
-
-inline constexpr std::array<ButtonText, 4> DisplaySizeTexts{{
-    {"Ext", "Spectrum Display & Configuration Buttons"},
-    {"Std", "All the controls"},
-    {"Comp", "Just VFO & S Meter"},
-    {"Full", "Everything + Config Button"},
-}};
-
-inline constexpr std::array<ButtonText, 3> PowerTexts{{
-    {"On", "Start Receiving"},
-    {"Off", "Stop Receiving"},
-    {"&Close", "Close the Receiver"},
-}};
-
-inline constexpr std::array<ButtonText, 4> SpectrumSourceTexts{{
-    {"IF in", "IF Input"},
-    {"Pre Demod", "After IF & Notch Filters"},
-    {"Post Demod", "Unfiltered Demodulation"},
-    {"AF Out", "What you hear"},
-}};
 
 // The tuning step selector, in deci-hertz.
 inline constexpr std::array<std::int32_t, 17> TuneSteps{

@@ -81,7 +81,7 @@ struct PublicVars {
   std::int32_t AGCDelayCallbacks = 117;  // the same in blocks
   std::int32_t AGCSmoothTime = 10;       // ms: length of the gain ramp
   std::int32_t AGCSmoothSamples = 480;   // the same in samples
-  float AGCMeterGain = 1.0F;             // gain of the last block, for the read-out
+  float AGCMeterGain = 1.0F;             // gain applied to the last block, for the read-out
   // Volume: above 0 a gain in software, else hardware attenuation in hundredths of a decibel.
   float OutputAttenuation = 0.0F;
 
