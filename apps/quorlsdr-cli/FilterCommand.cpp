@@ -98,6 +98,10 @@ void AddFilterCommand(CLI::App& app, int& exitCode) {
   command->add_flag("--no-normalise", options->NoNormalise, "leave the gain as the design gives it");
   command->callback([options, &exitCode] {
     if (options->Low >= options->High) Refuse("--low", "the band is empty; --low must lie below --high");
+    if (options->Reject && (options->Quadrature || options->NoNormalise)) {
+      Refuse("--reject",
+             "a band stop has one phase and a gain of one; leave --quadrature and --no-normalise out");
+    }
     exitCode = Run(*options);
   });
 }

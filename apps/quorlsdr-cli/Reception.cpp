@@ -28,6 +28,12 @@ class FileOutput final : public SoundOutput {
   std::int32_t attenuation_ = 0;
 };
 
+// Largest magnitude of a block.
+int Peak(const std::int16_t* block) {
+  const auto [low, high] = std::minmax_element(block, block + SamplesPerEvent);
+  return std::max(-int{*low}, int{*high});
+}
+
 }  // namespace
 
 struct Reception::Parts {
@@ -51,11 +57,11 @@ Reception::~Reception() = default;
 
 void Reception::Process(std::int16_t* left, const std::int16_t* right) {
   Parts& p = *parts_;
-  p.PeakIn = std::max<int>(p.PeakIn, *std::max_element(left, left + SamplesPerEvent));
+  p.PeakIn = std::max(p.PeakIn, Peak(left));
   p.Radio.Pump.SoundCard_DataReady(left, right);
   p.Radio.Housekeeping();
   p.Sound.Attenuate(left);
-  p.PeakOut = std::max<int>(p.PeakOut, *std::max_element(left, left + SamplesPerEvent));
+  p.PeakOut = std::max(p.PeakOut, Peak(left));
   ++p.Blocks;
   p.Microseconds += p.Radio.Pump.PumpMicroseconds;
   p.MaxMicroseconds = std::max(p.MaxMicroseconds, p.Radio.Pump.PumpMicroseconds);

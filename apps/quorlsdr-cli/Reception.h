@@ -13,7 +13,7 @@ struct ReceptionReport {
   std::int64_t Blocks = 0;
   double SignalLevel = 0.0;  // mean of the last blocks' levels before demodulation
   double AGCGain = 1.0;      // gain of the last block
-  int PeakIn = 0;            // largest samples before and after the chain
+  int PeakIn = 0;            // largest magnitudes before and after the chain
   int PeakOut = 0;
   double BlockMeanMicroseconds = 0.0;
   double BlockMaxMicroseconds = 0.0;

@@ -79,6 +79,7 @@ void Receiver::SetNoiseBlanker(bool on, float controlValue) {
 
 void Receiver::SetDynamicFilter(bool on) {
   Vars.DynFilterActive = Filters.DynFilter.Active = on;
+  Vars.FiltersDirty = true;
 }
 
 bool Receiver::Housekeeping() {

@@ -37,7 +37,8 @@ class Receiver {
   void SetIFFilter(std::int32_t mode);
   // Extents of the manual IF filter from the IF centre, Hz, for the demodulation mode in force.
   void SetManualIFFilter(std::int32_t low, std::int32_t high);
-  // Width in Hz; the centre is a pitch (audio) or an offset from the IF, counted downwards for a low LO.
+  // Width in Hz; the centre is a pitch (audio) or an offset from the IF's centre, counted downwards
+  // in frequency on the air.
   void SetNotch(bool active, std::int32_t mode, std::int32_t type, std::int32_t centre, std::int32_t width);
   void SetNotchMirror(bool mirror);
   void SetNoiseBlanker(bool on, float controlValue);  // 0 to 10000

@@ -121,6 +121,7 @@ void FilterPanel::chkMusic_Click() {
 
 void FilterPanel::chkDynFilter_Click() {
   vars_.DynFilterActive = context_.Filters.DynFilter.Active = chkDynFilter.Value();
+  vars_.FiltersDirty = true;
   if (!chkDynFilter.Value()) optFilter_Click(kTaggedEdges);
 }
 
@@ -162,6 +163,12 @@ void FilterPanel::ShowEdges() {
   }
   lblFLo.Caption = "Flo : " + FormatPicture(vars_.FilterLo, kEdgePicture);
   lblFHi.Caption = "Fhi : " + FormatPicture(vars_.FilterHi, kEdgePicture);
+}
+
+void FilterPanel::ShowDefaults() {
+  constexpr char kPicture[] = "0.0 kHz";
+  lblFLo.Caption = FormatPicture(2.0, kPicture);
+  lblFHi.Caption = FormatPicture(3.0, kPicture);
 }
 
 void FilterPanel::lblFilterHi_Wheel() {

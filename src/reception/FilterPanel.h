@@ -35,6 +35,8 @@ class FilterPanel {
   void sldBW_MouseDown(int index, MouseButton button);
   void lblFilterHi_Wheel();
   void lblFilterLo_Wheel();
+  // A speech filter's edges in the captions, until those in force are known.
+  void ShowDefaults();
 
  private:
   FilterSettingsRecord& Record();

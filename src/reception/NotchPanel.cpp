@@ -164,7 +164,8 @@ void NotchPanel::chkNotchMirror_Click() {
 void NotchPanel::TakeCentre() {
   const std::int32_t value = WholeValue(context_.Scrollables, CtlIndex::NotchC);
   vars_.NotchCentre = value;
-  // An offset from the IF counts upwards in frequency on air: downwards on the IF for a low oscillator.
+  // An offset counts downwards in frequency on the air: upwards on the IF of a high oscillator, which stands
+  // upside down, and downwards on that of a low one.
   if (vars_.NotchType == NotchTypes::IF) {
     vars_.NotchCentre = vars_.LowSideLO ? IFCentre - value : IFCentre + value;
   }

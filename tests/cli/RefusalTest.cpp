@@ -111,6 +111,9 @@ TEST_F(RefusalTest, OptionsOutOfRangeAreNamedInOneLine) {
     ExpectOneLine(Cli("receive " + options + " in.wav out.wav"), 2, options.substr(0, options.find(' ')));
   }
   ExpectOneLine(Cli("receive --channels 3 - out.wav"), 2, "--channels");
+  for (const std::string ignored : {"--quadrature", "--no-normalise"}) {
+    ExpectOneLine(Cli("filter --low 300 --high 900 --reject " + ignored), 2, "--reject");
+  }
   ExpectOneLine(Cli("receive in.wav"), 2, "OUTPUT");
   ExpectOneLine(Cli("receive --no-such-option in.wav out.wav"), 2, "--no-such-option");
   ExpectOneLine(Cli("transmit in.wav out.wav"), 2, "transmit");

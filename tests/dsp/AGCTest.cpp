@@ -75,8 +75,10 @@ TEST_F(AGCTest, SilenceNeitherAgesNorEntersTheLine) {
   agc.ApplyPreset(AGCPreset::Fast);
   Run(20000.0F);
   const float gain = agc.Gain();
-  for (int block = 0; block < 200; ++block) Run(0.0F);
+  for (int block = 0; block < 200; ++block) Run(block % 2 == 0 ? 0.0F : 0.0099F);
   EXPECT_EQ(agc.Gain(), gain);
+  for (int block = 0; block < 59; ++block) Run(0.02F);
+  EXPECT_GT(agc.Gain(), 100000.0F);
 }
 
 TEST_F(AGCTest, NothingHeardLeavesTheBlockAsItIs) {
@@ -96,10 +98,14 @@ TEST_F(AGCTest, OffPassesTheLevelButGainAndLimiterGoOn) {
   agc.SetVolume(0.0F);
   for (int block = 0; block < 59; ++block) EXPECT_EQ(Run(100.0F)[1000], 100.0F);
   ExpectNear(agc.Gain(), 163.83F);
-  EXPECT_EQ(vars.AGCMeterGain, agc.Gain());
+  EXPECT_EQ(vars.AGCMeterGain, 1.0F);  // what is not applied is not shown
   EXPECT_NEAR(Run(-30000.0F)[0], -16384.0F, 0.01F);
   vars.AGCON = true;  // no jump: the ramp starts where the gain stands
   EXPECT_NEAR(Run(30000.0F)[0], 16383.0F, 1.0F);
+  EXPECT_EQ(vars.AGCMeterGain, agc.Gain());
+  agc.SetDelay(0.0F);
+  Run(100.0F);
+  EXPECT_EQ(vars.AGCMeterGain, 1.0F);
 }
 
 TEST_F(AGCTest, ALineOfNoneOrOneBlock) {

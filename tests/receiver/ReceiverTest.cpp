@@ -68,6 +68,19 @@ TEST(Receiver, ModesRunTheFiltersTheyNeed) {
   rig.Radio.Vars.SDRModelNo = SDRModel::IQXtalRX;
   rig.Radio.Housekeeping();
   EXPECT_TRUE(f.IFFilterQ.Active);
+  // Both streams of an I/Q board pass the same band at the same phase.
+  rig.Radio.SetDemodMode(DemodMode::LSB);
+  SetBFO(rig.Radio.Vars, -500);
+  rig.SetFilter(300, 2300);
+  for (const clsFFTFilter* filter : {&f.IFFilterI, &f.IFFilterQ}) {
+    EXPECT_EQ(filter->FLow, 12800);
+    EXPECT_EQ(filter->FHigh, 14800);
+    EXPECT_FALSE(filter->QPhase);
+    std::vector<double> taps(BlockPoints);
+    filter->GetFilterTCoeffs_D(taps.data());
+    EXPECT_GT(std::abs(ResponseAt(taps, 14000.0)), 0.9);
+    EXPECT_LT(std::abs(ResponseAt(taps, 16000.0)), 0.1);
+  }
   rig.Radio.Vars.SDRModelNo = SDRModel::DRT1;
   rig.Radio.SetFilterEdges(300, 3000);
   rig.Radio.Housekeeping();
@@ -180,6 +193,36 @@ TEST(Receiver, BlankerTurnsWeakBinsDownAndLeavesStrongOnes) {
   EXPECT_NEAR(Decibels(LineAt(on, strong) / LineAt(off, strong)), 0.0, 1.0);
   EXPECT_NEAR(Decibels(LineAt(on, weak) / LineAt(off, weak)), Decibels(0.02), 3.0);
   EXPECT_NEAR(Decibels(LineAt(on, outside) / LineAt(off, outside)), 0.0, 0.5);
+
+  // A band that the BFO has moved off the spectrum has no bins.
+  ChainRig rig;
+  NoiseBlanker blanker(rig.Radio.Vars, rig.Radio.Filters);
+  rig.Radio.SetNoiseBlanker(true, 10000.0F);
+  clsFFTFilter& band = rig.Radio.Filters.IFFilterI;
+  for (const auto& [low, high] : {std::pair{-2300, -300}, {25000, 27000}}) {
+    band.FLow = low;
+    band.FHigh = high;
+    band.MakeFilter();
+    const SampleBuffer noise = RandomFloats(SegmentSize, 9000.0F, 3);
+    SampleBuffer block = noise;
+    blanker.NoiseBlank(block.data());
+    for (std::size_t k = 0; k < SamplesPerEvent; ++k) ASSERT_NEAR(block[k], noise[k], 0.1) << low << " " << k;
+  }
+}
+
+TEST(Receiver, AMutedInputStaysSilentInEveryMode) {
+  for (const std::int32_t mode : {DemodMode::USB, DemodMode::LSB, DemodMode::AM, DemodMode::BC}) {
+    ChainRig rig(SDRModel::DRT1, mode);
+    rig.Radio.Vars.AGCON = true;
+    rig.Radio.Agc.FillDelayLine();
+    int peak = 0;
+    for (int block = 0; block < 250; ++block) {
+      rig.I.fill(-1);
+      rig.Step();
+      for (const std::int16_t sample : rig.I) peak = std::max(peak, std::abs(int{sample}));
+    }
+    EXPECT_LE(peak, 1) << mode;
+  }
 }
 
 TEST(Receiver, DynamicFilterFollowsMovesOfMoreThan100Hertz) {
@@ -221,6 +264,28 @@ TEST(Receiver, DynamicFilterFollowsMovesOfMoreThan100Hertz) {
   EXPECT_NEAR(vars.PeakFrequency, 2000, 24);
 }
 
+TEST(Receiver, APresetMovesARunningDynamicFilterAndNoNotchOfTheHand) {
+  ChainRig rig(SDRModel::DRT1, DemodMode::USB);
+  Receiver& radio = rig.Radio;
+  const auto passes = [&](double hertz) {
+    std::vector<double> taps(BlockPoints);
+    radio.Filters.DynFilter.GetFilterTCoeffs_D(taps.data());
+    return std::abs(ResponseAt(taps, hertz)) > 0.5;
+  };
+  radio.SetFilterMode(1);  // 200 to 600 Hz
+  radio.SetNotch(true, NotchModes::Manual, NotchTypes::Audio, 1200, 100);
+  radio.SetDynamicFilter(true);
+  radio.Housekeeping();
+  EXPECT_TRUE(passes(400.0) && !passes(1500.0));
+  radio.SetFilterMode(3);  // 300 to 3000 Hz
+  radio.Housekeeping();
+  EXPECT_TRUE(passes(1500.0) && passes(2500.0));
+  radio.Vars.PeakBinRing.fill(100);
+  radio.Housekeeping();
+  EXPECT_GT(radio.Vars.PeakFrequency, 1400);
+  EXPECT_EQ(radio.Vars.NotchCentre, 1200);
+}
+
 TEST(Receiver, AutoNotchStaysForSmallMoves) {
   ChainRig rig(SDRModel::DRT1, DemodMode::USB);
   rig.SetFilter(300, 3300);
@@ -237,6 +302,32 @@ TEST(Receiver, AutoNotchStaysForSmallMoves) {
   EXPECT_EQ(rig.Radio.Filters.NotchFilterI.FLow, first - 200);
   EXPECT_EQ(centreAt(105), 24000 * 130 / 2048);  // 59 Hz
   EXPECT_EQ(rig.Radio.Filters.NotchFilterI.FHigh, 24000 * 130 / 2048 + 200);
+}
+
+TEST(Receiver, TheAudioNotchCarriesTheTailOfItsLastBlock) {
+  ChainRig rig;
+  rig.Radio.SetNotch(true, NotchModes::Manual, NotchTypes::Audio, 1000, 100);
+  AudioNotch notch(rig.Radio.Vars, rig.Radio.Filters);
+  clsFFTFilter& filter = rig.Radio.Filters.NotchFilterI;
+  std::vector<float> taps(BlockPoints);
+  taps.back() = 1.0F;  // delays by a block less one sample
+  filter.PutFilterTCoeffs_S(taps.data());
+  const auto pass = [&](float level) {
+    SampleBuffer block(SegmentSize);
+    std::fill_n(block.begin(), SamplesPerEvent, level);
+    notch.AudioNotchAndPeak(block.data());
+    return block;
+  };
+  SampleBuffer out = pass(100.0F);
+  EXPECT_NEAR(out[0], 0.0, 1e-3);
+  EXPECT_NEAR(out[2047], 100.0, 1e-3);
+  // While the notch is off its tail waits.
+  filter.Active = false;
+  EXPECT_EQ(pass(7.0F)[2000], 7.0F);
+  filter.Active = true;
+  out = pass(0.0F);
+  for (std::size_t k = 0; k < SamplesPerEvent; ++k) ASSERT_NEAR(out[k], k < 2046 ? 100.0 : 0.0, 1e-3) << k;
+  EXPECT_NEAR(pass(0.0F)[5], 0.0, 1e-3);
 }
 
 TEST(Receiver, NotchMatchesDirectConvolution) {

@@ -74,11 +74,17 @@ TEST_F(NotchPanelTest, AudioAndIFKeepTheirOwnRangeAndValue) {
   Set("sldNotch", "-2000");
   EXPECT_EQ(Text("lblNotchC"), "-2000");
   EXPECT_EQ(vars.NotchCentre, IFCentre - 2000);
+  vars.NotchDirty = false;
   SetLowSideLO(vars, true);
+  EXPECT_EQ(vars.NotchCentre, IFCentre + 2000);
+  EXPECT_EQ(vars.NotchHi - vars.NotchLo, vars.NotchWidth);
+  EXPECT_TRUE(vars.NotchDirty);
   Wheel("lblNotchC", 1);
   EXPECT_EQ(vars.NotchCentre, IFCentre + 1990);
   Click("chkNotchType");
   EXPECT_EQ(Text("lblNotchC"), "800");
+  SetLowSideLO(vars, false);
+  SetLowSideLO(vars, true);
   EXPECT_EQ(vars.NotchCentre, 800);
   Wheel("lblNotchC", -100, {true, false, false});
   EXPECT_EQ(vars.NotchCentre, 0);

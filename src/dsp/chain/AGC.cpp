@@ -8,6 +8,12 @@
 
 namespace quorl {
 
+namespace {
+
+constexpr float kSilence = 0.01F;  // a hundredth of a 16-bit step: no converter brings so little
+
+}  // namespace
+
 AGC::AGC(PublicVars& vars, OutputLevel& output)
     : vars_(vars),
       output_(output),
@@ -56,8 +62,9 @@ void AGC::FillDelayLine() {
 bool AGC::UpdateGain(float peak) {
   const std::int32_t n = vars_.AGCDelayCallbacks;
   if (n == 0) return true;
-  // Silence does not enter the line, so that it neither ages the peaks nor lowers them.
-  if (peak != 0.0F) {
+  // Silence does not enter the line, so that it neither ages the peaks nor lowers them. What a filter makes
+  // of a muted input's constant is silence, too: brought up to full level, it would roar.
+  if (peak >= kSilence) {
     ShiftVectorRight_S_1(delayLine_.data(), n - 1);
     delayLine_[0] = peak;
   }
@@ -69,20 +76,25 @@ bool AGC::UpdateGain(float peak) {
 }
 
 void AGC::ApplyGain(float* block) {
+  const bool applied = vars_.AGCON && vars_.AGCDelayCallbacks > 0;
+  vars_.AGCMeterGain = applied ? gain_ : 1.0F;
   if (vars_.AGCDelayCallbacks == 0) return;
-  if (vars_.AGCON) {
+  if (applied) {
     const std::int32_t ramp = vars_.AGCSmoothSamples;
     VectorRamp_S_1(lastGain_, gain_, gainRamp_.data(), ramp);
     Mpy_S_2(gainRamp_.data(), block, ramp);
     Mpy_S_1(gain_, block + ramp, SamplesPerEvent - ramp);
   }
   // Also while switched off, so that switching on gives no jump.
-  lastGain_ = vars_.AGCMeterGain = gain_;
+  lastGain_ = gain_;
 }
 
 void AGC::ApplyAGC(float* block) {
   // Nothing heard yet: there is no peak to set a gain by, and the block goes on as it is.
-  if (!UpdateGain(MaxValueAbs_S(block, SamplesPerEvent))) return;
+  if (!UpdateGain(MaxValueAbs_S(block, SamplesPerEvent))) {
+    vars_.AGCMeterGain = 1.0F;
+    return;
+  }
   ApplyGain(block);
   if (vars_.OutputAttenuation <= 0.0F) {
     output_.SetOutputAttenuation(RoundHalfEven(vars_.OutputAttenuation));

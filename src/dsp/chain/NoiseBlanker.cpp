@@ -1,7 +1,6 @@
 #include "dsp/chain/NoiseBlanker.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "dsp/kernel/VectorKernel.h"
 
@@ -25,11 +24,12 @@ void NoiseBlanker::NoiseBlank(float* block) {
   ZeroVector_S(block + SamplesPerEvent, SegmentSize - SamplesPerEvent);
   filters_.FFTReal.FFT_Real_S_2(block, specRe_.data(), specIm_.data());
   CartToPolar_S_2(specRe_.data(), specIm_.data(), specMag_.data(), specPhase_.data(), kBins);
-  // The band of the IF filter, whether that runs or not; a filter with its edges crossed has the bins so,
-  // too.
+  // The band of the IF filter, whether that runs or not, as far as the spectrum reaches. A filter with its
+  // edges crossed has the bins so, too.
   const clsFFTFilter& band = filters_.IFFilterI;
-  const std::int32_t first = std::clamp(std::min(band.BinFLow, band.BinFHigh), 0, kBins);
-  const std::int32_t count = std::clamp(std::abs(band.BinFCount), 0, kBins - first);
+  const auto [first, last] =
+      std::minmax({std::clamp(band.BinFLow, 0, kBins), std::clamp(band.BinFHigh, 0, kBins)});
+  const std::int32_t count = last - first;
   float* magnitudes = specMag_.data() + first;
   const float threshold = vars_.NBThreshold * MaxValue_S(magnitudes, count);
   LowThreshFract_S_1(magnitudes, threshold, vars_.NBThreshold / 10.0F, count);

@@ -98,6 +98,7 @@ void VariableFilters::MakeFilters() {
     f.SSBFilterQ.QPhase = true;
     Rebuild(f.SSBFilterQ, {f.SSBFilterI.FLow, f.SSBFilterI.FHigh});
   }
+  if (f.DynFilter.Active) Rebuild(f.DynFilter, {f.DynFilter.FLow, f.DynFilter.FHigh});
   if (tap_.Analyser != nullptr) {
     f.IFFilterI.GetFilterCoeffs_T_S(ifTaps_.data());
     tap_.Analyser->LoadFilterCoeffs_T_S(ifTaps_.data());
@@ -116,7 +117,8 @@ void VariableFilters::TrackPeak() {
   const auto sum = static_cast<std::int32_t>(Sum_Int32_1(vars_.PeakBinRing.data(), PeakBinRingUpperBound));
   const std::int32_t mean = sum / PeakBinRingUpperBound + vars_.FilterLo / hertzPerBin;
   vars_.PeakFrequency = notch.FSampling / 2 * mean / notch.Points;
-  vars_.NotchCentre = vars_.PeakFrequency;
+  // A notch set by hand stays where it was set.
+  if (vars_.NotchMode == NotchModes::Auto) vars_.NotchCentre = vars_.PeakFrequency;
 }
 
 void VariableFilters::MoveDynFilter() {
@@ -173,6 +175,12 @@ void SetBFO(PublicVars& vars, std::int32_t hertz) {
 }
 
 void SetLowSideLO(PublicVars& vars, bool low) {
+  // What stood above the IF's centre stands below it now, and a notch on the IF goes with it.
+  if (low != vars.LowSideLO && vars.NotchType == NotchTypes::IF) {
+    vars.NotchCentre = 2 * IFCentre - vars.NotchCentre;
+    SetNotchEdges(vars);
+    vars.NotchDirty = true;
+  }
   vars.LowSideLO = low;
   SetBFO(vars, vars.MixerFrequency - IFCentre);
 }
