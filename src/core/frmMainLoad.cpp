@@ -107,6 +107,7 @@ void frmMain::LoadSteps() {
   ApplySettings();
   step(":Set OutputLevel Attenuator to PublicVars.OutputAttenuation");
   volume_->lblOutVol_Wheel();
+  filter_->ShowDefaults();
   step(":Call modWheelMouse.init");
   step(":Set up default values in the AGC delayline");
   radio_->Radio.Agc.FillDelayLine();

@@ -60,10 +60,12 @@ class BreakingSound : public VirtualSoundSystem {
  public:
   using VirtualSoundSystem::VirtualSoundSystem;
   std::vector<std::string> CaptureDeviceNames() override {
+    OnList();
     if (Breaks) throw std::runtime_error("the sound system is out of order");
     return VirtualSoundSystem::CaptureDeviceNames();
   }
   bool Breaks = false;
+  std::function<void()> OnList = [] {};  // the start asks for its devices half way
 };
 
 class FrameRig {

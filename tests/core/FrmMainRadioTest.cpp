@@ -86,6 +86,15 @@ TEST(FrmMainPower, AWindowOfARadioThatStartsByItselfCanAskForItsTitleBar) {
   EXPECT_TRUE(rig.Frame().CaptionRemoved());
 }
 
+TEST_F(FrmMainRadio, EachBlockIsFollowedByOneRoundOfHousekeeping) {
+  int rounds = 0;
+  rig.Frame().Radio().OnHousekept = [&](double) { ++rounds; };
+  const std::int64_t blocks = rig.Blocks;
+  rig.Run(5.0);
+  EXPECT_GT(rig.Blocks - blocks, 110);
+  EXPECT_NEAR(rounds, static_cast<double>(rig.Blocks - blocks), 1.0);
+}
+
 TEST_F(FrmMainRadio, EveryModeAndFilterHasItsAudio) {
   for (int mode = 0; mode < DemodMode::Count; ++mode) {
     rig.Click(IndexedName("optMode", mode));

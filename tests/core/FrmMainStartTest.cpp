@@ -68,6 +68,31 @@ TEST(FrmMainStart, EveryStepIsToldInItsOrder) {
   EXPECT_TRUE(rig.Boxes.Messages.empty());
 }
 
+TEST(FrmMainStart, ThePowerWaitsForTheEndOfTheStart) {
+  FrameRig rig;
+  std::vector<std::string> captions;
+  bool touched = false;
+  rig.Sound.OnList = [&] {
+    if (touched) return;
+    touched = true;
+    for (const char* name : {"optPwr(0)", "optPwr(1)", "optPwr(2)"}) {
+      EXPECT_FALSE(rig.At(name).Enabled()) << name;
+      rig.Click(name);
+    }
+    rig.Log->OnLine([&](const std::string& line) {
+      if (line.ends_with(":Call modWheelMouse.init")) captions = {rig.Text("lblFLo"), rig.Text("lblFHi")};
+    });
+  };
+  ASSERT_TRUE(rig.Start());
+  EXPECT_TRUE(touched);
+  EXPECT_FALSE(rig.Frame().IsOn());
+  EXPECT_EQ(rig.Closed, 0);
+  for (const char* name : {"optPwr(0)", "optPwr(1)", "optPwr(2)"})
+    EXPECT_TRUE(rig.At(name).Enabled()) << name;
+  EXPECT_EQ(captions, (std::vector<std::string>{"2.0 kHz", "3.0 kHz"}));
+  EXPECT_EQ(rig.Text("lblFHi"), "Fhi : 5,000 Hz");
+}
+
 TEST(FrmMainStart, SecondInstanceIsToldBeforeAnythingIsShown) {
   FrameRig rig;
   VirtualInstanceLock other(rig.Locks);

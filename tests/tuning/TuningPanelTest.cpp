@@ -309,6 +309,29 @@ TEST_F(TuningPanelTest, TheEncodersSpeedPicksTheStepAndATimerTakesIt) {
   EXPECT_EQ(VFO().TunedFrequency(), 72051234);  // its steps lie below the grid of the frequency
 }
 
+TEST_F(TuningPanelTest, ABatchOfTheEncoderIsOneStepTheWayItTurnedLast) {
+  panel->ShaftEnabled = panel->ShaftAutoRateOn = true;
+  Hover(4);
+  Run(100);
+  const auto turn = [&](std::initializer_list<std::uint32_t> states) {
+    for (const std::uint32_t status : states) {
+      serial.SetStatus(status);
+      Run(1);
+    }
+    VFO().SetTuneStep(10000.0);  // coarse enough to be seen
+  };
+  turn({kUpwards[0], kUpwards[1], kUpwards[2]});
+  Run(26);
+  EXPECT_EQ(VFO().TunedFrequency(), 72050000);  // waits for the beat of 30 ms
+  Run(2);
+  EXPECT_EQ(VFO().TunedFrequency(), 72060000);
+  Run(30);
+  EXPECT_EQ(VFO().TunedFrequency(), 72060000);  // once
+  turn({kUpwards[3], kUpwards[2], kUpwards[1]});
+  Run(40);
+  EXPECT_EQ(VFO().TunedFrequency(), 72050000);
+}
+
 TEST_F(TuningPanelTest, TheChipIsRefreshedNowAndThenWhereThatIsWanted) {
   serial.SetRecording(true);
   panel->tmrTune.SetEnabled(false);
