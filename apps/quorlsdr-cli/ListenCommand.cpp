@@ -12,7 +12,7 @@
 #include "Fault.h"
 #include "ListenOptions.h"
 #include "ListenScreen.h"
-#include "OptionText.h"
+#include "Options.h"
 #include "core/LiveRadio.h"
 #include "platform/linux/system/LinuxClock.h"
 #include "platform/linux/system/LinuxEventQueue.h"
@@ -221,15 +221,6 @@ int Run(const ListenOptions& options) {
   return exitCode;
 }
 
-double ParseNumber(const std::string& option, const std::string& text, double low, double high) {
-  const std::optional<double> value = ParseDouble(text);
-  if (!value || *value < low || *value > high) {
-    Refuse(option, "'" + text + "' doesn't fit; a number from " + NumberText(low) + " to " +
-                       NumberText(high) + " is needed");
-  }
-  return *value;
-}
-
 constexpr const char* kExamples = R"(Examples:
   quorlsdr-cli listen --demo --frequency 7050 --mode usb
   quorlsdr-cli listen --demo --frequency 7260 --if-filter track --output audio.wav --seconds 30
@@ -244,16 +235,8 @@ void AddListenCommand(CLI::App& app, int& exitCode) {
   auto options = std::make_shared<ListenOptions>();
   CLI::App* command = app.add_subcommand("listen", "Receive live: a real board, or the demo band");
   command->footer(kExamples);
-  const auto addNumber = [command](const std::string& name, const std::string& shape, const std::string& help,
-                                   double low, double high, std::function<void(double)> take) {
-    command
-        ->add_option_function<std::string>(
-            name,
-            [name, low, high, take](const std::string& text) { take(ParseNumber(name, text, low, high)); },
-            help)
-        ->type_name(shape);
-  };
-  addNumber("--frequency", "KHZ", "what to listen to, default what it was the last time", 0.0, kHighestKhz,
+  AddNumber(*command, "--frequency", "KHZ", 0.0, kHighestKhz,
+            "what to listen to, default what it was the last time",
             [options](double khz) { options->FrequencyDhz = RoundHalfEven(khz * 10000.0); });
   command->add_flag("--demo", options->Demo, "a simulated board and band; no hardware is needed");
   command
@@ -265,9 +248,10 @@ void AddListenCommand(CLI::App& app, int& exitCode) {
   command->add_option("--playback", options->Playback, "loudspeaker, default the first one")
       ->type_name("NAME|N");
   command->add_option("--output", options->Output, "WAV file of what is heard")->type_name("FILE");
-  addNumber("--seconds", "S", "how long, default until it is stopped", 0.0, 864000.0,
+  AddNumber(*command, "--seconds", "S", 0.0, 864000.0, "how long, default until it is stopped",
             [options](double s) { options->Seconds = s; });
-  addNumber("--board-error", "PPM", "with --demo: error of the board's clock, default 0", -1000.0, 1000.0,
+  AddNumber(*command, "--board-error", "PPM", -1000.0, 1000.0,
+            "with --demo: error of the board's clock, default 0",
             [options](double ppm) { options->BoardErrorPpm = ppm; });
   command->add_option("--settings", options->Settings, "another settings file")->type_name("FILE");
   command->add_option("--folder", options->Folder, "with --demo: another folder of stations")

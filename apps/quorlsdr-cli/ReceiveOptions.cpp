@@ -5,13 +5,12 @@
 #include <string_view>
 #include <vector>
 
-#include "OptionText.h"
+#include "Options.h"
 #include "receiver/Receiver.h"
 
 namespace quorl::cli {
 namespace {
 
-constexpr std::array<std::string_view, 4> ModelNames = {"drt1", "elektor", "iq", "real2iq"};
 constexpr std::array<std::string_view, 6> ModeNames = {"am", "usb", "lsb", "drm", "fm", "bc"};
 constexpr std::array<std::string_view, 4> AGCNames = {"off", "fast", "normal", "slow"};
 
@@ -60,28 +59,8 @@ NotchOptions ParseNotch(const std::string& option, const std::string& text) {
   Refuse(option, "'" + text + "' doesn't fit; audio:CENTRE:WIDTH, if:OFFSET:WIDTH or auto:WIDTH is needed");
 }
 
-// One option whose text `take` turns into a value.
-CLI::Option* AddText(CLI::App& command, const std::string& name, const std::string& shape,
-                     const std::string& help, std::function<void(const std::string&)> take) {
-  return command.add_option_function<std::string>(name, std::move(take), help)->type_name(shape);
-}
-
-void AddWhole(CLI::App& command, const std::string& name, Range range, const std::string& help,
-              std::function<void(int)> take) {
-  const std::string shape = std::to_string(range.Low) + ".." + std::to_string(range.High);
-  AddText(command, name, shape, help, [name, range, take = std::move(take)](const std::string& text) {
-    take(ParseWhole(name, text, range));
-  });
-}
-
-void AddChoice(CLI::App& command, const std::string& name, std::span<const std::string_view> names,
-               const std::string& help, std::int32_t& value) {
-  AddText(command, name, JoinNames(names), help,
-          [name, names, &value](const std::string& text) { value = ParseChoice(name, text, names); });
-}
-
 void AddTuningOptions(CLI::App& command, ReceiveOptions& options) {
-  AddChoice(command, "--model", ModelNames, "receiver board, default drt1", options.SDRModelNo);
+  AddChoice(command, "--model", kModelNames, "receiver board, default drt1", options.SDRModelNo);
   AddChoice(command, "--mode", ModeNames, "demodulator, default am", options.DemodMode);
   AddWhole(command, "--filter-mode", {0, FilterModeCount - 1}, "audio filter preset, default 0",
            [&options](int value) { options.FilterMode = value; });

@@ -5,7 +5,7 @@
 
 #include "platform/linux/system/LinuxClock.h"
 #include "receiver/Receiver.h"
-#include "support/Rounding.h"
+#include "shared/AudioFile.h"
 
 namespace quorl::cli {
 namespace {
@@ -16,13 +16,7 @@ class FileOutput final : public SoundOutput {
   void SetOutputAttenuation(std::int32_t hundredthsOfDecibel) override { attenuation_ = hundredthsOfDecibel; }
   void Output(const std::int16_t*, const std::int16_t*) override {}
 
-  void Attenuate(std::int16_t* block) const {
-    if (attenuation_ == 0) return;
-    const double gain = std::pow(10.0, attenuation_ / 2000.0);
-    std::transform(block, block + SamplesPerEvent, block, [gain](std::int16_t sample) {
-      return static_cast<std::int16_t>(RoundHalfEven(gain * sample));
-    });
-  }
+  void Attenuate(std::int16_t* block) const { quorl::Attenuate(block, attenuation_, block); }
 
  private:
   std::int32_t attenuation_ = 0;

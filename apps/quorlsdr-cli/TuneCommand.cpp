@@ -10,7 +10,7 @@
 
 #include "Commands.h"
 #include "Fault.h"
-#include "OptionText.h"
+#include "Options.h"
 #include "config/SettingsStore.h"
 #include "platform/linux/lines/LinuxPrinterPort.h"
 #include "platform/linux/lines/LinuxSerialPort.h"
@@ -29,7 +29,6 @@
 namespace quorl::cli {
 namespace {
 
-constexpr std::array<std::string_view, 4> kModels = {"drt1", "elektor", "iq", "real2iq"};
 constexpr std::array<std::string_view, 2> kInterfaces = {"serial", "parallel"};
 constexpr Range kFrequencyRange = {0, 214748364};
 constexpr std::int32_t kElektor = 1;
@@ -246,29 +245,21 @@ int Run(const TuneOptions& options) {
 void AddTuneCommand(CLI::App& app, int& exitCode) {
   auto options = std::make_shared<TuneOptions>();
   CLI::App* command = app.add_subcommand("tune", "Tune a receiver board and show what goes over the wire");
-  const auto addText = [command](const std::string& name, const std::string& shape, const std::string& help,
-                                 std::function<void(const std::string&)> take) {
-    return command->add_option_function<std::string>(name, std::move(take), help)->type_name(shape);
-  };
-  addText("--model", JoinNames(kModels), "receiver board", [options](const std::string& text) {
-    options->SDRModelNo = ParseChoice("--model", text, kModels);
-  })->required();
-  addText("--frequency", "HZ", "what to listen to", [options](const std::string& text) {
+  AddChoice(*command, "--model", kModelNames, "receiver board", options->SDRModelNo)->required();
+  AddText(*command, "--frequency", "HZ", "what to listen to", [options](const std::string& text) {
     options->FrequencyHz = ParseWhole("--frequency", text, kFrequencyRange);
   })->required();
   command->footer(
       "Example: quorlsdr-cli tune --model elektor --frequency 7050000 --dry-run\n\n"
       "Lines of a serial port: RTS data, BREAK (of TXD) clock, DTR select; of a printer port D0, D1 and D2.");
   command->add_flag("--low-side", options->LowSideLO, "the local oscillator lies below the signal");
-  addText("--if", "HZ", "the board's IF, default 45000000, elektor 455000",
+  AddText(*command, "--if", "HZ", "the board's IF, default 45000000, elektor 455000",
           [options](const std::string& text) { options->IFHz = ParseWhole("--if", text, kFrequencyRange); });
-  addText("--clock", "HZ", "the DDS clock, default 360096000, elektor 50000000",
+  AddText(*command, "--clock", "HZ", "the DDS clock, default 360096000, elektor 50000000",
           [options](const std::string& text) {
             options->ClockHz = ParseWhole("--clock", text, {1, 429496729});
           });
-  addText("--interface", JoinNames(kInterfaces), "default serial", [options](const std::string& text) {
-    options->Interface = ParseChoice("--interface", text, kInterfaces);
-  });
+  AddChoice(*command, "--interface", kInterfaces, "default serial", options->Interface);
   command->add_option("--port", options->Port, "serial device, such as /dev/ttyUSB0")->type_name("PATH");
   command->add_flag("--dry-run", options->DryRun,
                     "send nothing; list every change of a line: microsecond, line, level");

@@ -1,8 +1,8 @@
 #include "shared/AudioFile.h"
 
 #include <algorithm>
-#include <cmath>
 
+#include "support/Decibels.h"
 #include "support/Rounding.h"
 
 namespace quorl {
@@ -25,10 +25,10 @@ Failure AudioFile::Close() {
 
 void Attenuate(const std::int16_t* block, std::int32_t attenuation, std::int16_t* out) {
   if (attenuation >= 0) {
-    std::copy_n(block, SamplesPerEvent, out);
+    if (out != block) std::copy_n(block, SamplesPerEvent, out);
     return;
   }
-  const double gain = std::pow(10.0, attenuation / 2000.0);
+  const double gain = Ratio(attenuation / 100.0);
   std::transform(block, block + SamplesPerEvent, out, [gain](std::int16_t sample) {
     return static_cast<std::int16_t>(RoundHalfEven(gain * sample));
   });

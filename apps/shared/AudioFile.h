@@ -33,7 +33,7 @@ class AudioFile {
 };
 
 // Applies the sound card's attenuation, hundredths of a decibel below 0, to a block of SamplesPerEvent
-// samples.
+// samples; `out` may be `block`.
 void Attenuate(const std::int16_t* block, std::int32_t attenuation, std::int16_t* out);
 
 }  // namespace quorl

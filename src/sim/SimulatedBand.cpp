@@ -7,6 +7,7 @@
 
 #include "sim/ProgrammeFactory.h"
 #include "sim/Wideband.h"
+#include "support/Decibels.h"
 
 namespace quorl {
 namespace {
@@ -16,7 +17,7 @@ constexpr double kHalfPassbandHz = 13500.0;  // beyond it a board's filter leave
 constexpr double kInaudibleDbm = -165.0;
 
 double AmplitudeOf(double dbm) {
-  return std::pow(10.0, dbm / 20.0);
+  return Ratio(dbm);
 }
 
 // Adds the station's chunk from sample `from` on, turned by `phase` there and `step` more with every sample.

@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "sim/Convolve.h"
+#include "support/Decibels.h"
 
 namespace quorl {
 namespace {
@@ -32,7 +33,7 @@ SimulatedBoard::SimulatedBoard(const SimulatedChip& chip, std::unique_ptr<Simula
     : chip_(chip),
       band_(std::move(band)),
       settings_(settings),
-      gain_(32767.0 * std::pow(10.0, -settings.FullScaleDbm / 20.0)),
+      gain_(32767.0 * Ratio(-settings.FullScaleDbm)),
       position_(kFirstSample) {
   std::array<double, kTaps> design{};
   DesignLowPass(kHalfBandwidthHz / kOutputRate, 7.0, kTaps, design.data());
@@ -42,7 +43,7 @@ SimulatedBoard::SimulatedBoard(const SimulatedChip& chip, std::unique_ptr<Simula
 }
 
 void SimulatedBoard::SetQuadratureError(double amplitudeDb, double phaseDegrees) {
-  const double amplitude = std::pow(10.0, amplitudeDb / 20.0);
+  const double amplitude = Ratio(amplitudeDb);
   const double phase = phaseDegrees * std::numbers::pi / 180.0;
   quadratureDirect_ = static_cast<float>(amplitude * std::cos(phase));
   quadratureCross_ = static_cast<float>(amplitude * std::sin(phase));
@@ -61,7 +62,7 @@ std::array<SimulatedBoard::Response, 2> SimulatedBoard::ResponsesTo(double oscil
   responses[0] = wantAbove ? above : below;
   responses[1] = wantAbove ? below : above;
   // An oscillator below the IF serves a signal on either side of the IF: no preselector parts these two.
-  if (difference > 0.0) responses[1].Window.Gain = std::pow(10.0, -settings_.ImageRejectionDb / 20.0);
+  if (difference > 0.0) responses[1].Window.Gain = Ratio(-settings_.ImageRejectionDb);
   return responses;
 }
 

@@ -1,4 +1,5 @@
 #include "sim/Station.h"
+#include "support/Decibels.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,14 +12,14 @@ Station::Station(const StationSettings& settings, std::unique_ptr<Programme> pro
 
 // Three slow waves of unrelated periods: never quite the same twice within an evening.
 double Station::GainAt(std::int64_t chunk) const {
-  const double level = std::pow(10.0, settings_.LevelDbm / 20.0);
+  const double level = Ratio(settings_.LevelDbm);
   if (settings_.FadingDb <= 0.0) return level;
   const double turns = static_cast<double>(chunk) / kChunksPerSecond / settings_.FadingSeconds;
   const auto wave = [&](double speed, std::uint64_t index) {
     return std::sin(2.0 * std::numbers::pi * (turns * speed + UnitHash(settings_.Seed, index)));
   };
   const double fade = 0.5 + (wave(1.0, 11) + 0.6 * wave(1.618, 12) + 0.4 * wave(0.577, 13)) / 4.0;
-  return level * std::pow(10.0, -settings_.FadingDb * fade / 20.0);
+  return level * Ratio(-settings_.FadingDb * fade);
 }
 
 void Station::RenderInput(std::int64_t chunk) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "support/Decibels.h"
+
 namespace quorl {
 namespace {
 
@@ -59,10 +61,8 @@ void StreamPlaybackBuffer::Write(int offset, int bytes, const void* source) {
 }
 
 void StreamPlaybackBuffer::SetVolume(int hundredthsOfDecibel) {
-  constexpr double kHundredthsPerDecade = 2000.0;
-  gain_.store(
-      static_cast<float>(std::pow(10.0, std::clamp(hundredthsOfDecibel, -10000, 0) / kHundredthsPerDecade)),
-      std::memory_order_relaxed);
+  gain_.store(static_cast<float>(Ratio(std::clamp(hundredthsOfDecibel, -10000, 0) / 100.0)),
+              std::memory_order_relaxed);
 }
 
 void StreamPlaybackBuffer::FindNextPosition() {
