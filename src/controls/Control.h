@@ -48,6 +48,7 @@ class Control {
 
   Property<bool> Enabled{*this, true};
   Property<bool> Visible{*this, true};
+  Property<bool> Faded{*this, false};  // looks switched off, although it takes gestures
   Property<std::string> ToolTip{*this};
   Property<std::string> Tag{*this};
   Property<Colour> ForeColour{*this, 0};

@@ -141,10 +141,17 @@ void frmMain::PaintPower() {
   (*optPwr_)(1).BackColour = on_ ? 0x0000FF : 0x0000C0;
 }
 
+// A radio that is off shows nothing of what it last heard.
+void frmMain::RestMeters() {
+  smeter_->Rest();
+  stats_->Rest();
+}
+
 void frmMain::PowerOff() {
   radio_->Stop();
   on_ = false;
   PaintPower();
+  RestMeters();
   (*optPwr_)(2).Enabled = true;
   RemoveCaption(false);
   SaveNow();

@@ -100,6 +100,7 @@ class frmMain {
   void PowerOn();
   void PowerOff();
   void PaintPower();
+  void RestMeters();
   void StartSaving();
   void SaveNow();
   void Form_KeyDown(const Key& key);

@@ -118,6 +118,7 @@ void frmMain::LoadSteps() {
   step(":Call tmrPerfStats_Timer");
   ConnectHousekeeping();
   radio_->Housekeeping();
+  RestMeters();
   step(":Enable Power Butons");
   for (int i = 0; i < optPwr_->Count(); ++i) (*optPwr_)(i).Enabled = true;
   EnableTimers();

@@ -71,6 +71,12 @@ void StatsPanel::Update() {
   ShowLoad();
 }
 
+void StatsPanel::Rest() {
+  for (const int index : {kPeakIn, kPeakOut, kAGCGain, kLoad, kTime}) {
+    lblStatsVal(index).Caption = std::string();
+  }
+}
+
 void StatsPanel::ShowPeak(int index, double peak) {
   lblStatsVal(index).Caption =
       FormatPicture(peak, "##,##0  ") + FormatPicture(Decibels(peak / kFullScale), "###,##0 dB");

@@ -23,6 +23,8 @@ class StatsPanel {
   void chkPerfStatsOn_Click();
   // Once for each block; nothing moves while PerfStatsOn is clear.
   void Update();
+  // Nothing is received: levels, gain and load go blank; the oscillator stays.
+  void Rest();
   // The oscillator's output, dHz.
   void ShowOscOut(std::int32_t oscOut);
 

@@ -38,8 +38,12 @@ SMeterPanel::SMeterPanel(ControlRegistry& registry, const PublicVars& vars)
   picSmeter.ForeColour = kScaleInk;
   picSmeter.AccessibleName = "S-meter";
   cmdCalibrateSMeter.Caption = "Cal";
-  cmdCalibrateSMeter.ToolTip = "Take the level of now for the noise floor";
+  cmdCalibrateSMeter.ToolTip =
+      "Takes what is heard now as zero: tune to a free frequency first; right click for the usual 20 dB";
   cmdCalibrateSMeter.Click = [this] { cmdCalibrateSMeter_Click(); };
+  cmdCalibrateSMeter.MouseDown = [this](MouseButton button) {
+    if (button == MouseButton::Right) RestoreFloor();
+  };
   lblSMeter.AccessibleName = "Signal strength";
   DrawSMeterScale();
   DrawSMeter(0.0F);
@@ -49,11 +53,24 @@ void SMeterPanel::cmdCalibrateSMeter_Click() {
   CalibrateRequested = true;
 }
 
+void SMeterPanel::RestoreFloor() {
+  CalibrateRequested = false;
+  NoiseFloor = kFloor;
+  DrawSMeterScale();
+}
+
+void SMeterPanel::Rest() {
+  CalibrateRequested = false;
+  cmdCalibrateSMeter.Enabled = false;
+  DrawSMeter(0.0F);
+}
+
 std::string SMeterPanel::Backoff() const {
   return "Meter Backoff=" + FormatPicture(Decibels(NoiseFloor), "#0.00 dB");
 }
 
 void SMeterPanel::Update() {
+  cmdCalibrateSMeter.Enabled = true;
   const float level =
       Sum_S_1(vars_.SignalLevelRing.data(), SignalLevelRingSize) / static_cast<float>(SignalLevelRingSize);
   if (CalibrateRequested) {

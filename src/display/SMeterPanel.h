@@ -28,8 +28,12 @@ class SMeterPanel {
   bool CalibrateRequested = false;
 
   void cmdCalibrateSMeter_Click();
+  // Back to the floor of a receiver that was never calibrated.
+  void RestoreFloor();
   // Once for each block: measures the floor where that was asked for, and moves the bar.
   void Update();
+  // No signal comes any more: the bar goes out, and there is nothing to calibrate on.
+  void Rest();
   // `level` in 16-bit units.
   void DrawSMeter(float level);
   // Writes the scale, and the caption for the floor in force.

@@ -46,6 +46,10 @@ void PaintButtons(OptionGroup& group, int chosen) {
   for (int i = 0; i < group.Count(); ++i) PaintToggle(group(i), i == chosen);
 }
 
+void Fade(OptionGroup& group, bool faded) {
+  for (int i = 0; i < group.Count(); ++i) group(i).Faded = faded;
+}
+
 void PaintToggle(Control& button, bool on) {
   button.BackColour = on ? kSelectedColour : kUnselectedColour;
 }

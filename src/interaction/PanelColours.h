@@ -45,6 +45,8 @@ class PanelColours {
 
 // The ground of a group's buttons: `chosen` selected, the others not; -1 for none.
 void PaintButtons(OptionGroup& group, int chosen);
+// A group whose choice is without effect at present looks switched off, the pressed button too.
+void Fade(OptionGroup& group, bool faded);
 // The ground of a button that is on or off.
 void PaintToggle(Control& button, bool on);
 // Paints a check box at each change of its value, then calls the handler.

@@ -54,6 +54,7 @@ void AGCPanel::chkAGC_Click() {
   context_.Scrollables.SetEnabled(CtlIndex::AGCAttack, on);
   context_.Scrollables.SetEnabled(CtlIndex::AGCDecay, on);
   sldAGCAttack.Enabled = sldAGCDecay.Enabled = on;
+  Fade(optAGC, !on);
 }
 
 void AGCPanel::optAGC_Click(int index) {

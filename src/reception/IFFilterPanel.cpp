@@ -88,6 +88,7 @@ void IFFilterPanel::ShowLabels() {
     context_.Scrollables.SetEnabled(index, turns);
   }
   lblIFHiDesc.Visible = lblIFLoDesc.Visible = !tracks;
+  Fade(optIFFilter, !chkIFFilter.Value());
 }
 
 void IFFilterPanel::TakeEdges(Edge high, Edge low) {

@@ -73,6 +73,9 @@ void NotchPanel::EnableControls() {
   context_.Scrollables.SetEnabled(CtlIndex::NotchW, turns);
   sldNotch.Enabled = sldNotchWidth.Enabled = turns;
   lblNotchCDesc.Enabled = lblNotchWDesc.Enabled = chkNotchType.Enabled = manual;
+  Fade(optNotch, !vars_.NotchActive);
+  chkNotchAuto.Faded = chkNotchType.Faded = chkNotchMirror.Faded = !vars_.NotchActive;
+  lblNotch.Visible = vars_.NotchActive && !manual;
 }
 
 void NotchPanel::SwitchOn() {

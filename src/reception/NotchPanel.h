@@ -20,7 +20,7 @@ class NotchPanel {
   CheckBox chkNotchType;  // ticked: on the IF
   CheckBox chkNotchMirror;
   Slider sldNotch, sldNotchWidth;
-  Label lblNotch;  // frequency of the strongest tone
+  Label lblNotch;  // frequency of the strongest tone; seen while the notch follows it
   Label lblNotchC, lblNotchCDesc;
   Label lblNotchW, lblNotchWDesc;
 

@@ -21,6 +21,9 @@ class FrmMainRadio : public testing::Test {
 
 TEST_F(FrmMainRadio, PowerOffIsSilentAndTunableAndOnAgainIsHeard) {
   EXPECT_GT(rig.Loudness(), 50.0);
+  rig.Set("chkPerfStatsOn", "1");
+  rig.Run(0.2);
+  EXPECT_TRUE(rig.At("shpSMeterGrid(1)").Visible());
   EXPECT_EQ(rig.At("optPwr(0)").BackColour(), 0x00C000U);
   EXPECT_EQ(rig.At("optPwr(1)").BackColour(), 0x0000FFU);
   rig.Click("optPwr(2)");
@@ -29,17 +32,20 @@ TEST_F(FrmMainRadio, PowerOffIsSilentAndTunableAndOnAgainIsHeard) {
   EXPECT_EQ(rig.At("optPwr(0)").BackColour(), 0x00FF00U);
   EXPECT_EQ(rig.At("optPwr(1)").BackColour(), 0x0000C0U);
   const std::int64_t blocks = rig.Blocks;
-  const std::string meter = rig.Text("lblSMeter");
   rig.Wheel("lbl7Seg(2)", 1);
   rig.Run(2.0);
   EXPECT_EQ(rig.Blocks, blocks);
-  EXPECT_EQ(rig.Text("lblSMeter"), meter);
+  EXPECT_EQ(rig.Text("lblSMeter"), "S0");
+  EXPECT_FALSE(rig.At("shpSMeterGrid(1)").Visible() || rig.At("cmdCalibrateSMeter").Enabled());
+  for (const int blank : {0, 1, 2, 4, 5}) EXPECT_EQ(rig.Text(IndexedName("lblStatsVal", blank)), "");
   EXPECT_EQ(rig.Digits(), "073050000");
   EXPECT_EQ(rig.Oscillator(), 523050000);
   rig.Wheel("lbl7Seg(2)", -1);
   rig.Click("optPwr(0)");
   rig.Run(1.5);
   EXPECT_GT(rig.Blocks, blocks + 20);
+  EXPECT_TRUE(rig.At("shpSMeterGrid(1)").Visible());
+  EXPECT_NE(rig.Text("lblStatsVal(0)"), "");
   EXPECT_GT(rig.Loudness(), 50.0);
   rig.Click("optPwr(1)");
   rig.Click("optPwr(2)");

@@ -68,6 +68,33 @@ TEST_F(SMeterPanelTest, CalibratingTakesTheLevelOfTheLastSecondsOnce) {
   EXPECT_NEAR(meter.NoiseFloor, 100.0F, 0.01F);
 }
 
+TEST_F(SMeterPanelTest, AMeterThatWasCalibratedOnAStationComesBackByARightClick) {
+  vars.SignalPowerRing.fill(5000.0F * 5000.0F * SamplesPerEvent);
+  meter.cmdCalibrateSMeter.UserClick();
+  Feed(5000.0F);
+  EXPECT_EQ(meter.lblSMeter.Caption(), "S0");
+  meter.cmdCalibrateSMeter.MouseDown(MouseButton::Left);
+  Feed(5000.0F);
+  EXPECT_EQ(meter.lblSMeter.Caption(), "S0");
+  meter.cmdCalibrateSMeter.UserClick();  // and a click that still waits is forgotten
+  meter.cmdCalibrateSMeter.MouseDown(MouseButton::Right);
+  Feed(5000.0F);
+  EXPECT_EQ(meter.lblSMeter.Caption(), "S9 +19 dB");
+  EXPECT_EQ(meter.picSmeter.ToolTip(), "Meter Backoff=20.00 dB");
+}
+
+TEST_F(SMeterPanelTest, AtRestTheBarIsOutAndAskingForAFloorIsForgotten) {
+  Feed(5000.0F);
+  meter.cmdCalibrateSMeter.UserClick();
+  meter.Rest();
+  EXPECT_EQ(Bars(), 0);
+  EXPECT_EQ(meter.lblSMeter.Caption(), "S0");
+  EXPECT_FALSE(meter.cmdCalibrateSMeter.Enabled());
+  Feed(5000.0F);
+  EXPECT_TRUE(meter.cmdCalibrateSMeter.Enabled());
+  EXPECT_FLOAT_EQ(meter.NoiseFloor, SMeterPanel::kFloor);
+}
+
 TEST_F(SMeterPanelTest, TheScaleCountsSUnitsThenDecibelsOverS9) {
   // The last element that a level lights is the one over its mark.
   for (const auto& [decibels, mark] :

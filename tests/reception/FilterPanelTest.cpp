@@ -125,10 +125,12 @@ TEST_F(FilterPanelTest, TheIFFilterIsLockedUntilItIsOn) {
   EXPECT_EQ(ifFilter.optIFFilter.Pressed(), IFFilterMode::Manual);
   EXPECT_EQ(vars.CurrentIFFilterMode, IFFilterMode::Manual);
   EXPECT_EQ(At("optIFFilter(1)").BackColour(), kSelectedColour);
+  EXPECT_TRUE(At("optIFFilter(1)").Faded() && At("optIFFilter(2)").Faded());
   EXPECT_FALSE(vars.FiltersDirty);
   EXPECT_FALSE(At("lblIFHi").Enabled());
   Click("chkIFFilter");
   EXPECT_TRUE(vars.IFFilterActive && filters.IFFilterI.Active);
+  EXPECT_FALSE(At("optIFFilter(1)").Faded() || At("optIFFilter(2)").Faded());
   EXPECT_TRUE(At("lblIFHi").Enabled());
   EXPECT_EQ(Text("lblIFHi"), "4500");
   Click("chkIFFilter");

@@ -75,12 +75,14 @@ TEST_F(LevelPanelsTest, WithTheAGCOffAPresetIsUndone) {
   Click("chkAGC");
   EXPECT_FALSE(vars.AGCON || At("lblAGCAttack").Enabled() || At("lblAGCDecay").Enabled());
   EXPECT_EQ(At("chkAGC").BackColour(), kUnselectedColour);
+  EXPECT_TRUE(At("optAGC(1)").Faded() && At("optAGC(2)").Faded());
   Click("optAGC(1)");
   EXPECT_EQ(agcPanel.optAGC.Pressed(), AGCPreset::Normal);
   EXPECT_EQ(vars.AGCMode, AGCPreset::Normal);
   EXPECT_EQ(At("optAGC(2)").BackColour(), kSelectedColour);
   EXPECT_EQ(vars.AGCDelayCallbacks, 117);
   Click("chkAGC");
+  EXPECT_FALSE(At("optAGC(1)").Faded() || At("optAGC(2)").Faded());
   Click("optAGC(1)");
   EXPECT_EQ(vars.AGCMode, AGCPreset::Fast);
 }

@@ -12,7 +12,9 @@ TEST_F(NotchPanelTest, WithTheNotchOffEveryClickIsUndone) {
   for (const char* name : {"chkNotchAuto", "chkNotchType", "chkNotchMirror"}) {
     EXPECT_EQ(Text(name), "0") << name;
     EXPECT_EQ(At(name).BackColour(), kUnselectedColour) << name;
+    EXPECT_TRUE(At(name).Faded()) << name;
   }
+  EXPECT_TRUE(At("optNotch(0)").Faded()) << "the pressed one, too";
   EXPECT_EQ(vars.NotchMode, NotchModes::Manual);
   EXPECT_EQ(vars.NotchType, NotchTypes::Audio);
   EXPECT_FALSE(vars.NotchMirror || vars.NotchDirty || filters.NotchFilterI.Active);
@@ -25,6 +27,9 @@ TEST_F(NotchPanelTest, OnAndOffReachTheFilterAndTheDisplay) {
   Click("chkNotchOn");
   EXPECT_TRUE(vars.NotchActive && filters.NotchFilterI.Active && vars.NotchDirty);
   EXPECT_TRUE(At("lblNotchC").Enabled() && At("lblNotchW").Enabled());
+  for (const char* name : {"optNotch(0)", "optNotch(1)", "chkNotchAuto", "chkNotchType", "chkNotchMirror"}) {
+    EXPECT_FALSE(At(name).Faded()) << name;
+  }
   Click("chkNotchOn");
   EXPECT_FALSE(vars.NotchActive || filters.NotchFilterI.Active);
   EXPECT_EQ(shown, (std::vector{true, false}));
@@ -110,7 +115,13 @@ TEST_F(NotchPanelTest, AutoTakesTheControlsOverAndTracksAudioFromEitherButton) {
   notch.ShowPeak();
   EXPECT_EQ(Text("lblNotch"), "1234");
   EXPECT_EQ(At("sldNotch").ToolTip(), "Fcentre : 1,234 Hz");
+  EXPECT_TRUE(At("lblNotch").Visible());
+  Click("chkNotchOn");
+  EXPECT_FALSE(At("lblNotch").Visible());
+  Click("chkNotchOn");
+  EXPECT_TRUE(At("lblNotch").Visible());
   Click("chkNotchAuto");
+  EXPECT_FALSE(At("lblNotch").Visible());
   EXPECT_EQ(vars.NotchMode, NotchModes::Manual);
   EXPECT_EQ(notch.optNotch.Pressed(), NotchModes::Manual);
   for (const char* name : {"lblNotchC", "lblNotchCDesc", "lblNotchW", "lblNotchWDesc", "chkNotchType"}) {

@@ -18,6 +18,7 @@ CardView::CardView(RefreshClock& clock, Frame& frame, const QString& title, Titl
   rows_->setSpacing(4);
   rows_->addStretch(1);
   SetSizes(QSizePolicy::Preferred, QSizePolicy::Preferred, false);
+  TakeColours();
   if (shown == Title::None) return;
   titleRow_ = new QHBoxLayout;
   titleRow_->setSpacing(4);
@@ -47,20 +48,31 @@ QString CardView::SpokenName() const {
   return own.empty() ? TitleText() : QString::fromStdString(own);
 }
 
-void CardView::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
+// Once for each change: a card is painted again with every number that stands on it.
+void CardView::TakeColours() {
   const QColor ink = skin::ColourOf(frame_.ForeColour(), skin::kQuietInk);
   // Only a colour that calls for attention tints the edge.
   const double tint = ink.hsvSaturationF() > 0.6F ? 0.30 : 0.0;
-  const QColor ground = skin::Mixed(QColor(skin::kCard), skin::ColourOf(frame_.BackColour()),
-                                    frame_.BackColour() == 0 ? 0 : 0.5);
-  painter.setPen(QPen(skin::Mixed(QColor(skin::kCardEdge), ink, tint), 1));
-  painter.setBrush(ground);
+  ground_ = skin::Mixed(QColor(skin::kCard), skin::ColourOf(frame_.BackColour()),
+                        frame_.BackColour() == 0 ? 0 : 0.5);
+  edge_ = skin::Mixed(QColor(skin::kCardEdge), ink, tint);
+  ink_ = skin::Readable(ink, ground_, skin::kTitleContrast);
+}
+
+void CardView::TakeOver() {
+  TakeColours();
+  View::TakeOver();
+}
+
+void CardView::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(edge_, 1));
+  painter.setBrush(ground_);
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 6, 6);
   if (!titleRow_) return;
   painter.setFont(skin::TitleFont());
-  painter.setPen(ink);
+  painter.setPen(ink_);
   painter.drawText(QRect(kPadding, skin::kGrid, width() - 2 * kPadding, kTitleHeight),
                    Qt::AlignLeft | Qt::AlignVCenter, TitleText().toUpper());
 }

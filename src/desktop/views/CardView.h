@@ -20,6 +20,7 @@ class CardView : public View {
   QHBoxLayout* TitleRow() const { return titleRow_; }
   // A new row under what is there; with a stretch it takes the height that is left.
   QHBoxLayout* AddRow(int stretch = 0);
+  void TakeOver() override;
   QAccessible::Role Role() const override { return QAccessible::Grouping; }
   QString SpokenName() const override;
   QString SpokenValue() const override { return {}; }
@@ -30,9 +31,11 @@ class CardView : public View {
 
  private:
   QString TitleText() const;
+  void TakeColours();
 
   Frame& frame_;
   QString title_;
+  QColor ground_, edge_, ink_;
   QVBoxLayout* rows_;
   QHBoxLayout* titleRow_ = nullptr;
 };

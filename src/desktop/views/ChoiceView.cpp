@@ -62,7 +62,7 @@ bool ChoiceView::OnWheel(int notches, Modifiers) {
 void ChoiceView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  if (!isEnabled()) painter.setOpacity(skin::kDisabledOpacity);
+  if (LooksOff()) painter.setOpacity(skin::kDisabledOpacity);
   const QColor hue = skin::ColourOf(skin::kUnselected);
   painter.setPen(QPen(skin::Mixed(QColor(skin::kFace), hue, 0.45), 1));
   painter.setBrush(skin::Mixed(QColor(skin::kFace), hue, IsHovered() ? 0.14 : 0.03));

@@ -71,24 +71,32 @@ bool FaceView::OnKey(int code, Modifiers) {
   return true;
 }
 
-void FaceView::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  if (!isEnabled()) painter.setOpacity(skin::kDisabledOpacity);
-
-  const bool on = IsChecked();
+FaceView::Look FaceView::LookOf(bool on) const {
   const Colour own = Shown().BackColour() != 0 ? Shown().BackColour() : Shown().ForeColour();
   const QColor hue = skin::ColourOf(own != 0 ? own : on ? skin::kSelected : skin::kUnselected);
+  if (LooksOff()) {
+    const QColor face = skin::Mixed(QColor(skin::kCard), hue, on ? 0.2 : 0.02);
+    const QColor edge = skin::Mixed(QColor(skin::kCard), hue, on ? 0.4 : 0.2);
+    return {face, edge, skin::SwitchedOff(skin::Mixed(hue, Qt::white, 0.45), face)};
+  }
   QColor face = on ? hue : skin::Mixed(QColor(skin::kFace), hue, IsHovered() ? 0.16 : 0.04);
   if (on && IsHovered()) face = skin::Mixed(face, Qt::white, 0.15);
   if (IsPressed()) face = skin::Mixed(face, Qt::black, 0.25);
+  return on ? Look{face, face, QColor(skin::kDarkInk)}
+            : Look{face, skin::Mixed(QColor(skin::kFace), hue, 0.55), skin::Mixed(hue, Qt::white, 0.45)};
+}
 
-  painter.setPen(QPen(on ? face : skin::Mixed(QColor(skin::kFace), hue, 0.55), 1));
-  painter.setBrush(face);
+void FaceView::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const bool on = IsChecked();
+  const Look look = LookOf(on);
+  painter.setPen(QPen(look.Edge, 1));
+  painter.setBrush(look.Face);
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), skin::kRadius, skin::kRadius);
 
   painter.setFont(skin::WordFont(small_ ? 11 : 12, on));
-  painter.setPen(on ? QColor(skin::kDarkInk) : skin::Mixed(hue, Qt::white, 0.45));
+  painter.setPen(look.Ink);
   const bool showKeys = window()->property("showMnemonics").toBool();
   painter.drawText(rect(), Qt::AlignCenter | (showKeys ? Qt::TextShowMnemonic : Qt::TextHideMnemonic),
                    Caption());

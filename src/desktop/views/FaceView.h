@@ -31,7 +31,11 @@ class FaceView : public View {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  struct Look {
+    QColor Face, Edge, Ink;
+  };
   FaceView(RefreshClock& clock, Control& control);
+  Look LookOf(bool on) const;
 
   CommandButton* button_ = nullptr;
   CheckBox* box_ = nullptr;

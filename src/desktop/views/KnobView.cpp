@@ -132,7 +132,7 @@ void KnobView::paintEvent(QPaintEvent*) {
   }
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  if (!isEnabled()) painter.setOpacity(skin::kDisabledOpacity);
+  if (LooksOff()) painter.setOpacity(skin::kDisabledOpacity);
   painter.drawPixmap(0, 0, body_);
   PaintScale(painter);
 

@@ -58,9 +58,11 @@ bool LabelView::OnKey(int code, Modifiers) {
 void LabelView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  if (!isEnabled()) painter.setOpacity(skin::kDisabledOpacity);
+  const auto shown = [this](const QColor& ink) {
+    return LooksOff() ? skin::SwitchedOff(ink, QColor(skin::kCard)) : ink;
+  };
   const QColor ink =
-      skin::ColourOf(label_.ForeColour(), style_ == LabelStyle::Word ? skin::kQuietInk : skin::kInk);
+      shown(skin::ColourOf(label_.ForeColour(), style_ == LabelStyle::Word ? skin::kQuietInk : skin::kInk));
   const int margin = style_ == LabelStyle::Value ? kValueMargin : 0;
   if (label_.Border()) {
     painter.setPen(QPen(ink, 1));
@@ -74,7 +76,7 @@ void LabelView::paintEvent(QPaintEvent*) {
   painter.drawText(line, alignment_ | Qt::AlignVCenter | Qt::TextSingleLine, text);
   if (unit_.isEmpty()) return;
   painter.setFont(skin::WordFont(kUnitPixels));
-  painter.setPen(QColor(skin::kQuietInk));
+  painter.setPen(shown(QColor(skin::kQuietInk)));
   painter.drawText(line.adjusted(skin::TextWidth(Font(), text) + kUnitGap, 0, 0, 0),
                    Qt::AlignVCenter | Qt::TextSingleLine, unit_);
 }

@@ -1,6 +1,7 @@
 #include "desktop/views/SMeterView.h"
 
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 
 #include "desktop/views/Skin.h"
@@ -9,12 +10,11 @@ namespace quorl {
 
 namespace {
 
-constexpr int kTop = 18, kBarHeight = 18, kScale = kTop + kBarHeight, kMarkWidth = 40;
+constexpr int kTop = 18, kBarHeight = 18, kScale = kTop + kBarHeight, kMarkGap = 6;
 
 QColor InkOf(int element) {
   const int decibels = element * SMeterView::kDecibelsPerElement;
-  if (decibels <= SMeterView::kS9Decibels) return QColor(skin::kGood);
-  return QColor(decibels <= SMeterView::kS9Decibels + 40 ? skin::kStrong : skin::kOver);
+  return QColor(decibels <= SMeterView::kS9Decibels ? skin::kGood : skin::kStrong);
 }
 
 }  // namespace
@@ -45,18 +45,58 @@ std::optional<View::Range> SMeterView::SpokenRange() const {
   return Range{double(Lit()), 0, double(elements_.size())};
 }
 
-void SMeterView::PaintScale(QPainter& painter, double pitch) const {
-  painter.setFont(skin::WordFont(10));
+QString SMeterView::CaptionOf(std::size_t element) const {
+  const auto* picture = dynamic_cast<const Picture*>(elements_[element]);
+  return picture ? QString::fromStdString(picture->Caption()) : QString();
+}
+
+std::vector<SMeterView::Mark> SMeterView::Marks() const {
+  const double pitch = double(width()) / static_cast<double>(elements_.size());
+  const QFont font = skin::WordFont(10);
+  std::vector<Mark> marks;
+  const auto add = [&](std::size_t i) {
+    const QString caption = CaptionOf(i);
+    if (caption.isEmpty()) return;
+    const double middle = pitch * (static_cast<double>(i) + 0.5) - 1;  // less half a gap
+    const double wide = skin::TextWidth(font, caption) + kMarkGap;
+    const QRectF place(middle - wide / 2, kScale + 8, wide, 14);
+    const bool free = std::none_of(marks.begin(), marks.end(),
+                                   [&](const Mark& other) { return other.Place.intersects(place); });
+    if (free && place.left() >= -kMarkGap && place.right() <= width() + kMarkGap)
+      marks.push_back({static_cast<int>(i), place});
+  };
+  constexpr std::size_t kS9 = kS9Decibels / kDecibelsPerElement;
+  if (kS9 < elements_.size()) add(kS9);
   for (std::size_t i = 0; i < elements_.size(); ++i) {
-    const auto* element = dynamic_cast<const Picture*>(elements_[i]);
-    if (!element || element->Caption().empty()) continue;
-    const double x = pitch * (static_cast<double>(i) + 0.5) - 1;  // less half a gap
-    painter.setPen(InkOf(static_cast<int>(i)).darker(160));
+    if (i != kS9) add(i);
+  }
+  return marks;
+}
+
+void SMeterView::PaintScale(QPainter& painter) const {
+  painter.setFont(skin::WordFont(10));
+  for (const Mark& mark : Marks()) {
+    const double x = mark.Place.center().x();
+    painter.setPen(InkOf(mark.Element).darker(160));
     painter.drawLine(QPointF(x, kScale + 3), QPointF(x, kScale + 6));
     painter.setPen(QColor(skin::kQuietInk));
-    painter.drawText(QRectF(x - kMarkWidth / 2.0, kScale + 8, kMarkWidth, 14),
-                     Qt::AlignHCenter | Qt::AlignTop, QString::fromStdString(element->Caption()));
+    painter.drawText(mark.Place, Qt::AlignHCenter | Qt::AlignTop,
+                     CaptionOf(static_cast<std::size_t>(mark.Element)));
   }
+}
+
+// The floor is in the tool tip, too, where there is no room for it.
+void SMeterView::PaintHead(QPainter& painter) const {
+  const QString title = QStringLiteral("SIGNAL"), floor = QString::fromStdString(surface_.Caption());
+  painter.setFont(skin::TitleFont());
+  painter.setPen(QColor(skin::kQuietInk));
+  painter.drawText(QRect(0, 0, width(), 14), Qt::AlignLeft | Qt::AlignTop, title);
+  const QFont font = skin::WordFont(10);
+  if (skin::TextWidth(skin::TitleFont(), title) + skin::TextWidth(font, floor) + skin::kGrid > width())
+    return;
+  painter.setFont(font);
+  painter.setPen(skin::Faded(skin::ColourOf(surface_.ForeColour(), skin::kInk), 0.7));
+  painter.drawText(QRect(0, 0, width(), 14), Qt::AlignRight | Qt::AlignTop, floor);
 }
 
 void SMeterView::paintEvent(QPaintEvent*) {
@@ -77,14 +117,8 @@ void SMeterView::paintEvent(QPaintEvent*) {
     painter.drawRect(QRectF(left, kTop, right - left, kBarHeight));
   }
   painter.setRenderHint(QPainter::Antialiasing);
-  PaintScale(painter, pitch);
-  painter.setFont(skin::TitleFont());
-  painter.setPen(QColor(skin::kQuietInk));
-  painter.drawText(QRect(0, 0, width(), 14), Qt::AlignLeft | Qt::AlignTop, QStringLiteral("SIGNAL"));
-  painter.setFont(skin::WordFont(10));
-  painter.setPen(skin::Faded(skin::ColourOf(surface_.ForeColour(), skin::kInk), 0.7));
-  painter.drawText(QRect(0, 0, width(), 14), Qt::AlignRight | Qt::AlignTop,
-                   QString::fromStdString(surface_.Caption()));
+  PaintScale(painter);
+  PaintHead(painter);
 }
 
 }  // namespace quorl

@@ -17,6 +17,12 @@ class SMeterView : public View {
   SMeterView(RefreshClock& clock, Picture& surface, std::vector<Control*> elements, Label* reading);
 
   int Lit() const;
+  struct Mark {
+    int Element;
+    QRectF Place;
+  };
+  // The captions that the width has room for, S9 before all others.
+  std::vector<Mark> Marks() const;
   QAccessible::Role Role() const override { return QAccessible::ProgressBar; }
   QString SpokenName() const override;
   QString SpokenValue() const override;
@@ -28,7 +34,9 @@ class SMeterView : public View {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  void PaintScale(QPainter& painter, double pitch) const;
+  QString CaptionOf(std::size_t element) const;
+  void PaintScale(QPainter& painter) const;
+  void PaintHead(QPainter& painter) const;
 
   Picture& surface_;
   std::vector<Control*> elements_;

@@ -39,6 +39,36 @@ QColor Faded(QColor colour, double opacity) {
   return colour;
 }
 
+namespace {
+
+// Share of the light that white gives.
+double Luminance(const QColor& colour) {
+  const auto linear = [](float part) {
+    return part <= 0.04045F ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+}
+
+}  // namespace
+
+double Contrast(const QColor& a, const QColor& b) {
+  constexpr double kStrayLight = 0.05;
+  const auto [dark, light] = std::minmax({Luminance(a), Luminance(b)});
+  return (light + kStrayLight) / (dark + kStrayLight);
+}
+
+QColor Readable(const QColor& ink, const QColor& ground, double least) {
+  QColor shown = ink;
+  for (double white = 0; white < 1 && Contrast(shown, ground) < least; white += 0.05) {
+    shown = Mixed(ink, Qt::white, white);
+  }
+  return shown;
+}
+
+QColor SwitchedOff(const QColor& ink, const QColor& ground) {
+  return Readable(Mixed(ground, ink, kDisabledOpacity), ground, kOffContrast);
+}
+
 void LoadFonts() {
   InitFontResource();
   for (const char* file : {"Inter-Regular.otf", "Inter-SemiBold.otf", "JetBrainsMono-Medium.ttf"}) {

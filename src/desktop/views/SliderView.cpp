@@ -72,7 +72,7 @@ void SliderView::mouseMoveEvent(QMouseEvent* event) {
 void SliderView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  if (!isEnabled()) painter.setOpacity(skin::kDisabledOpacity);
+  if (LooksOff()) painter.setOpacity(skin::kDisabledOpacity);
   const double middle = height() / 2.0;
   const double at = kHandle + ShareOfRange() * (width() - 2 * kHandle);
   const bool lively = IsHovered() || IsPressed() || hasFocus();

@@ -62,6 +62,8 @@ class View : public QWidget {
   // This view is to be marked when `control`, another one, changes. It outlives the view.
   void Watch(Control& control);
   void MarkDirty();
+  // Disabled, or without effect at present.
+  bool LooksOff() const { return !isEnabled() || control_.Faded(); }
   bool IsPressed() const { return pressed_; }
   bool IsHovered() const { return hovered_; }
 

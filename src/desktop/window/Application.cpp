@@ -10,7 +10,6 @@ namespace quorl {
 
 void PrepareApplication(QApplication& application) {
   QApplication::setApplicationName("quorlsdr");
-  QApplication::setApplicationDisplayName("QUORLSDR");
   QApplication::setDesktopFileName("quorlsdr");
   skin::LoadFonts();
   QApplication::setStyle(QStyleFactory::create("Fusion"));

@@ -1,0 +1,113 @@
+// What the eye gets: contrast of words, faces of what is switched off, the scale of the meter.
+#include <QImage>
+#include <QPainter>
+#include <algorithm>
+
+#include "DesktopTest.h"
+#include "desktop/views/Binder.h"
+#include "desktop/views/Skin.h"
+
+namespace quorl {
+namespace {
+
+class LookTest : public DesktopTest {
+ protected:
+  // The view alone on a card, four times as large, so that letters have pixels of full ink.
+  static QImage PictureOf(View& view) {
+    constexpr int kScale = 4;
+    view.TakeOver();
+    view.resize(view.sizeHint());
+    QImage image(view.size() * kScale, QImage::Format_RGB32);
+    image.setDevicePixelRatio(kScale);
+    image.fill(QColor(skin::kCard));
+    view.render(&image, {}, {}, QWidget::DrawChildren);
+    return image;
+  }
+  // How far the letters of that picture stand out from what they stand on.
+  static double ContrastOfLetters(const QImage& image) {
+    const QColor ground = image.pixelColor(image.width() / 2, 12);
+    double most = 1;
+    for (int y = image.height() / 4; y < image.height() * 3 / 4; ++y) {
+      for (int x = 24; x < image.width() - 24; ++x) {
+        most = std::max(most, skin::Contrast(image.pixelColor(x, y), ground));
+      }
+    }
+    return most;
+  }
+
+  DemoPanel panel;
+  RefreshClock clock;
+  Binder bind{panel.Registry, clock, [](const std::string& line) { ADD_FAILURE() << line; }};
+};
+
+TEST_F(LookTest, ContrastCountsFromOneToTwentyOne) {
+  EXPECT_NEAR(skin::Contrast(Qt::white, Qt::black), 21, 0.01);
+  EXPECT_DOUBLE_EQ(skin::Contrast(QColor(0x12, 0x34, 0x56), QColor(0x12, 0x34, 0x56)), 1);
+  EXPECT_NEAR(skin::Contrast(QColor(0x77, 0x77, 0x77), Qt::white), 4.48, 0.01);
+}
+
+TEST_F(LookTest, WordsThatAreSwitchedOffCanStillBeReadAndDoNotShine) {
+  for (const Colour hue : {0xFFFF00U, 0xC0C000U, 0x00FF00U, 0x00C000U, 0x0000FFU, 0x0000C0U, 0x303030U}) {
+    for (const bool pressed : {false, true}) {
+      auto& box = panel.Get<CheckBox>("chkNotchAuto");
+      box.SetValue(pressed);
+      box.BackColour = hue;
+      box.Faded = false;
+      const std::unique_ptr<FaceView> view(bind.Toggle("chkNotchAuto"));
+      const QColor lit = PictureOf(*view).pixelColor(40, 16);
+      for (const bool disabled : {false, true}) {
+        box.Faded = !disabled;
+        box.Enabled = !disabled;
+        const QImage off = PictureOf(*view);
+        EXPECT_GE(ContrastOfLetters(off), skin::kOffContrast) << std::hex << hue << pressed << disabled;
+        const bool shines = pressed && hue != 0x303030U;
+        EXPECT_TRUE(!shines || off.pixelColor(40, 16).value() < lit.value() / 2) << std::hex << hue;
+      }
+      box.Enabled = true;
+    }
+  }
+  for (const char* name : {"lblNotchC", "lblNotchCDesc", "lblBFO"}) {
+    auto& label = panel.Get<Label>(name);
+    label.ForeColour = name == std::string("lblBFO") ? 0x0000FFU : 0U;
+    label.Caption = std::string("88888");
+    label.Enabled = false;
+    const std::unique_ptr<LabelView> word(bind.Word(name));
+    EXPECT_GE(ContrastOfLetters(PictureOf(*word)), skin::kOffContrast) << name;
+  }
+}
+
+TEST_F(LookTest, TitlesCanBeReadInAnyColourOfTheFrame) {
+  for (const Colour ink : {0x8A7F6BU, 0x303030U, 0x0000C0U, 0xFF0000U}) {
+    panel.Get<Frame>("frNotch").ForeColour = ink;
+    const std::unique_ptr<CardView> card(bind.Card("frNotch", ""));
+    card->TakeOver();
+    card->resize(200, 60);
+    QImage image(200 * 4, 60 * 4, QImage::Format_RGB32);
+    image.setDevicePixelRatio(4);
+    card->render(&image, {}, {}, QWidget::DrawChildren);
+    EXPECT_GE(ContrastOfLetters(image), skin::kTitleContrast) << std::hex << ink;
+  }
+}
+
+TEST_F(LookTest, TheMarksOfTheMeterKeepApartAtAnyWidth) {
+  constexpr int kMarks[] = {1, 3, 5, 7, 9, 12, 15, 19, 22, 25};
+  for (const int i : kMarks) {
+    panel.Get<Picture>(IndexedName("shpSMeterGrid", i)).Caption =
+        i <= 9 ? std::to_string(i) : "+" + std::to_string(i * 6 / 20 * 20 - 60);
+  }
+  const std::unique_ptr<SMeterView> meter(bind.SMeter("picSmeter", "shpSMeterGrid", 28, "lblSMeter"));
+  for (const int width : {meter->minimumSizeHint().width(), 240, 440}) {
+    meter->resize(width, 60);
+    const auto marks = meter->Marks();
+    EXPECT_GE(marks.size(), width == 440 ? std::size(kMarks) : 5U);
+    EXPECT_TRUE(std::any_of(marks.begin(), marks.end(), [](const auto& mark) { return mark.Element == 9; }));
+    for (const auto& a : marks) {
+      for (const auto& b : marks) {
+        EXPECT_TRUE(a.Element == b.Element || !a.Place.intersects(b.Place)) << width;
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace quorl
