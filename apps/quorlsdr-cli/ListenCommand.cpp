@@ -151,6 +151,7 @@ int Listen(const ListenOptions& options, RadioMachine& machine, LinuxEventQueue&
   }
   radio.SoundCard().ReleaseDevices();
   vfo.HiSideLO = storedSide;
+  radio.Tuning().Save();
   radio.ReleaseTuning();
   if (exitCode == ExitCode::Refused) return exitCode;
   if (const Failure failure = machine.Settings().Save()) PrintFault(failure->Text);

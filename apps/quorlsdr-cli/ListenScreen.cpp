@@ -126,9 +126,7 @@ void ListenScreen::TakeKey(const std::string& key) {
 }
 
 void ListenScreen::Tune(double steps) {
-  clsVFO& vfo = *radio_.VFO();
-  double amount = std::abs(steps) * vfo.TuneStep();
-  steps > 0 ? vfo.Inc_Freq(amount) : vfo.Dec_Freq(amount);
+  radio_.Tuning().Tune().StepBy(steps * radio_.VFO()->TuneStep());
 }
 
 void ListenScreen::ChangeStep(int places) {
@@ -186,7 +184,7 @@ std::string ListenScreen::Line() const {
       soundLost_ ? "NO SOUND, p reopens" : FormatPicture(vfo.TuneStep() / 10.0, "#,##0 Hz") + " step";
   char text[240];
   std::snprintf(text, sizeof text, "%s %-3s %-7s %s %2.0f dB load %4.1f%% %s%s%s",
-                FormatPicture(vfo.TunedFrequency() / 10.0, "#0 000 000.0 Hz").c_str(),
+                FormatPicture(radio_.Tuning().Tune().Wanted() / 10.0, "#0 000 000.0 Hz").c_str(),
                 kModeNames[static_cast<std::size_t>(vars.CurrentDemodMode)],
                 FilterModeTexts[static_cast<std::size_t>(vars.CurrentFilterMode)].Caption,
                 SMeter(level).c_str(), std::max(0.0, Decibels(level)),

@@ -22,7 +22,8 @@ struct Modifiers {
 
 // A key by the number that the panels know it by: letters and digits as their capital ASCII code.
 struct Key {
-  static constexpr int Escape = 27, Space = 32, Left = 37, Up = 38, Right = 39, Down = 40, A = 65, Z = 90;
+  static constexpr int Escape = 27, Space = 32, PageUp = 33, PageDown = 34, Left = 37, Up = 38, Right = 39,
+                       Down = 40, A = 65, Z = 90;
   int Code = 0;
   Modifiers With;
 };

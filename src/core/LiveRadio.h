@@ -35,7 +35,7 @@ class LiveRadio final : public SoundEvents, public SoundOutput {
   // nothing.
   bool CreateTuning(SettingsStore& settings, std::int32_t interfaceType, bool shaftEncoder,
                     const SettingsStore::LogSink& log);
-  // Lets go of the road, which stores its settings.
+  // Lets go of the road; its settings are stored by TuningChain::Save.
   void ReleaseTuning();
 
   // Starts and stops reception. Start fails where a device can't be opened, which has been told to the user.

@@ -166,7 +166,8 @@ void frmMain::Form_Unload() {
   if (!loading_) SaveSettings();
   unloaded_ = true;
   tuning_->SetEncoder(nullptr);
-  tuning_->SetVFO(nullptr);
+  tuning_->SetTuner(nullptr);
+  if (radio_->VFO() != nullptr) radio_->Tuning().Save();
   radio_->ReleaseTuning();
   if (const Failure failure = store_.Save()) {
     log_.AddLog(failure->Text);

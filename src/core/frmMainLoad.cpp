@@ -155,6 +155,7 @@ void frmMain::CreateForm() {
 }
 
 void frmMain::Form_KeyDown(const Key& key) {
+  if (tuning_->TuneByKey(key)) return;
   if (tuning_->cboTuningSteps.Visible()) {
     Raise(tuning_->cboTuningSteps.KeyDown, key);
   } else if (scrollables_->ActiveCtl() == CtlIndex::Frequency) {
@@ -217,7 +218,11 @@ void frmMain::CreateTuningRoad() {
          .Title = kProductName,
          .Icon = MessageIcon::Warning});
   }
-  tuning_->SetVFO(radio_->VFO());
+  if (const Failure& fault = radio_->Tuning().Fault()) {
+    machine_.Boxes.ShowMessage({.Text = fault->Text, .Title = kProductName, .Icon = MessageIcon::Warning});
+  }
+  stored_.AutoDDSRefresh = radio_->VFO()->AutoUpdate;  // the board's own, unless the store holds another
+  tuning_->SetTuner(&radio_->Tuning().Tune());
   tuning_->SetEncoder(&radio_->Tuning().SerialIF());
   // Ticked before its handler first runs, so that the stored side stays.
   tuning_->chkTuneLo.SetValue(!radio_->VFO()->HiSideLO);

@@ -8,6 +8,8 @@ namespace quorl {
 class DDSInterface {
  public:
   virtual ~DDSInterface() = default;
+  // Whether what is sent goes anywhere, as far as that can be told.
+  virtual bool IsOpen() const = 0;
   // IO update or frame select: states below 1 are 0, all others 1.
   virtual void IOUPD(int State) = 0;
   // Clocks out eight bits, the highest first. Yields to the event queue inside every bit.

@@ -17,6 +17,9 @@ constexpr double kTwoTo32 = 4294967296.0;
 // What the chip gets where the true word needs a 33rd bit: at MaxFreq itself.
 constexpr std::int32_t kOverflowWord = 2;
 
+constexpr char kDefaultClkIn[] = "50000000";  // Hz
+constexpr double kLowestClkIn = 1.0, kHighestClkIn = 429496729.0;
+
 }  // namespace
 
 Oscillator::Oscillator(SettingsStore& settings, Dialogs& dialogs, std::string name, double clock)
@@ -34,6 +37,24 @@ Failure Oscillator::SetClkIn(double hertz) {
   }
   factor_ = kTwoTo32 / clock_;
   return {};
+}
+
+Failure Oscillator::RestoreClock() {
+  const std::string text = settings_.GetSetting(Name, "ClkIn", kDefaultClkIn);
+  const auto hertz = ParseDouble(text);
+  if (hertz && *hertz >= kLowestClkIn && *hertz <= kHighestClkIn) {
+    return SetClkIn(*hertz);
+  }
+  SetClkIn(*ParseDouble(kDefaultClkIn));
+  return Fail(TuningError::Overflow, Name + ": the stored ClkIn '" + text + "' is no clock from " +
+                                         NumberText(kLowestClkIn) + " to " + NumberText(kHighestClkIn) +
+                                         " Hz - " + kDefaultClkIn + " Hz is taken");
+}
+
+void Oscillator::Save() const {
+  if (HasFactor()) {
+    settings_.SaveSetting(Name, "CLKIn", NumberText(ClkIn()));
+  }
 }
 
 double Oscillator::ClkIn() const {

@@ -1,7 +1,9 @@
 // What the two DDS chip drivers have in common: the clock, the tuning word, the guard of SetFrequency.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "config/SettingsStore.h"
@@ -31,6 +33,14 @@ class Oscillator {
   // Sends the frequency, or MaxFreq where it is higher, to the chip; returns the one that was sent. Dropped
   // while another call is under way. Shows a message and sends nothing where the clock isn't set.
   std::int32_t SetFrequency(std::int32_t dHz);
+  // The word that SetFrequency sends for that frequency.
+  std::int32_t WordFor(std::int32_t dHz) const { return TuningWord(std::min(dHz, MaxFreq)); }
+  // The word of the last frequency frame that went out whole since the chip was initialised.
+  std::optional<std::int32_t> WordSent() const { return wordSent_; }
+  // The clock is set and the lines to the chip are open.
+  virtual bool CanSend() const = 0;
+  // Stores the clock under "CLKIn" where one has been set.
+  void Save() const;
   // Brings the chip into its working state.
   virtual Failure Initialise() = 0;
   // Sends the last command again; call Initialise first.
@@ -42,9 +52,13 @@ class Oscillator {
 
   virtual void SendTuningWord(std::int32_t word) = 0;
   bool HasFactor() const { return factor_ > 0; }
+  // Takes the clock from key "ClkIn" of section Name, 50 MHz where there is none. Takes that too, and tells
+  // why, where the text is no clock that a chip can have.
+  Failure RestoreClock();
 
   SettingsStore& settings_;
   Dialogs& dialogs_;
+  std::optional<std::int32_t> wordSent_;
 
  private:
   std::int32_t TuningWord(std::int32_t dHz) const;

@@ -6,6 +6,7 @@
 
 #include "support/Product.h"
 #include "support/Text.h"
+#include "tuning/TuningError.h"
 #include "tuning/clsAD9835.h"
 #include "tuning/clsAD9951.h"
 
@@ -91,6 +92,7 @@ std::shared_ptr<Oscillator> TuningChain::CreateAD9835(std::int32_t interfaceType
 void TuningChain::CreateVFO(std::int32_t SDRModelNo, std::int32_t interfaceType) {
   const Board& board = BoardOf(SDRModelNo);
   vfo_ = std::make_shared<clsVFO>(machine_.Settings);
+  tuner_ = std::make_unique<Tuner>(vfo_);
   driver_ = board.Driver == Chip::AD9951 ? CreateAD9951(interfaceType) : CreateAD9835(interfaceType);
   vfo_->OscType = driver_;
   if (const auto failure = driver_->Initialise()) {
@@ -107,11 +109,24 @@ void TuningChain::CreateVFO(std::int32_t SDRModelNo, std::int32_t interfaceType)
   vfo_->DDSInterfaceType = interfaceType;
   vfo_->RestoreSettings();
 
+  fault_ = {};
   if (driver_->MaxFreq / 10 <= vfo_->IFFrequency()) {
-    Log(driver_->Name + ": a clock of " + NumberText(driver_->ClkIn()) +
-        " Hz is too low for this board, half of it must lie above the IF of " +
-        NumberText(vfo_->IFFrequency()) + " Hz - set the DDS clock in the configuration");
+    fault_ = Fail(TuningError::Overflow,
+                  driver_->Name + ": a clock of " + NumberText(driver_->ClkIn()) +
+                      " Hz is too low for this board, half of it must lie above the IF of " +
+                      NumberText(vfo_->IFFrequency()) + " Hz - set ClkIn in section [" + driver_->Name +
+                      "] of the settings file to the board's DDS clock");
+    Log(fault_->Text);
   }
+}
+
+void TuningChain::Save() const {
+  if (vfo_) {
+    vfo_->SaveSettings();
+    driver_->Save();
+  }
+  serial_->Save();
+  parallel_->Save();
 }
 
 }  // namespace quorl

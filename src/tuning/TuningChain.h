@@ -10,6 +10,7 @@
 #include "platform/EventQueue.h"
 #include "platform/PrinterPort.h"
 #include "platform/SerialPort.h"
+#include "tuning/Tuner.h"
 #include "tuning/clsDDSParallelIF.h"
 #include "tuning/clsDDSSerialIF.h"
 #include "tuning/clsVFO.h"
@@ -30,7 +31,6 @@ struct TuningMachine {
   SettingsStore& Settings;
 };
 
-// When the chain goes, VFO, driver and interfaces write their settings to the store, in this order.
 class TuningChain {
  public:
   // Makes both interfaces with their stored settings; nothing is opened yet.
@@ -44,6 +44,13 @@ class TuningChain {
   // records frequencies: an AD9951 on a printer port (it gets no handler), a clock too low for the board.
   void CreateVFO(std::int32_t SDRModelNo, std::int32_t interfaceType);
 
+  // VFO, driver and interfaces write their settings to the store, in this order.
+  void Save() const;
+  // What keeps the board that was made last from being tuned: its clock is too low for its IF.
+  const Failure& Fault() const { return fault_; }
+
+  // The way to the tuned frequency; call CreateVFO first.
+  Tuner& Tune() { return *tuner_; }
   clsDDSSerialIF& SerialIF() { return *serial_; }
   clsDDSParallelIF& ParallelIF() { return *parallel_; }
   // Empty before CreateVFO.
@@ -61,6 +68,8 @@ class TuningChain {
   std::shared_ptr<clsDDSParallelIF> parallel_;
   std::shared_ptr<Oscillator> driver_;
   std::shared_ptr<clsVFO> vfo_;
+  std::unique_ptr<Tuner> tuner_;
+  Failure fault_;
 };
 
 }  // namespace quorl

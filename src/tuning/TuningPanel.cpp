@@ -1,5 +1,6 @@
 #include "tuning/TuningPanel.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <utility>
@@ -7,6 +8,7 @@
 #include "dsp/chain/VariableFilters.h"
 #include "state/PublicConstants.h"
 #include "support/Picture.h"
+#include "support/Rounding.h"
 #include "tuning/TuneStepTexts.h"
 
 namespace quorl {
@@ -18,6 +20,9 @@ constexpr std::array<const char*, 5> kVFOControlItems{"Cancel", "-", "Set Tuning
 
 // Less than any grid: an unlocked dial brings the frequency onto the grid and no further.
 constexpr double kUnlockedDialStep = 0.0001;
+
+// A held key repeats sooner than that; whoever presses it later has let it go, though nobody told.
+constexpr std::int64_t kLongestRepeat = 1500000;  // microseconds
 
 std::array<const char*, TuneSteps.size()> Pointers(const std::array<std::string, TuneSteps.size()>& texts) {
   std::array<const char*, TuneSteps.size()> pointers;
@@ -31,6 +36,8 @@ TuningPanel::TuningPanel(ControlRegistry& registry, EventQueue& queue, const Clo
                          TuningPanelLinks links)
     : frFreqCtl(registry, "frFreqCtl"),
       lbl7Seg(registry, "lbl7Seg", kDigits),
+      lbl7SegTop(registry, "lbl7SegTop"),
+      lblTuningLimit(registry, "lblTuningLimit"),
       picFreqDisp(registry, "picFreqDisp"),
       dialtuner(registry, "dialtuner"),
       cboTuningSteps(registry, "cboTuningSteps"),
@@ -49,6 +56,7 @@ TuningPanel::TuningPanel(ControlRegistry& registry, EventQueue& queue, const Clo
       vars_(vars),
       links_(std::move(links)),
       shaftProfiler_(clock) {
+  lbl7SegTop.Visible = lblTuningLimit.Visible = false;
   chkTuneLo.Caption = "Low Side LO";
   chkTuneLo.ToolTip = "Lo Side LO Injection (Elektor DRM)";
   chkTuneLo.Click = [this] { chkTuneLo_Click(); };
@@ -85,9 +93,13 @@ void TuningPanel::ConnectDigits() {
   }
 }
 
-void TuningPanel::SetVFO(clsVFO* vfo) {
-  vfo_ = vfo;
+void TuningPanel::SetTuner(Tuner* tuner) {
+  if (tuner_ != nullptr) tuner_->OnWanted = tuner_->OnStop = [] {};
+  tuner_ = tuner;
+  vfo_ = tuner != nullptr ? &tuner->VFO() : nullptr;
   if (vfo_ == nullptr) return;
+  tuner_->OnWanted = [this] { ShowWanted(); };
+  tuner_->OnStop = [this] { ShowLimit(); };
   TuneRate = static_cast<float>(vfo_->TuneStep());
   if (TuneRate >= 1.0F) TuneDigit = DigitOfRate();
   ShowRate(TuneDigit);
@@ -103,6 +115,8 @@ void TuningPanel::SetColours(const TuningColours& colours) {
   colours_ = colours;
   for (std::int32_t i = 0; i < kDigits; ++i) lbl7Seg(i).ForeColour = colours.Digit;
   HighlightDigit(lastDigit_);
+  lbl7SegTop.ForeColour = colours.Digit;
+  lblTuningLimit.ForeColour = colours.Tuning;
   lblTuningRate.ForeColour = TuningRateLocked ? colours_.LockedRate : colours_.ChosenDigit;
   chkTuneLo.ForeColour = chkTuneLo.Value() ? colours_.Tuning : colours_.Label;
 }
@@ -111,58 +125,63 @@ void TuningPanel::Display7Seg(const std::string& text) {
   if (text == displayed_) return;
   displayed_ = text;
   const std::size_t surplus = text.size() > kDigits ? text.size() - kDigits : 0;
+  lbl7SegTop.Caption = text.substr(0, surplus);
+  lbl7SegTop.Visible = surplus > 0;
   for (std::int32_t i = 0; i < kDigits; ++i) {
     const std::size_t at = surplus + static_cast<std::size_t>(i);
     lbl7Seg(i).Caption = at < text.size() ? text.substr(at, 1) : std::string();
   }
-  if (vfo_ != nullptr) links_.ShowOscillator(FormatPicture(vfo_->OscOut / 10.0, "#0 000 000 Hz"));
+  if (tuner_ == nullptr) return;
+  links_.ShowOscillator(FormatPicture(tuner_->WantedOscillator() / 10.0, "#0 000 000 Hz"));
 }
 
 void TuningPanel::DisplayFrequency() {
   if (vfo_ == nullptr) return;
-  const double dHz = static_cast<double>(vfo_->TunedFrequency()) + vars_.BFOOffset * 10.0;
+  const double dHz = static_cast<double>(tuner_->Wanted()) + vars_.BFOOffset * 10.0;
   Display7Seg(FormatPicture(dHz < 0.0 ? 0.0 : dHz, "000000000"));
 }
 
 void TuningPanel::Step(double dHz) {
-  if (vfo_ == nullptr || dHz == 0.0) return;
-  if (dHz > 0.0) {
-    vfo_->Inc_Freq(dHz);
-  } else {
-    double decrement = -dHz;
-    vfo_->Dec_Freq(decrement);
-  }
+  if (tuner_ != nullptr) tuner_->StepBy(dHz);
+}
+
+void TuningPanel::StepAndTurn(int direction, double dHz) {
+  TurnDial(direction);
+  Step(direction * dHz);
+}
+
+// At once, not at the next tick: whoever turns the wheel wants to see where he is.
+void TuningPanel::ShowWanted() {
+  lblTuningLimit.Visible = false;
+  DisplayFrequency();
+}
+
+void TuningPanel::ShowLimit() {
+  const std::string highest = FormatPicture(tuner_->Highest() / 10000.0, "#,##0.0 kHz");
+  lblTuningLimit.Caption = highest + " is as far as DDS clock and IF go";
+  lblTuningLimit.Visible = true;
 }
 
 // Turns the knob along with a tuning that came from elsewhere: only a hand on it tunes.
 void TuningPanel::TurnDial(std::int32_t steps) {
-  const bool before = std::exchange(inDial_, true);  // a hand's tuning may be on its way to the chip
+  inDial_ = true;
   dialtuner.SetValue(dialtuner.Value() + steps);
   dialLastValue_ = dialtuner.Value();
-  inDial_ = before;
+  inDial_ = false;
 }
 
 void TuningPanel::dialtuner_Change() {
   if (inDial_ || vfo_ == nullptr) return;
-  inDial_ = true;
   const double step = TuningRateLocked ? vfo_->TuneStep() : kUnlockedDialStep;
   const std::int32_t delta = dialtuner.Value() - dialLastValue_;
   dialLastValue_ = dialtuner.Value();
   if (delta != 0) Step(delta > 0 ? step : -step);
-  inDial_ = false;
 }
 
 void TuningPanel::tmrTune_Timer() {
-  if (TuneUpHeld) {
-    Step(TuneRate);
-    TurnDial(1);
-    TuneUpHeld = false;
-  }
-  if (TuneDownHeld) {
-    Step(-TuneRate);
-    TurnDial(-1);
-    TuneDownHeld = false;
-  }
+  // Taken back first: while the frequency is being sent, the next tick may come.
+  if (std::exchange(TuneUpHeld, false)) StepAndTurn(1, TuneRate);
+  if (std::exchange(TuneDownHeld, false)) StepAndTurn(-1, TuneRate);
   DisplayFrequency();
   links_.ScopePeriodic();
   lblTuneDialRate.Caption = lblTuningRate.Caption;
@@ -170,7 +189,8 @@ void TuningPanel::tmrTune_Timer() {
 
 void TuningPanel::tmrVFOUpdate_Timer() {
   if (vfo_ == nullptr) return;
-  if (vfo_->AutoUpdate && vfo_->OscType != nullptr && !vfo_->OscType->CMDOutActive) vfo_->OscType->Refresh();
+  if (vfo_->AutoUpdate && vfo_->OscType != nullptr && !vfo_->OscType->CMDOutActive) tuner_->Resend();
+  tuner_->Settle();
   // At odd times, so that its clicks in a weak signal never fall into step with anything.
   random_ = random_ * 1664525U + 1013904223U;
   tmrVFOUpdate.SetInterval(1500 + static_cast<int>(1500.0 * random_ / 4294967296.0));
@@ -192,13 +212,11 @@ void TuningPanel::picFreqDisp_KeyDown(Key key) {
   switch (key.Code) {
     case Key::A:
     case Key::Up:
-      TuneUpHeld = true;
-      TuneDownHeld = false;
+      PressTuneKey(key.Code, 1);
       break;
     case Key::Z:
     case Key::Down:
-      TuneDownHeld = true;
-      TuneUpHeld = false;
+      PressTuneKey(key.Code, -1);
       break;
     case Key::Left:
     case Key::Right:
@@ -208,10 +226,35 @@ void TuningPanel::picFreqDisp_KeyDown(Key key) {
     default:
       break;
   }
-  TuneRate = static_cast<float>(vfo_->TuneStep());
+  if (vfo_ != nullptr) TuneRate = static_cast<float>(vfo_->TuneStep());
+}
+
+// The first press tunes at once, however short it is; the repeats of a held key wait for the tick.
+void TuningPanel::PressTuneKey(std::int32_t code, int direction) {
+  const std::int64_t now = clock_.Microseconds();
+  const bool repeats = code == heldKey_ && now - lastPress_ < kLongestRepeat;
+  heldKey_ = code;
+  lastPress_ = now;
+  TuneUpHeld = repeats && direction > 0;
+  TuneDownHeld = repeats && direction < 0;
+  if (!repeats) StepAndTurn(direction, vfo_->TuneStep());
+}
+
+bool TuningPanel::TuneByKey(const Key& key) {
+  if (tuner_ == nullptr || (key.Code != Key::PageUp && key.Code != Key::PageDown)) return false;
+  const int direction = key.Code == Key::PageUp ? 1 : -1;
+  const double step = vfo_->TuneStep();
+  if (key.With.Ctrl) {
+    // Outright, as a step would go back to the grid first.
+    tuner_->MoveTo(tuner_->Wanted() + direction * std::max(RoundHalfEven(step / 10.0), 1));
+  } else {
+    StepAndTurn(direction, key.With.Shift ? 10.0 * step : step);
+  }
+  return true;
 }
 
 void TuningPanel::picFreqDisp_KeyUp() {
+  heldKey_ = 0;
   TuneUpHeld = TuneDownHeld = false;
   if (vfo_ != nullptr) TuneRate = static_cast<float>(vfo_->TuneStep());
 }
@@ -220,10 +263,7 @@ void TuningPanel::chkTuneLo_Click() {
   const bool low = chkTuneLo.Value();
   chkTuneLo.ForeColour = low ? colours_.Tuning : colours_.Label;
   SetLowSideLO(vars_, low);
-  if (vfo_ == nullptr) return;
-  vfo_->HiSideLO = !low;
-  vfo_->SetTunedFrequency(vfo_->TunedFrequency());
-  Display7Seg(vfo_->FormattedTunedFreq());
+  if (tuner_ != nullptr) tuner_->SetHiSideLO(!low);
 }
 
 void TuningPanel::DecodeShaft() {
@@ -236,8 +276,7 @@ void TuningPanel::DecodeShaft() {
     if (!tmrShaft.Enabled()) tmrShaft.SetEnabled(true);  // a running batch keeps its beat
     ShaftAutoRateStep();
   } else {
-    Step(direction * vfo_->TuneStep());
-    TurnDial(direction);
+    StepAndTurn(direction, vfo_->TuneStep());
   }
 }
 
@@ -253,9 +292,8 @@ void TuningPanel::tmrShaft_Timer() {
   // A radio whose encoder rests, or that has none, is not woken for it.
   if (shaftUpCount_ == 0 && shaftDownCount_ == 0) tmrShaft.SetEnabled(false);
   if (vfo_ == nullptr) return;
-  if (shaftUpCount_ > 0) Step(shaftUpCount_ * vfo_->TuneStep());
-  if (shaftDownCount_ > 0) Step(-shaftDownCount_ * vfo_->TuneStep());
-  shaftUpCount_ = shaftDownCount_ = 0;
+  const std::int32_t steps = std::exchange(shaftUpCount_, 0) - std::exchange(shaftDownCount_, 0);
+  Step(steps * vfo_->TuneStep());
 }
 
 }  // namespace quorl

@@ -1,4 +1,4 @@
-// The tuning front panel: nine digits, dial, held keys and mouse buttons, step selector, shaft encoder.
+// The tuning front panel: digits, dial, held keys and mouse buttons, step selector, shaft encoder.
 #pragma once
 
 #include <cstdint>
@@ -12,8 +12,8 @@
 #include "platform/EventQueue.h"
 #include "state/PublicVars.h"
 #include "tuning/ShaftDecoder.h"
+#include "tuning/Tuner.h"
 #include "tuning/clsDDSSerialIF.h"
-#include "tuning/clsVFO.h"
 
 namespace quorl {
 
@@ -43,15 +43,17 @@ class TuningPanel {
   TuningPanel(ControlRegistry& registry, EventQueue& queue, const Clock& clock, PublicVars& vars,
               TuningPanelLinks links);
 
-  // Tunes through `vfo` from now on, which must outlive the panel or be taken away with null. The rate starts
-  // as its step.
-  void SetVFO(clsVFO* vfo);
+  // Tunes through `tuner` from now on, which must outlive the panel or be taken away with null. The rate
+  // starts as its VFO's step.
+  void SetTuner(Tuner* tuner);
   // Reads the encoder from `serial`; null for none.
   void SetEncoder(clsDDSSerialIF* serial);
   void SetColours(const TuningColours& colours);
 
   Frame frFreqCtl;
   ControlArray<Label> lbl7Seg;
+  Label lbl7SegTop;      // the figure of 100 MHz, shown where there is one
+  Label lblTuningLimit;  // why tuning stopped, until it goes another way
   Picture picFreqDisp;
   Dial dialtuner;
   ComboBox cboTuningSteps;
@@ -71,9 +73,9 @@ class TuningPanel {
 
   // Fills cboTuningSteps with the texts of the step table.
   void FillTuningSteps();
-  // Nine digits; nothing where they are on display already.
+  // Nine digits or ten; nothing where they are on display already.
   void Display7Seg(const std::string& text);
-  // The digits that show the tuned frequency plus the BFO offset.
+  // The digits that show the frequency that is wanted plus the BFO offset.
   void DisplayFrequency();
   void SetTuneDigit(std::int32_t digit, float multiplier);
   // Takes the step `index`, or with SetNextTuningRate the next one; wraps at both ends. `override` releases a
@@ -82,6 +84,9 @@ class TuningPanel {
   void SetNextTuningRate(bool override) { SetTuningRate(TuneStepIndex + 1, override); }
   void DecodeShaft();
   void chkTuneLo_Click();
+  // Page Up and Page Down tune by the step, with Shift by ten, with Ctrl by a tenth of it. False for other
+  // keys.
+  bool TuneByKey(const Key& key);
 
  private:
   void ConnectDigits();
@@ -97,11 +102,15 @@ class TuningPanel {
   void dialtuner_Change();
   void picFreqDisp_KeyDown(Key key);
   void picFreqDisp_KeyUp();
+  void PressTuneKey(std::int32_t code, int direction);
   void tmrTune_Timer();
   void tmrShaft_Timer();
   void tmrVFOUpdate_Timer();
   void tmrClock_Timer();
   void Step(double dHz);
+  void StepAndTurn(int direction, double dHz);
+  void ShowWanted();
+  void ShowLimit();
   void TurnDial(std::int32_t steps);
   void LockDigit(std::int32_t digit);
   std::int32_t DigitOfRate() const;
@@ -112,7 +121,8 @@ class TuningPanel {
   const Clock& clock_;
   PublicVars& vars_;
   TuningPanelLinks links_;
-  clsVFO* vfo_ = nullptr;
+  Tuner* tuner_ = nullptr;
+  clsVFO* vfo_ = nullptr;  // the tuner's
   clsDDSSerialIF* encoder_ = nullptr;
   Profiler shaftProfiler_;
   ShaftDecoder shaftDecoder_;
@@ -121,7 +131,9 @@ class TuningPanel {
   std::int32_t lastDigit_ = 0;    // the highlighted one
   std::int32_t lockedDigit_ = 0;  // whose step the lock holds
   std::int32_t dialLastValue_ = 0;
-  bool inDial_ = false;
+  bool inDial_ = false;         // the knob is being turned along
+  std::int32_t heldKey_ = 0;    // of the tuning keys
+  std::int64_t lastPress_ = 0;  // of it, or of its repeats; microseconds
   bool digitFromRate_ = false;  // TuneDigit has been taken from TuneRate once
   std::uint32_t random_ = 1;
   std::string displayed_;

@@ -33,8 +33,8 @@ double Weight(std::int32_t digit) {
 
 void TuningPanel::ConnectRate() {
   imgTuneStepLock.Visible = false;
-  imgTuneStepLock.ToolTip = "Double Click to Unlock Tune Rate";
-  imgTuneStepLock.DblClick = [this] { imgTuneStepLock_DblClick(); };
+  imgTuneStepLock.ToolTip = "Click to Unlock Tune Rate";
+  imgTuneStepLock.Click = imgTuneStepLock.DblClick = [this] { imgTuneStepLock_DblClick(); };
   lblTuningRate.ToolTip = kStepGestures;
   lblTuningRate.Click = [this] { lblTuningRate_Click(); };
   // The second press of a double click is no click.

@@ -30,24 +30,15 @@ clsAD9835::clsAD9835(SettingsStore& settings, Dialogs& dialogs)
   }
 }
 
-clsAD9835::~clsAD9835() {
-  settings_.SaveSetting(Name, "CLKIn", NumberText(ClkIn()));
-}
-
 Failure clsAD9835::Initialise() {
   if (CMDOutActive) {
     return {};
   }
   const ScopedFlag active(CMDOutActive);
-  const auto hertz = ParseDouble(settings_.GetSetting(Name, "ClkIn", kDefaultClkIn));
-  if (!hertz) {
-    return {};
-  }
-  if (auto failure = SetClkIn(*hertz)) {
-    return failure;
-  }
+  wordSent_.reset();
+  auto failure = RestoreClock();
   MaxFreq = ToInt32(ClkIn() * 10 / 2).value_or(MaxFreq);
-  return {};
+  return failure;
 }
 
 void clsAD9835::Refresh() {
@@ -80,6 +71,9 @@ void clsAD9835::SendTuningWord(std::int32_t word) {
     handler->IOUPD(1);
   }
   CurrentTuningWord = word;
+  if (handler->IsOpen()) {
+    wordSent_ = word;
+  }
 }
 
 void clsAD9835::SendCommand(const std::vector<std::uint8_t>& command) {

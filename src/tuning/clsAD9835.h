@@ -16,14 +16,13 @@ class clsAD9835 : public Oscillator {
  public:
   // The clock is 50 MHz unless the store holds another one.
   clsAD9835(SettingsStore& settings, Dialogs& dialogs);
-  // Stores the clock under "CLKIn".
-  ~clsAD9835() override;
 
   // The lines to the chip, serial or parallel. Without them SetFrequency sends nothing.
   std::shared_ptr<DDSInterface> IFHandler;
 
-  // Takes the clock from key "ClkIn" of section Name, 50 MHz where there is none; sends nothing, as the frame
-  // of SetFrequency sets up the whole chip. Dropped while CMDOutActive.
+  bool CanSend() const override { return HasFactor() && IFHandler && IFHandler->IsOpen(); }
+  // Restores the clock, and tells where the stored one is wrong; sends nothing, as the frame of SetFrequency
+  // sets up the whole chip. Dropped while CMDOutActive.
   Failure Initialise() override;
   // Frequency frames are not kept, so this only moves the select line; a message tells of a missing
   // IFHandler.

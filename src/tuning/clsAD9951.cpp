@@ -9,7 +9,6 @@ namespace quorl {
 namespace {
 
 constexpr double kClockAtCreation = 360096000.0;  // dHz
-constexpr char kDefaultClkIn[] = "50000000";      // Hz
 
 // Register addresses, AD9951 data sheet.
 constexpr std::uint8_t kCfr1 = 0x00, kCfr2 = 0x01, kFtw0 = 0x04;
@@ -27,22 +26,12 @@ constexpr double kVcoRangeLimit = 200.0;
 clsAD9951::clsAD9951(SettingsStore& settings, Dialogs& dialogs)
     : Oscillator(settings, dialogs, "clsAD9951", kClockAtCreation) {}
 
-clsAD9951::~clsAD9951() {
-  if (HasFactor()) {
-    settings_.SaveSetting(Name, "CLKIn", NumberText(ClkIn()));
-  }
-}
-
-Failure clsAD9951::RestoreSettings() {
-  const auto hertz = ParseDouble(settings_.GetSetting(Name, "ClkIn", kDefaultClkIn));
-  return hertz ? SetClkIn(*hertz) : Failure{};
-}
-
 Failure clsAD9951::Initialise() {
   if (CMDOutActive) {
     return {};
   }
   const ScopedFlag active(CMDOutActive);
+  wordSent_.reset();
   SendCommand(kWriteCfr1);
   const std::uint8_t range = ClkIn() > kVcoRangeLimit ? kVcoHighRange : std::uint8_t{0};
   const std::array<std::uint8_t, 4> writeCfr2 = {
@@ -53,7 +42,10 @@ Failure clsAD9951::Initialise() {
 
 void clsAD9951::Refresh() {
   const std::vector<std::uint8_t> command = lastCommand_;
-  SendCommand(command);
+  const std::optional<std::int32_t> word = lastWord_;
+  if (SendCommand(command) && word) {
+    wordSent_ = word;
+  }
 }
 
 void clsAD9951::SendTuningWord(std::int32_t word) {
@@ -62,22 +54,26 @@ void clsAD9951::SendTuningWord(std::int32_t word) {
   const std::array<std::uint8_t, 5> command = {
       kFtw0, static_cast<std::uint8_t>(bits >> 24), static_cast<std::uint8_t>(bits >> 16),
       static_cast<std::uint8_t>(bits >> 8), static_cast<std::uint8_t>(bits)};
-  SendCommand(command);
+  if (SendCommand(command)) {
+    wordSent_ = word;
+  }
   lastCommand_.assign(command.begin(), command.end());
+  lastWord_ = word;
 }
 
-void clsAD9951::SendCommand(std::span<const std::uint8_t> command) {
-  if (sending_) {
-    return;
+// Whether it went out whole.
+bool clsAD9951::SendCommand(std::span<const std::uint8_t> command) {
+  const auto handler = IFHandler;
+  if (sending_ || !handler) {
+    return false;
   }
   const ScopedFlag sending(sending_);
-  if (const auto handler = IFHandler) {
-    handler->IOUPD(0);
-    for (const std::uint8_t byte : command) {
-      handler->Send(byte);
-    }
-    handler->IOUPD(1);
+  handler->IOUPD(0);
+  for (const std::uint8_t byte : command) {
+    handler->Send(byte);
   }
+  handler->IOUPD(1);
+  return handler->IsOpen();
 }
 
 }  // namespace quorl

@@ -16,15 +16,13 @@ namespace quorl {
 class clsAD9951 : public Oscillator {
  public:
   clsAD9951(SettingsStore& settings, Dialogs& dialogs);
-  // Stores the clock under "CLKIn" where one has been set.
-  ~clsAD9951() override;
 
   // The lines to the chip. Without them nothing is sent, and nothing said.
   std::shared_ptr<clsDDSSerialIF> IFHandler;
 
-  // Takes the clock from key "ClkIn" of section Name, 50 MHz where there is none. Keeps the old clock where
-  // the text is no number; fails as SetClkIn.
-  Failure RestoreSettings();
+  bool CanSend() const override { return HasFactor() && IFHandler && IFHandler->IsOpen(); }
+  // Restores the clock, and tells where the stored one is wrong.
+  Failure RestoreSettings() { return RestoreClock(); }
   // Writes control function registers 1 and 2. Dropped while CMDOutActive.
   Failure Initialise() override;
   // The last frequency command once more; before the first one only the update line moves.
@@ -32,9 +30,10 @@ class clsAD9951 : public Oscillator {
 
  private:
   void SendTuningWord(std::int32_t word) override;
-  void SendCommand(std::span<const std::uint8_t> command);
+  bool SendCommand(std::span<const std::uint8_t> command);
 
   std::vector<std::uint8_t> lastCommand_;
+  std::optional<std::int32_t> lastWord_;  // the one that lastCommand_ carries
   bool sending_ = false;
 };
 

@@ -12,7 +12,7 @@ constexpr std::uint8_t kData = 1, kClock = 2, kSelect = 4;
 clsDDSParallelIF::clsDDSParallelIF(PrinterPort& port, EventQueue& events, SettingsStore& settings)
     : port_(port), events_(events), settings_(settings) {}
 
-clsDDSParallelIF::~clsDDSParallelIF() {
+void clsDDSParallelIF::Save() const {
   settings_.SaveSetting(Name, "PortAddress", NumberText(std::int32_t{PortAddress}));
   settings_.SaveSetting(Name, "WaitTime", NumberText(WaitTime));
   settings_.SaveSetting(Name, "NonInverting", FlagText(NonInverting));

@@ -16,8 +16,6 @@ namespace quorl {
 class clsDDSParallelIF : public DDSInterface {
  public:
   clsDDSParallelIF(PrinterPort& port, EventQueue& events, SettingsStore& settings);
-  // Stores PortAddress, WaitTime and NonInverting.
-  ~clsDDSParallelIF() override;
   clsDDSParallelIF(const clsDDSParallelIF&) = delete;
   clsDDSParallelIF& operator=(const clsDDSParallelIF&) = delete;
 
@@ -30,6 +28,9 @@ class clsDDSParallelIF : public DDSInterface {
   bool NonInverting = false;                        // every line then always takes its state 0
 
   void RestoreSettings();
+  // Stores PortAddress, WaitTime and NonInverting.
+  void Save() const;
+  bool IsOpen() const override { return true; }
 
   void IOUPD(int State) override;
   // One data bit with its clock pulse.

@@ -22,6 +22,9 @@ clsDDSSerialIF::~clsDDSSerialIF() {
   if (listening_) {
     port_.OnStatusChange([] {});
   }
+}
+
+void clsDDSSerialIF::Save() const {
   settings_.SaveSetting(Name, "PortNo", NumberText(PortNo));
   settings_.SaveSetting(Name, "WaitTime", NumberText(WaitTime));
 }

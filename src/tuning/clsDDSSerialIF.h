@@ -20,7 +20,7 @@ namespace quorl {
 class clsDDSSerialIF : public DDSInterface {
  public:
   clsDDSSerialIF(SerialPort& port, EventQueue& events, Dialogs& dialogs, SettingsStore& settings);
-  // Closes the port and stores PortNo and WaitTime.
+  // Closes the port.
   ~clsDDSSerialIF() override;
   clsDDSSerialIF(const clsDDSSerialIF&) = delete;
   clsDDSSerialIF& operator=(const clsDDSSerialIF&) = delete;
@@ -43,6 +43,9 @@ class clsDDSSerialIF : public DDSInterface {
   const Failure& OpenFailure() const { return openFailure_; }
   int Initialise() { return 0; }
   void RestoreSettings();
+  // Stores PortNo and WaitTime.
+  void Save() const;
+  bool IsOpen() const override { return port_.IsOpen(); }
 
   void IOUPD(int State) override;
   void SDATA(int State);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <limits>
 
 #include "support/CheckedMath.h"
 #include "support/Picture.h"
@@ -35,10 +37,6 @@ std::string RoundedText(double value) {
 }  // namespace
 
 clsVFO::clsVFO(SettingsStore& settings) : settings_(settings) {}
-
-clsVFO::~clsVFO() {
-  SaveSettings();
-}
 
 Failure clsVFO::SetTunedFrequency(std::int32_t dHz) {
   if (setting_) {
@@ -100,10 +98,31 @@ void clsVFO::SetFormattedTunedFreq(const std::string& text) {
   enteredFrequency_ = ParseInt32(text).value_or(enteredFrequency_);
 }
 
-void clsVFO::Refresh() {
-  const auto tuned = Add(tunedFrequency_, calibOffset_);
+double clsVFO::GridPoint(std::int32_t dHz) const {
+  return tuneStepLSD_ != 0 ? std::floor(dHz / tuneStepLSD_ + 0.5) * tuneStepLSD_ : snapped_;
+}
+
+std::int32_t clsVFO::OscillatorFor(std::int32_t dHz) const {
+  const auto tuned = Add(dHz, calibOffset_);
   const auto beside = HiSideLO ? Add(tuned, ifFrequency_) : Subtract(tuned, ifFrequency_);
-  OscOut = Absolute(Multiply(beside, OscMultiplier)).value_or(OscOut);
+  return Absolute(Multiply(beside, OscMultiplier)).value_or(OscOut);
+}
+
+std::int64_t clsVFO::HighestNoted() const {
+  return OscType ? std::int64_t{OscType->MaxFreq} - IFFrequency() : std::numeric_limits<std::int32_t>::max();
+}
+
+std::int64_t clsVFO::Reach() const {
+  if (!OscType) {
+    return 0;
+  }
+  const std::int64_t multiplier = std::max<std::int64_t>(std::abs(std::int64_t{OscMultiplier}), 1);
+  const std::int64_t oscillator = (std::int64_t{OscType->MaxFreq} - 1) / multiplier;
+  return oscillator - calibOffset_ - (HiSideLO ? ifFrequency_ : -ifFrequency_);
+}
+
+void clsVFO::Refresh() {
+  OscOut = OscillatorFor(tunedFrequency_);
   if (const auto oscillator = OscType) {
     oscillator->SetFrequency(OscOut);
   }
@@ -113,15 +132,15 @@ double clsVFO::Inc_Freq(double Increment) {
   const bool autoUpdate = AutoUpdate;
   AutoUpdate = false;
   ++stepsUnderWay_;
-  if (tuneStepLSD_ != 0) {
-    snapped_ = std::floor(tunedFrequency_ / tuneStepLSD_ + 0.5) * tuneStepLSD_;
-  }
+  snapped_ = GridPoint(tunedFrequency_);
   if (const auto target = ToInt32(snapped_ + (Increment == 0 ? tuneStep_ : Increment))) {
     SetTunedFrequency(*target);
   }
   AutoUpdate = autoUpdate;
   --stepsUnderWay_;
-  Refresh();
+  if (!IsSuperseded()) {
+    Refresh();
+  }
   return tunedFrequency_;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -13,12 +14,10 @@ namespace quorl {
 
 // Frequencies are signed 32-bit integers in deci-hertz (dHz, tenths of a hertz), up to 214748364.7 Hz, unless
 // they are told in hertz. Main thread. While a frequency is on its way to the chip the event queue runs; one
-// that is set meanwhile is dropped, and the periodic Refresh brings chip and VFO together again.
+// that is set meanwhile is dropped: whoever tunes while events run goes through Tuner, which keeps it.
 class clsVFO {
  public:
   explicit clsVFO(SettingsStore& settings);
-  // Runs SaveSettings.
-  ~clsVFO();
   clsVFO(const clsVFO&) = delete;
   clsVFO& operator=(const clsVFO&) = delete;
 
@@ -48,28 +47,40 @@ class clsVFO {
   // Grid that a step first rounds to, at most 10000 dHz.
   double TuneStepLSD() const { return tuneStepLSD_; }
   void SetTuneStepLSD(double dHz);
+  // The grid point next to `dHz`; the one of the last step where there is no grid.
+  double GridPoint(std::int32_t dHz) const;
 
   // TunedFrequency in nine digits or more.
   std::string FormattedTunedFreq() const;
   // Notes the frequency that the text tells and tunes nothing.
   void SetFormattedTunedFreq(const std::string& text);
 
+  // The oscillator frequency that brings `dHz` in; OscOut where the arithmetic leaves 32 bits.
+  std::int32_t OscillatorFor(std::int32_t dHz) const;
+  // The highest frequency that chip and IF can do, below 0 where they can do none: the tuning word of half
+  // the clock itself doesn't fit. 0 without OscType.
+  std::int64_t Reach() const;
+  // The highest frequency that SetTunedFrequency leaves as it is.
+  std::int64_t HighestNoted() const;
+
   // Works OscOut out and sends it. Where the arithmetic leaves 32 bits the old OscOut is sent; without
   // OscType nothing is.
   void Refresh();
 
   // Moves to the nearest point of the grid, then on by `Increment`, or by TuneStep where that is 0. Returns
-  // the frequency that came of it.
+  // the frequency that came of it. It is sent twice, unless another one waits already.
   double Inc_Freq(double Increment);
   // The same downwards. `Decrement` becomes what was added: minus itself, or minus TuneStep.
   double Dec_Freq(double& Decrement);
   // A step is on its way to the chip; AutoUpdate is down meanwhile.
   bool IsStepping() const { return stepsUnderWay_ > 0; }
+  // Whether another frequency waits for the one that is being sent.
+  std::function<bool()> IsSuperseded = [] { return false; };
 
   // Takes over what the store holds under Name; the rest stays. Tunes nothing and ignores TuneStepLock.
   // "CalibOffset" is stored in hertz and read as dHz.
   void RestoreSettings();
-  // The way back into the store, which also happens at the end.
+  // The way back into the store.
   void SaveSettings() const;
 
  private:

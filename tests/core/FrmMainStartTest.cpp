@@ -182,7 +182,7 @@ TEST(FrmMainStart, PanelAgreesWithTheStateItShows) {
   EXPECT_TRUE(rig.At("optPwr(0)").Enabled());
   EXPECT_FALSE(rig.Frame().IsOn());
   EXPECT_FALSE(vars.FiltersDirty);
-  EXPECT_FALSE(rig.VFO().AutoUpdate);
+  EXPECT_TRUE(rig.VFO().AutoUpdate);  // the board's own
   rig.Run(0.1);
   EXPECT_EQ(rig.Digits(), "072050000");
   EXPECT_EQ(rig.Text("lblTuningRate"), "100 Hz");
@@ -295,6 +295,26 @@ TEST(FrmMainEnd, ThePanelsRefreshOptionWinsOverTheVFOs) {
   FrameRig rig("AutoUpdate=True\n[frmMain]\nAutoDDSRefresh=False\n");
   ASSERT_TRUE(rig.Start());
   EXPECT_FALSE(rig.VFO().AutoUpdate);
+}
+
+TEST(FrmMainStart, ABoardWhoseClockIsTooLowIsToldInOneBox) {
+  FrameRig rig("[DDSAD9951]\nClkIn=50000000\n");
+  ASSERT_TRUE(rig.Start());
+  ASSERT_EQ(rig.Boxes.Messages.size(), 1U);
+  for (const char* word : {"50000000 Hz", "45000000 Hz", "set ClkIn in section [DDSAD9951]"})
+    EXPECT_NE(rig.Boxes.Messages[0].Text.find(word), std::string::npos) << word;
+  rig.Wheel("lbl7Seg(4)", 3);
+  rig.Run(3.0);
+  EXPECT_EQ(rig.Boxes.Messages.size(), 1U);
+}
+
+TEST(FrmMainStart, PageKeysTuneWhereverThePointerIs) {
+  FrameRig rig;
+  ASSERT_TRUE(rig.Start());
+  rig.At("lblNB").MouseMove();
+  rig.At("frmMain").KeyDown({Key::PageUp, {.Shift = true}});
+  rig.Run(0.1);
+  EXPECT_EQ(rig.Digits(), "072060000");
 }
 
 TEST(FrmMainEnd, DevicesAreFoundByNameAndADeviceThatIsGoneKeepsItsPlace) {

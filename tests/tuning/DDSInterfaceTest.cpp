@@ -162,6 +162,7 @@ TEST_F(Serial, SettingsComeBack) {
     other.Name = "Other";
     other.PortNo = 4;
     other.OpenPort(false);
+    other.Save();
   }
   EXPECT_FALSE(TuningRig::Serial.IsOpen());
   EXPECT_EQ(Settings.GetSetting("Other", "PortNo", ""), "4");
@@ -239,6 +240,7 @@ TEST_F(Parallel, SettingsComeBack) {
     other.PortAddress = 0x278;
     other.NonInverting = true;
     other.WaitTime = 0.000001;
+    other.Save();
   }
   line.Name = "Other";
   line.RestoreSettings();

@@ -112,13 +112,14 @@ TEST_F(Chain, BoardsStartWithTheirConfigurations) {
   }
 }
 
-TEST_F(Chain, EverythingIsStoredWhenItGoesAndComesBack) {
+TEST_F(Chain, EverythingThatIsSavedComesBack) {
   Settings.SaveSetting("DDSAD9951", "ClkIn", "360096000");
   {
     const auto chain = Build(0, InterfaceType::Serial);
     chain->VFO()->SetTunedFrequency(70500000);
     chain->Driver()->SetClkIn(360096100);
     chain->SerialIF().PortNo = 2;
+    chain->Save();
   }
   EXPECT_FALSE(Serial.IsOpen());
   const auto chain = Build(0, InterfaceType::Serial);
@@ -127,13 +128,44 @@ TEST_F(Chain, EverythingIsStoredWhenItGoesAndComesBack) {
   EXPECT_EQ(Serial.OpenedDevices().back(), "/dev/ttyS1");
 }
 
+// What a dialog has stored is for the chain that is built next, not for the old one to write over.
+TEST_F(Chain, AChainThatIsRebuiltLeavesTheStoreAlone) {
+  auto chain = Build(0, InterfaceType::Serial);
+  Settings.SaveSetting("DDSAD9951", "ClkIn", "400000000");
+  Settings.SaveSetting("DDSSerialIF", "PortNo", "4");
+  chain.reset();
+  chain = Build(0, InterfaceType::Serial);
+  EXPECT_EQ(Settings.GetSetting("DDSAD9951", "ClkIn", ""), "400000000");
+  EXPECT_EQ(Settings.GetSetting("DDSSerialIF", "PortNo", ""), "4");
+  EXPECT_EQ(chain->Driver()->ClkIn(), 400000000);
+  EXPECT_EQ(Serial.OpenedDevices().back(), "/dev/ttyS3");
+}
+
+TEST_F(Chain, AClockThatIsNoneGivesWayToTheUsualOneWithOneLine) {
+  for (const std::int32_t model : {0, 1}) {
+    for (const char* text : {"rubbish", "0", "-50000000", "429496730", "1e300"}) {
+      Settings.SaveSetting(model == 0 ? "DDSAD9951" : "DDSAD9835", "ClkIn", text);
+      Settings.SaveSetting("VFO1.DRT1", "IFFrequency", "12000000");
+      log.clear();
+      const auto chain = Build(model, InterfaceType::Serial);
+      EXPECT_EQ(chain->Driver()->ClkIn(), 50000000) << text;
+      ASSERT_EQ(log.size(), 1U) << text;
+      EXPECT_NE(log[0].find(std::string("ClkIn '") + text + "'"), std::string::npos) << log[0];
+      Sent();
+      EXPECT_FALSE(chain->VFO()->SetTunedFrequency(70500000));
+      EXPECT_FALSE(Sent().empty());
+    }
+  }
+  EXPECT_TRUE(Dialogs.Messages.empty());
+}
+
 TEST_F(Chain, WhatCannotWorkIsToldInOneLine) {
-  Build(0, InterfaceType::Serial);
+  EXPECT_TRUE(Build(0, InterfaceType::Serial)->Fault());
   ASSERT_EQ(log.size(), 1U);
   EXPECT_EQ(
       log[0],
       "DDSAD9951: a clock of 50000000 Hz is too low for this board, half of it must lie above the IF of "
-      "45000000 Hz - set the DDS clock in the configuration");
+      "45000000 Hz - set ClkIn in section [DDSAD9951] of the settings file to the board's DDS clock");
   log.clear();
   Settings.SaveSetting("DDSAD9951", "ClkIn", "360096000");
   Serial.ClearLevels();

@@ -33,7 +33,7 @@ class TuningPanelTest : public testing::Test {
     links.ShowOscillator = [this](const std::string& text) { oscillator = text; };
     links.StoreTuneStep = [this](std::int32_t dHz) { storedStep = dHz; };
     panel.emplace(registry, queue, clock, vars, links);
-    panel->SetVFO(&VFO());
+    panel->SetTuner(&chain->Tune());
     panel->SetEncoder(&chain->SerialIF());
     panel->SetColours({kNormal, kFocus, kLabel, kTuning, kLocked});
     panel->FillTuningSteps();
@@ -61,6 +61,9 @@ class TuningPanelTest : public testing::Test {
   void Run(int milliseconds) { queue.AdvanceBy(std::chrono::milliseconds(milliseconds)); }
   std::string Digits() {
     Run(60);
+    return Shown();
+  }
+  std::string Shown() {
     std::string digits;
     for (int i = 0; i < TuningPanel::kDigits; ++i) digits += At(IndexedName("lbl7Seg", i)).Text();
     return digits;
@@ -187,7 +190,7 @@ TEST_F(TuningPanelTest, LocksHoldTheStepUntilTheyAreReleased) {
   EXPECT_EQ(Highlighted(), 6);
   At("lbl7Seg(6)").Wheel(1, {});
   EXPECT_EQ(Digits(), "072050100");
-  At("imgTuneStepLock").DblClick();
+  At("imgTuneStepLock").UserClick();
   EXPECT_FALSE(At("imgTuneStepLock").Visible());
   EXPECT_FALSE(panel->TuningRateLocked);
   EXPECT_EQ(At("lblTuningRate").ForeColour(), kFocus);
@@ -356,6 +359,71 @@ TEST_F(TuningPanelTest, TheChipIsRefreshedNowAndThenWhereThatIsWanted) {
   EXPECT_TRUE(serial.Levels().empty());
 }
 
+TEST_F(TuningPanelTest, AShortTapIsAStepAndDigitsShowAtOnce) {
+  Hover(5);
+  for (int i = 0; i < 20; ++i) {
+    At("picFreqDisp").KeyDown({i % 2 == 0 ? Key::A : Key::Up, {}});
+    EXPECT_EQ(Shown(), "0720" + std::to_string(51 + i) + "000");
+    Run(10);
+    At("picFreqDisp").KeyUp({i % 2 == 0 ? Key::A : Key::Up, {}});
+    Run(7);
+  }
+  EXPECT_EQ(Digits(), "072070000");
+  // Nobody told that this one was let go, as where the window lost the keyboard.
+  for (int i = 0; i < 2; ++i) {
+    At("picFreqDisp").KeyDown({Key::Z, {}});
+    Run(2000);
+  }
+  EXPECT_EQ(Digits(), "072068000");
+}
+
+TEST_F(TuningPanelTest, NotchesOfWheelKeysDialAndEncoderAddUpWhileAFrameIsOut) {
+  Hover(4);
+  At("lblTuningRate").UserClick();
+  panel->ShaftEnabled = true;
+  serial.SetLineTime(std::chrono::milliseconds(1));
+  queue.Post([&] {
+    At("lbl7Seg(4)").Wheel(2, {});
+    panel->dialtuner.SetValue(panel->dialtuner.Value() + 1);
+    At("picFreqDisp").KeyDown({Key::Up, {}});
+    serial.SetStatus(kUpwards[0]);
+  });
+  At("lbl7Seg(4)").Wheel(1, {});
+  Run(1000);
+  EXPECT_EQ(VFO().TunedFrequency(), 72050000 + 6 * 10000);
+}
+
+TEST_F(TuningPanelTest, PageKeysTuneByTheStepByTenAndByATenth) {
+  Hover(5);
+  const auto page = [&](int code, Modifiers with = {}) { EXPECT_TRUE(panel->TuneByKey({code, with})); };
+  page(Key::PageUp);
+  EXPECT_EQ(Digits(), "072051000");
+  page(Key::PageDown, {.Shift = true});
+  EXPECT_EQ(Digits(), "072041000");
+  page(Key::PageUp, {.Ctrl = true});
+  EXPECT_EQ(Digits(), "072041100");
+  Hover(8);
+  page(Key::PageDown, {.Ctrl = true});
+  EXPECT_EQ(Digits(), "072041099");
+  EXPECT_FALSE(panel->TuneByKey({Key::Up, {}}));
+}
+
+TEST_F(TuningPanelTest, TheTenthDigitShowsAndTheEndOfTheReachIsTold) {
+  chain->Tune().MoveTo(1072050000);
+  EXPECT_EQ(At("lbl7SegTop").Text() + Digits(), "1072050000");
+  EXPECT_EQ(oscillator, "152 205 000 Hz");
+  EXPECT_TRUE(At("lbl7SegTop").Visible());
+  Hover(0);
+  At("lbl7Seg(0)").Wheel(9, {});
+  EXPECT_EQ(At("lbl7SegTop").Text() + Digits(), "1350479999");
+  EXPECT_EQ(At("lblTuningLimit").Text(), "135,048.0 kHz is as far as DDS clock and IF go");
+  EXPECT_TRUE(At("lblTuningLimit").Visible());
+  At("lbl7Seg(0)").Wheel(-4, {});
+  EXPECT_FALSE(At("lblTuningLimit").Visible());
+  EXPECT_EQ(Digits(), "950480000");
+  EXPECT_FALSE(At("lbl7SegTop").Visible());
+}
+
 TEST_F(TuningPanelTest, AClickOnTheHighlightedDigitReplacesALockedStepOfAnother) {
   At("lblTuningRate").MouseDown(MouseButton::Right);
   EXPECT_TRUE(At("cboTuningSteps").UserSet("9 KHz"));
@@ -369,7 +437,7 @@ TEST_F(TuningPanelTest, AClickOnTheHighlightedDigitReplacesALockedStepOfAnother)
 }
 
 TEST_F(TuningPanelTest, WithoutAVFONothingHappens) {
-  panel->SetVFO(nullptr);
+  panel->SetTuner(nullptr);
   panel->ShaftEnabled = true;
   for (Control* control : registry.All()) {
     Raise(control->MouseMove);

@@ -19,6 +19,7 @@ class FakeOscillator : public Oscillator {
     SetClkIn(429496729.0);
     MaxFreq = 2000000000;
   }
+  bool CanSend() const override { return true; }
   Failure Initialise() override { return {}; }
   void Refresh() override {}
 
@@ -203,6 +204,7 @@ TEST_F(VFO, SettingsMakeARoundTripButForTheCalibration) {
     first.SetCalibOffset(-125);
     first.SetTuneStep(24.5);
     first.DDSInterfaceType = 1;
+    first.SaveSettings();
   }
   EXPECT_EQ(Settings.Serialise(),
             "[VFO1.Round]\nIFFrequency=455000\nHiSideLo=False\nAutoUpdate=True\nTunedFrequency=100000000\n"

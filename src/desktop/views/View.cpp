@@ -223,9 +223,11 @@ void View::wheelEvent(QWheelEvent* event) {
 void View::keyPressEvent(QKeyEvent* event) {
   const int code = KeyCodeOf(event->key());
   const Modifiers with = ModifiersOf(event->modifiers());
-  if (code != 0 && control_.KeyDown) {
+  // They tune, wherever the pointer is.
+  const bool tunes = code == Key::PageUp || code == Key::PageDown;
+  if (code != 0 && !tunes && control_.KeyDown) {
     control_.KeyDown(Key{code, with});
-  } else if (code == 0 || !OnKey(code, with)) {
+  } else if (code == 0 || tunes || !OnKey(code, with)) {
     event->ignore();
   }
 }
