@@ -2,34 +2,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "platform/virtual/VirtualFiles.h"
 #include "recorder/WavReader.h"
 
 namespace {
-
-// A stream that can't seek, as a pipe.
-class PipeBuffer : public std::stringbuf {
- public:
-  using std::stringbuf::stringbuf;
-
- protected:
-  pos_type seekoff(off_type, std::ios_base::seekdir, std::ios_base::openmode) override { return -1; }
-  pos_type seekpos(pos_type, std::ios_base::openmode) override { return -1; }
-};
-
-class PipeStream : public std::istream {
- public:
-  explicit PipeStream(const std::string& bytes) : std::istream(nullptr), buffer_(bytes, std::ios::in) {
-    rdbuf(&buffer_);
-  }
-
- private:
-  PipeBuffer buffer_;
-};
 
 void Demand(bool holds) {
   if (!holds) std::abort();
@@ -41,9 +20,9 @@ void DemandOneLine(const quorl::Failure& failure) {
 }
 
 // Reads to the end; the frames that came, or -1 where the file was refused.
-std::int64_t ReadAll(std::unique_ptr<std::istream> in, std::size_t bytes) {
+std::int64_t ReadAll(const quorl::VirtualFiles& files, std::size_t bytes) {
   quorl::Failure failure;
-  auto reader = quorl::WavReader::Open(std::move(in), "fuzz.wav", {}, failure);
+  auto reader = quorl::WavReader::Open(files, "fuzz.wav", {}, failure);
   if (!reader) {
     DemandOneLine(failure);
     return -1;
@@ -69,8 +48,9 @@ std::int64_t ReadAll(std::unique_ptr<std::istream> in, std::size_t bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string bytes(reinterpret_cast<const char*>(data), size);
-  const std::int64_t fromFile = ReadAll(std::make_unique<std::istringstream>(bytes), size);
-  const std::int64_t fromPipe = ReadAll(std::make_unique<PipeStream>(bytes), size);
-  Demand(fromFile == fromPipe);
+  quorl::VirtualFiles file, pipe;
+  file.Put("fuzz.wav", bytes);
+  pipe.PutPipe("fuzz.wav", bytes);
+  Demand(ReadAll(file, size) == ReadAll(pipe, size));
   return 0;
 }

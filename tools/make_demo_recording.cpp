@@ -17,6 +17,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/linux/system/LinuxFiles.h"
 #include "recorder/WavWriter.h"
 
 namespace {
@@ -163,8 +164,9 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "make_demo_recording: one argument is needed, the file to write\n");
     return 2;
   }
+  quorl::LinuxFiles files;
   quorl::Failure failure;
-  auto writer = quorl::WavWriter::Create(argv[1], 1, SampleRate, failure);
+  auto writer = quorl::WavWriter::Create(files, argv[1], 1, SampleRate, failure);
   if (!failure) {
     const std::vector<std::int16_t> band = MakeBand();
     failure = writer->Write(band.data(), static_cast<int>(band.size()));

@@ -8,7 +8,7 @@
 
 namespace quorl::cli {
 
-InterruptWatcher::InterruptWatcher() {
+InterruptWatcher::InterruptWatcher(Files& files) : files_(files) {
   sigemptyset(&signals_);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&signals_, signal);
   pthread_sigmask(SIG_BLOCK, &signals_, &before_);
@@ -23,7 +23,7 @@ InterruptWatcher::~InterruptWatcher() {
   pthread_sigmask(SIG_SETMASK, &before_, nullptr);
 }
 
-void InterruptWatcher::Start(std::filesystem::path temporary, std::string name) {
+void InterruptWatcher::Start(std::string temporary, std::string name) {
   temporary_ = std::move(temporary);
   name_ = std::move(name);
   thread_ = std::thread([this] { Watch(); });
@@ -33,8 +33,7 @@ void InterruptWatcher::Watch() const {
   int signal = 0;
   sigwait(&signals_, &signal);
   if (done_) return;
-  std::error_code ignored;
-  if (!temporary_.empty()) std::filesystem::remove(temporary_, ignored);
+  if (!temporary_.empty()) files_.Remove(temporary_);
   PrintFault(name_ + ": interrupted; run again for a complete output");
   _exit(ExitCode::Failed);
 }

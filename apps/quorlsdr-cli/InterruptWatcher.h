@@ -3,9 +3,10 @@
 
 #include <atomic>
 #include <csignal>
-#include <filesystem>
 #include <string>
 #include <thread>
+
+#include "platform/Files.h"
 
 namespace quorl::cli {
 
@@ -13,18 +14,20 @@ namespace quorl::cli {
 // temporary file, says so and ends the program with exit code 1, whatever the main thread waits for.
 class InterruptWatcher {
  public:
-  InterruptWatcher();
+  // `files` outlives the watcher.
+  explicit InterruptWatcher(Files& files);
   ~InterruptWatcher();
   InterruptWatcher(const InterruptWatcher&) = delete;
   InterruptWatcher& operator=(const InterruptWatcher&) = delete;
 
   // `temporary` may be empty; `name` is what the message names. Once.
-  void Start(std::filesystem::path temporary, std::string name);
+  void Start(std::string temporary, std::string name);
 
  private:
   void Watch() const;
 
-  std::filesystem::path temporary_;
+  Files& files_;
+  std::string temporary_;
   std::string name_;
   sigset_t signals_;
   sigset_t before_;

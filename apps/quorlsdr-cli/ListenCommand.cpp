@@ -200,8 +200,9 @@ int Run(const ListenOptions& options) {
     std::signal(signal, [](int) { interrupted = 1; });
   }
   Failure failure;
+  LinuxFiles files;
   std::unique_ptr<AudioFile> file;
-  if (!options.Output.empty()) file = AudioFile::Create(options.Output, failure);
+  if (!options.Output.empty()) file = AudioFile::Create(files, options.Output, failure);
   LinuxEventQueue queue;
   TerminalDialogs boxes(std::cerr);
   std::unique_ptr<RadioMachine> machine;

@@ -14,6 +14,7 @@
 #include "Progress.h"
 #include "ReceiveOptions.h"
 #include "Reception.h"
+#include "platform/linux/system/LinuxFiles.h"
 #include "recorder/RawStream.h"
 #include "recorder/WavReader.h"
 #include "recorder/WavWriter.h"
@@ -26,19 +27,19 @@ constexpr int BlockFrames = SamplesPerEvent;
 
 struct Output {
   std::unique_ptr<SampleWriter> Writer;
-  std::filesystem::path Temporary;  // what an interruption has to remove
+  std::string Temporary;  // what an interruption has to remove
 };
 
-std::unique_ptr<SampleReader> OpenInput(const ReceiveOptions& options, Failure& failure) {
+std::unique_ptr<SampleReader> OpenInput(const Files& files, const ReceiveOptions& options, Failure& failure) {
   if (options.Input == "-") return std::make_unique<RawReader>(std::cin, "standard input", options.Channels);
-  return WavReader::OpenFile(options.Input, WavNeeds{FSampling, 2}, failure);
+  return WavReader::Open(files, options.Input, WavNeeds{FSampling, 2}, failure);
 }
 
-Output OpenOutput(const ReceiveOptions& options, Failure& failure) {
+Output OpenOutput(Files& files, const ReceiveOptions& options, Failure& failure) {
   if (options.Output == "-") return {std::make_unique<RawWriter>(std::cout, "standard output"), {}};
-  auto file = WavWriter::Create(options.Output, 1, FSampling, failure);
+  auto file = WavWriter::Create(files, options.Output, 1, FSampling, failure);
   if (failure) return {};
-  std::filesystem::path temporary = file->Temporary();
+  std::string temporary = file->Temporary();
   return {std::move(file), std::move(temporary)};
 }
 
@@ -91,15 +92,16 @@ int Stop(const Failure& failure, int exitCode) {
 int Run(const ReceiveOptions& options) {
   const auto begin = std::chrono::steady_clock::now();
   Failure failure;
-  const auto reader = OpenInput(options, failure);
+  LinuxFiles files;
+  const auto reader = OpenInput(files, options, failure);
   if (failure) return Stop(failure, ExitCode::Refused);
   if (options.SDRModelNo == SDRModel::IQXtalRX && reader->Channels() != 2) {
     const std::string name = options.Input == "-" ? "standard input" : options.Input;
     return Stop(Error{SampleFault::Format, name + ": has 1 channel; model iq needs I and Q in 2 channels"},
                 ExitCode::Refused);
   }
-  InterruptWatcher watcher;
-  const Output output = OpenOutput(options, failure);
+  InterruptWatcher watcher(files);
+  const Output output = OpenOutput(files, options, failure);
   if (failure) return Stop(failure, ExitCode::Refused);
 
   watcher.Start(output.Temporary, options.Output);

@@ -71,7 +71,7 @@ class Program {
     if (failure) return failure;
     log_ = std::make_unique<LogBook>(machine_->Storage(), machine_->Parts().Time,
                                      machine_->Directories().LogFile());
-    if (!options_.Output.empty()) file_ = AudioFile::Create(options_.Output, failure);
+    if (!options_.Output.empty()) file_ = AudioFile::Create(machine_->Storage(), options_.Output, failure);
     if (failure) return failure;
     const auto defaults = options_.Demo ? PutDemoDefaults : nullptr;
     frame_ = std::make_unique<frmMain>(machine_->Parts(), machine_->Settings(), *log_,

@@ -7,8 +7,8 @@
 
 namespace quorl {
 
-std::unique_ptr<AudioFile> AudioFile::Create(const std::string& path, Failure& failure) {
-  auto writer = WavWriter::Create(path, 1, FSampling, failure);
+std::unique_ptr<AudioFile> AudioFile::Create(Files& files, const std::string& path, Failure& failure) {
+  auto writer = WavWriter::Create(files, path, 1, FSampling, failure);
   return writer ? std::unique_ptr<AudioFile>(new AudioFile(std::move(writer))) : nullptr;
 }
 

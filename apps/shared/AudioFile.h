@@ -15,7 +15,8 @@ namespace quorl {
 // The file appears when Close succeeds; until then an old one of that name stays.
 class AudioFile {
  public:
-  static std::unique_ptr<AudioFile> Create(const std::string& path, Failure& failure);
+  // `files` outlives the file.
+  static std::unique_ptr<AudioFile> Create(Files& files, const std::string& path, Failure& failure);
 
   // A block of SamplesPerEvent samples and the sound card's attenuation, hundredths of a decibel.
   void Take(const std::int16_t* block, std::int32_t attenuation);

@@ -58,8 +58,9 @@ Failure RadioMachine::PutTogether(const RadioMachineOptions& options) {
 
 SampleSource* RadioMachine::AntennaOf(const RadioMachineOptions& options, Failure& failure) {
   if (options.Antenna.empty()) return &board_->Antenna();
-  const auto open = [path = options.Antenna](Failure& fault) -> std::unique_ptr<SampleReader> {
-    return WavReader::OpenFile(path, WavNeeds{}, fault);
+  const auto open = [&files = files_,
+                     path = options.Antenna](Failure& fault) -> std::unique_ptr<SampleReader> {
+    return WavReader::Open(files, path, WavNeeds{}, fault);
   };
   recording_ = RecordingSource::Open(open, failure);
   if (recording_ && options.Board.SDRModelNo == SDRModel::IQXtalRX && recording_->Channels() != 2) {

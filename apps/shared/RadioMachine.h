@@ -7,12 +7,12 @@
 
 #include "config/SettingsStore.h"
 #include "platform/Machine.h"
+#include "platform/files/FileInstanceLock.h"
 #include "platform/linux/lines/LinuxPrinterPort.h"
 #include "platform/linux/lines/LinuxSerialPort.h"
 #include "platform/linux/sound/RtAudioSoundSystem.h"
 #include "platform/linux/system/LinuxClock.h"
 #include "platform/linux/system/LinuxFiles.h"
-#include "platform/linux/system/LinuxInstanceLock.h"
 #include "platform/linux/system/LinuxProcesses.h"
 #include "platform/linux/system/UserDirectories.h"
 #include "platform/virtual/SourcedSoundSystem.h"
@@ -70,7 +70,7 @@ class RadioMachine {
   VirtualClock virtualClock_;
   std::unique_ptr<VirtualEventQueue> virtualQueue_;
   LinuxFiles files_;
-  LinuxInstanceLock lock_;
+  FileInstanceLock lock_{files_};
   LinuxProcesses processes_;
   LinuxSerialCalls serialCalls_;
   LinuxPrinterCalls printerCalls_;

@@ -1,10 +1,11 @@
 // Reads the samples of a WAV file block by block, in bounded memory whatever the file's length.
 #pragma once
 
-#include <istream>
 #include <memory>
 #include <string>
 
+#include "platform/Files.h"
+#include "recorder/RiffReader.h"
 #include "recorder/SampleStream.h"
 
 namespace quorl {
@@ -19,28 +20,23 @@ struct WavNeeds {
 // Bytes after the samples are left alone.
 class WavReader final : public SampleReader {
  public:
-  // Reads up to the first sample. `name` stands in front of messages. Null with `failure` set where the
-  // stream doesn't hold what `needs` tells, or less than its header promises, as far as that shows before
-  // reading (a stream that can't seek shows it at its end, by Read).
-  static std::unique_ptr<WavReader> Open(std::unique_ptr<std::istream> in, const std::string& name,
-                                         const WavNeeds& needs, Failure& failure);
-  // The same on a file.
-  static std::unique_ptr<WavReader> OpenFile(const std::string& path, const WavNeeds& needs,
-                                             Failure& failure);
+  // Reads up to the first sample. Null with `failure` set where `path` doesn't hold what `needs` tells, or
+  // less than its header promises, as far as that shows before reading (a pipe shows it at its end, by Read).
+  static std::unique_ptr<WavReader> Open(const Files& files, const std::string& path, const WavNeeds& needs,
+                                         Failure& failure);
 
   int Channels() const override { return channels_; }
   std::optional<std::int64_t> Frames() const override { return frames_; }
   int Read(std::int16_t* interleaved, int frames, Failure& failure) override;
 
  private:
-  WavReader(std::unique_ptr<std::istream> in, std::string name, int channels, std::int64_t frames)
-      : in_(std::move(in)), name_(std::move(name)), channels_(channels), frames_(frames), left_(frames) {}
+  WavReader(std::unique_ptr<OpenFile> file, const WavLayout& layout);
 
-  std::unique_ptr<std::istream> in_;
-  std::string name_;
+  std::unique_ptr<OpenFile> file_;
   int channels_;
   std::int64_t frames_;
   std::int64_t left_;
+  std::int64_t at_;
 };
 
 }  // namespace quorl

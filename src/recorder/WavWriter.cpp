@@ -1,13 +1,10 @@
 #include "recorder/WavWriter.h"
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
-#include <limits>
+#include <bit>
 #include <string_view>
 
 #include "recorder/LittleEndian.h"
-#include "recorder/StreamIo.h"
 
 namespace quorl {
 namespace {
@@ -20,19 +17,34 @@ void PutTag(unsigned char* bytes, std::string_view tag) {
   std::copy(tag.begin(), tag.end(), bytes);
 }
 
-}  // namespace
-
-std::unique_ptr<WavWriter> WavWriter::Create(const std::string& path, int channels, int sampleRate,
-                                             Failure& failure) {
-  auto file = ReplacingFile::Create(path, failure);
-  if (failure) return nullptr;
-  std::unique_ptr<WavWriter> writer(new WavWriter(std::move(file), channels, sampleRate));
-  failure = writer->WriteHeader(LengthUnknown);
-  if (failure) return nullptr;
-  return writer;
+Failure AppendSamples(GrowingFile& file, const std::int16_t* samples, int count) {
+  if constexpr (std::endian::native == std::endian::little) {
+    return file.Append(samples, std::int64_t{count} * 2);
+  }
+  std::array<std::int16_t, 1024> part;
+  Failure failure;
+  for (int done = 0; done < count && !failure;) {
+    const int n = std::min(count - done, static_cast<int>(part.size()));
+    std::copy_n(samples + done, n, part.begin());
+    SwapFileOrder(part.data(), static_cast<std::size_t>(n));
+    failure = file.Append(part.data(), std::int64_t{n} * 2);
+    done += n;
+  }
+  return failure;
 }
 
-Failure WavWriter::WriteHeader(std::uint32_t dataBytes) {
+}  // namespace
+
+std::unique_ptr<WavWriter> WavWriter::Create(Files& files, const std::string& path, int channels,
+                                             int sampleRate, Failure& failure) {
+  auto file = GrowingFile::Create(files, path, failure);
+  if (failure) return nullptr;
+  std::unique_ptr<WavWriter> writer(new WavWriter(std::move(file), channels, sampleRate));
+  failure = writer->file_->Append(writer->Header(LengthUnknown).data(), HeaderBytes);
+  return failure ? nullptr : std::move(writer);
+}
+
+std::array<unsigned char, HeaderBytes> WavWriter::Header(std::uint32_t dataBytes) const {
   std::array<unsigned char, HeaderBytes> header{};
   const auto channels = static_cast<std::uint16_t>(channels_);
   const auto rate = static_cast<std::uint32_t>(sampleRate_);
@@ -48,9 +60,7 @@ Failure WavWriter::WriteHeader(std::uint32_t dataBytes) {
   PutU16(&header[34], 16);
   PutTag(&header[36], "data");
   PutU32(&header[40], dataBytes);
-  errno = 0;
-  file_->Stream().write(reinterpret_cast<const char*>(header.data()), HeaderBytes);
-  return Check();
+  return header;
 }
 
 Failure WavWriter::Write(const std::int16_t* samples, int count) {
@@ -59,26 +69,15 @@ Failure WavWriter::Write(const std::int16_t* samples, int count) {
     return Error{SampleFault::TooLong,
                  file_->Name() + ": a WAV file ends at 4 GB; a shorter input is needed"};
   }
-  errno = 0;
-  WriteSamples(file_->Stream(), samples, count);
-  return Check();
+  return AppendSamples(*file_, samples, count);
 }
 
 Failure WavWriter::Commit() {
-  errno = 0;
-  file_->Stream().flush();
-  if (Failure failure = Check()) return failure;
-  if (file_->Stream().seekp(0)) {
-    if (Failure failure = WriteHeader(static_cast<std::uint32_t>(bytes_))) return failure;
-  } else {
-    file_->Stream().clear();
+  if (!file_->IsDirect()) {
+    const auto header = Header(static_cast<std::uint32_t>(bytes_));
+    if (Failure failure = file_->WriteAt(0, header.data(), HeaderBytes)) return failure;
   }
   return file_->Commit();
-}
-
-Failure WavWriter::Check() const {
-  if (file_->Stream()) return std::nullopt;
-  return IoError(file_->Name(), "can't be written");
 }
 
 }  // namespace quorl

@@ -124,10 +124,10 @@ std::unique_ptr<SimulatedBand> LoadBand(const Files& files, const std::string& d
   const std::string speechPath = directory + "/speech";
   for (const std::string& name : files.List(speechPath, std::string(kSuffix))) {
     const std::string path = speechPath + "/" + name;
-    const std::optional<std::string> content = files.Read(path, failure);
-    if (!content) return nullptr;
+    const auto file = files.Open(path, OpenMode::Read, failure);
+    if (!file) return nullptr;
     std::vector<float> samples;
-    failure = DecodeSpeech(*content, path, samples);
+    failure = DecodeSpeech(*file, samples);
     if (failure) return nullptr;
     clips[name.substr(0, name.size() - kSuffix.size())] = std::make_shared<SpeechClip>(std::move(samples));
   }

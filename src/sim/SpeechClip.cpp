@@ -4,17 +4,13 @@
 #include <cmath>
 #include <numbers>
 
+#include "recorder/RiffReader.h"
+#include "recorder/SampleStream.h"
+
 namespace quorl {
 namespace {
 
 constexpr int kHilbertHalf = 63;  // odd taps to each side: flat from about 130 Hz on
-
-std::uint32_t LittleEndian(std::string_view bytes, std::size_t at, int count) {
-  std::uint32_t value = 0;
-  for (int n = count - 1; n >= 0; --n)
-    value = (value << 8U) | static_cast<unsigned char>(bytes[at + static_cast<std::size_t>(n)]);
-  return value;
-}
 
 // G.711: sign, three bits of exponent, four of mantissa, all inverted.
 float FromMuLaw(unsigned char code) {
@@ -55,28 +51,21 @@ void SpeechClip::Render(std::int64_t chunk, IqSpan out) const {
   }
 }
 
-Failure DecodeSpeech(std::string_view content, const std::string& name, std::vector<float>& samples) {
-  constexpr const char* kNeed = "; a speech clip is a WAV of 8000 Hz, mono, 8-bit mu-law";
-  if (content.size() < 12 || content.substr(0, 4) != "RIFF" || content.substr(8, 4) != "WAVE")
-    return Error{1, name + " is no WAV file" + kNeed};
-  bool formatSeen = false;
-  for (std::size_t at = 12; at + 8 <= content.size();) {
-    const std::string_view tag = content.substr(at, 4);
-    const std::size_t length = LittleEndian(content, at + 4, 4);
-    const std::string_view body = content.substr(at + 8, length);
-    if (tag == "fmt " && body.size() >= 16) {
-      formatSeen = LittleEndian(body, 0, 2) == 7 && LittleEndian(body, 2, 2) == 1 &&
-                   LittleEndian(body, 4, 4) == 8000 && LittleEndian(body, 14, 2) == 8;
-      if (!formatSeen) return Error{2, name + " has another sample format" + kNeed};
-    } else if (tag == "data" && formatSeen) {
-      samples.resize(body.size());
-      std::transform(body.begin(), body.end(), samples.begin(),
-                     [](char c) { return FromMuLaw(static_cast<unsigned char>(c)); });
-      return std::nullopt;
-    }
-    at += 8 + length + (length & 1U);
-  }
-  return Error{3, name + " holds no samples" + kNeed};
+Failure DecodeSpeech(OpenFile& file, std::vector<float>& samples) {
+  const auto fault = [&file](const std::string& what) {
+    return Error{1, file.Name() + what + "; a speech clip is a WAV of 8000 Hz, mono, 8-bit mu-law"};
+  };
+  Failure failure;
+  const auto layout = ReadWavLayout(file, failure);
+  if (failure) return failure->Code < 0 ? fault(" holds no samples") : *failure;
+  const WavFormat& format = layout->Format;
+  if (format.Tag != WavFormat::MuLaw || format.Channels != 1 || format.Rate != 8000 || format.Bits != 8)
+    return fault(" has another sample format");
+  std::vector<unsigned char> codes(static_cast<std::size_t>(layout->BytesThere.value_or(0)));
+  file.ReadAt(layout->DataAt, codes.data(), static_cast<std::int64_t>(codes.size()), failure);
+  samples.resize(codes.size());
+  std::transform(codes.begin(), codes.end(), samples.begin(), FromMuLaw);
+  return failure;
 }
 
 }  // namespace quorl

@@ -1,10 +1,9 @@
 // A spoken text, kept as analytic audio at 8000 Hz.
 #pragma once
 
-#include <string>
-#include <string_view>
 #include <vector>
 
+#include "platform/Files.h"
 #include "sim/Audio.h"
 #include "support/Error.h"
 
@@ -23,8 +22,7 @@ class SpeechClip final : public Audio {
   std::vector<float> i_, q_;
 };
 
-// Reads a WAV of 8000 Hz, one channel, 8-bit mu-law (G.711). `content` is the whole file, `name` stands in
-// the message. Peaks come out as they are, full scale is 1.
-Failure DecodeSpeech(std::string_view content, const std::string& name, std::vector<float>& samples);
+// Reads a WAV of 8000 Hz, one channel, 8-bit mu-law (G.711). Peaks come out as they are, full scale is 1.
+Failure DecodeSpeech(OpenFile& file, std::vector<float>& samples);
 
 }  // namespace quorl

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/linux/system/LinuxFiles.h"
 #include "recorder/WavReader.h"
 #include "recorder/WavWriter.h"
 
@@ -64,7 +65,7 @@ class CliTest : public testing::Test {
 
   void PutWav(const std::string& name, const std::vector<std::int16_t>& samples, int channels = 1) const {
     Failure failure;
-    auto writer = WavWriter::Create(Path(name), channels, 48000, failure);
+    auto writer = WavWriter::Create(files_, Path(name), channels, 48000, failure);
     ASSERT_FALSE(failure) << failure->Text;
     failure = writer->Write(samples.data(), static_cast<int>(samples.size()));
     if (!failure) failure = writer->Commit();
@@ -72,7 +73,7 @@ class CliTest : public testing::Test {
   }
   std::vector<std::int16_t> GetWav(const std::string& name) const {
     Failure failure;
-    auto reader = WavReader::OpenFile(Path(name), WavNeeds{48000, 1}, failure);
+    auto reader = WavReader::Open(files_, Path(name), WavNeeds{48000, 1}, failure);
     if (failure) {
       ADD_FAILURE() << failure->Text;
       return {};
@@ -94,6 +95,7 @@ class CliTest : public testing::Test {
     return all;
   }
 
+  mutable LinuxFiles files_;
   std::filesystem::path folder_;
 };
 

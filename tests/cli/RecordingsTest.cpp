@@ -147,7 +147,7 @@ TEST_F(RecordingsTest, SecondsOfTheTimeSignalAreSeenInAM) {
 TEST_F(RecordingsTest, DigitalBroadcastPassesUnchangedWithoutAGC) {
   const auto audio = Receive("drm-if.wav", "--mode drm --agc off");
   Failure failure;
-  auto reader = WavReader::OpenFile((recordings_ / "drm-if.wav").string(), {}, failure);
+  auto reader = WavReader::Open(files_, (recordings_ / "drm-if.wav").string(), {}, failure);
   ASSERT_TRUE(reader);
   std::vector<std::int16_t> source(audio.size());
   reader->Read(source.data(), static_cast<int>(source.size()), failure);

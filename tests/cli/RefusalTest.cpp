@@ -51,7 +51,7 @@ TEST_F(RefusalTest, BadInputIsNamedInOneLine) {
     ExpectNothingDone("bad.wav out.wav");
   }
   ExpectOneLine(Cli("receive missing.wav out.wav"), 2, "missing.wav: ");
-  ExpectOneLine(Cli("receive . out.wav"), 2, ".: is a directory");
+  ExpectOneLine(Cli("receive . out.wav"), 2, ".: Is a directory");
   ExpectOneLine(Cli("receive \"$(printf 'two\\nlines')\" out.wav"), 2, "two?lines: ");
   ExpectNothingDone("bad.wav out.wav");
 }
@@ -72,7 +72,7 @@ TEST_F(RefusalTest, MonoHasNoIAndQ) {
 TEST_F(RefusalTest, UnwritableTargetIsNamedInOneLine) {
   PutWav("in.wav", Short);
   ExpectOneLine(Cli("receive in.wav no/folder/out.wav"), 2, "no/folder/out.wav: ");
-  ExpectOneLine(Cli("receive in.wav ."), 2, ".: is a directory");
+  ExpectOneLine(Cli("receive in.wav ."), 2, ".: Is a directory");
   ExpectNothingDone("in.wav out.wav");
 }
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/files/FileInstanceLock.h"
 #include "platform/virtual/VirtualFiles.h"
-#include "platform/virtual/VirtualInstanceLock.h"
 
 namespace quorl {
 namespace {
@@ -207,10 +207,9 @@ TEST_F(Store, NeverOverwritesWhatItCouldNotRead) {
 }
 
 TEST_F(Store, ASecondProgramReadsButNeverWrites) {
-  const auto table = std::make_shared<VirtualInstanceLock::Table>();
   files.Put(kPath, "[a]\nk=1\n");
-  auto firstLock = std::make_unique<VirtualInstanceLock>(table);
-  VirtualInstanceLock secondLock(table);
+  auto firstLock = std::make_unique<FileInstanceLock>(files);
+  FileInstanceLock secondLock(files);
   SettingsStore first(files, kPath, firstLock.get());
   SettingsStore second(files, kPath, &secondLock);
   EXPECT_FALSE(first.Load());

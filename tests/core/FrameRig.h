@@ -13,10 +13,10 @@
 #include <vector>
 
 #include "core/frmMain.h"
+#include "platform/files/FileInstanceLock.h"
 #include "platform/virtual/VirtualDialogs.h"
 #include "platform/virtual/VirtualEventQueue.h"
 #include "platform/virtual/VirtualFiles.h"
-#include "platform/virtual/VirtualInstanceLock.h"
 #include "platform/virtual/VirtualPrinterPort.h"
 #include "platform/virtual/VirtualProcesses.h"
 #include "platform/virtual/VirtualSerialPort.h"
@@ -90,7 +90,7 @@ class FrameRig {
 
   // False where the program would end.
   bool Start() {
-    lock_ = std::make_unique<VirtualInstanceLock>(Locks);
+    lock_ = std::make_unique<FileInstanceLock>(Storage);
     store_ = std::make_unique<SettingsStore>(Storage, kSettings, lock_.get());
     Log = std::make_unique<LogBook>(Storage, Clock, "log/quorl.log");
     frame_ = std::make_unique<frmMain>(
@@ -158,7 +158,6 @@ class FrameRig {
   VirtualEventQueue Queue{Clock};
   VirtualDialogs Boxes;
   CountingFiles Storage;
-  std::shared_ptr<VirtualInstanceLock::Table> Locks = std::make_shared<VirtualInstanceLock::Table>();
   VirtualSerialPort Serial{Clock, Queue};
   VirtualPrinterPort Printer{Clock};
   VirtualProcesses Programs;
@@ -186,7 +185,7 @@ class FrameRig {
     };
   }
 
-  std::unique_ptr<VirtualInstanceLock> lock_;
+  std::unique_ptr<FileInstanceLock> lock_;
   std::unique_ptr<SettingsStore> store_;
   std::unique_ptr<frmMain> frame_;
 };

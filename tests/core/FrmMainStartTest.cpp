@@ -95,7 +95,7 @@ TEST(FrmMainStart, ThePowerWaitsForTheEndOfTheStart) {
 
 TEST(FrmMainStart, SecondInstanceIsToldBeforeAnythingIsShown) {
   FrameRig rig;
-  VirtualInstanceLock other(rig.Locks);
+  FileInstanceLock other(rig.Storage);
   ASSERT_FALSE(other.Acquire(FrameRig::kSettings));
   EXPECT_FALSE(rig.Start());
   ASSERT_EQ(rig.Boxes.Messages.size(), 1U);

@@ -9,10 +9,15 @@
 
 #include <cerrno>
 #include <random>
+#include <thread>
 
 #include "platform/ScratchDirectory.h"
+#include "platform/files/FileInstanceLock.h"
+#include "platform/files/GrowingFile.h"
+#include "platform/files/PostedFiles.h"
 #include "platform/linux/system/ApplicationFolder.h"
-#include "platform/linux/system/LinuxInstanceLock.h"
+#include "platform/linux/system/LinuxEventQueue.h"
+#include "platform/linux/system/LinuxFileWorker.h"
 #include "platform/linux/system/UserDirectories.h"
 
 namespace quorl {
@@ -122,6 +127,86 @@ TEST_F(LinuxFilesTest, AKilledSaveLeavesTheOldOrTheNewFileWhole) {
   }
   EXPECT_GT(seen[0], 0);
   EXPECT_GT(seen[1], 0);
+  EXPECT_GT(files_.List(scratch_.Path(), "").size(), 1u);
+  RemoveLeftovers(files_, path);
+  EXPECT_EQ(files_.List(scratch_.Path(), ""), std::vector<std::string>{"settings.ini"});
+}
+
+TEST_F(LinuxFilesTest, AnOpenFileIsReadAndWrittenByPosition) {
+  Failure failure;
+  const auto file = files_.Open(Path("a"), OpenMode::Create, failure);
+  ASSERT_TRUE(file) << failure->Text;
+  EXPECT_FALSE(files_.Open(Path("a"), OpenMode::Create, failure));
+  EXPECT_EQ(failure->Code, EEXIST);
+  EXPECT_FALSE(file->Append("0123456789", 10));
+  EXPECT_FALSE(file->WriteAt(2, "ab", 2));
+  EXPECT_FALSE(file->Truncate(6));
+  EXPECT_FALSE(file->Append("!", 1));
+  EXPECT_FALSE(file->Sync());
+  EXPECT_EQ(file->Size(), 7);
+  char part[10] = {};
+  EXPECT_EQ(file->ReadAt(3, part, 10, failure), 4);
+  EXPECT_EQ(std::string(part), "b45!");
+  EXPECT_EQ(Content(Path("a")), "01ab45!");
+
+  EXPECT_FALSE(files_.Copy(Path("a"), Path("b")));
+  EXPECT_FALSE(files_.Rename(Path("b"), Path("c")));
+  EXPECT_FALSE(files_.Remove(Path("a")));
+  EXPECT_EQ(files_.Remove(Path("a"))->Code, ENOENT);
+  EXPECT_EQ(Content(Path("c")), "01ab45!");
+}
+
+TEST_F(LinuxFilesTest, WhatNeverEndsOrIsTooLongIsRefused) {
+  Failure failure;
+  EXPECT_FALSE(files_.Read("/dev/zero", failure));
+  EXPECT_EQ(failure->Code, EFBIG);
+  ASSERT_FALSE(files_.Replace(Path("long"), ""));
+  ASSERT_EQ(truncate(Path("long").c_str(), Files::kMostWhole), 0);
+  EXPECT_TRUE(files_.Read(Path("long"), failure));
+  ASSERT_EQ(truncate(Path("long").c_str(), Files::kMostWhole + 1), 0);
+  EXPECT_FALSE(files_.Read(Path("long"), failure));
+  EXPECT_EQ(files_.Kind("/dev/zero"), FileKind::Other);
+}
+
+TEST_F(LinuxFilesTest, ALinkToNothingYetIsFollowedByWriteAndLock) {
+  ASSERT_FALSE(files_.MakeDirectory(Path("real")));
+  ASSERT_EQ(symlink("real/settings.ini", Path("link.ini").c_str()), 0);
+  FileInstanceLock lock(files_), other(files_);
+  EXPECT_FALSE(lock.Acquire(Path("link.ini")));
+  EXPECT_TRUE(other.Acquire(Path("real/settings.ini")));
+  EXPECT_FALSE(files_.Replace(Path("link.ini"), "new"));
+  EXPECT_EQ(Content(Path("real/settings.ini")), "new");
+  EXPECT_EQ(files_.List(Path("real"), ""), (std::vector<std::string>{"settings.ini", "settings.ini.lock"}));
+  FileInstanceLock device(files_);
+  EXPECT_FALSE(device.Acquire("/dev/full"));
+  EXPECT_FALSE(files_.Exists("/dev/full.lock"));
+}
+
+TEST_F(LinuxFilesTest, WorkGoesInItsOrderBesideTheQueueAndIsFinishedAtTheEnd) {
+  LinuxEventQueue queue;
+  std::string told;
+  const auto main = std::this_thread::get_id();
+  {
+    LinuxFileWorker worker(queue);
+    PostedFiles posted(files_, worker);
+    bool beside = false;
+    worker.Run([&] { beside = std::this_thread::get_id() != main; },
+               [&] { told += beside ? "beside " : "here "; });
+    for (const char* part : {"a", "b", "c"}) {
+      posted.Append(Path("log"), part, [&told, part, main](const Failure& failure) {
+        told += failure || std::this_thread::get_id() != main ? "wrong" : part;
+      });
+    }
+    worker.Finish();
+    EXPECT_EQ(Content(Path("log")), "abc");
+    EXPECT_EQ(told, "") << "told from the queue only";
+    while (told.size() < 10) queue.Wait(std::chrono::milliseconds(100));
+    EXPECT_EQ(told, "beside abc");
+    posted.Append(Path("log"), "d", [&told](const Failure&) { told += "gone"; });
+  }
+  queue.Yield();
+  EXPECT_EQ(Content(Path("log")), "abcd");
+  EXPECT_EQ(told, "beside abc");
 }
 
 TEST_F(LinuxFilesTest, ListTakesTheSuffixInAnyCase) {
@@ -174,21 +259,22 @@ TEST(UserDirectoriesTest, FollowTheEnvironmentAndFallBackToTheHome) {
   EXPECT_EQ(state("").Data, "/home/ann/.local/share/quorlsdr");
 }
 
-TEST(LinuxInstanceLockTest, AnotherProcessHoldsItUntilItDies) {
+TEST(InstanceLockTest, AnotherProcessHoldsItUntilItDies) {
   ScratchDirectory scratch;
+  LinuxFiles files;
   const std::string settings = scratch.Path("quorlsdr/settings.ini");
   int ends[2];
   ASSERT_EQ(pipe(ends), 0);
   const pid_t child = fork();
   if (child == 0) {
-    LinuxInstanceLock lock;
+    FileInstanceLock lock(files);
     if (lock.Acquire(settings) || !lock.IsHeld() || write(ends[1], "", 1) != 1) _exit(1);
     for (;;) pause();
   }
   char held = 0;
   ASSERT_EQ(read(ends[0], &held, 1), 1);
 
-  LinuxInstanceLock lock, other;
+  FileInstanceLock lock(files), other(files);
   const Failure failure = lock.Acquire(scratch.Path("quorlsdr/../quorlsdr/./settings.ini"));
   ASSERT_TRUE(failure);
   EXPECT_NE(failure->Text.find("in use by another running program"), std::string::npos);

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "platform/linux/system/LinuxFiles.h"
 #include "receiver/ChainRig.h"
 #include "recorder/WavReader.h"
 
@@ -25,7 +26,7 @@ struct Recording {
 
 Recording Load(const std::string& name) {
   Failure failure;
-  const auto reader = WavReader::OpenFile((Folder() / name).string(), WavNeeds{}, failure);
+  const auto reader = WavReader::Open(LinuxFiles(), (Folder() / name).string(), WavNeeds{}, failure);
   Recording recording;
   if (!reader) return recording;
   const auto channels = static_cast<std::size_t>(reader->Channels());

@@ -10,6 +10,7 @@
 #include <thread>
 #include <vector>
 
+#include "platform/linux/system/LinuxFiles.h"
 #include "recorder/RawStream.h"
 #include "recorder/WavBytes.h"
 #include "recorder/WavReader.h"
@@ -46,13 +47,14 @@ class WavWriterTest : public testing::Test {
   }
   Failure WriteSamples(const std::string& name, bool commit) const {
     Failure failure;
-    auto writer = WavWriter::Create(Path(name), 1, 48000, failure);
+    auto writer = WavWriter::Create(files_, Path(name), 1, 48000, failure);
     if (!failure) failure = writer->Write(Samples.data(), 4);
     if (!failure) failure = writer->Write(Samples.data() + 4, 2);
     if (!failure && commit) failure = writer->Commit();
     return failure;
   }
 
+  mutable LinuxFiles files_;
   fs::path folder_;
 };
 
@@ -88,7 +90,7 @@ TEST_F(WavWriterTest, TargetThatCantBeWrittenIsRefusedByName) {
     const Failure failure = WriteSamples(name, true);
     ASSERT_TRUE(failure);
     EXPECT_GT(failure->Code, 0);
-    EXPECT_EQ(failure->Text.rfind(Path(name) + ": ", 0), 0U) << failure->Text;
+    EXPECT_NE(failure->Text.find(Path(name) + ": "), std::string::npos) << failure->Text;
   }
   EXPECT_EQ(FilesInFolder(), 0U);
 }
@@ -108,7 +110,7 @@ TEST_F(WavWriterTest, PipeIsWrittenInPlaceWithItsLengthUnknown) {
 
 TEST_F(WavWriterTest, EndsAtFourGigabytesWithAWord) {
   Failure failure;
-  auto writer = WavWriter::Create(Path("a.wav"), 1, 48000, failure);
+  auto writer = WavWriter::Create(files_, Path("a.wav"), 1, 48000, failure);
   ASSERT_TRUE(writer) << failure->Text;
   EXPECT_FALSE(writer->Write(Samples.data(), 6));
   // Refused before a sample of it is looked at.

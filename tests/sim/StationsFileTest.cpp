@@ -141,18 +141,22 @@ TEST(SpeechClip, DecodesMuLawAndRefusesTheRest) {
   const std::string file = std::string("RIFF\x30\0\0\0WAVEfmt ", 16) + format +
                            std::string("data\6\0\0\0", 8) + "\x80\x01\xFF\x7F\xFE\x7E";
   std::vector<float> samples;
-  ASSERT_FALSE(DecodeSpeech(file, "clip", samples));
+  const auto decode = [&samples](const std::string& content) {
+    VirtualFiles files;
+    files.Put("clip", content);
+    Failure failure;
+    return DecodeSpeech(*files.Open("clip", OpenMode::Read, failure), samples);
+  };
+  ASSERT_FALSE(decode(file));
   const std::vector<float> expected = {32124.0F / 32768, -31100.0F / 32768, 0.0F, 0.0F,
                                        8.0F / 32768,     -8.0F / 32768};
   ASSERT_EQ(samples.size(), expected.size());
   for (std::size_t n = 0; n < expected.size(); ++n) EXPECT_EQ(samples[n], expected[n]) << n;
 
-  for (std::size_t length = 0; length < 44; ++length)
-    EXPECT_TRUE(DecodeSpeech(file.substr(0, length), "clip", samples)) << length;
+  for (std::size_t length = 0; length < 44; ++length) EXPECT_TRUE(decode(file.substr(0, length))) << length;
   std::string pcm = file;
   pcm[20] = 1;
-  EXPECT_NE(DecodeSpeech(pcm, "clip", samples)->Text.find("clip has another sample format"),
-            std::string::npos);
+  EXPECT_NE(decode(pcm)->Text.find("clip has another sample format"), std::string::npos);
 }
 
 }  // namespace

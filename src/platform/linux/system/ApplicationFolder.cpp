@@ -12,9 +12,7 @@ constexpr const char* kFilledMark = "/.filled";
 
 Failure CopyMissing(Files& files, const fs::path& source, const std::string& target) {
   if (files.Exists(target)) return std::nullopt;
-  Failure failure;
-  const auto content = files.Read(source.string(), failure);
-  return content ? files.Replace(target, *content) : failure;
+  return files.Copy(source.string(), target);
 }
 
 Failure Fill(Files& files, const std::string& installed, const std::string& folder) {

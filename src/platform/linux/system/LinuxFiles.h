@@ -1,19 +1,20 @@
 // Files and directories of the machine.
 #pragma once
 
-#include "platform/Files.h"
+#include "platform/files/WholeFiles.h"
 
 namespace quorl {
 
-// Every failure names the path, the system's reason and what to do; its code is the system's error number.
-class LinuxFiles : public Files {
+// May be used by several threads at a time.
+class LinuxFiles : public WholeFiles {
  public:
-  bool Exists(const std::string& path) const override;
-  std::optional<std::string> Read(const std::string& path, Failure& failure) const override;
-  // The new content stands on the disk before the old one goes; the file keeps its permissions, a symbolic
-  // link stays a link. Only a killed process leaves the file beside ("name.<process>.new") behind.
-  Failure Replace(const std::string& path, const std::string& content) override;
-  Failure Append(const std::string& path, const std::string& content) override;
+  FileKind Kind(const std::string& path) const override;
+  std::string Resolve(const std::string& path) const override;
+  std::unique_ptr<OpenFile> Open(const std::string& path, OpenMode mode, Failure& failure) const override;
+  Failure Rename(const std::string& from, const std::string& to) override;
+  Failure Remove(const std::string& path) override;
+  // A file system without permissions refuses, and has none to keep.
+  void CopyPermissions(const std::string& from, const std::string& to) override;
   Failure MakeDirectory(const std::string& path) override;
   std::vector<std::string> List(const std::string& directory, const std::string& suffix) const override;
 };
