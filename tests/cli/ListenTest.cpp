@@ -164,7 +164,7 @@ TEST_F(ListenTest, AnInterruptionKeepsWhatWasReceived) {
   const auto grown = [this] {
     for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
       std::error_code gone;
-      const bool growing = entry.path().filename().string().starts_with("a.wav.part-");
+      const bool growing = entry.path().filename() == "a.wav.1.new";
       if (growing && std::filesystem::file_size(entry.path(), gone) > 4096 && !gone) return true;
     }
     return false;
