@@ -135,11 +135,14 @@ class Program {
       return ExitCode::Refused;
     }
     ScriptHooks hooks;
-    hooks.Shot = [this](const std::string& path, double scale) {
+    hooks.Shot = [this](const std::string& path, double scale, const std::string& panel) {
       QApplication::processEvents();
       window_->Clock().Flush();
-      return GrabShot(*window_, path, scale);
+      QWidget* shown = panel.empty() ? window_.get() : FindPanel(panel);
+      return shown != nullptr && GrabShot(*shown, path, scale);
     };
+    hooks.Focus = [this](const Control& control) { return window_->FocusByKeyboard(control.Name()); };
+    hooks.PressKey = [this](const Key& key, bool down) { window_->PressKey(key, down); };
     hooks.Answer = [this](std::string answer) { boxes_.AddAnswer(std::move(answer)); };
     QApplication::processEvents();  // the window becomes active before the first gesture, not after it
     ScriptRunner runner(frame_->Controls(), machine_->Parts().Queue, machine_->Parts().Time, hooks,

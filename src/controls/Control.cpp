@@ -12,8 +12,14 @@ Control::~Control() {
   registry_.Remove(*this);
 }
 
-void Control::UserClick() {
-  if (Enabled() && Visible()) OnUserClick();
+void Control::UserClick(const MouseEvent& at) {
+  if (Enabled() && Visible()) OnUserClick(at);
+}
+
+void Control::SetPlace(const PixelRect& place) {
+  const bool resized = place.Width != place_.Width || place.Height != place_.Height;
+  place_ = place;
+  if (resized) Resized();
 }
 
 }  // namespace quorl

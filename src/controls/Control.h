@@ -3,9 +3,9 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 
+#include "controls/Event.h"
 #include "controls/Property.h"
 
 namespace quorl {
@@ -14,16 +14,31 @@ class ControlRegistry;
 
 using Colour = std::uint32_t;  // 24 bits, blue in the high byte
 
-enum class MouseButton { Left, Right, Middle };
+enum class MouseButton { None, Left, Right, Middle };
 
 struct Modifiers {
   bool Shift = false, Ctrl = false, Alt = false;
 };
 
+// A gesture of the pointer, whoever makes it: a hand through a view, a script, a test.
+struct MouseEvent {
+  // The place within the control, 0 to 1 of its width and height from the top left; a drag may leave it.
+  double X = 0.5, Y = 0.5;
+  MouseButton Button = MouseButton::None;  // that goes down or up, or is held while the pointer moves
+  Modifiers With = {};
+};
+
+// Where a control is seen, in pixels.
+struct PixelRect {
+  int Left = 0, Top = 0, Width = 0, Height = 0;
+  bool operator==(const PixelRect&) const = default;
+};
+
 // A key by the number that the panels know it by: letters and digits as their capital ASCII code.
 struct Key {
-  static constexpr int Escape = 27, Space = 32, PageUp = 33, PageDown = 34, Left = 37, Up = 38, Right = 39,
-                       Down = 40, A = 65, Z = 90;
+  static constexpr int Backspace = 8, Enter = 13, Escape = 27, Space = 32, PageUp = 33, PageDown = 34,
+                       End = 35, Home = 36, Left = 37, Up = 38, Right = 39, Down = 40, Insert = 45,
+                       Delete = 46, A = 65, Z = 90;
   int Code = 0;
   Modifiers With;
 };
@@ -40,7 +55,7 @@ class Control {
   // What a script prints and a test compares: caption, or value as text.
   virtual std::string Text() const { return {}; }
   // The user's main gesture: pressing, ticking, clicking. Nothing happens while disabled or hidden.
-  void UserClick();
+  void UserClick(const MouseEvent& at = {});
   // The wheel of a user over a control whose panel leaves that to it: notches away from the user. False where
   // there is nothing to turn.
   virtual bool UserTurn(int, Modifiers) { return false; }
@@ -57,34 +72,32 @@ class Control {
   Property<std::string> AccessibleName{*this};  // empty: the view takes caption and tool tip
 
   // Gestures that panels handle. Each is raised by the view or a script, never by code that sets a value.
-  std::function<void()> MouseMove;
-  std::function<void(MouseButton)> MouseDown, MouseUp;
-  std::function<void()> DblClick;
-  std::function<void()> GotFocus, LostFocus;
+  Event<const MouseEvent&> MouseMove, MouseDown, MouseUp, DblClick;
+  Event<> GotFocus, LostFocus;
   // Notches, positive away from the user. A panel that leaves it empty gets the wheel through its table of
   // scrollable controls.
-  std::function<void(int notches, Modifiers)> Wheel;
-  std::function<void(Key)> KeyDown, KeyUp;
+  Event<int, const MouseEvent&> Wheel;
+  Event<Key> KeyDown, KeyUp;
 
-  // Told after each change of a property; the view sets it.
-  std::function<void()> OnChanged;
-  void Changed() const {
-    if (OnChanged) OnChanged();
-  }
+  // Told after each change of a property.
+  Event<> OnChanged;
+  void Changed() const { OnChanged(); }
+
+  // Its size, and its corner within its frame (of a frame: within what holds the frames). The view tells it;
+  // kUnseen where there is none.
+  static constexpr PixelRect kUnseen{0, 0, 640, 400};
+  const PixelRect& Place() const { return place_; }
+  void SetPlace(const PixelRect& place);
+  Event<> Resized;  // another width or height
 
  protected:
-  virtual void OnUserClick() {}
+  virtual void OnUserClick(const MouseEvent&) {}
 
  private:
   ControlRegistry& registry_;
   std::string name_;
+  PixelRect place_ = kUnseen;
 };
-
-// Calls an event that may have no handler.
-template <typename... Arguments, typename... Values>
-void Raise(const std::function<void(Arguments...)>& event, Values&&... values) {
-  if (event) event(std::forward<Values>(values)...);
-}
 
 template <typename T>
 Property<T>& Property<T>::operator=(T value) {

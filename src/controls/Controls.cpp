@@ -57,7 +57,7 @@ bool OptionButton::Value() const {
   return group_.Pressed() == index_;
 }
 
-void OptionButton::OnUserClick() {
+void OptionButton::OnUserClick(const MouseEvent&) {
   group_.Press(index_);
 }
 

@@ -25,10 +25,10 @@ class Label : public Control {
 
   Property<std::string> Caption{*this};
   Property<bool> Border{*this, false};
-  std::function<void()> Click;
+  Event<const MouseEvent&> Click;
 
  protected:
-  void OnUserClick() override { Raise(Click); }
+  void OnUserClick(const MouseEvent& at) override { Click(at); }
 };
 
 class Frame : public Label {
@@ -42,10 +42,10 @@ class CommandButton : public Control {
   std::string Text() const override { return Caption; }
 
   Property<std::string> Caption{*this};  // '&' stands before the mnemonic
-  std::function<void()> Click;
+  Event<> Click;
 
  protected:
-  void OnUserClick() override { Raise(Click); }
+  void OnUserClick(const MouseEvent&) override { Click(); }
 };
 
 class CheckBox : public Control {
@@ -57,10 +57,10 @@ class CheckBox : public Control {
   Property<std::string> Caption{*this};
   bool Value() const { return value_; }
   void SetValue(bool value);
-  std::function<void()> Click;
+  Event<> Click;
 
  protected:
-  void OnUserClick() override { SetValue(!value_); }
+  void OnUserClick(const MouseEvent&) override { SetValue(!value_); }
 
  private:
   bool value_ = false;
@@ -78,7 +78,7 @@ class OptionButton : public Control {
   int Index() const { return index_; }
 
  protected:
-  void OnUserClick() override;
+  void OnUserClick(const MouseEvent& at) override;
 
  private:
   OptionGroup& group_;
@@ -96,7 +96,7 @@ class OptionGroup {
   OptionButton& operator()(int index) { return *buttons_.at(static_cast<std::size_t>(index)); }
   int Pressed() const { return pressed_; }  // -1 for none
   void Press(int index);
-  std::function<void(int index)> Click;
+  Event<int> Click;
 
  private:
   std::string name_;
@@ -117,7 +117,7 @@ class Slider : public Control {
   void UserScroll(int value);  // the same by hand: raises Scroll, then Change
   // A hundredth of the range for each notch, ten with Shift; with Ctrl 1.
   bool UserTurn(int notches, Modifiers with) override;
-  std::function<void()> Scroll, Change;
+  Event<> Scroll, Change;
 
  private:
   int value_ = 0;
@@ -141,7 +141,7 @@ class Dial : public Control {
   Property<bool> Bounded{*this, false};  // stops at Min and Max instead of going round
   Property<int> Min{*this, 0};
   Property<int> Max{*this, 100};
-  std::function<void()> Change;
+  Event<> Change;
 
  private:
   int value_ = 0;
@@ -159,11 +159,18 @@ class ComboBox : public Control {
   void RemoveItem(int index);                   // the selection stays with its item
   int ListIndex() const { return listIndex_; }  // -1 for none
   void SetListIndex(int index);                 // raises Click
-  std::function<void()> Click;
+  Event<> Click;
 
  private:
   std::vector<std::string> items_;
   int listIndex_ = -1;
+};
+
+// A list that its panel makes visible for one choice.
+class PopupBox : public ComboBox {
+ public:
+  using ComboBox::ComboBox;
+  Property<const Control*> Beside{*this, nullptr};  // where it comes up; null: wherever the view likes
 };
 
 // A list that shows its last or its chosen line.
@@ -180,7 +187,7 @@ class TextBox : public Control {
 
   const std::string& Value() const { return value_; }
   void SetValue(const std::string& value);
-  std::function<void()> Change;
+  Event<> Change;
 
  private:
   std::string value_;
@@ -193,10 +200,17 @@ class Picture : public Control {
   std::string Text() const override { return Caption; }
 
   Property<std::string> Caption{*this};
-  std::function<void()> Click;
+  Event<const MouseEvent&> Click;
 
  protected:
-  void OnUserClick() override { Raise(Click); }
+  void OnUserClick(const MouseEvent& at) override { Click(at); }
+};
+
+// The surface under the figures of a frequency.
+class FrequencyDisplay : public Picture {
+ public:
+  using Picture::Picture;
+  Property<int> ChosenDigit{*this, -1};  // the one that is tuned, from the left; -1 for none
 };
 
 // A pop-up menu; its items are name(i).
@@ -207,11 +221,11 @@ class Menu : public Control {
   bool UserSet(const std::string& text) override;  // an item by its caption or number
 
   const std::vector<std::string>& Captions() const { return captions_; }  // "-" is a separator
-  // Opens it where the pointer is; the view sets OnPopup.
-  void PopUp() const { Raise(OnPopup); }
-  void UserChoose(int index) const { Raise(Click, index); }
-  std::function<void(int index)> Click;
-  std::function<void()> OnPopup;
+  // Opens it where the pointer is: a view listens to OnPopup.
+  void PopUp() const { OnPopup(); }
+  void UserChoose(int index) const { Click(index); }
+  Event<int> Click;
+  Event<> OnPopup;
 
  private:
   std::vector<std::string> captions_;

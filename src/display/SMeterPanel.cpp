@@ -41,8 +41,8 @@ SMeterPanel::SMeterPanel(ControlRegistry& registry, const PublicVars& vars)
   cmdCalibrateSMeter.ToolTip =
       "Takes what is heard now as zero: tune to a free frequency first; right click for the usual 20 dB";
   cmdCalibrateSMeter.Click = [this] { cmdCalibrateSMeter_Click(); };
-  cmdCalibrateSMeter.MouseDown = [this](MouseButton button) {
-    if (button == MouseButton::Right) RestoreFloor();
+  cmdCalibrateSMeter.MouseDown = [this](const MouseEvent& at) {
+    if (at.Button == MouseButton::Right) RestoreFloor();
   };
   lblSMeter.AccessibleName = "Signal strength";
   DrawSMeterScale();

@@ -39,13 +39,13 @@ void ScrollableControls::Bind(int index, Label& label, std::function<void()> onC
   label.ToolTip = kHowTo;
   BindKeys(index, label);
   label.MouseMove = [this, index] { Point(index); };
-  label.MouseDown = [this, index](MouseButton button) {
-    if (button == MouseButton::Right) RestoreDefault(index);
+  label.MouseDown = [this, index](const MouseEvent& at) {
+    if (at.Button == MouseButton::Right) RestoreDefault(index);
   };
-  label.Wheel = [this, index](int notches, Modifiers with) {
+  label.Wheel = [this, index](int notches, const MouseEvent& at) {
     if (activeCtl_ != index) LeaveControl();
     EnterControl(index);
-    if (activeCtl_ == index) Wheel(notches, with);
+    if (activeCtl_ == index) Wheel(notches, at.With);
   };
   label.KeyDown = [this, index](const Key& key) {
     Revive(index);

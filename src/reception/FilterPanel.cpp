@@ -41,7 +41,7 @@ FilterPanel::FilterPanel(const PanelContext& context, VariableFilters& filterMak
     slider.ToolTip = i == kLow ? "Low edge of the filter; right click to go back"
                                : "High edge of the filter; right click to go back";
     slider.Change = [this, i] { sldBW_Change(i); };
-    slider.MouseDown = [this, i](MouseButton button) { sldBW_MouseDown(i, button); };
+    slider.MouseDown = [this, i](const MouseEvent& at) { sldBW_MouseDown(i, at.Button); };
     slider.MouseMove = [this, i] {
       lblFLo.ForeColour = i == kLow ? kSelectedColour : kUnselectedColour;
       lblFHi.ForeColour = i == kHigh ? kSelectedColour : kUnselectedColour;

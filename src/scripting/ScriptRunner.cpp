@@ -8,13 +8,15 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "controls/Hand.h"
 #include "support/Text.h"
 
 namespace quorl {
 
 namespace {
 
-constexpr int kKeyHeld = 55;  // ms: one tick of the tuning timer falls into it
+constexpr int kDragPause = 10;  // ms between two moves
+constexpr int kKeyHeld = 55;    // ms: one tick of the tuning timer falls into it
 
 struct Mismatch : std::runtime_error {
   using std::runtime_error::runtime_error;
@@ -24,12 +26,13 @@ struct NamedKey {
   const char* Name;
   int Code;
 };
-constexpr std::array<NamedKey, 6> kNamedKeys{{{"up", Key::Up},
-                                              {"down", Key::Down},
-                                              {"left", Key::Left},
-                                              {"right", Key::Right},
-                                              {"space", Key::Space},
-                                              {"escape", Key::Escape}}};
+constexpr std::array kNamedKeys{NamedKey{"up", Key::Up},         NamedKey{"down", Key::Down},
+                                NamedKey{"left", Key::Left},     NamedKey{"right", Key::Right},
+                                NamedKey{"space", Key::Space},   NamedKey{"escape", Key::Escape},
+                                NamedKey{"enter", Key::Enter},   NamedKey{"backspace", Key::Backspace},
+                                NamedKey{"pageup", Key::PageUp}, NamedKey{"pagedown", Key::PageDown},
+                                NamedKey{"home", Key::Home},     NamedKey{"end", Key::End},
+                                NamedKey{"insert", Key::Insert}, NamedKey{"delete", Key::Delete}};
 
 int KeyCode(const std::string& name) {
   for (const NamedKey& key : kNamedKeys) {
@@ -60,6 +63,30 @@ double NumberOf(const std::string& text, double least, double most = 2e9) {
   if (!number || *number < least || *number > most)
     throw std::runtime_error("'" + text + "' is not a number that fits here");
   return *number;
+}
+
+double ShareOf(const std::string& text) {
+  return NumberOf(text, 0.0, 1.0);
+}
+
+// "[X Y] [shift|ctrl]": a place within the control, else its middle, and the keys held with it.
+MouseEvent GestureIn(const std::vector<std::string>& words, std::size_t from, MouseButton button) {
+  MouseEvent at{.Button = button};
+  if (from < words.size() && ParseDouble(words[from])) {
+    if (from + 1 == words.size()) throw std::runtime_error("a place is two numbers, from 0 to 1");
+    at.X = ShareOf(words[from]);
+    at.Y = ShareOf(words[from + 1]);
+    from += 2;
+  }
+  at.With = ModifiersIn(words, from);
+  return at;
+}
+
+MouseButton ButtonIn(const std::string& name) {
+  if (name == "left") return MouseButton::Left;
+  if (name == "middle") return MouseButton::Middle;
+  if (name == "right") return MouseButton::Right;
+  throw std::runtime_error("no button is called '" + name + "'");
 }
 
 std::vector<std::string> WordsOf(const std::string& text) {
@@ -132,20 +159,22 @@ ScriptRunner::ScriptRunner(ControlRegistry& registry, EventQueue& queue, const C
 const std::vector<ScriptRunner::Command>& ScriptRunner::Commands() {
   constexpr std::size_t kAny = 1000;
   static const std::vector<Command> commands{
-      {"click", 1, 1, &ScriptRunner::Click},
-      {"rightclick", 1, 1, &ScriptRunner::RightClick},
-      {"doubleclick", 1, 1, &ScriptRunner::DoubleClick},
+      {"click", 1, 5, &ScriptRunner::Click},
+      {"rightclick", 1, 5, &ScriptRunner::RightClick},
+      {"doubleclick", 1, 5, &ScriptRunner::DoubleClick},
       {"set", 2, kAny, &ScriptRunner::Set},
       {"choose", 2, kAny, &ScriptRunner::Set},
-      {"wheel", 2, 4, &ScriptRunner::Wheel},
+      {"wheel", 2, 6, &ScriptRunner::Wheel},
+      {"drag", 5, 6, &ScriptRunner::Drag},
       {"key", 1, 3, &ScriptRunner::PressKey},
-      {"hover", 1, 3, &ScriptRunner::Hover},
+      {"focus", 1, 1, &ScriptRunner::Focus},
+      {"hover", 1, 5, &ScriptRunner::Hover},
       {"wait", 1, 1, &ScriptRunner::Wait},
       {"waitfor", 3, kAny, &ScriptRunner::WaitFor},
       {"answer", 1, kAny, &ScriptRunner::Answer},
       {"print", 1, 1, &ScriptRunner::Print},
       {"expect", 1, kAny, &ScriptRunner::Expect},
-      {"shot", 1, 2, &ScriptRunner::Shot},
+      {"shot", 1, 3, &ScriptRunner::Shot},
       {"dump", 0, 0, &ScriptRunner::Dump},
       {"quit", 0, 0, &ScriptRunner::Quit},
   };
@@ -195,25 +224,15 @@ Control& ScriptRunner::Find(const std::string& name) const {
 }
 
 void ScriptRunner::Click(const Words& words) {
-  Control& control = Find(words[0]);
-  if (!control.Enabled() || !control.Visible()) return;
-  Raise(control.MouseMove);
-  Raise(control.MouseDown, MouseButton::Left);
-  control.UserClick();
-  Raise(control.MouseUp, MouseButton::Left);
+  hand::Click(Find(words[0]), GestureIn(words, 1, MouseButton::Left));
 }
 
 void ScriptRunner::RightClick(const Words& words) {
-  Control& control = Find(words[0]);
-  if (!control.Enabled() || !control.Visible()) return;
-  Raise(control.MouseMove);
-  Raise(control.MouseDown, MouseButton::Right);
-  Raise(control.MouseUp, MouseButton::Right);
+  hand::Click(Find(words[0]), GestureIn(words, 1, MouseButton::Right));
 }
 
 void ScriptRunner::DoubleClick(const Words& words) {
-  Control& control = Find(words[0]);
-  if (control.Enabled() && control.Visible()) Raise(control.DblClick);
+  hand::DoubleClick(Find(words[0]), GestureIn(words, 1, MouseButton::Left));
 }
 
 void ScriptRunner::Set(const Words& words) {
@@ -222,34 +241,50 @@ void ScriptRunner::Set(const Words& words) {
 }
 
 void ScriptRunner::Wheel(const Words& words) {
-  Control& control = Find(words[0]);
   const int notches = static_cast<int>(NumberOf(words[1], -10000.0, 10000.0));
-  const Modifiers with = ModifiersIn(words, 2);
-  if (!control.Enabled() || !control.Visible()) return;
-  Raise(control.MouseMove);
-  for (int i = 0; i < std::abs(notches); ++i) {
-    const int notch = notches > 0 ? 1 : -1;
-    if (control.Wheel) {
-      control.Wheel(notch, with);
-    } else if (!control.UserTurn(notch, with)) {
-      throw std::runtime_error(words[0] + " has nothing that the wheel turns");
-    }
+  if (!hand::Turn(Find(words[0]), notches, GestureIn(words, 2, MouseButton::None))) {
+    throw std::runtime_error(words[0] + " has nothing that the wheel turns");
   }
+}
+
+void ScriptRunner::Drag(const Words& words) {
+  MouseEvent from{ShareOf(words[1]), ShareOf(words[2]), MouseButton::Left, {}};
+  if (words.size() > 5) from.Button = ButtonIn(words[5]);
+  hand::Drag(Find(words[0]), from, {ShareOf(words[3]), ShareOf(words[4])},
+             [this] { Pass(kDragPause, [] { return false; }); });
 }
 
 // Held until the tuning timer has seen it, then let go.
 void ScriptRunner::PressKey(const Words& words) {
   const Key key{KeyCode(words[0]), ModifiersIn(words, 1)};
-  Control& form = Find("frmMain");
-  Raise(form.KeyDown, key);
+  BringKey(key, true);
   Pass(kKeyHeld, [] { return false; });
-  Raise(form.KeyUp, key);
+  BringKey(key, false);
+}
+
+void ScriptRunner::BringKey(const Key& key, bool down) {
+  if (hooks_.PressKey) {
+    hooks_.PressKey(key, down);
+    return;
+  }
+  const Control* focused = registry_.Find(focused_);
+  const Control& control = focused != nullptr && focused->KeyDown ? *focused : Find("frmMain");
+  (down ? control.KeyDown : control.KeyUp)(key);
+}
+
+void ScriptRunner::Focus(const Words& words) {
+  const Control& control = Find(words[0]);
+  if (hooks_.Focus) {
+    if (!hooks_.Focus(control)) throw std::runtime_error(words[0] + " does not take the keyboard");
+    return;
+  }
+  if (const Control* before = registry_.Find(focused_)) before->LostFocus();
+  focused_ = control.Name();
+  control.GotFocus();
 }
 
 void ScriptRunner::Hover(const Words& words) {
-  const Control& control = Find(words[0]);
-  for (std::size_t i = 1; i < words.size(); ++i) NumberOf(words[i], 0.0);
-  Raise(control.MouseMove);
+  hand::Hover(Find(words[0]), GestureIn(words, 1, MouseButton::None));
 }
 
 void ScriptRunner::Wait(const Words& words) {
@@ -303,9 +338,13 @@ void ScriptRunner::Expect(const Words& words) {
 }
 
 void ScriptRunner::Shot(const Words& words) {
-  const double scale = words.size() > 1 ? NumberOf(words[1], 0.1, 8.0) : 1.0;
-  if (!hooks_.Shot || !hooks_.Shot(words[0], scale)) {
-    throw std::runtime_error("can't write the picture " + words[0]);
+  const bool scaled = words.size() > 1 && ParseDouble(words[1]);
+  const double scale = scaled ? NumberOf(words[1], 0.1, 8.0) : 1.0;
+  const std::size_t named = scaled ? 2 : 1;
+  if (words.size() > named + 1) throw std::runtime_error("'" + words[1] + "' is not a scale");
+  const std::string panel = words.size() > named ? words[named] : std::string();
+  if (!hooks_.Shot || !hooks_.Shot(words[0], scale, panel)) {
+    throw std::runtime_error("can't write the picture " + words[0] + (panel.empty() ? "" : " of " + panel));
   }
 }
 

@@ -41,8 +41,12 @@ class ScriptDialogs final : public Dialogs {
 };
 
 struct ScriptHooks {
-  // Renders the panel into a PNG file; false where that can't be done.
-  std::function<bool(const std::string& path, double scale)> Shot;
+  // Renders the window, or the view of that name, into a PNG file; false where that can't be done.
+  std::function<bool(const std::string& path, double scale, const std::string& panel)> Shot;
+  // Where there is a window: the keyboard's focus goes to a control, false where it takes none; and a key
+  // goes down or up where the focus is. Else keys go to the control that was given the focus, or to frmMain.
+  std::function<bool(const Control& control)> Focus;
+  std::function<void(const Key& key, bool down)> PressKey;
   std::function<void(std::string answer)> Answer = [](std::string) {};
 };
 
@@ -73,6 +77,8 @@ class ScriptRunner {
   void DoubleClick(const Words& words);
   void Set(const Words& words);
   void Wheel(const Words& words);
+  void Drag(const Words& words);
+  void Focus(const Words& words);
   void PressKey(const Words& words);
   void Hover(const Words& words);
   void Wait(const Words& words);
@@ -87,6 +93,7 @@ class ScriptRunner {
   void RunLine(const std::string& line);
   Control& Find(const std::string& name) const;
   void PrintControl(const Control& control) const;
+  void BringKey(const Key& key, bool down);
   bool Pass(int milliseconds, const std::function<bool()>& until);
 
   ControlRegistry& registry_;
@@ -94,6 +101,7 @@ class ScriptRunner {
   const Clock& clock_;
   ScriptHooks hooks_;
   std::ostream& output_;
+  std::string focused_;  // the control that has the keyboard, where there is no window
   bool quit_ = false;
 };
 

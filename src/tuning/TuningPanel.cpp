@@ -67,9 +67,9 @@ TuningPanel::TuningPanel(ControlRegistry& registry, EventQueue& queue, const Clo
   };
   picFreqDisp.KeyUp = [this](Key) { picFreqDisp_KeyUp(); };
   picFreqDisp.MouseMove = [this] { links_.ActivateDisplay(); };
-  picFreqDisp.MouseUp = [this](MouseButton button) {
-    if (button == MouseButton::Left) TuneUpHeld = false;
-    if (button == MouseButton::Right) TuneDownHeld = false;
+  picFreqDisp.MouseUp = [this](const MouseEvent& at) {
+    if (at.Button == MouseButton::Left) TuneUpHeld = false;
+    if (at.Button == MouseButton::Right) TuneDownHeld = false;
   };
   ConnectDigits();
   ConnectRate();
@@ -81,12 +81,12 @@ void TuningPanel::ConnectDigits() {
     digit.MouseMove = [this, i] { lbl7Seg_MouseMove(i); };
     digit.Click = [this, i] { lbl7Seg_DblClick(i); };
     digit.DblClick = [this, i] { lbl7Seg_DblClick(i); };
-    digit.MouseDown = [this, i](MouseButton button) {
-      if (button != MouseButton::Right) return;
-      mnuVFOControlSub.Tag = std::to_string(i);
+    digit.MouseDown = [this, i](const MouseEvent& at) {
+      if (at.Button != MouseButton::Right) return;
+      menuDigit_ = i;
       mnuVFOControlSub.PopUp();
     };
-    digit.Wheel = [this, i](int notches, Modifiers) {
+    digit.Wheel = [this, i](int notches, const MouseEvent&) {
       lbl7Seg_MouseMove(i);
       Step(notches * double{TuneRate});
     };

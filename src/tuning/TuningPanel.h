@@ -54,9 +54,9 @@ class TuningPanel {
   ControlArray<Label> lbl7Seg;
   Label lbl7SegTop;      // the figure of 100 MHz, shown where there is one
   Label lblTuningLimit;  // why tuning stopped, until it goes another way
-  Picture picFreqDisp;
+  FrequencyDisplay picFreqDisp;
   Dial dialtuner;
-  ComboBox cboTuningSteps;
+  PopupBox cboTuningSteps;
   Label lblTuningRate, lblTuneDialRate, lblClock;
   Picture imgTuneStepLock;
   Menu mnuVFOControlSub, mnuVFOStepSub;
@@ -130,6 +130,7 @@ class TuningPanel {
   std::int32_t shaftUpCount_ = 0, shaftDownCount_ = 0;
   std::int32_t lastDigit_ = 0;    // the highlighted one
   std::int32_t lockedDigit_ = 0;  // whose step the lock holds
+  std::int32_t menuDigit_ = 0;    // that the menu was opened on
   std::int32_t dialLastValue_ = 0;
   bool inDial_ = false;         // the knob is being turned along
   std::int32_t heldKey_ = 0;    // of the tuning keys

@@ -34,11 +34,13 @@ double Weight(std::int32_t digit) {
 void TuningPanel::ConnectRate() {
   imgTuneStepLock.Visible = false;
   imgTuneStepLock.ToolTip = "Click to Unlock Tune Rate";
-  imgTuneStepLock.Click = imgTuneStepLock.DblClick = [this] { imgTuneStepLock_DblClick(); };
+  for (auto* gesture : {&imgTuneStepLock.Click, &imgTuneStepLock.DblClick}) {
+    *gesture = [this] { imgTuneStepLock_DblClick(); };
+  }
   lblTuningRate.ToolTip = kStepGestures;
   lblTuningRate.Click = [this] { lblTuningRate_Click(); };
   // The second press of a double click is no click.
-  lblTuningRate.DblClick = lblTuneDialRate.DblClick = [] {};
+  for (Label* label : {&lblTuningRate, &lblTuneDialRate}) label->DblClick = [] {};
   lblTuneDialRate.ToolTip = "Right Click to Set Tune Step";
   cboTuningSteps.Visible = false;
   cboTuningSteps.ToolTip = kStepGestures;
@@ -47,14 +49,12 @@ void TuningPanel::ConnectRate() {
   cboTuningSteps.KeyDown = [this](Key key) {
     if (key.Code == Key::Escape) cboTuningSteps.Visible = false;
   };
-  // The view puts the selector next to the control that its tag names.
   for (Label* label : {&lblTuningRate, &lblTuneDialRate}) {
-    label->MouseDown = [this, label](MouseButton button) {
-      if (button != MouseButton::Right) return;
+    label->MouseDown = [this, label](const MouseEvent& at) {
+      if (at.Button != MouseButton::Right) return;
       ShowStepSelector(*label);
     };
   }
-  mnuVFOControlSub.Tag = "0";
   mnuVFOControlSub.Click = [this](int index) { mnuVFOControlSub_Click(index); };
   mnuVFOStepSub.Click = [this](int index) { SetTuningRate(index, false); };
 }
@@ -72,7 +72,7 @@ void TuningPanel::HighlightDigit(std::int32_t digit) {
   lbl7Seg(lastDigit_).ForeColour = colours_.Digit;
   lbl7Seg(digit).ForeColour = colours_.ChosenDigit;
   lastDigit_ = digit;
-  picFreqDisp.Tag = std::to_string(digit);  // where the view puts the highlight
+  picFreqDisp.ChosenDigit = digit;
 }
 
 void TuningPanel::lbl7Seg_MouseMove(std::int32_t index) {
@@ -145,11 +145,10 @@ void TuningPanel::SetRateLocked(bool locked) {
 
 void TuningPanel::mnuVFOControlSub_Click(std::int32_t index) {
   if (vfo_ == nullptr) return;
-  const std::int32_t digit = mnuVFOControlSub.Tag().at(0) - '0';
   if (index == kSetTuningRate) {
-    ShowStepSelector(lbl7Seg(digit));
+    ShowStepSelector(lbl7Seg(menuDigit_));
   } else if (index == kLockTuneRate) {
-    LockDigit(digit);
+    LockDigit(menuDigit_);
     vfo_->TuneStepLock = true;
     SetRateLocked(true);
   } else if (index == kUnlockTuneRate) {
@@ -161,7 +160,7 @@ void TuningPanel::mnuVFOControlSub_Click(std::int32_t index) {
 
 // Nothing is chosen when it opens, so that the step of last time can be chosen again.
 void TuningPanel::ShowStepSelector(const Control& beside) {
-  cboTuningSteps.Tag = beside.Name();
+  cboTuningSteps.Beside = &beside;
   cboTuningSteps.SetListIndex(-1);
   cboTuningSteps.Visible = true;
 }

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "controls/Hand.h"
 #include "core/frmMain.h"
 #include "platform/files/FileInstanceLock.h"
 #include "platform/virtual/VirtualDialogs.h"
@@ -131,7 +132,7 @@ class FrameRig {
   }
   std::string Text(const std::string& name) { return At(name).Text(); }
   void Wheel(const std::string& name, int notches, Modifiers with = {}) {
-    for (int i = 0; i < std::abs(notches); ++i) At(name).Wheel(notches > 0 ? 1 : -1, with);
+    hand::Turn(At(name), notches, {.With = with});
   }
   std::string Digits() {
     std::string digits;

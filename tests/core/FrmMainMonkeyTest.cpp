@@ -20,21 +20,20 @@ class Monkey {
     Control& control = *controls_[Below(controls_.size())];
     last = control.Name();
     const bool usable = control.Enabled() && control.Visible();
-    Raise(control.MouseMove);
+    hand::Hover(control, Place());
     switch (Below(8)) {
       case 0:
       case 1:
         control.UserClick();
         break;
       case 2:
-        if (usable) Raise(control.DblClick);
+        hand::DoubleClick(control, Place());
         break;
       case 3:
-        if (usable) RightClick(control);
+        hand::Click(control, Place(MouseButton::Right));
         break;
       case 4:
-        for (std::size_t i = Below(30); usable && i > 0; --i)
-          Raise(control.Wheel, Below(2) == 0 ? 1 : -1, Keys());
+        for (std::size_t i = Below(30); usable && i > 0; --i) control.Wheel(Below(2) == 0 ? 1 : -1, Place());
         break;
       case 5:
         control.UserSet(std::to_string(static_cast<int>(Below(24001)) - 12000));
@@ -55,9 +54,8 @@ class Monkey {
  private:
   std::size_t Below(std::size_t n) { return std::uniform_int_distribution<std::size_t>(0, n - 1)(random_); }
   Modifiers Keys() { return {Below(4) == 0, Below(4) == 0, Below(16) == 0}; }
-  void RightClick(Control& control) {
-    Raise(control.MouseDown, MouseButton::Right);
-    Raise(control.MouseUp, MouseButton::Right);
+  MouseEvent Place(MouseButton button = MouseButton::None) {
+    return {0.01 * static_cast<double>(Below(101)), 0.01 * static_cast<double>(Below(101)), button, Keys()};
   }
   void Press() {
     constexpr std::array<int, 8> codes{Key::Up,    Key::Down, Key::Left, Key::Right,

@@ -126,7 +126,7 @@ TEST_F(FrmMainRadio, TheFilterTakesAToneOutAndTheSidebandIsTheRightOne) {
   EXPECT_LT(rig.Tone(1300.0), open / 100.0);
   EXPECT_GT(rig.Tone(500.0), 10.0);
   // The talker's sideband lies below 7100 kHz.
-  for (int i = 0; i < 9; ++i) rig.At("imgTuneStepLock").DblClick();
+  for (int i = 0; i < 9; ++i) rig.At("imgTuneStepLock").DblClick({});
   rig.Frame().Radio().VFO()->SetTunedFrequency(71000000);
   rig.Click("optFilter(2)");
   rig.Click("optMode(2)");
@@ -184,7 +184,7 @@ TEST_F(FrmMainRadio, AGCLevelsAndTheVolumeActsOnTheCard) {
   rig.Run(0.2);
   EXPECT_EQ(rig.Attenuation, -2000);
   EXPECT_EQ(rig.Text("dialOutVol"), "-2000");
-  rig.At("lblOutVol").MouseDown(MouseButton::Right);
+  rig.At("lblOutVol").MouseDown({.Button = MouseButton::Right});
   EXPECT_EQ(rig.Text("sldOutVolume"), "0");
   rig.Click("optAGC(3)");
   EXPECT_EQ(rig.Vars().AGCMode, AGCPreset::Slow);

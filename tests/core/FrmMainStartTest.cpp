@@ -311,7 +311,7 @@ TEST(FrmMainStart, ABoardWhoseClockIsTooLowIsToldInOneBox) {
 TEST(FrmMainStart, PageKeysTuneWhereverThePointerIs) {
   FrameRig rig;
   ASSERT_TRUE(rig.Start());
-  rig.At("lblNB").MouseMove();
+  rig.At("lblNB").MouseMove({});
   rig.At("frmMain").KeyDown({Key::PageUp, {.Shift = true}});
   rig.Run(0.1);
   EXPECT_EQ(rig.Digits(), "072060000");

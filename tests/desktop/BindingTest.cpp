@@ -10,6 +10,7 @@
 #include <QWheelEvent>
 
 #include "DesktopTest.h"
+#include "controls/Hand.h"
 #include "desktop/views/Binder.h"
 #include "desktop/window/PanelWindow.h"
 
@@ -79,9 +80,10 @@ TEST_F(BindingTest, LabelsHearPointerWheelKeysAndRightClick) {
   std::vector<std::string> heard;
   const auto hear = [&heard](const std::string& what) { heard.push_back(what); };
   label.MouseMove = [&] { hear("move"); };
-  label.MouseDown = [&](MouseButton button) { hear(button == MouseButton::Right ? "right" : "left"); };
-  label.Wheel = [&](int notches, Modifiers with) {
-    hear("wheel " + std::to_string(notches) + (with.Shift ? " shift" : "") + (with.Ctrl ? " ctrl" : ""));
+  label.MouseDown = [&](const MouseEvent& at) { hear(at.Button == MouseButton::Right ? "right" : "left"); };
+  label.Wheel = [&](int notches, const MouseEvent& at) {
+    hear("wheel " + std::to_string(notches) + (at.With.Shift ? " shift" : "") +
+         (at.With.Ctrl ? " ctrl" : ""));
   };
   label.KeyDown = [&](Key key) {
     hear("down " + std::to_string(key.Code) + (key.With.Shift ? " shift" : ""));
@@ -115,7 +117,7 @@ TEST_F(BindingTest, LabelsHearPointerWheelKeysAndRightClick) {
 
 TEST_F(BindingTest, AHeldKeyIsReleasedOnce) {
   int downs = 0, ups = 0;
-  auto& surface = panel.Get<Picture>("picFreqDisp");
+  auto& surface = panel.Get<FrequencyDisplay>("picFreqDisp");
   surface.KeyDown = [&](Key) { ++downs; };
   surface.KeyUp = [&](Key) { ++ups; };
   Open();
@@ -136,7 +138,7 @@ TEST_F(BindingTest, DigitsTakeHoverWheelClickAndDoubleClick) {
   digit.MouseMove = [&] { heard.push_back("move"); };
   digit.Click = [&] { heard.push_back("click"); };
   digit.DblClick = [&] { heard.push_back("double"); };
-  digit.Wheel = [&](int notches, Modifiers) { heard.push_back("wheel " + std::to_string(notches)); };
+  digit.Wheel = [&](int notches, const MouseEvent&) { heard.push_back("wheel " + std::to_string(notches)); };
   Open();
   QWidget* view = Named("lbl7Seg(3)");
   QTest::mouseMove(&window, view->mapTo(&window, view->rect().center()));
@@ -146,6 +148,105 @@ TEST_F(BindingTest, DigitsTakeHoverWheelClickAndDoubleClick) {
   QTest::mouseRelease(view, Qt::LeftButton);
   std::erase(heard, "move");  // as many as there are ways for the pointer
   EXPECT_EQ(heard, (std::vector<std::string>{"wheel -1", "click", "double"}));
+}
+
+// A gesture as its place in hundredths, button and keys.
+std::string Told(const MouseEvent& at) {
+  constexpr const char* kButtons[] = {"", " left", " right", " middle"};
+  return std::to_string(std::lround(100 * at.X)) + "," + std::to_string(std::lround(100 * at.Y)) +
+         kButtons[static_cast<int>(at.Button)] + (at.With.Shift ? " shift" : "") +
+         (at.With.Ctrl ? " ctrl" : "");
+}
+
+TEST_F(BindingTest, GesturesCarryPlaceButtonAndKeysAsThoseOfAHandWithoutAWindow) {
+  auto& label = panel.Get<Label>("lblNotch");
+  std::vector<std::string> heard;
+  const auto note = [&heard](const char* what) {
+    return [&heard, what](const MouseEvent& at) { heard.push_back(what + (" " + Told(at))); };
+  };
+  label.MouseMove = note("move");
+  label.MouseDown = note("down");
+  label.MouseUp = note("up");
+  label.Click = note("click");
+  Open();
+  QWidget* view = Named("lblNotch");
+  view->setFixedSize(50, 20);
+  const auto send = [view](QEvent::Type type, QPointF place, Qt::MouseButton button, Qt::MouseButtons held) {
+    QMouseEvent event(type, place, view->mapToGlobal(place), button, held, Qt::ShiftModifier);
+    QApplication::sendEvent(view, &event);
+  };
+  const auto dragged = [&](Qt::MouseButton button) {
+    send(QEvent::MouseMove, {10, 5}, Qt::NoButton, Qt::NoButton);
+    send(QEvent::MouseButtonPress, {10, 5}, button, button);
+    for (int i = 1; i <= hand::kDragMoves; ++i) {
+      send(QEvent::MouseMove, {10.0 + 2 * i, 5.0 + i}, Qt::NoButton, button);
+    }
+    send(QEvent::MouseButtonRelease, {30, 15}, button, Qt::NoButton);
+    return std::exchange(heard, {});
+  };
+  for (const MouseButton button : {MouseButton::Left, MouseButton::Middle}) {
+    const auto byView = dragged(button == MouseButton::Left ? Qt::LeftButton : Qt::MiddleButton);
+    hand::Drag(label, {0.2, 0.25, button, {.Shift = true}}, {0.6, 0.75}, [] {});
+    EXPECT_EQ(byView, heard);
+    EXPECT_EQ(byView.size(), button == MouseButton::Left ? 14U : 13U) << "only the left button clicks";
+    EXPECT_EQ(byView[1], button == MouseButton::Left ? "down 20,25 left shift" : "down 20,25 middle shift");
+    heard.clear();
+  }
+}
+
+TEST_F(BindingTest, AControlKnowsWhereItIsSeen) {
+  auto& digit = panel.Get<Label>("lbl7Seg(3)");
+  auto& surface = panel.Get<FrequencyDisplay>("picFreqDisp");
+  int resized = 0;
+  const Listening listening = surface.Resized.Listen([&] { ++resized; });
+  ControlRegistry bare;
+  EXPECT_EQ(Label(bare, "lblUnseen").Place(), Control::kUnseen);
+  Open();
+  QWidget* card = Named("frFreqCtl");
+  const auto in = [card](QWidget* view) {
+    const QPoint corner = view->mapTo(card, QPoint(0, 0));
+    return PixelRect{corner.x(), corner.y(), view->width(), view->height()};
+  };
+  EXPECT_EQ(digit.Place(), in(Named("lbl7Seg(3)")));
+  EXPECT_EQ(surface.Place(), in(Named("picFreqDisp")));
+  EXPECT_EQ(panel.Get<Frame>("frFreqCtl").Place().Height, card->height());
+  const int before = resized;
+  Named("picFreqDisp")->move(40, 30);
+  EXPECT_EQ(digit.Place(), in(Named("lbl7Seg(3)"))) << "a figure moves with its display";
+  EXPECT_EQ(resized, before);
+  Named("picFreqDisp")->setFixedSize(400, 90);
+  Settle();
+  EXPECT_GT(resized, before);
+}
+
+TEST_F(BindingTest, TwoViewsOfOneControlBothFollowItAndLeaveWithTheirWindows) {
+  auto second = std::make_unique<PanelWindow>(panel.Registry, PanelWindow::Events{});
+  auto& label = panel.Get<Label>("lblNotch");
+  label.ToolTip = std::string("first");
+  window.Clock().Flush();
+  second->Clock().Flush();
+  EXPECT_EQ(Named("lblNotch")->toolTip(), "first");
+  EXPECT_EQ(second->findChild<QWidget*>("lblNotch")->toolTip(), "first");
+  second.reset();
+  label.ToolTip = std::string("second");
+  window.Clock().Flush();
+  EXPECT_EQ(Named("lblNotch")->toolTip(), "second");
+}
+
+TEST_F(BindingTest, AScriptsKeysGoWhereTheKeyboardIs) {
+  Open();
+  EXPECT_TRUE(window.FocusByKeyboard("optMode(1)"));
+  window.PressKey({Key::Right, {}}, true);
+  EXPECT_EQ(panel.Group("optMode").Pressed(), 2);
+  auto& label = panel.Get<Label>("lblFilterHi");
+  std::vector<int> keys;
+  label.KeyDown = [&](Key key) { keys.push_back(key.With.Ctrl ? -key.Code : key.Code); };
+  EXPECT_TRUE(window.FocusByKeyboard("lblFilterHi"));
+  for (const int code : {int(Key::Home), int(Key::Enter), int('7')}) window.PressKey({code, {}}, true);
+  window.PressKey({Key::Down, {.Ctrl = true}}, true);
+  EXPECT_EQ(keys, (std::vector<int>{Key::Home, Key::Enter, '7', -Key::Down}));
+  EXPECT_FALSE(window.FocusByKeyboard("lblStatsVal(0)")) << "a reading takes no keys";
+  EXPECT_FALSE(window.FocusByKeyboard("lblNobody"));
 }
 
 TEST_F(BindingTest, SlidersAndKnobsTurnBothWays) {
@@ -224,13 +325,13 @@ TEST_F(BindingTest, ListsAndFieldsAndMenus) {
 
 TEST_F(BindingTest, TheStepSelectorOpensWhenItsControlBecomesVisible) {
   Open();
-  auto& box = panel.Get<ComboBox>("cboTuningSteps");
+  auto& box = panel.Get<PopupBox>("cboTuningSteps");
   int losses = 0;
   box.LostFocus = [&] {
     ++losses;
     box.Visible = false;
   };
-  box.Tag = std::string("lblTuningRate");
+  box.Beside = &panel.Get<Label>("lblTuningRate");
   box.Visible = true;
   window.Clock().Flush();
   auto* popup = qobject_cast<QMenu*>(QApplication::activePopupWidget());
@@ -245,10 +346,10 @@ TEST_F(BindingTest, TheStepSelectorOpensWhenItsControlBecomesVisible) {
 
 TEST_F(BindingTest, TheKeyboardReachesTheDigitsMenuAndTheLock) {
   int rightClicks = 0, unlocks = 0;
-  panel.Get<Label>("lbl7Seg(3)").MouseDown = [&](MouseButton button) {
-    rightClicks += button == MouseButton::Right ? 1 : 0;
+  panel.Get<Label>("lbl7Seg(3)").MouseDown = [&](const MouseEvent& at) {
+    rightClicks += at.Button == MouseButton::Right ? 1 : 0;
   };
-  panel.Get<Picture>("picFreqDisp").Tag = std::string("3");
+  panel.Get<FrequencyDisplay>("picFreqDisp").ChosenDigit = 3;
   panel.Get<Picture>("imgTuneStepLock").DblClick = [&] { ++unlocks; };
   Open();
   QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(), QPoint());

@@ -110,10 +110,10 @@ class DemoPanel {
   }
   void AddTuning() {
     for (int i = 0; i < 9; ++i) Add<Label>(IndexedName("lbl7Seg", i)).ForeColour = 0x0000FF;
-    Add<Picture>("picFreqDisp").Tag = std::string("6");
+    Add<FrequencyDisplay>("picFreqDisp").ChosenDigit = 6;
     ShowDigits("070850000");
     Add<Picture>("imgTuneStepLock");
-    auto& steps = Add<ComboBox>("cboTuningSteps");
+    auto& steps = Add<PopupBox>("cboTuningSteps");
     steps.SetItems({"10 KHz", "1 KHz", "100 Hz", "10 Hz", "5 dHz"});
     steps.Visible = false;
     static constexpr const char* kMenu[] = {"Cancel", "-", "Set Tuning Rate", "Lock Tune Rate"};

@@ -77,8 +77,8 @@ TEST_F(WindowTest, AScreenReaderWorksTheControls) {
   EXPECT_EQ(up, 1);
 
   int notches = 0;
-  panel.Get<Label>("lbl7Seg(4)").Wheel = [&](int turned, Modifiers) { notches += turned; };
-  panel.Get<Picture>("picFreqDisp").Tag = std::string("4");
+  panel.Get<Label>("lbl7Seg(4)").Wheel = [&](int turned, const MouseEvent&) { notches += turned; };
+  panel.Get<FrequencyDisplay>("picFreqDisp").ChosenDigit = 4;
   Access("picFreqDisp").actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
   EXPECT_EQ(notches, -1) << "tunes by the chosen digit";
 
@@ -254,6 +254,8 @@ TEST_F(WindowTest, AShotHasItsScale) {
   EXPECT_LT(face.red(), 60);
   EXPECT_GT(face.green(), 180);
   EXPECT_FALSE(GrabShot(window, "/nowhere/at/all.png"));
+  EXPECT_EQ(FindPanel("FRNOTCH"), window.findChild<QWidget*>("frNotch"));
+  EXPECT_EQ(FindPanel("frNothing"), nullptr);
 }
 
 TEST_F(WindowTest, TheLogFollowsItsForm) {

@@ -73,11 +73,11 @@ TEST_F(SMeterPanelTest, AMeterThatWasCalibratedOnAStationComesBackByARightClick)
   meter.cmdCalibrateSMeter.UserClick();
   Feed(5000.0F);
   EXPECT_EQ(meter.lblSMeter.Caption(), "S0");
-  meter.cmdCalibrateSMeter.MouseDown(MouseButton::Left);
+  meter.cmdCalibrateSMeter.MouseDown({.Button = MouseButton::Left});
   Feed(5000.0F);
   EXPECT_EQ(meter.lblSMeter.Caption(), "S0");
   meter.cmdCalibrateSMeter.UserClick();  // and a click that still waits is forgotten
-  meter.cmdCalibrateSMeter.MouseDown(MouseButton::Right);
+  meter.cmdCalibrateSMeter.MouseDown({.Button = MouseButton::Right});
   Feed(5000.0F);
   EXPECT_EQ(meter.lblSMeter.Caption(), "S9 +19 dB");
   EXPECT_EQ(meter.picSmeter.ToolTip(), "Meter Backoff=20.00 dB");

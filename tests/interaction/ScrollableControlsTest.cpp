@@ -20,7 +20,7 @@ class ScrollableControlsTest : public testing::Test {
     mouse.Bind(CtlIndex::FilterLo, filterLo, [this] { ++changes; });
     mouse.Bind(CtlIndex::BFO, bfo, [this] { ++changes; });
   }
-  void Hover(Label& label) { label.MouseMove(); }
+  void Hover(Label& label) { label.MouseMove({}); }
   float Width() { return mouse(CtlIndex::NotchW).Value; }
   void Press(int code, Modifiers with = kNone) { mouse.KeyDown({code, with}); }
 
@@ -118,7 +118,7 @@ TEST_F(ScrollableControlsTest, OnlyTheActiveEntryListens) {
 TEST_F(ScrollableControlsTest, ALabelTakesItsOwnWheelWithoutBeingHovered) {
   BindAll();
   Hover(bfo);
-  width.Wheel(1, kNone);
+  width.Wheel(1, {.With = kNone});
   EXPECT_EQ(Width(), 110);
   EXPECT_EQ(mouse(CtlIndex::BFO).Value, 0);
   EXPECT_EQ(bfo.ForeColour(), scheme.SDRTuningColour);
@@ -200,9 +200,9 @@ TEST_F(ScrollableControlsTest, SpaceAndTheRightButtonRestoreTheDefaultOfNow) {
   Press(Key::Space);
   EXPECT_EQ(filterLo.Caption(), "300");
   table = 50;
-  filterLo.MouseDown(MouseButton::Left);
+  filterLo.MouseDown({.Button = MouseButton::Left});
   EXPECT_EQ(filterLo.Caption(), "300");
-  filterLo.MouseDown(MouseButton::Right);
+  filterLo.MouseDown({.Button = MouseButton::Right});
   EXPECT_EQ(filterLo.Caption(), "50");
   EXPECT_EQ(changes, 3);
 }
@@ -230,8 +230,8 @@ TEST_F(ScrollableControlsTest, OneFrameIsLitAndThePanelCanBeRepainted) {
   mouse.AddDarkened([&darkened] { ++darkened; });
   colours.AddRepaint([&repainted] { ++repainted; });
   Hover(width);
-  one.MouseMove();
-  two.MouseMove();
+  one.MouseMove({});
+  two.MouseMove({});
   EXPECT_EQ(one.ForeColour(), scheme.SDRFrameNormalColour);
   EXPECT_EQ(two.ForeColour(), scheme.SDRFrameFocusColour);
   EXPECT_EQ(mouse.ActiveCtl(), 0);

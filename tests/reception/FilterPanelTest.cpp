@@ -39,7 +39,7 @@ TEST_F(FilterPanelTest, AFilterBringsItsEdgesAndLeavesThemToWheelSliderAndDefaul
   RightClick("lblFilterLo");
   ExpectEdges(300, 2300);
   Click("optFilter(1)");
-  At("lblFilterHi").MouseMove();
+  At("lblFilterHi").MouseMove({});
   Wheel("lblFilterHi", 1, {true, false, false});
   ExpectEdges(200, 650);
   mouse.KeyDown({Key::Space, {}});

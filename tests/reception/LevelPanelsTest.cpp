@@ -57,7 +57,7 @@ TEST_F(LevelPanelsTest, APresetBringsItsTimesAndKeepsWhatTheUserMadeOfIt) {
   EXPECT_EQ(Text("lblAGCAttack"), "3.0");
   RightClick("lblAGCAttack");
   EXPECT_EQ(Text("lblAGCAttack"), "2.5");
-  At("lblAGCDecay").MouseMove();
+  At("lblAGCDecay").MouseMove({});
   mouse.KeyDown({Key::Space, {}});
   EXPECT_EQ(Text("lblAGCDecay"), "5.0");
 }

@@ -27,13 +27,13 @@ struct MonkeyTest : testing::Test, ReceptionRig {
         control.UserSet(std::to_string(Pick(-15000, 15000)));
         break;
       case 3:
-        if (reachable && control.MouseMove) control.MouseMove();
+        hand::Hover(control);
         break;
       case 4:
-        if (reachable && control.MouseDown) control.MouseDown(MouseButton::Right);
+        hand::Click(control, {.Button = MouseButton::Right});
         break;
       case 5:
-        if (reachable && control.Wheel) control.Wheel(Pick(-1, 1), AnyModifiers());
+        if (reachable) control.Wheel(Pick(-1, 1), {.With = AnyModifiers()});
         break;
       default: {
         constexpr std::array keys{Key::A, Key::Z, Key::Up, Key::Down, Key::Left, Key::Right, Key::Space};

@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 
+#include "controls/Hand.h"
 #include "dsp/chain/AnalyserTap.h"
 #include "dsp/kernel/KernelSettings.h"
 #include "reception/AGCPanel.h"
@@ -39,9 +40,9 @@ struct ReceptionRig {
   }
   void Click(const std::string& name) { At(name).UserClick(); }
   void Set(const std::string& name, const std::string& value) { ASSERT_TRUE(At(name).UserSet(value)); }
-  void RightClick(const std::string& name) { At(name).MouseDown(MouseButton::Right); }
+  void RightClick(const std::string& name) { hand::Click(At(name), {.Button = MouseButton::Right}); }
   void Wheel(const std::string& name, int times, Modifiers with = {}) {
-    for (int i = 0; i < std::abs(times); ++i) At(name).Wheel(times > 0 ? 1 : -1, with);
+    hand::Turn(At(name), times, {.With = with});
   }
   std::string Text(const std::string& name) { return At(name).Text(); }
   // Runs once at the next yield.

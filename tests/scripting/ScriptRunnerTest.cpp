@@ -1,9 +1,11 @@
 // Scripts over a small panel: each command, and what a script that is wrong is told.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <sstream>
 
 #include "controls/Controls.h"
+#include "controls/Hand.h"
 #include "controls/Timer.h"
 #include "platform/virtual/VirtualDialogs.h"
 #include "platform/virtual/VirtualEventQueue.h"
@@ -19,16 +21,12 @@ class ScriptRunnerTest : public testing::Test {
     group.Click = [this](int index) { Note("press" + std::to_string(index)); };
     slider.Scroll = [this] { Note("scroll" + slider.Text()); };
     menu.Click = [this](int index) { Note("menu" + std::to_string(index)); };
-    label.MouseMove = [this] { Note("move"); };
-    label.MouseDown = [this](MouseButton button) {
-      Note(button == MouseButton::Right ? "down-right" : "down");
-    };
-    label.MouseUp = [this](MouseButton button) { Note(button == MouseButton::Right ? "up-right" : "up"); };
-    label.Click = [this] { Note("click"); };
-    label.DblClick = [this] { Note("double"); };
-    label.Wheel = [this](int notches, Modifiers with) {
-      Note("wheel" + std::to_string(notches) + (with.Shift ? "s" : "") + (with.Ctrl ? "c" : ""));
-    };
+    label.MouseMove = [this](const MouseEvent& at) { Note("move", at); };
+    label.MouseDown = [this](const MouseEvent& at) { Note("down", at); };
+    label.MouseUp = [this](const MouseEvent& at) { Note("up", at); };
+    label.Click = [this](const MouseEvent& at) { Note("click", at); };
+    label.DblClick = [this](const MouseEvent& at) { Note("double", at); };
+    label.Wheel = [this](int notches, const MouseEvent& at) { Note("wheel" + std::to_string(notches), at); };
     form.KeyDown = [this](Key key) {
       Note("key" + std::to_string(key.Code) + (key.With.Shift ? "s" : ""));
       keyAt = clock.Microseconds();
@@ -37,13 +35,23 @@ class ScriptRunnerTest : public testing::Test {
     label.Caption = std::string("two words");
   }
 
+  // With button, keys, and the place where it isn't the middle.
+  void Note(std::string what, const MouseEvent& at) {
+    constexpr const char* kButtons[] = {"", "", "-right", "-middle"};
+    what += kButtons[static_cast<int>(at.Button)];
+    what += std::string(at.With.Shift ? "s" : "") + (at.With.Ctrl ? "c" : "");
+    if (at.X != 0.5 || at.Y != 0.5) {
+      what += "@" + std::to_string(std::lround(100 * at.X)) + "," + std::to_string(std::lround(100 * at.Y));
+    }
+    Note(what);
+  }
   void Note(const std::string& what) { notes += (notes.empty() ? "" : " ") + what; }
   int Run(const std::string& script) {
     notes.clear();
     output.str("");
     ScriptHooks hooks;
-    hooks.Shot = [this](const std::string& path, double scale) {
-      Note(path + "@" + std::to_string(static_cast<int>(scale * 10)));
+    hooks.Shot = [this](const std::string& path, double scale, const std::string& panel) {
+      Note(path + "@" + std::to_string(static_cast<int>(scale * 10)) + panel);
       return path != "bad.png";
     };
     hooks.Answer = [this](std::string answer) { boxes.AddAnswer(std::move(answer)); };
@@ -78,14 +86,25 @@ TEST_F(ScriptRunnerTest, GesturesArriveAsAHandWouldMakeThem) {
   combo.SetItems({"1 KHz", "5 dHz"});
   combo.Click = [this] { Note("chosen" + std::to_string(combo.ListIndex())); };
   for (const Case& each :
-       {Case{"click lblThing", "move down click up"}, Case{"rightclick LBLTHING", "move down-right up-right"},
+       {Case{"click lblThing", "move down up click"},
+        Case{"rightclick LBLTHING", "move down-right up-right"},
+        Case{"click lblThing 0.25 1 shift", "moves@25,100 downs@25,100 ups@25,100 clicks@25,100"},
         Case{"doubleclick lblThing", "double"},
-        Case{"wheel lblThing -2 shift ctrl", "move wheel-1sc wheel-1sc"}, Case{"hover lblThing 3 4", "move"},
-        Case{"click optThing(2)", "press2"}, Case{"set chkThing 1", "on"},
-        Case{"set sldThing 400", "scroll100"}, Case{"wheel sldThing -2", "scroll99 scroll98"},
-        Case{"choose cboThing 5 dHz", "chosen1"}, Case{"choose mnuThing First item", "menu0"},
-        Case{"key up shift", "key38s"}, Case{"key z", "key90"},
+        Case{"wheel lblThing -2 shift ctrl", "movesc wheel-1sc wheel-1sc"},
+        Case{"wheel lblThing 1 0 .5 ctrl", "movec@0,50 wheel1c@0,50"},
+        Case{"hover lblThing 0.3 0.4", "move@30,40"},
+        Case{"hover lblThing", "move"},
+        Case{"click optThing(2)", "press2"},
+        Case{"set chkThing 1", "on"},
+        Case{"set sldThing 400", "scroll100"},
+        Case{"wheel sldThing -2", "scroll99 scroll98"},
+        Case{"choose cboThing 5 dHz", "chosen1"},
+        Case{"choose mnuThing First item", "menu0"},
+        Case{"key up shift", "key38s"},
+        Case{"key z", "key90"},
+        Case{"key pagedown", "key34"},
         Case{"shot a.png 1.5\nshot b.png", "a.png@15 b.png@10"},
+        Case{"shot a.png frThing\nshot b.png 2 frThing", "a.png@10frThing b.png@20frThing"},
         Case{"  # a comment\n\nquit\nclick chkThing", ""}}) {
     EXPECT_EQ(Run(each.Line), ScriptRunner::kPassed) << each.Line << ": " << output.str();
     EXPECT_EQ(notes, each.Notes) << each.Line;
@@ -96,6 +115,45 @@ TEST_F(ScriptRunnerTest, GesturesArriveAsAHandWouldMakeThem) {
   EXPECT_EQ(Run("click chkThing\nclick lblThing\nwheel lblThing 1\nrightclick lblThing"),
             ScriptRunner::kPassed);
   EXPECT_EQ(notes, "");
+}
+
+TEST_F(ScriptRunnerTest, ADragMovesThereWithItsButtonHeldWhileTheRadioRuns) {
+  EXPECT_EQ(Run("drag lblThing 0.2 0.5 0.7 0.5 middle"), ScriptRunner::kPassed) << output.str();
+  EXPECT_EQ(notes.find("move@20,50 down-middle@20,50 move-middle@25,50 move-middle@30,50"), 0U) << notes;
+  EXPECT_NE(notes.find("move-middle@70,50 up-middle@70,50"), std::string::npos) << notes;
+  EXPECT_EQ(notes.find("click"), std::string::npos);
+  EXPECT_EQ(clock.Microseconds(), hand::kDragMoves * 10000);
+  EXPECT_EQ(Run("drag lblThing 0 0 1 1"), ScriptRunner::kPassed);
+  EXPECT_NE(notes.find("up@100,100 click@100,100"), std::string::npos) << notes;
+}
+
+TEST_F(ScriptRunnerTest, KeysFollowTheFocus) {
+  label.GotFocus = [this] { Note("got"); };
+  label.LostFocus = [this] { Note("lost"); };
+  label.KeyDown = [this](Key key) { Note("label" + std::to_string(key.Code)); };
+  EXPECT_EQ(Run("focus lblThing\nkey home\nfocus chkThing\nkey home"), ScriptRunner::kPassed);
+  EXPECT_EQ(notes, "got label36 lost key36") << "keys that a control leaves alone are the form's";
+}
+
+TEST_F(ScriptRunnerTest, AListenerHearsBesideThePanelUntilItLeaves) {
+  Listening self, first = label.Click.Listen([this] { Note("first"); });
+  {
+    const Listening second = label.Click.Listen([this, &self](const MouseEvent& at) {
+      Note("second", at);
+      self = label.Click.Listen([this] { Note("new"); });  // while the others are being told
+    });
+    label.Click({});
+    EXPECT_EQ(notes, "click first second new");
+  }
+  first.reset();
+  notes.clear();
+  label.Click({});
+  EXPECT_EQ(notes, "click new");
+  self = label.Click.Listen([&self] { self.reset(); });  // leaves while it is being told
+  label.Click({});
+  EXPECT_TRUE(label.Click);
+  label.Click = nullptr;
+  EXPECT_FALSE(label.Click) << "who only listens doesn't handle it";
 }
 
 TEST_F(ScriptRunnerTest, WaitsOnTheClockOfTheQueue) {
@@ -147,11 +205,31 @@ TEST_F(ScriptRunnerTest, PrintsAndExpects) {
 }
 
 TEST_F(ScriptRunnerTest, AFaultNamesItsLine) {
-  for (const char* line :
-       {"clack lblThing", "click lblNobody", "click", "click lblThing twice", "wheel lblThing many",
-        "wheel lblThing 1 alt", "wheel chkThing 1", "hover lblThing left 7", "wheel lblThing 1e12", "wait -1",
-        "wait nan", "key f13", "set chkThing maybe", "choose cboThing nothing", "shot bad.png",
-        "shot a.png 0", "waitfor lblThing x soon", "expect"}) {
+  for (const char* line : {"clack lblThing",
+                           "click lblNobody",
+                           "click",
+                           "click lblThing twice",
+                           "wheel lblThing many",
+                           "wheel lblThing 1 alt",
+                           "wheel chkThing 1",
+                           "hover lblThing left 7",
+                           "hover lblThing 3 0.4",
+                           "click lblThing 0.5",
+                           "drag lblThing 0 0 1",
+                           "drag lblThing 0 0 1 1 third",
+                           "drag lblThing 0 0 1 2",
+                           "focus lblNobody",
+                           "shot a.png frThing 2",
+                           "wheel lblThing 1e12",
+                           "wait -1",
+                           "wait nan",
+                           "key f13",
+                           "set chkThing maybe",
+                           "choose cboThing nothing",
+                           "shot bad.png",
+                           "shot a.png 0",
+                           "waitfor lblThing x soon",
+                           "expect"}) {
     EXPECT_EQ(Run("# one\nprint lblThing\n" + std::string(line) + "\nclick chkThing"),
               ScriptRunner::kScriptFault)
         << line;

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "controls/ControlRegistry.h"
+#include "controls/Hand.h"
 #include "platform/virtual/VirtualDialogs.h"
 #include "platform/virtual/VirtualEventQueue.h"
 #include "platform/virtual/VirtualPrinterPort.h"
@@ -50,7 +51,7 @@ class TuningPanelTest : public testing::Test {
     if (control == nullptr) throw std::out_of_range(name);
     return *control;
   }
-  void Hover(int digit) { At(IndexedName("lbl7Seg", digit)).MouseMove(); }
+  void Hover(int digit) { At(IndexedName("lbl7Seg", digit)).MouseMove({}); }
   void Hold(int code, int times = 1) {
     for (int i = 0; i < times; ++i) {
       At("picFreqDisp").KeyDown(Key{code, {}});
@@ -185,7 +186,7 @@ TEST_F(TuningPanelTest, LocksHoldTheStepUntilTheyAreReleased) {
   EXPECT_EQ(At("lblTuningRate").ForeColour(), kLocked);
   Hover(2);
   EXPECT_EQ(VFO().TuneStep(), 10000.0);
-  At("lbl7Seg(6)").DblClick();  // another digit takes the lock over
+  At("lbl7Seg(6)").DblClick({});  // another digit takes the lock over
   EXPECT_EQ(VFO().TuneStep(), 100.0);
   EXPECT_EQ(Highlighted(), 6);
   At("lbl7Seg(6)").Wheel(1, {});
@@ -202,9 +203,9 @@ TEST_F(TuningPanelTest, LocksHoldTheStepUntilTheyAreReleased) {
 TEST_F(TuningPanelTest, TheMenuOfADigitLocksUnlocksAndOpensTheSelector) {
   int opened = 0;
   panel->mnuVFOControlSub.OnPopup = [&] { ++opened; };
-  At("lbl7Seg(5)").MouseDown(MouseButton::Left);
+  At("lbl7Seg(5)").MouseDown({.Button = MouseButton::Left});
   EXPECT_EQ(opened, 0);
-  At("lbl7Seg(5)").MouseDown(MouseButton::Right);
+  At("lbl7Seg(5)").MouseDown({.Button = MouseButton::Right});
   EXPECT_EQ(opened, 1);
   ASSERT_TRUE(At("mnuVFOControlSub").UserSet("Lock Tune Rate"));
   EXPECT_EQ(VFO().TuneStep(), 1000.0);
@@ -215,7 +216,7 @@ TEST_F(TuningPanelTest, TheMenuOfADigitLocksUnlocksAndOpensTheSelector) {
   EXPECT_FALSE(VFO().TuneStepLock || panel->TuningRateLocked || At("imgTuneStepLock").Visible());
   ASSERT_TRUE(At("mnuVFOControlSub").UserSet("Set Tuning Rate"));
   EXPECT_TRUE(At("cboTuningSteps").Visible());
-  EXPECT_EQ(At("cboTuningSteps").Tag(), "lbl7Seg(5)");
+  EXPECT_EQ(panel->cboTuningSteps.Beside(), &At("lbl7Seg(5)"));
   At("cboTuningSteps").KeyDown(Key{Key::Escape, {}});
   EXPECT_FALSE(At("cboTuningSteps").Visible());
 }
@@ -230,7 +231,7 @@ TEST_F(TuningPanelTest, TheSelectorTakesEveryStepAndOverridesALock) {
        {Step{"10 KHz", "10 KHz", 4}, Step{"9 KHz", "9 KHz", 4}, Step{"2.5 KHz", "2.5 KHz", 4},
         Step{"500 Hz", "500 Hz", 5}, Step{"25 Hz", "25 Hz", 6}, Step{"2.5 Hz", "2.5 Hz", 7},
         Step{"5 dHz", "5 dHz", 8}, Step{"1 dHz", "1 dHz", 8}}) {
-    At("lblTuneDialRate").MouseDown(MouseButton::Right);
+    At("lblTuneDialRate").MouseDown({.Button = MouseButton::Right});
     ASSERT_TRUE(At("cboTuningSteps").UserSet(step.Item)) << step.Item;
     EXPECT_EQ(At("lblTuningRate").Text(), step.Rate);
     EXPECT_EQ(Highlighted(), step.Digit);
@@ -241,9 +242,9 @@ TEST_F(TuningPanelTest, TheSelectorTakesEveryStepAndOverridesALock) {
     EXPECT_EQ(VFO().TunedFrequency(), 72000000 + storedStep) << step.Item;
   }
   // The same one again, after the digits have been gone over.
-  At("imgTuneStepLock").DblClick();
+  At("imgTuneStepLock").DblClick({});
   Hover(3);
-  At("lblTuningRate").MouseDown(MouseButton::Right);
+  At("lblTuningRate").MouseDown({.Button = MouseButton::Right});
   ASSERT_TRUE(At("cboTuningSteps").UserSet("1 dHz"));
   EXPECT_EQ(VFO().TuneStep(), 1.0);
 
@@ -425,7 +426,7 @@ TEST_F(TuningPanelTest, TheTenthDigitShowsAndTheEndOfTheReachIsTold) {
 }
 
 TEST_F(TuningPanelTest, AClickOnTheHighlightedDigitReplacesALockedStepOfAnother) {
-  At("lblTuningRate").MouseDown(MouseButton::Right);
+  At("lblTuningRate").MouseDown({.Button = MouseButton::Right});
   EXPECT_TRUE(At("cboTuningSteps").UserSet("9 KHz"));
   EXPECT_EQ(VFO().TuneStep(), 90000);
   active = true;
@@ -440,12 +441,11 @@ TEST_F(TuningPanelTest, WithoutAVFONothingHappens) {
   panel->SetTuner(nullptr);
   panel->ShaftEnabled = true;
   for (Control* control : registry.All()) {
-    Raise(control->MouseMove);
-    Raise(control->MouseDown, MouseButton::Right);
-    control->UserClick();
-    Raise(control->DblClick);
-    Raise(control->Wheel, 1, Modifiers{});
-    Raise(control->KeyDown, Key{Key::Up, {}});
+    hand::Click(*control, {.Button = MouseButton::Right});
+    hand::Click(*control);
+    hand::DoubleClick(*control);
+    control->Wheel(1, {});
+    control->KeyDown(Key{Key::Up, {}});
     control->UserSet("3");
   }
   serial.SetStatus(0x20);

@@ -63,7 +63,7 @@ ChoiceView* Binder::Choice(const std::string& name, int width) {
 }
 
 PopupListView* Binder::PopupList(const std::string& name, QWidget* anchor) {
-  auto* control = Find<ComboBox>(name);
+  auto* control = Find<PopupBox>(name);
   return control && anchor ? new PopupListView(clock_, *control, anchor) : nullptr;
 }
 
@@ -87,7 +87,7 @@ FrequencyView* Binder::Frequency(const std::string& surface, const std::string& 
   for (int i = 0; i < FrequencyView::kDigits; ++i) {
     labels[static_cast<std::size_t>(i)] = Find<Label>(IndexedName(digits, i));
   }
-  auto* control = Find<Picture>(surface);
+  auto* control = Find<FrequencyDisplay>(surface);
   return control ? new FrequencyView(clock_, *control, labels) : nullptr;
 }
 
@@ -105,7 +105,7 @@ SMeterView* Binder::SMeter(const std::string& surface, const std::string& elemen
 void Binder::PopupMenu(const std::string& name, QWidget* window) {
   auto* control = Find<Menu>(name);
   if (!control) return;
-  control->OnPopup = [control, window] {
+  Listening opening = control->OnPopup.Listen([control, window] {
     auto* menu = new QMenu(window);
     menu->setFont(skin::WordFont());
     menu->setAttribute(Qt::WA_DeleteOnClose);
@@ -119,8 +119,8 @@ void Binder::PopupMenu(const std::string& name, QWidget* window) {
       }
     }
     menu->popup(QCursor::pos());
-  };
-  QObject::connect(window, &QObject::destroyed, [control] { control->OnPopup = nullptr; });
+  });
+  QObject::connect(window, &QObject::destroyed, [opening]() mutable { opening.reset(); });
 }
 
 CardView* Binder::Card(const std::string& frame, const QString& title, CardView::Title shown) {
@@ -132,8 +132,8 @@ Frame& Binder::StandIn() {
   const std::string name = "card(" + std::to_string(ownFrames_.size()) + ")";
   Frame& frame = *ownFrames_.emplace_back(std::make_unique<Frame>(ownRegistry_, name));
   // A card without a frame of the panel's is its ground.
-  frame.MouseMove = [this] {
-    if (const Control* ground = registry_.Find("frmMain")) Raise(ground->MouseMove);
+  frame.MouseMove = [this](const MouseEvent& at) {
+    if (const Control* ground = registry_.Find("frmMain")) ground->MouseMove(at);
   };
   return frame;
 }

@@ -26,7 +26,7 @@ class CardView : public View {
   QString SpokenValue() const override { return {}; }
 
  protected:
-  void OnClick() override { Shown().UserClick(); }
+  void OnClick(const MouseEvent& at) override { Shown().UserClick(at); }
   void paintEvent(QPaintEvent* event) override;
 
  private:

@@ -77,7 +77,7 @@ void ChoiceView::paintEvent(QPaintEvent*) {
   painter.drawPolyline(arrow, 3);
 }
 
-PopupListView::PopupListView(RefreshClock& clock, ComboBox& box, QWidget* anchor)
+PopupListView::PopupListView(RefreshClock& clock, PopupBox& box, QWidget* anchor)
     : View(clock, box, anchor->window()), box_(box), anchor_(anchor) {
   resize(0, 0);
   hide();
@@ -111,7 +111,9 @@ void PopupListView::Open() {
       }
     });
   });
-  auto* named = anchor_->window()->findChild<QWidget*>(QString::fromStdString(box_.Tag()));
+  const Control* beside = box_.Beside();
+  const auto* named =
+      beside ? anchor_->window()->findChild<QWidget*>(QString::fromStdString(beside->Name())) : nullptr;
   const QWidget* under = named ? named : anchor_.data();
   menu_->popup(under->mapToGlobal(QPoint(0, under->height())));
 }

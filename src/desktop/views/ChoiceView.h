@@ -32,12 +32,12 @@ class ChoiceView : public View {
   int width_;
 };
 
-// A combo box that its panel makes visible for one choice: the list then opens under the view of the control
-// that the box has in its tag, or else under `anchor`. Closing it without a choice is what the control hears
-// as Escape and as the loss of the focus.
+// The list of a box that its panel makes visible for one choice: it opens under the view of the control that
+// the box stands beside, or else under `anchor`. Closing it without a choice is what the control hears as
+// Escape and as the loss of the focus.
 class PopupListView : public View {
  public:
-  PopupListView(RefreshClock& clock, ComboBox& box, QWidget* anchor);
+  PopupListView(RefreshClock& clock, PopupBox& box, QWidget* anchor);
   ~PopupListView() override;
 
   QAccessible::Role Role() const override { return QAccessible::PopupMenu; }
@@ -47,7 +47,7 @@ class PopupListView : public View {
  private:
   void Open();
 
-  ComboBox& box_;
+  PopupBox& box_;
   QPointer<QWidget> anchor_;
   QPointer<QMenu> menu_;
 };

@@ -69,7 +69,7 @@ SymbolView::SymbolView(RefreshClock& clock, Picture& picture, Symbol symbol)
 }
 
 void SymbolView::Press() {
-  if (picture_.Enabled() && picture_.Visible()) Raise(picture_.DblClick);
+  if (picture_.Enabled() && picture_.Visible()) picture_.DblClick({});
 }
 
 bool SymbolView::OnKey(int code, Modifiers) {

@@ -54,7 +54,7 @@ class SymbolView : public View {
   QSize minimumSizeHint() const override { return sizeHint(); }
 
  protected:
-  void OnClick() override { picture_.UserClick(); }
+  void OnClick(const MouseEvent& at) override { picture_.UserClick(at); }
   bool OnKey(int code, Modifiers with) override;
   void paintEvent(QPaintEvent* event) override;
 

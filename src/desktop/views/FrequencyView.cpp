@@ -54,8 +54,9 @@ QChar DigitView::Figure() const {
   return text.empty() ? QChar(' ') : QChar::fromLatin1(text.front());
 }
 
-FrequencyView::FrequencyView(RefreshClock& clock, Picture& surface, const std::array<Label*, kDigits>& digits)
-    : View(clock, surface), digits_(digits) {
+FrequencyView::FrequencyView(RefreshClock& clock, FrequencyDisplay& surface,
+                             const std::array<Label*, kDigits>& digits)
+    : View(clock, surface), surface_(surface), digits_(digits) {
   setFocusPolicy(Qt::StrongFocus);
   SetSizes(QSizePolicy::Fixed, QSizePolicy::Fixed);
   for (int i = 0; i < kDigits; ++i) {
@@ -96,9 +97,8 @@ QSize FrequencyView::sizeHint() const {
 }
 
 int FrequencyView::ChosenDigit() const {
-  bool isNumber = false;
-  const int digit = QString::fromStdString(Shown().Tag()).toInt(&isNumber);
-  return isNumber && digit >= 0 && digit < kDigits ? digit : -1;
+  const int digit = surface_.ChosenDigit();
+  return digit < kDigits ? digit : -1;
 }
 
 void FrequencyView::Step(int steps) {
@@ -107,7 +107,9 @@ void FrequencyView::Step(int steps) {
 
 void FrequencyView::OnMenuKey() {
   const int chosen = ChosenDigit();
-  if (chosen >= 0 && Digit(chosen)) Raise(Digit(chosen)->Shown().MouseDown, MouseButton::Right);
+  if (chosen >= 0 && Digit(chosen)) {
+    Digit(chosen)->Shown().MouseDown({.Button = MouseButton::Right});
+  }
 }
 
 void FrequencyView::paintEvent(QPaintEvent*) {

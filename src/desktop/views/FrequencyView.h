@@ -19,7 +19,7 @@ class DigitView : public View {
   QChar Figure() const;
 
  protected:
-  void OnClick() override { Shown().UserClick(); }
+  void OnClick(const MouseEvent& at) override { Shown().UserClick(at); }
 
  private:
   Label& digit_;
@@ -27,14 +27,14 @@ class DigitView : public View {
 };
 
 // Ten megahertz on the left, tenths of a hertz, smaller, on the right. Leading zeros are dimmed; the figure
-// whose number the surface has in its tag stands on a lit ground with a bar under it.
+// that the surface has chosen stands on a lit ground with a bar under it.
 class FrequencyView : public View {
  public:
   static constexpr int kDigits = 9;
   static constexpr int kHeight = 64;  // of a figure
 
   // Some digits may be null.
-  FrequencyView(RefreshClock& clock, Picture& surface, const std::array<Label*, kDigits>& digits);
+  FrequencyView(RefreshClock& clock, FrequencyDisplay& surface, const std::array<Label*, kDigits>& digits);
 
   QAccessible::Role Role() const override { return QAccessible::SpinBox; }
   QString SpokenName() const override;
@@ -47,13 +47,14 @@ class FrequencyView : public View {
   DigitView* Digit(int index) const { return views_.at(static_cast<std::size_t>(index)); }
 
  protected:
-  void OnClick() override {}
+  void OnClick(const MouseEvent&) override {}
   void OnMenuKey() override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
   QString Figures() const;
 
+  FrequencyDisplay& surface_;
   std::array<Label*, kDigits> digits_;
   std::array<DigitView*, kDigits> views_{};
   NumeralCache numerals_;

@@ -24,7 +24,7 @@ class KnobView : public View {
  protected:
   bool OnKey(int code, Modifiers with) override;
   bool OnWheel(int notches, Modifiers with) override;
-  void OnClick() override {}
+  void OnClick(const MouseEvent&) override {}
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void paintEvent(QPaintEvent* event) override;

@@ -27,6 +27,7 @@ class LabelView : public View {
   QSize minimumSizeHint() const override { return sizeHint(); }
 
  protected:
+  void OnClick(const MouseEvent& at) override { Shown().UserClick(at); }
   bool OnKey(int code, Modifiers with) override;
   void paintEvent(QPaintEvent* event) override;
 

@@ -5,9 +5,11 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QShortcut>
+#include <algorithm>
 #include <array>
 #include <utility>
 
+#include "controls/Controls.h"
 #include "desktop/views/RefreshClock.h"
 
 namespace quorl {
@@ -22,20 +24,33 @@ constexpr std::array<std::pair<int, int>, 15> kKeyCodes{{{Qt::Key_Escape, Key::E
                                                          {Qt::Key_Up, Key::Up},
                                                          {Qt::Key_Right, Key::Right},
                                                          {Qt::Key_Down, Key::Down},
-                                                         {Qt::Key_Return, 13},
-                                                         {Qt::Key_Enter, 13},
-                                                         {Qt::Key_Backspace, 8},
-                                                         {Qt::Key_PageUp, 33},
-                                                         {Qt::Key_PageDown, 34},
-                                                         {Qt::Key_End, 35},
-                                                         {Qt::Key_Home, 36},
-                                                         {Qt::Key_Insert, 45},
-                                                         {Qt::Key_Delete, 46}}};
+                                                         {Qt::Key_Return, Key::Enter},
+                                                         {Qt::Key_Enter, Key::Enter},
+                                                         {Qt::Key_Backspace, Key::Backspace},
+                                                         {Qt::Key_PageUp, Key::PageUp},
+                                                         {Qt::Key_PageDown, Key::PageDown},
+                                                         {Qt::Key_End, Key::End},
+                                                         {Qt::Key_Home, Key::Home},
+                                                         {Qt::Key_Insert, Key::Insert},
+                                                         {Qt::Key_Delete, Key::Delete}}};
 
 MouseButton ButtonOf(Qt::MouseButton button) {
   return button == Qt::RightButton    ? MouseButton::Right
          : button == Qt::MiddleButton ? MouseButton::Middle
                                       : MouseButton::Left;
+}
+
+MouseEvent PressAt(const QWidget& widget, const QMouseEvent& event) {
+  return MouseEventAt(widget, event.position(), ButtonOf(event.button()), event.modifiers());
+}
+
+// The card around a view; of a card itself, what holds it.
+const QWidget* FrameAround(const View& view) {
+  for (const QWidget* around = view.parentWidget(); around; around = around->parentWidget()) {
+    const auto* outer = dynamic_cast<const View*>(around);
+    if (outer && dynamic_cast<const Frame*>(&outer->Shown())) return outer;
+  }
+  return view.parentWidget();
 }
 
 }  // namespace
@@ -46,6 +61,26 @@ int KeyCodeOf(int qtKey) {
     if (qt == qtKey) return code;
   }
   return 0;
+}
+
+int QtKeyOf(int code) {
+  for (const auto& [qt, own] : kKeyCodes) {
+    if (own == code) return qt;
+  }
+  return KeyCodeOf(code) == code ? code : 0;
+}
+
+MouseEvent MouseEventAt(const QWidget& widget, const QPointF& place, MouseButton button,
+                        Qt::KeyboardModifiers with) {
+  return {place.x() / std::max(1, widget.width()), place.y() / std::max(1, widget.height()), button,
+          ModifiersOf(with)};
+}
+
+MouseButton HeldButton(Qt::MouseButtons buttons) {
+  return buttons.testFlag(Qt::LeftButton)     ? MouseButton::Left
+         : buttons.testFlag(Qt::RightButton)  ? MouseButton::Right
+         : buttons.testFlag(Qt::MiddleButton) ? MouseButton::Middle
+                                              : MouseButton::None;
 }
 
 Modifiers ModifiersOf(Qt::KeyboardModifiers modifiers) {
@@ -64,7 +99,7 @@ View::View(RefreshClock& clock, Control& control, QWidget* parent)
 
 View::~View() {
   clock_.Forget(*this);
-  for (Control* control : watched_) control->OnChanged = nullptr;
+  control_.SetPlace(Control::kUnseen);
 }
 
 void View::SetSizes(QSizePolicy::Policy across, QSizePolicy::Policy down, bool keepsPlace) {
@@ -74,8 +109,7 @@ void View::SetSizes(QSizePolicy::Policy across, QSizePolicy::Policy down, bool k
 }
 
 void View::Watch(Control& control) {
-  control.OnChanged = [this] { MarkDirty(); };
-  watched_.push_back(&control);
+  listening_.push_back(control.OnChanged.Listen([this] { MarkDirty(); }));
 }
 
 void View::MarkDirty() {
@@ -170,8 +204,9 @@ bool View::event(QEvent* event) {
 }
 
 void View::OnMenuKey() {
-  Raise(control_.MouseDown, MouseButton::Right);
-  Raise(control_.MouseUp, MouseButton::Right);
+  const MouseEvent press{.Button = MouseButton::Right};
+  control_.MouseDown(press);
+  control_.MouseUp(press);
 }
 
 void View::mousePressEvent(QMouseEvent* event) {
@@ -180,27 +215,27 @@ void View::mousePressEvent(QMouseEvent* event) {
     if ((focusPolicy() & Qt::ClickFocus) != 0) setFocus(Qt::MouseFocusReason);
     update();
   }
-  Raise(control_.MouseDown, ButtonOf(event->button()));
+  control_.MouseDown(PressAt(*this, *event));
 }
 
-void View::mouseMoveEvent(QMouseEvent*) {
-  Raise(control_.MouseMove);
+void View::mouseMoveEvent(QMouseEvent* event) {
+  control_.MouseMove(
+      MouseEventAt(*this, event->position(), HeldButton(event->buttons()), event->modifiers()));
 }
 
 void View::mouseReleaseEvent(QMouseEvent* event) {
-  Raise(control_.MouseUp, ButtonOf(event->button()));
+  const MouseEvent at = PressAt(*this, *event);
+  control_.MouseUp(at);
   if (event->button() != Qt::LeftButton || !pressed_) return;
   pressed_ = false;
   update();
-  if (rect().contains(event->position().toPoint())) OnClick();
+  if (rect().contains(event->position().toPoint())) OnClick(at);
 }
 
 void View::mouseDoubleClickEvent(QMouseEvent* event) {
-  if (control_.DblClick && event->button() == Qt::LeftButton) {
-    control_.DblClick();
-  } else {
-    mousePressEvent(event);
-  }
+  const bool left = event->button() == Qt::LeftButton;
+  if (left) control_.DblClick(PressAt(*this, *event));
+  if (!left || !control_.DblClick) mousePressEvent(event);
 }
 
 void View::wheelEvent(QWheelEvent* event) {
@@ -208,10 +243,10 @@ void View::wheelEvent(QWheelEvent* event) {
   const QPoint angle = event->angleDelta();
   wheelRest_ += angle.y() != 0 ? angle.y() : angle.x();
   const int notches = wheelRest_ / kWheelNotch;
-  const Modifiers with = ModifiersOf(event->modifiers());
-  if (control_.Wheel) {
-    if (notches != 0) control_.Wheel(notches, with);
-  } else if (notches != 0 && !OnWheel(notches, with)) {
+  const MouseEvent at =
+      MouseEventAt(*this, event->position(), HeldButton(event->buttons()), event->modifiers());
+  if (notches != 0) control_.Wheel(notches, at);
+  if (!control_.Wheel && notches != 0 && !OnWheel(notches, at.With)) {
     wheelRest_ = 0;
     event->ignore();
     return;
@@ -225,32 +260,45 @@ void View::keyPressEvent(QKeyEvent* event) {
   const Modifiers with = ModifiersOf(event->modifiers());
   // They tune, wherever the pointer is.
   const bool tunes = code == Key::PageUp || code == Key::PageDown;
-  if (code != 0 && !tunes && control_.KeyDown) {
-    control_.KeyDown(Key{code, with});
-  } else if (code == 0 || tunes || !OnKey(code, with)) {
-    event->ignore();
-  }
+  if (code != 0 && !tunes) control_.KeyDown(Key{code, with});
+  if (code == 0 || tunes || (!control_.KeyDown && !OnKey(code, with))) event->ignore();
 }
 
 void View::keyReleaseEvent(QKeyEvent* event) {
   const int code = KeyCodeOf(event->key());
-  if (code == 0 || !control_.KeyUp) {
-    event->ignore();
-  } else if (!event->isAutoRepeat()) {
-    control_.KeyUp(Key{code, ModifiersOf(event->modifiers())});
-  }
+  if (code != 0 && !event->isAutoRepeat()) control_.KeyUp(Key{code, ModifiersOf(event->modifiers())});
+  if (code == 0 || !control_.KeyUp) event->ignore();
 }
 
-void View::enterEvent(QEnterEvent*) {
+void View::enterEvent(QEnterEvent* event) {
   hovered_ = true;
   TakeKeysOnHover();
-  Raise(control_.MouseMove);
+  control_.MouseMove(
+      MouseEventAt(*this, event->position(), HeldButton(event->buttons()), event->modifiers()));
   update();
 }
 
 void View::leaveEvent(QEvent*) {
   hovered_ = false;
   update();
+}
+
+void View::TellPlace() {
+  const QWidget* frame = FrameAround(*this);
+  const QPoint corner = frame ? mapTo(frame, QPoint(0, 0)) : QPoint(0, 0);
+  control_.SetPlace({corner.x(), corner.y(), width(), height()});
+}
+
+void View::moveEvent(QMoveEvent*) {
+  TellPlace();
+  // What lies in it has moved in the frame, too.
+  for (QWidget* inner : findChildren<QWidget*>()) {
+    if (auto* view = dynamic_cast<View*>(inner)) view->TellPlace();
+  }
+}
+
+void View::resizeEvent(QResizeEvent*) {
+  TellPlace();
 }
 
 void View::TakeKeysOnHover() {
@@ -267,7 +315,7 @@ void View::focusInEvent(QFocusEvent* event) {
     control_.GotFocus();
   } else if (byKeyboard) {
     // The keyboard comes to a value as the pointer does.
-    Raise(control_.MouseMove);
+    control_.MouseMove({});
   }
   update();
 }

@@ -17,6 +17,13 @@ class RefreshClock;
 // The number by which panels know a key, 0 where they know none.
 int KeyCodeOf(int qtKey);
 Modifiers ModifiersOf(Qt::KeyboardModifiers modifiers);
+// The key of Qt that has this number, 0 where there is none.
+int QtKeyOf(int code);
+// A gesture at `place` of the widget, in its pixels.
+MouseEvent MouseEventAt(const QWidget& widget, const QPointF& place, MouseButton button,
+                        Qt::KeyboardModifiers with);
+// The button that is held while the pointer moves.
+MouseButton HeldButton(Qt::MouseButtons buttons);
 
 // A view decides nothing. A gesture goes to the control and nowhere else; what the control then holds is
 // taken over with the refresh clock's next tick. Control and clock outlive the view.
@@ -52,7 +59,7 @@ class View : public QWidget {
   // What the wheel does where the panel doesn't handle it.
   virtual bool OnWheel(int, Modifiers) { return false; }
   // A left press and release inside.
-  virtual void OnClick() { Press(); }
+  virtual void OnClick(const MouseEvent&) { Press(); }
   // The keyboard's way to what the right button does.
   virtual void OnMenuKey();
 
@@ -77,18 +84,21 @@ class View : public QWidget {
   void keyReleaseEvent(QKeyEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
   friend class RefreshClock;
   void TakeKeysOnHover();
+  void TellPlace();
   void TakeOverMnemonic();
   void Speak();
 
   RefreshClock& clock_;
   Control& control_;
-  std::vector<Control*> watched_;
+  std::vector<Listening> listening_;
   QShortcut* mnemonic_ = nullptr;
   QString mnemonicOf_, spoken_;
   QSize hint_;

@@ -31,6 +31,7 @@ PanelWindow::PanelWindow(const ControlRegistry& registry, Events events)
       body_(new QWidget(this)),
       ring_(new FocusRing(this)) {
   setWindowTitle("QUORLSDR");
+  setObjectName("frmMain");
   setMouseTracking(true);
   setFocusPolicy(Qt::ClickFocus);
   Build();
@@ -134,6 +135,28 @@ void PanelWindow::GiveFocus(const std::string& control) {
   if (view && !view->hasFocus()) view->setFocus(byKeyboard ? Qt::TabFocusReason : Qt::MouseFocusReason);
 }
 
+bool PanelWindow::FocusByKeyboard(const std::string& control) {
+  auto* view = findChild<QWidget*>(QString::fromStdString(control));
+  if (!view || !view->isVisibleTo(this) || !view->isEnabled()) return false;
+  const QWidget* taking = view->focusProxy() ? view->focusProxy() : view;
+  if (taking->focusPolicy() == Qt::NoFocus) return false;
+  view->setFocus(Qt::TabFocusReason);
+  return focusWidget() == taking;
+}
+
+void PanelWindow::PressKey(const Key& key, bool down) {
+  QWidget* target = QApplication::activePopupWidget();
+  if (!target) target = focusWidget() ? focusWidget() : this;
+  Qt::KeyboardModifiers with;
+  with.setFlag(Qt::ShiftModifier, key.With.Shift);
+  with.setFlag(Qt::ControlModifier, key.With.Ctrl);
+  with.setFlag(Qt::AltModifier, key.With.Alt);
+  QString text;
+  if (const QChar sign(key.Code); sign.isLetterOrNumber()) text = key.With.Shift ? sign : sign.toLower();
+  QKeyEvent event(down ? QEvent::KeyPress : QEvent::KeyRelease, QtKeyOf(key.Code), with, text);
+  QApplication::sendEvent(target, &event);
+}
+
 bool PanelWindow::IsShown(const std::string& control) const {
   const auto* view = findChild<QWidget*>(QString::fromStdString(control));
   return view && view->isVisibleTo(this);
@@ -163,8 +186,9 @@ void PanelWindow::keyReleaseEvent(QKeyEvent* event) {
   }
 }
 
-void PanelWindow::mouseMoveEvent(QMouseEvent*) {
-  if (form_) Raise(form_->MouseMove);
+void PanelWindow::mouseMoveEvent(QMouseEvent* event) {
+  if (!form_) return;
+  form_->MouseMove(MouseEventAt(*this, event->position(), HeldButton(event->buttons()), event->modifiers()));
 }
 
 void PanelWindow::changeEvent(QEvent* event) {

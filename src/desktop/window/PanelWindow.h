@@ -38,6 +38,10 @@ class PanelWindow : public QWidget {
   void ShowHelp();
   // The keyboard goes to the view of that control, as if the pointer had come to it.
   void GiveFocus(const std::string& control);
+  // The keyboard comes to that view as the Tab key brings it; false where it takes no keys at present.
+  bool FocusByKeyboard(const std::string& control);
+  // A key goes down or up where the keyboard's focus is.
+  void PressKey(const Key& key, bool down);
   // Whether that control has a view in the regions that the display size shows.
   bool IsShown(const std::string& control) const;
   RefreshClock& Clock() { return clock_; }

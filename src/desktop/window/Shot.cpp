@@ -1,5 +1,6 @@
 #include "desktop/window/Shot.h"
 
+#include <QApplication>
 #include <QPainter>
 #include <QPixmap>
 #include <QWidget>
@@ -20,6 +21,13 @@ bool GrabShot(QWidget& window, const std::string& path, double scale) {
   picture.fill(Qt::black);
   window.render(&picture);
   return picture.save(QString::fromStdString(path), "PNG");
+}
+
+QWidget* FindPanel(const std::string& name) {
+  for (QWidget* widget : QApplication::allWidgets()) {
+    if (widget->objectName().compare(QString::fromStdString(name), Qt::CaseInsensitive) == 0) return widget;
+  }
+  return nullptr;
 }
 
 }  // namespace quorl

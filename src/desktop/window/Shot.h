@@ -11,4 +11,8 @@ namespace quorl {
 // file can't be written.
 bool GrabShot(QWidget& window, const std::string& path, double scale = 1.0);
 
+// The widget of that name, whatever its letter case: a window of the program, or a view in one of them. Null
+// where there is none.
+QWidget* FindPanel(const std::string& name);
+
 }  // namespace quorl

@@ -59,18 +59,18 @@ void SplashPanel::paintEvent(QPaintEvent*) {
 LogWindow::LogWindow(const ControlRegistry& registry, Binder::Logger log)
     : QWidget(nullptr, Qt::Tool), bind_(registry, clock_, std::move(log)), form_(registry.Find("frmLog")) {
   setWindowTitle("QUORLSDR - Log");
-  setObjectName("frmLogWindow");
+  setObjectName("frmLog");
   auto* rows = new QVBoxLayout(this);
   rows->setContentsMargins(skin::kGrid, skin::kGrid, skin::kGrid, skin::kGrid);
   if (ListView* list = bind_.List("lstLog")) rows->addWidget(list);
   resize(640, 360);
   if (!form_) return;
-  form_->OnChanged = [this] { setVisible(form_->Visible()); };
+  following_ = form_->OnChanged.Listen([this] { setVisible(form_->Visible()); });
   setVisible(form_->Visible());
 }
 
 LogWindow::~LogWindow() {
-  if (form_) form_->OnChanged = nullptr;
+  following_.reset();
   qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
 }
 

@@ -39,6 +39,7 @@ class LogWindow : public QWidget {
   RefreshClock clock_;
   Binder bind_;
   Control* form_;
+  Listening following_;
 };
 
 }  // namespace quorl
