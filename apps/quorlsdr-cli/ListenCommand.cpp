@@ -100,7 +100,7 @@ int Receive(const ListenOptions& options, RadioMachine& machine, LiveRadio& radi
   });
   radio.Housekeeping();
   if (const Failure failure = radio.Start()) {
-    if (radio.SoundCard().InAction) PrintFault(failure->Text);  // else the card has told it
+    PrintFault(failure->Text);
     return ExitCode::Failed;
   }
   const auto redraw = machine.Parts().Queue.CreateTimer([&] { screen.Draw(); });
@@ -213,7 +213,7 @@ int Run(const ListenOptions& options) {
     return ExitCode::Refused;
   }
   if (options.Demo) PutDemoDefaults(machine->Settings());
-  if (!machine->Notice().empty()) PrintFault(machine->Notice());
+  for (const std::string& notice : machine->Notices()) PrintFault(notice);
   const int exitCode = Listen(options, *machine, queue, file.get());
   if (!file || file->IsEmpty()) return exitCode;
   if (const Failure fault = file->Close()) {

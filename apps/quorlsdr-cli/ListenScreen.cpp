@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "Fault.h"
 #include "interaction/PanelTexts.h"
 #include "support/Picture.h"
 
@@ -152,7 +153,9 @@ void ListenScreen::ToggleNotch() {
 void ListenScreen::ReopenSound() {
   Finish();
   radio_.Stop();
-  reopened_ = !radio_.Start();  // a failure has been told
+  const Failure failure = radio_.Start();
+  reopened_ = !failure;
+  if (failure) PrintFault(failure->Text);
 }
 
 void ListenScreen::ShowSoundLost() {

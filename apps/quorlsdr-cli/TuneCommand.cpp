@@ -173,17 +173,11 @@ std::optional<double> SendForReal(const TuneOptions& options, int& exitCode) {
   TuningChain chain({serial, printer, queue, boxes, store},
                     [&](const std::string& line) { complaints.push_back(line); });
   const bool parallel = options.Interface == InterfaceType::Parallel;
-  if (parallel && printer.Prepare(static_cast<std::uint16_t>(chain.ParallelIF().PortAddress)) ==
-                      LinuxPrinterPort::Access::None) {
-    PrintFault(
-        "the printer port can't be reached; load the ppdev module and join group lp, or use --dry-run");
-    exitCode = ExitCode::Failed;
-    return {};
-  }
   if (!chain.OpenInterface(options.Interface, false)) {
-    PrintFault("--port: " + options.Port +
-               " can't be opened as a serial port; 'quorlsdr-cli devices' lists those that exist");
-    exitCode = ExitCode::Refused;
+    PrintFault(parallel ? complaints.front() + " Or use --dry-run."
+                        : "--port: " + chain.SerialIF().OpenFailure()->Text +
+                              " 'quorlsdr-cli devices' lists the ports that exist.");
+    exitCode = parallel ? ExitCode::Failed : ExitCode::Refused;
     return {};
   }
   chain.CreateVFO(options.SDRModelNo, options.Interface);

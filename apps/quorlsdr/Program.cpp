@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "LoadReport.h"
+#include "TerminationSignals.h"
 #include "core/frmMain.h"
 #include "desktop/qt/QtDialogs.h"
 #include "desktop/qt/QtEventQueue.h"
@@ -40,7 +41,7 @@ class Program {
       Complain(failure->Text);
       return ExitCode::Refused;
     }
-    if (!machine_->Notice().empty()) Complain(machine_->Notice());
+    for (const std::string& notice : machine_->Notices()) Complain(notice);
     if (!frame_->Form_Initialize()) return ExitCode::Refused;
     OpenWindow();
     int exitCode = options_.Script.empty() ? WaitForClose() : RunScript();
@@ -143,6 +144,7 @@ class Program {
     };
     hooks.Focus = [this](const Control& control) { return window_->FocusByKeyboard(control.Name()); };
     hooks.PressKey = [this](const Key& key, bool down) { window_->PressKey(key, down); };
+    hooks.IsClosing = [this] { return closing_; };
     hooks.Answer = [this](std::string answer) { boxes_.AddAnswer(std::move(answer)); };
     QApplication::processEvents();  // the window becomes active before the first gesture, not after it
     ScriptRunner runner(frame_->Controls(), machine_->Parts().Queue, machine_->Parts().Time, hooks,
@@ -153,12 +155,16 @@ class Program {
 
   void Close() {
     closing_ = true;
-    QApplication::quit();
+    QApplication::exit();  // a quit would ask each window first
   }
 
   const ProgramOptions& options_;
   WatchedApplication& application_;
   QtEventQueue queue_;
+  TerminationSignals signals_{queue_, [this] {
+                                boxes_.AsksPerson = false;  // nobody is there to answer
+                                Close();
+                              }};
   QtDialogs personalBoxes_;
   ScriptDialogs boxes_;
   LoadReport report_;

@@ -47,7 +47,19 @@ std::unique_ptr<RadioMachine> RadioMachine::Create(const RadioMachineOptions& op
   return failure ? nullptr : std::move(machine);
 }
 
+// A demo can be tried by whoever has no home, or a full one. What it keeps then goes with it.
+void RadioMachine::FindRoomForDemo() {
+  if (AreWritable(directories_)) return;
+  auto scratch = std::make_unique<ScratchHome>();
+  if (!AreWritable(scratch->Directories())) return;
+  notices_.push_back(directories_.Config +
+                     " or a folder beside it can't be written: nothing of this run is kept");
+  scratch_ = std::move(scratch);
+  directories_ = scratch_->Directories();
+}
+
 Failure RadioMachine::PutTogether(const RadioMachineOptions& options) {
+  if (options.Demo) FindRoomForDemo();
   const std::string usual = directories_.Config + (options.Demo ? "/demo.ini" : "/settings.ini");
   const auto log = [](const std::string& line) { std::cerr << line << "\n"; };
   settings_ = std::make_unique<SettingsStore>(files_, options.Settings.empty() ? usual : options.Settings,
@@ -95,7 +107,7 @@ Failure RadioMachine::ConnectDemoSound(const RadioMachineOptions& options, Sampl
       ConnectAntenna(*soundCard_, antenna);
       return {};
     }
-    notice_ = "no sound card was found: nothing can be heard; --output FILE writes it to a file";
+    notices_.push_back("no sound card was found: nothing can be heard; --output FILE writes it to a file");
   }
   virtualSound_ = std::make_unique<VirtualSoundSystem>(Queue(), Time());
   virtualSound_->AddPlaybackDevice(kNoLoudspeaker, nullptr);

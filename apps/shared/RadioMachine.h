@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "config/SettingsStore.h"
 #include "platform/Machine.h"
@@ -14,6 +15,7 @@
 #include "platform/linux/system/LinuxClock.h"
 #include "platform/linux/system/LinuxFiles.h"
 #include "platform/linux/system/LinuxProcesses.h"
+#include "platform/linux/system/ScratchHome.h"
 #include "platform/linux/system/UserDirectories.h"
 #include "platform/virtual/SourcedSoundSystem.h"
 #include "platform/virtual/VirtualEventQueue.h"
@@ -48,13 +50,14 @@ class RadioMachine {
   const UserDirectories& Directories() const { return directories_; }
   int CaptureDevice() const { return captureDevice_; }  // number of the device that was asked for, from 1
   int PlaybackDevice() const { return playbackDevice_; }
-  // One line for the user about what is not as one would expect; may be empty.
-  const std::string& Notice() const { return notice_; }
+  // Lines for the user about what is not as one would expect.
+  const std::vector<std::string>& Notices() const { return notices_; }
   bool IsVirtualTime() const { return virtualQueue_ != nullptr; }
 
  private:
   RadioMachine(EventQueue& queue, Dialogs& boxes);
   Failure PutTogether(const RadioMachineOptions& options);
+  void FindRoomForDemo();
   Failure ConnectDemo(const RadioMachineOptions& options);
   Failure ConnectDemoSound(const RadioMachineOptions& options, SampleSource& antenna);
   void ConnectAntenna(SoundSystem& speakers, SampleSource& antenna);
@@ -65,7 +68,8 @@ class RadioMachine {
 
   EventQueue& queue_;
   Dialogs& boxes_;
-  const UserDirectories directories_;
+  std::unique_ptr<ScratchHome> scratch_;  // what uses its files goes first
+  UserDirectories directories_;
   LinuxClock clock_;
   VirtualClock virtualClock_;
   std::unique_ptr<VirtualEventQueue> virtualQueue_;
@@ -84,7 +88,7 @@ class RadioMachine {
   std::unique_ptr<SettingsStore> settings_;
   std::unique_ptr<Machine> machine_;
   int captureDevice_ = 1, playbackDevice_ = 1;
-  std::string notice_;
+  std::vector<std::string> notices_;
 };
 
 }  // namespace quorl

@@ -42,10 +42,10 @@ void LiveRadio::CreateSoundCard() {
 }
 
 bool LiveRadio::CreateTuning(SettingsStore& settings, std::int32_t interfaceType, bool shaftEncoder,
-                             const SettingsStore::LogSink& log) {
+                             const SettingsStore::LogSink& log, bool tellsPort) {
   const TuningMachine machine{machine_.Serial, machine_.Printer, machine_.Queue, machine_.Boxes, settings};
   tuning_ = std::make_unique<TuningChain>(machine, log);
-  const bool open = tuning_->OpenInterface(interfaceType, shaftEncoder);
+  const bool open = tuning_->OpenInterface(interfaceType, shaftEncoder, tellsPort);
   tuning_->CreateVFO(Radio.Vars.SDRModelNo, interfaceType);
   SetLowSideLO(Radio.Vars, !VFO()->HiSideLO);
   return open;

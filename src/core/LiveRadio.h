@@ -31,10 +31,10 @@ class LiveRadio final : public SoundEvents, public SoundOutput {
   // The sound object, with the format of the signal path. Opens nothing yet.
   void CreateSoundCard();
   // VFO, driver and interface of the board `Radio.Vars.SDRModelNo`; takes the LO side from the VFO. False
-  // where the interface can't be opened, which has been told to the user: frequencies are noted, but tune
-  // nothing.
+  // where the interface can't be opened: frequencies are noted, but tune nothing. The log has the reason, and
+  // the user has been told; `tellsPort` false leaves telling of a serial port to the caller.
   bool CreateTuning(SettingsStore& settings, std::int32_t interfaceType, bool shaftEncoder,
-                    const SettingsStore::LogSink& log);
+                    const SettingsStore::LogSink& log, bool tellsPort = true);
   // Lets go of the road; its settings are stored by TuningChain::Save.
   void ReleaseTuning();
 

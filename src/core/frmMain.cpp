@@ -126,6 +126,7 @@ void frmMain::PowerOn() {
   }
   const Failure failure = radio_->Start();
   if (!failure) return;
+  LogSoundFailure(*failure);
   // What can't be opened has been told, but not what was open and doesn't start. The panel goes back to Off
   // and stays tunable.
   if (radio_->SoundCard().Prepared()) {
@@ -133,6 +134,17 @@ void frmMain::PowerOn() {
     machine_.Boxes.ShowMessage({.Text = failure->Text, .Title = kProductName, .Icon = MessageIcon::Warning});
   }
   optPwr_->Press(1);
+}
+
+void frmMain::LogSoundFailure(const Error& failure) {
+  const auto device = [](const std::string& name, std::int32_t number) {
+    return std::to_string(number) + (name.empty() ? "" : " \"" + name + "\"");
+  };
+  const QUORLDX8& card = radio_->SoundCard();
+  log_.AddLog("The sound does not start: " + failure.Text + ". Capture device " +
+              device(stored_.CurrentCaptureDeviceName, card.CurrentCaptureDevice) + ", playback device " +
+              device(stored_.CurrentPlaybackDeviceName, card.CurrentPlaybackDevice) + ", " +
+              std::to_string(card.FSampling) + " Hz");
 }
 
 // The button in force is dark green or dark red, the other one is lit.

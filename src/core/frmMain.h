@@ -99,6 +99,7 @@ class frmMain {
   void RemoveCaption(bool removed);
   void PowerOn();
   void PowerOff();
+  void LogSoundFailure(const Error& failure);
   void PaintPower();
   void RestMeters();
   void StartSaving();

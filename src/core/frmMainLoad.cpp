@@ -207,8 +207,9 @@ void frmMain::CreateTuningRoad() {
   store_.Read(kMainSection, "VFO1.IFType", stored_.IFType);
   store_.Read(kMainSection, "EnableShaftEncoder", tuning_->ShaftEnabled);
   store_.Read(kMainSection, "SDRModelNo", vars.SDRModelNo);
-  const bool open = radio_->CreateTuning(store_, stored_.IFType, tuning_->ShaftEnabled,
-                                         [this](const std::string& line) { log_.AddLog(line); });
+  const bool open = radio_->CreateTuning(
+      store_, stored_.IFType, tuning_->ShaftEnabled, [this](const std::string& line) { log_.AddLog(line); },
+      false);
   if (!open && stored_.IFType == InterfaceType::Serial) {
     const Error fault = radio_->Tuning().SerialIF().OpenFailure().value_or(Error{});
     machine_.Boxes.ShowMessage(

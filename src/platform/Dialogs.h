@@ -25,11 +25,13 @@ struct FileRequest {
   std::string FileName;   // suggestion
 };
 
-// Every call returns when the user has answered; other events of the queue go on meanwhile.
+// Every call but ShowNotice returns when the user has answered; other events of the queue go on meanwhile.
 class Dialogs {
  public:
   virtual ~Dialogs() = default;
   virtual MessageAnswer ShowMessage(const MessageRequest& request) = 0;
+  // A message that keeps nobody from the panel: returns at once, and its one button takes it away.
+  virtual void ShowNotice(const MessageRequest& request) = 0;
   // Empty where the user cancelled.
   virtual std::optional<std::string> AskText(const std::string& title, const std::string& prompt,
                                              const std::string& suggestion) = 0;

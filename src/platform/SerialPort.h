@@ -20,7 +20,8 @@ struct ModemStatus {
 class SerialPort {
  public:
   virtual ~SerialPort() = default;
-  // `device` is a path such as /dev/ttyS0. Exclusive; the port's own settings stay as they are.
+  // `device` is a path such as /dev/ttyS0. Exclusive; the port's own settings stay as they are. A device
+  // whose output lines can't be moved is refused.
   virtual Failure Open(const std::string& device) = 0;
   virtual void Close() = 0;
   virtual bool IsOpen() const = 0;
@@ -30,6 +31,9 @@ class SerialPort {
   virtual std::optional<std::uint32_t> Status() const = 0;
   // `handler` runs on the event queue's thread at each change of CTS or DSR while the port is open.
   virtual void OnStatusChange(std::function<void()> handler) = 0;
+  // `handler` runs on the event queue's thread when the open port vanishes, with a line for the user, and
+  // with nothing when it has been taken again. In between the port is not open.
+  virtual void OnPresence(std::function<void(const Failure& vanished)> handler) = 0;
 };
 
 }  // namespace quorl

@@ -112,6 +112,11 @@ std::optional<std::string> ScriptDialogs::NextAnswer() {
   return answer;
 }
 
+void ScriptDialogs::ShowNotice(const MessageRequest& request) {
+  output_ << "box: " << request.Title << ": " << request.Text << std::endl;
+  if (AsksPerson) person_.ShowNotice(request);
+}
+
 MessageAnswer ScriptDialogs::ShowMessage(const MessageRequest& request) {
   output_ << "box: " << request.Title << ": " << request.Text << std::endl;
   const std::optional<std::string> answer = NextAnswer();
@@ -185,7 +190,7 @@ int ScriptRunner::Run(const std::string& text, const std::string& name) {
   std::istringstream lines(text);
   std::string line;
   quit_ = false;
-  for (int number = 1; !quit_ && std::getline(lines, line); ++number) {
+  for (int number = 1; !IsDone() && std::getline(lines, line); ++number) {
     const std::string place = name + ":" + std::to_string(number) + ": ";
     try {
       RunLine(line);
@@ -295,14 +300,14 @@ void ScriptRunner::WaitFor(const Words& words) {
   const Control& control = Find(words[0]);
   const std::string wanted = Rest(Words(words.begin(), words.end() - 1), 1);
   const int patience = static_cast<int>(NumberOf(words.back(), 0.0));
-  if (Pass(patience, [&] { return Rest(WordsOf(control.Text()), 0) == wanted; })) return;
+  if (Pass(patience, [&] { return Rest(WordsOf(control.Text()), 0) == wanted; }) || IsDone()) return;
   throw Mismatch(control.Name() + " did not become '" + wanted + "' in " + words.back() + " ms, it is '" +
                  control.Text() + "'");
 }
 
 bool ScriptRunner::Pass(int milliseconds, const std::function<bool()>& until) {
   const std::int64_t end = clock_.Microseconds() + std::int64_t{1000} * milliseconds;
-  while (!until()) {
+  while (!until() && !hooks_.IsClosing()) {
     const std::int64_t left = end - clock_.Microseconds();
     if (left <= 0) return false;
     queue_.Wait(std::chrono::milliseconds(std::clamp<std::int64_t>(left / 1000, 1, 20)));

@@ -26,6 +26,7 @@ class ScriptDialogs final : public Dialogs {
   void AddAnswer(std::string answer) { answers_.push_back(std::move(answer)); }
 
   MessageAnswer ShowMessage(const MessageRequest& request) override;
+  void ShowNotice(const MessageRequest& request) override;
   std::optional<std::string> AskText(const std::string& title, const std::string& prompt,
                                      const std::string& suggestion) override;
   std::optional<std::string> AskOpenFile(const FileRequest& request) override;
@@ -48,6 +49,8 @@ struct ScriptHooks {
   std::function<bool(const Control& control)> Focus;
   std::function<void(const Key& key, bool down)> PressKey;
   std::function<void(std::string answer)> Answer = [](std::string) {};
+  // The program is about to end: the script ends with it.
+  std::function<bool()> IsClosing = [] { return false; };
 };
 
 class ScriptRunner {
@@ -59,8 +62,8 @@ class ScriptRunner {
 
   bool Verbose = false;  // print tells colours, enabled and visible, too
 
-  // Runs the lines of `text` until their end or "quit". `name` stands before messages. Stops at the first
-  // fault.
+  // Runs the lines of `text` until their end, "quit" or a click on what closes the program. `name` stands
+  // before messages. Stops at the first fault.
   int Run(const std::string& text, const std::string& name);
 
  private:
@@ -95,6 +98,7 @@ class ScriptRunner {
   void PrintControl(const Control& control) const;
   void BringKey(const Key& key, bool down);
   bool Pass(int milliseconds, const std::function<bool()>& until);
+  bool IsDone() const { return quit_ || hooks_.IsClosing(); }
 
   ControlRegistry& registry_;
   EventQueue& queue_;

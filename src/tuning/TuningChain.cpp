@@ -51,17 +51,54 @@ void TuningChain::Log(const std::string& line) const {
   }
 }
 
-bool TuningChain::OpenInterface(std::int32_t interfaceType, bool shaftEncoder) {
+void TuningChain::Tell(const std::string& text, MessageIcon icon) {
+  Log(text);
+  machine_.Boxes.ShowMessage({.Text = text, .Title = kProductName, .Icon = icon});
+}
+
+bool TuningChain::OpenInterface(std::int32_t interfaceType, bool shaftEncoder, bool tellsPort) {
   if (interfaceType == InterfaceType::Serial) {
-    return serial_->OpenPort(shaftEncoder) > 0;
+    return OpenSerial(shaftEncoder, tellsPort);
   }
   if (interfaceType == InterfaceType::Parallel) {
-    return true;
+    return CheckParallel();
   }
-  machine_.Boxes.ShowMessage(
-      {.Text = "Unknown DDSIFType specified in Registry - Check DDSIFType key - No interface initialised",
-       .Title = kProductName});
+  Tell("Unknown DDSIFType specified in Registry - Check DDSIFType key - No interface initialised",
+       MessageIcon::None);
   return false;
+}
+
+bool TuningChain::OpenSerial(bool shaftEncoder, bool tells) {
+  serial_->OnPresence = [this](const Failure& vanished) { FollowPort(vanished); };
+  const bool open = serial_->OpenPort(shaftEncoder, tells) > 0;
+  if (const Failure& failure = serial_->OpenFailure()) {
+    Log("COM" + std::to_string(serial_->PortNo) + ": " + failure->Text);
+  }
+  return open;
+}
+
+bool TuningChain::CheckParallel() {
+  const Failure failure = machine_.Printer.Check(parallel_->PortAddress);
+  if (failure) {
+    Tell(failure->Text, MessageIcon::Warning);
+  }
+  return !failure;
+}
+
+void TuningChain::FollowPort(const Failure& vanished) {
+  const std::string port = "COM" + std::to_string(serial_->PortNo) + ": ";
+  if (vanished) {
+    Log(port + vanished->Text);
+    machine_.Boxes.ShowNotice({.Text = port + vanished->Text + ". Tuning has no effect until it is back.",
+                               .Title = kProductName,
+                               .Icon = MessageIcon::Warning});
+    return;
+  }
+  Log(port + "The serial port is back");
+  if (vfo_) {
+    driver_->Initialise();
+    vfo_->Refresh();
+  }
 }
 
 std::shared_ptr<Oscillator> TuningChain::CreateAD9951(std::int32_t interfaceType) {

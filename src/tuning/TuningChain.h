@@ -31,14 +31,17 @@ struct TuningMachine {
   SettingsStore& Settings;
 };
 
+// A serial port that vanishes is told once, without holding the panel up; when it is back, the chip is set up
+// anew and gets the frequency of then.
 class TuningChain {
  public:
   // Makes both interfaces with their stored settings; nothing is opened yet.
   TuningChain(TuningMachine machine, SettingsStore::LogSink log);
 
   // Opens the interface of that type; a serial port in event mode where a shaft encoder is to be read from
-  // it. False where it couldn't be opened or the type is unknown, which a message has told then.
-  bool OpenInterface(std::int32_t interfaceType, bool shaftEncoder);
+  // it. False where it couldn't be opened or the type is unknown: the log has the reason then, and a message
+  // has told it; `tellsPort` false leaves the message of a serial port to the caller.
+  bool OpenInterface(std::int32_t interfaceType, bool shaftEncoder, bool tellsPort = true);
   // Makes driver and VFO of the board `SDRModelNo` on that interface, with their stored settings, and
   // initialises the chip. Tunes nothing. What can't work goes to the log in one line, and the chain still
   // records frequencies: an AD9951 on a printer port (it gets no handler), a clock too low for the board.
@@ -60,6 +63,10 @@ class TuningChain {
  private:
   std::shared_ptr<Oscillator> CreateAD9951(std::int32_t interfaceType);
   std::shared_ptr<Oscillator> CreateAD9835(std::int32_t interfaceType);
+  bool OpenSerial(bool shaftEncoder, bool tells);
+  bool CheckParallel();
+  void FollowPort(const Failure& vanished);
+  void Tell(const std::string& text, MessageIcon icon);
   void Log(const std::string& line) const;
 
   TuningMachine machine_;

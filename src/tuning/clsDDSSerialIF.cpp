@@ -21,6 +21,7 @@ clsDDSSerialIF::~clsDDSSerialIF() {
   ClosePort();
   if (listening_) {
     port_.OnStatusChange([] {});
+    port_.OnPresence({});
   }
 }
 
@@ -42,38 +43,54 @@ std::string clsDDSSerialIF::DevicePath(const std::string& portName) const {
   return settings_.GetSetting(Name, portName, usual);
 }
 
-std::int32_t clsDDSSerialIF::OpenPort(bool eventMode) {
+std::int32_t clsDDSSerialIF::OpenPort(bool eventMode, bool tells) {
   EventMode = eventMode;
   if (hComm_ > 0) {
     return hComm_;
   }
-  const std::string number = std::to_string(PortNo);
-  if (!EventMode) {
-    return OpenDevice(("COM" + number + ":").substr(0, 4),
-                      Name + " : PollMode : Unable to Open COM" + number + "\n" + kChooseAnother);
-  }
   listening_ = true;
+  port_.OnPresence([this](const Failure& vanished) { FollowPresence(vanished); });
   port_.OnStatusChange([this] {
     if (EventMode && OnComm) {
       OnComm();
     }
   });
-  return OpenDevice("COM" + number,
-                    "Unable to Open COM" + number + "\n" + kChooseAnother +
-                        "\nclsDDSSerialIF.cls:clsDDSSerialIF:OpenPort:" + std::to_string(__LINE__));
+  const std::string number = std::to_string(PortNo);
+  const std::string name = EventMode ? "COM" + number : ("COM" + number + ":").substr(0, 4);
+  const std::string complaint =
+      EventMode ? "Unable to Open COM" + number + "\n" + kChooseAnother +
+                      "\nclsDDSSerialIF.cls:clsDDSSerialIF:OpenPort:" + std::to_string(__LINE__)
+                : Name + " : PollMode : Unable to Open COM" + number + "\n" + kChooseAnother;
+  return OpenDevice(name, tells ? complaint : "");
 }
 
 std::int32_t clsDDSSerialIF::OpenDevice(const std::string& portName, const std::string& complaint) {
   openFailure_ = port_.Open(DevicePath(portName));
   if (openFailure_) {
-    dialogs_.ShowMessage({.Text = complaint, .Title = kProductName});
+    if (!complaint.empty()) {
+      dialogs_.ShowMessage({.Text = complaint, .Title = kProductName});
+    }
     return 0;
   }
   hComm_ = kOpenHandle;
+  RestSignals();
+  return hComm_;
+}
+
+void clsDDSSerialIF::RestSignals() {
   IOUPD(0);
   SDATA(0);
   SCLCK(0);
-  return hComm_;
+}
+
+void clsDDSSerialIF::FollowPresence(const Failure& vanished) {
+  vanished_ = vanished.has_value();
+  if (!vanished_) {
+    RestSignals();
+  }
+  if (OnPresence) {
+    OnPresence(vanished);
+  }
 }
 
 void clsDDSSerialIF::ClosePort() {
@@ -81,6 +98,7 @@ void clsDDSSerialIF::ClosePort() {
     return;
   }
   port_.Close();
+  vanished_ = false;
   if (!EventMode) {
     hComm_ = 0;
   }
@@ -103,7 +121,7 @@ void clsDDSSerialIF::EndSequence() {
 }
 
 int clsDDSSerialIF::Send(std::uint8_t ByteToSend) {
-  if (hComm_ <= 0) {
+  if (hComm_ <= 0 || vanished_) {
     return 1;
   }
   Out8(ByteToSend);

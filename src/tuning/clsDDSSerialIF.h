@@ -17,6 +17,8 @@ namespace quorl {
 // IOUPD    DTR              asserted   released     the board's level shifters invert these two,
 // SDATA    RTS              asserted   released     but not the third
 // SCLCK    break of TXD     released   asserted
+//
+// Where the port vanishes, bytes are refused until it is back; then the signals are at state 0 again.
 class clsDDSSerialIF : public DDSInterface {
  public:
   clsDDSSerialIF(SerialPort& port, EventQueue& events, Dialogs& dialogs, SettingsStore& settings);
@@ -31,11 +33,14 @@ class clsDDSSerialIF : public DDSInterface {
   bool EventMode = false;               // status line changes raise OnComm
   // Raised on the main thread at a change of CTS or DSR while a port opened in event mode is open.
   std::function<void()> OnComm;
+  // Told when the open port vanishes, with a line for the user, and with nothing when it is back.
+  std::function<void(const Failure& vanished)> OnPresence;
 
   // Opens COM PortNo and brings the three signals to state 0. Returns a handle above 0, or 0 where that
-  // failed and a message was shown. A port that is open stays as it is. Without event mode only the first
-  // digit of PortNo counts: the port's name is cut to four characters.
-  std::int32_t OpenPort(bool eventMode);
+  // failed: a message has told it then, unless `tells` leaves that to the caller. A port that is open stays
+  // as it is. Without event mode only the first digit of PortNo counts: the port's name is cut to four
+  // characters.
+  std::int32_t OpenPort(bool eventMode, bool tells = true);
   // In event mode the handle stays, so that the port can't be opened again in this run.
   void ClosePort();
   std::int32_t hComm() const { return hComm_; }
@@ -76,6 +81,8 @@ class clsDDSSerialIF : public DDSInterface {
 
  private:
   std::int32_t OpenDevice(const std::string& portName, const std::string& complaint);
+  void RestSignals();
+  void FollowPresence(const Failure& vanished);
   void ClockPulse();
 
   SerialPort& port_;
@@ -84,7 +91,8 @@ class clsDDSSerialIF : public DDSInterface {
   SettingsStore& settings_;
   Failure openFailure_;
   std::int32_t hComm_ = 0;  // 0 or less: closed
-  bool listening_ = false;  // the port has a handler of this object
+  bool listening_ = false;  // the port has handlers of this object
+  bool vanished_ = false;
 };
 
 }  // namespace quorl

@@ -47,9 +47,12 @@ class CliTest : public testing::Test {
   // `arguments` as a shell takes them, redirections too, in the test's folder; `before` may hold shell
   // commands that end with a semicolon.
   CliResult Cli(const std::string& arguments, const std::string& before = "") const {
+    return Run(QUORL_CLI, arguments, before);
+  }
+  CliResult Run(const std::string& program, const std::string& arguments, const std::string& before) const {
     const std::string out = folder_.string() + ".out", err = folder_.string() + ".err";
     const std::string command = "cd '" + folder_.string() + "' && { " + before + " </dev/null >'" + out +
-                                "' 2>'" + err + "' '" QUORL_CLI "' " + arguments + "; }";
+                                "' 2>'" + err + "' '" + program + "' " + arguments + "; }";
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Slurp(out), Slurp(err)};
   }

@@ -124,8 +124,10 @@ TEST(FrmMainStart, APortThatDoesNotOpenLeavesARadioThatTunesNothing) {
   FrameRig rig("[DDSSerialIF]\nPortNo=3\n");
   rig.Serial.FailOpen(Error{5, "busy"});
   ASSERT_TRUE(rig.Start());
-  ASSERT_FALSE(rig.Boxes.Messages.empty());
+  ASSERT_EQ(rig.Boxes.Messages.size(), 1U);
   const std::string text = rig.Boxes.Messages.back().Text;
+  const auto& lines = rig.Log->Lines();
+  EXPECT_NE(std::find(lines.begin(), lines.end(), "COM3: busy"), lines.end());
   EXPECT_EQ(text.rfind("Unable to open Serial Interface COM3\nfrmMain:frmMain:Form_Load:", 0), 0U) << text;
   EXPECT_TRUE(text.ends_with("\nError Code=5\nError Desc=busy")) << text;
   rig.Wheel("lbl7Seg(4)", 2);
@@ -136,6 +138,37 @@ TEST(FrmMainStart, APortThatDoesNotOpenLeavesARadioThatTunesNothing) {
   rig.Run(1.0);
   EXPECT_TRUE(rig.Frame().IsOn());
   EXPECT_GT(rig.Blocks, 10);
+}
+
+TEST(FrmMainStart, APrinterPortOutOfReachIsToldOnce) {
+  FrameRig rig("[frmMain]\nVFO1.IFType=1\nSDRModelNo=1\n");
+  rig.Printer.FailCheck(Error{13, "Can't reach the printer port. Join the group lp."});
+  ASSERT_TRUE(rig.Start());
+  ASSERT_EQ(rig.Boxes.Messages.size(), 1U);
+  EXPECT_EQ(rig.Boxes.Messages[0].Text, "Can't reach the printer port. Join the group lp.");
+  const auto& lines = rig.Log->Lines();
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), rig.Boxes.Messages[0].Text), 1);
+}
+
+TEST(FrmMainStart, APortThatVanishesIsToldOnceAndTakenAgain) {
+  FrameRig rig("[frmMain]\nAutoStartSDR=True\n");
+  ASSERT_TRUE(rig.Start());
+  rig.Run(0.5);
+  rig.Serial.Unplug();
+  rig.Run(0.5);
+  rig.Wheel("lbl7Seg(4)", 3);
+  rig.Run(5.0);
+  EXPECT_EQ(rig.Oscillator(), 522050000);
+  ASSERT_EQ(rig.Boxes.Notices.size(), 1U);
+  EXPECT_EQ(rig.Boxes.Notices[0].Text,
+            "COM1: The serial port /dev/ttyS0 has vanished. Tuning has no effect until it is back.");
+  EXPECT_TRUE(rig.Boxes.Messages.empty());
+  EXPECT_TRUE(rig.Frame().IsOn());
+  rig.Serial.Plug();
+  rig.Run(0.5);
+  EXPECT_EQ(rig.Oscillator(), 522080000);
+  EXPECT_EQ(rig.Log->Lines().back(), "COM1: The serial port is back");
+  EXPECT_EQ(rig.Boxes.Notices.size(), 1U);
 }
 
 TEST(FrmMainStart, AnUnknownInterfaceIsToldAndTheStartGoesOn) {
@@ -326,6 +359,10 @@ TEST(FrmMainEnd, DevicesAreFoundByNameAndADeviceThatIsGoneKeepsItsPlace) {
   rig.Click("optPwr(0)");
   EXPECT_FALSE(rig.Frame().IsOn());  // no other loudspeaker is taken in its place
   ASSERT_EQ(rig.Boxes.Messages.size(), 1U);
+  const auto isReason = [](const std::string& line) {
+    return line.find("playback device 3 \"USB headset\", 48000 Hz") != std::string::npos;
+  };
+  EXPECT_EQ(std::count_if(rig.Log->Lines().begin(), rig.Log->Lines().end(), isReason), 1);
   rig.Restart();
   EXPECT_EQ(rig.Store().GetSetting("frmMain", "CurrentPlaybackDeviceName", ""), "USB headset");
   rig.Sound.AddPlaybackDevice("USB headset", nullptr);

@@ -80,7 +80,10 @@ TEST(LinuxPrinterPortTest, RawAccessComesSecondAndAPortOutOfReachIsAskedForOnce)
   port.Write(0x3bc, 5);
   port.Write(0x3bc, 7);
   EXPECT_EQ(calls.told.str(), "allow3bc ");
-  EXPECT_EQ(port.Prepare(0x3bc), LinuxPrinterPort::Access::None);
+  const Failure failure = port.Check(0x3bc);
+  ASSERT_TRUE(failure);
+  EXPECT_NE(failure->Text.find("0x3BC"), std::string::npos);
+  EXPECT_NE(failure->Text.find("group lp"), std::string::npos);
 }
 
 TEST(LinuxProcessesTest, CommandLinesSplitAtBlanksOutsideQuotes) {

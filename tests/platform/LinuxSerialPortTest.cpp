@@ -19,6 +19,8 @@
 #include "platform/linux/lines/SerialPortList.h"
 #include "platform/linux/system/FileHandle.h"
 #include "platform/linux/system/LinuxEventQueue.h"
+#include "platform/virtual/VirtualClock.h"
+#include "platform/virtual/VirtualEventQueue.h"
 
 namespace quorl {
 namespace {
@@ -42,11 +44,11 @@ class MemoryTty : public SerialCalls {
     for (const auto& [bit, name] : {std::pair{TIOCM_RTS, "RTS"}, std::pair{TIOCM_DTR, "DTR"}}) {
       if ((bits & bit) != 0) Note(name + std::string(on ? "+" : "-"));
     }
-    return 0;
+    return lineError;
   }
   int SetBreak(int, bool on) override {
     Note(on ? "BRK+" : "BRK-");
-    return 0;
+    return lineError;
   }
   int ModemBits(int, int& bits) override {
     const std::lock_guard lock(mutex_);
@@ -89,7 +91,8 @@ class MemoryTty : public SerialCalls {
     return std::exchange(told_, "");
   }
 
-  int openError = 0, exclusiveError = 0, modemError = 0, waitError = 0;  // set before the port opens
+  int openError = 0, exclusiveError = 0, waitError = 0;  // set before the port opens
+  std::atomic<int> modemError = 0, lineError = 0;
   bool losesFirstInterrupt = false;  // it comes just before the wait begins
 
  private:
@@ -241,14 +244,68 @@ TEST_F(LinuxSerialPortTest, ADriverWithoutModemLinesOpensWithoutStatus) {
   EXPECT_FALSE(port_.Status());
 }
 
-// A pseudo terminal has no modem lines, but it opens, locks and keeps its settings as every tty does.
+// On the virtual clock: the port is looked for once a second.
+TEST(LinuxSerialPortPresence, APortThatVanishesIsToldOnceAndTakenAtRestWhenItIsBack) {
+  for (const bool waits : {false, true}) {
+    SCOPED_TRACE(waits);
+    VirtualClock clock;
+    VirtualEventQueue queue(clock);
+    MemoryTty tty;
+    LinuxSerialPort port(queue, tty);
+    std::vector<std::string> told;
+    port.OnPresence([&](const Failure& vanished) { told.push_back(vanished ? vanished->Text : "back"); });
+    ASSERT_FALSE(port.Open("/dev/ttyUSB0"));
+    tty.AwaitWaiter();
+    tty.openError = -ENOENT;
+    tty.lineError = tty.modemError = -EIO;
+    if (waits) {
+      tty.Put(0);  // the driver ends the wait
+      while (told.empty()) queue.Yield();
+    } else {
+      port.SetLine(SerialLine::Rts, false);
+      port.SetLine(SerialLine::Rts, true);
+      EXPECT_TRUE(told.empty());  // not from inside the line call
+    }
+    queue.AdvanceBy(std::chrono::seconds(10));
+    EXPECT_EQ(told, (std::vector<std::string>{"The serial port /dev/ttyUSB0 has vanished"}));
+    EXPECT_FALSE(port.IsOpen());
+
+    tty.TakeCalls();
+    tty.openError = tty.lineError = tty.modemError = 0;
+    queue.AdvanceBy(std::chrono::seconds(10));
+    EXPECT_EQ(tty.TakeCalls(), "open /dev/ttyUSB0, exclusive, BRK-, RTS+, DTR+");
+    EXPECT_EQ(told.size(), 2U);
+    EXPECT_TRUE(port.IsOpen());
+    tty.AwaitWaiter();
+    tty.lineError = -EIO;
+    port.SetLine(SerialLine::Dtr, false);
+    port.Close();  // nobody wants it any more
+    queue.AdvanceBy(std::chrono::seconds(10));
+    EXPECT_EQ(told.size(), 2U);
+    EXPECT_FALSE(port.IsOpen());
+  }
+}
+
+// A pseudo terminal opens, locks and keeps its settings as every tty does, but has no lines to move.
+class LinesOfItsOwn : public LinuxSerialCalls {
+ public:
+  int SetModemBits(int, int, bool) override { return 0; }
+  int SetBreak(int, bool) override { return 0; }
+};
+
 TEST(LinuxSerialCallsTest, ARealTtyOpensOnceWithItsSettingsUntouched) {
   FileHandle master(posix_openpt(O_RDWR | O_NOCTTY));
   if (!master || grantpt(master.Get()) != 0 || unlockpt(master.Get()) != 0)
     GTEST_SKIP() << "no pseudo terminals";
   const std::string device = ptsname(master.Get());
   LinuxEventQueue queue;
-  LinuxSerialCalls calls;
+  LinuxSerialCalls plain;
+  LinuxSerialPort lineless(queue, plain);
+  const Failure none = lineless.Open(device);
+  ASSERT_TRUE(none);
+  EXPECT_EQ(none->Text.rfind("Can't move the lines of " + device, 0), 0U) << none->Text;
+  EXPECT_FALSE(lineless.IsOpen());
+  LinesOfItsOwn calls;
   LinuxSerialPort first(queue, calls), second(queue, calls);
   termios before{}, after{};
   tcgetattr(master.Get(), &before);
@@ -265,7 +322,7 @@ TEST(LinuxSerialCallsTest, ARealTtyOpensOnceWithItsSettingsUntouched) {
 }
 
 // The real interruption of a real blocking call, on lines that never change.
-class BlockingWait : public LinuxSerialCalls {
+class BlockingWait : public LinesOfItsOwn {
  public:
   BlockingWait() { EXPECT_EQ(pipe(ends_), 0); }
   ~BlockingWait() override {

@@ -182,6 +182,7 @@ TEST_F(Chain, AMissingPortOrAnUnknownTypeStillLeavesATunableVFO) {
   Serial.FailOpen(Error{2, "none"});
   EXPECT_FALSE(Build(1, InterfaceType::Serial)->VFO()->SetTunedFrequency(70500000));
   ASSERT_EQ(Dialogs.Messages.size(), 1U);
+  EXPECT_EQ(log, std::vector<std::string>{"COM1: none"});
   const auto chain = Build(1, 2);
   EXPECT_FALSE(chain->VFO()->SetTunedFrequency(70500000));
   EXPECT_EQ(chain->VFO()->TunedFrequency(), 70500000);

@@ -85,6 +85,15 @@ MessageAnswer QtDialogs::ShowMessage(const MessageRequest& request) {
   return AnswerOf(box.exec(), request.Buttons);
 }
 
+void QtDialogs::ShowNotice(const MessageRequest& request) {
+  auto* box = new QMessageBox(IconOf(request.Icon), QString::fromStdString(request.Title),
+                              QString::fromStdString(request.Text), QMessageBox::Ok, window_);
+  box->setTextFormat(Qt::PlainText);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->setModal(false);
+  box->show();
+}
+
 std::optional<std::string> QtDialogs::AskText(const std::string& title, const std::string& prompt,
                                               const std::string& suggestion) {
   bool accepted = false;

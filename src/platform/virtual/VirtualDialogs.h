@@ -24,7 +24,7 @@ class VirtualDialogs : public Dialogs {
   std::deque<std::optional<std::string>> TextAnswers, OpenFileAnswers, SaveFileAnswers;
   std::deque<std::optional<std::uint32_t>> ColourAnswers;
 
-  std::vector<MessageRequest> Messages;
+  std::vector<MessageRequest> Messages, Notices;
   std::vector<TextRequest> TextRequests;
   std::vector<FileRequest> OpenFileRequests, SaveFileRequests;
   std::vector<std::uint32_t> ColourRequests;
@@ -33,6 +33,7 @@ class VirtualDialogs : public Dialogs {
   std::function<void()> WhileOpen;
 
   MessageAnswer ShowMessage(const MessageRequest& request) override;
+  void ShowNotice(const MessageRequest& request) override { Notices.push_back(request); }
   std::optional<std::string> AskText(const std::string& title, const std::string& prompt,
                                      const std::string& suggestion) override;
   std::optional<std::string> AskOpenFile(const FileRequest& request) override;

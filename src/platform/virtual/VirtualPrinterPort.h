@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "platform/LineListener.h"
@@ -21,13 +22,17 @@ struct PrinterLevel {
   bool operator==(const PrinterLevel&) const = default;
 };
 
-// One connector that answers at every address; a test looks at PrinterLevel::Address.
+// One connector that answers at every address, until it is made to fail; a test looks at
+// PrinterLevel::Address.
 class VirtualPrinterPort : public PrinterPort {
  public:
   explicit VirtualPrinterPort(VirtualClock& clock) : clock_(clock) {}
 
+  Failure Check(std::uint16_t) override { return failure_; }
   void Write(std::uint16_t address, std::uint8_t value) override;
 
+  // What Check says; empty is a port that is there.
+  void FailCheck(Failure failure) { failure_ = std::move(failure); }
   // Null takes the listener away. It must outlive its time here.
   void SetListener(LineListener* listener) { listener_ = listener; }
   // Time that the clock moves on with each write. 0 at creation.
@@ -41,6 +46,7 @@ class VirtualPrinterPort : public PrinterPort {
  private:
   VirtualClock& clock_;
   LineListener* listener_ = nullptr;
+  Failure failure_;
   bool recording_ = true;
   std::uint8_t value_ = 0;
   std::chrono::microseconds writeTime_{0};

@@ -25,6 +25,25 @@ void VirtualSerialPort::Close() {
   open_ = false;
 }
 
+void VirtualSerialPort::Unplug() {
+  Close();
+  queue_.Post([this] {
+    if (onPresence_) {
+      onPresence_(Error{5, "The serial port " + opened_.back() + " has vanished"});
+    }
+  });
+}
+
+void VirtualSerialPort::Plug() {
+  open_ = true;
+  std::fill(std::begin(lines_), std::end(lines_), false);
+  queue_.Post([this] {
+    if (onPresence_) {
+      onPresence_({});
+    }
+  });
+}
+
 void VirtualSerialPort::SetLine(SerialLine line, bool on) {
   if (!open_) {
     return;

@@ -37,11 +37,17 @@ class VirtualSerialPort : public SerialPort {
   void SetLine(SerialLine line, bool on) override;
   std::optional<std::uint32_t> Status() const override;
   void OnStatusChange(std::function<void()> handler) override { onStatusChange_ = std::move(handler); }
+  void OnPresence(std::function<void(const Failure& vanished)> handler) override {
+    onPresence_ = std::move(handler);
+  }
 
   // Null takes the listener away. It must outlive its time here.
   void SetListener(LineListener* listener) { listener_ = listener; }
   // The next Open calls fail with it; empty lets them succeed again.
   void FailOpen(Failure failure) { openFailure_ = std::move(failure); }
+  // The adapter is pulled out of the open port, and later put back: each is told from the queue.
+  void Unplug();
+  void Plug();
   // ModemStatus bits of the input lines. A change of CTS or DSR on the open port posts one call of the
   // status handler.
   void SetStatus(std::uint32_t bits);
@@ -70,6 +76,7 @@ class VirtualSerialPort : public SerialPort {
   std::chrono::microseconds lineTime_{0};
   Failure openFailure_;
   std::function<void()> onStatusChange_;
+  std::function<void(const Failure&)> onPresence_;
   std::unique_ptr<QueueSignal> statusSignal_;
   std::vector<SerialLevel> levels_;
   std::vector<std::string> opened_;

@@ -1,6 +1,20 @@
 #include "platform/linux/lines/LinuxPrinterPort.h"
 
+#include <array>
+#include <cerrno>
+#include <cstdio>
+
+#include "platform/linux/system/SystemError.h"
+
 namespace quorl {
+
+Failure LinuxPrinterPort::Check(std::uint16_t address) {
+  if (Prepare(address) != Access::None) return std::nullopt;
+  std::array<char, 8> digits{};
+  std::snprintf(digits.data(), digits.size(), "0x%X", unsigned{address});
+  return SystemError("reach the printer port at address " + std::string(digits.data()), EACCES,
+                     "Load the module ppdev, add your user to the group lp and log in again.");
+}
 
 void LinuxPrinterPort::Write(std::uint16_t address, std::uint8_t value) {
   switch (Prepare(address)) {

@@ -19,6 +19,7 @@ class LinuxPrinterPort : public PrinterPort {
   explicit LinuxPrinterPort(PrinterCalls& calls) : calls_(calls) {}
   ~LinuxPrinterPort() override { Leave(); }
 
+  Failure Check(std::uint16_t address) override;
   void Write(std::uint16_t address, std::uint8_t value) override;
   // How `address` is reached, without a write to it.
   Access Prepare(std::uint16_t address);

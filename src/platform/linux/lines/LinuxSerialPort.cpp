@@ -2,11 +2,13 @@
 
 #include <sys/ioctl.h>
 
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 #include "platform/linux/system/SystemError.h"
 
@@ -18,6 +20,7 @@ constexpr std::chrono::milliseconds kPoll{5};
 // Some drivers end a wait with nothing changed, at once and for ever.
 constexpr std::chrono::milliseconds kFruitlessWait{1};
 constexpr std::chrono::milliseconds kInterruptAgain{2};
+constexpr std::chrono::milliseconds kLookAgain{1000};
 
 struct LineBit {
   int Modem;
@@ -66,6 +69,9 @@ class LinuxSerialPort::Watcher {
     thread_.join();
   }
 
+  // The driver doesn't tell its lines any more.
+  bool IsLost() const { return lost_; }
+
  private:
   enum class Seen { Change, NoChange, Lost };
 
@@ -73,7 +79,11 @@ class LinuxSerialPort::Watcher {
     int waited = 1;  // the first wait follows no fruitless one
     while (!Stopped()) {
       const Seen seen = Look();
-      if (seen == Seen::Lost) break;
+      if (seen == Seen::Lost) {
+        lost_ = true;
+        changed_.Raise();
+        break;
+      }
       if (seen == Seen::NoChange && waited <= 0) {
         Pause(waited < 0 ? kPoll : kFruitlessWait);
         Look();
@@ -112,17 +122,16 @@ class LinuxSerialPort::Watcher {
   QueueSignal& changed_;
   std::mutex mutex_;
   std::condition_variable wake_;
+  std::atomic<bool> lost_ = false;
   bool stop_ = false;
   bool done_ = false;
   std::thread thread_;  // last: it uses all of the above
 };
 
 LinuxSerialPort::LinuxSerialPort(EventQueue& queue, SerialCalls& calls)
-    : calls_(calls), changed_(queue.CreateSignal([this] {
-        // A copy: the handler may set another one.
-        const auto handler = onStatusChange_;
-        if (IsOpen() && handler) handler();
-      })) {}
+    : calls_(calls),
+      changed_(queue.CreateSignal([this] { OnSignal(); })),
+      lookAgain_(queue.CreateTimer([this] { LookAgain(); })) {}
 
 LinuxSerialPort::~LinuxSerialPort() {
   Close();
@@ -130,38 +139,90 @@ LinuxSerialPort::~LinuxSerialPort() {
 
 Failure LinuxSerialPort::Open(const std::string& device) {
   Close();
-  const int file = calls_.Open(device);
-  if (file < 0) return OpenError(device, -file);
+  device_ = device;
+  return Take();
+}
+
+Failure LinuxSerialPort::Take() {
+  const int file = calls_.Open(device_);
+  if (file < 0) return OpenError(device_, -file);
   if (const int error = calls_.TakeExclusive(file); error < 0) {
     calls_.Close(file);
-    return OpenError(device, -error);
+    return OpenError(device_, -error);
   }
   file_ = file;
-  SetLine(SerialLine::Break, false);
-  calls_.SetModemBits(file, TIOCM_RTS | TIOCM_DTR, true);
+  if (Failure failure = RestLines()) {
+    Leave();
+    return failure;
+  }
   int bits = 0;
   if (calls_.ModemBits(file, bits) >= 0) watcher_ = std::make_unique<Watcher>(calls_, file, bits, *changed_);
   return std::nullopt;
 }
 
+// A pseudo terminal opens as a port does, but has no lines that a board could hear.
+Failure LinuxSerialPort::RestLines() {
+  int error = calls_.SetBreak(file_, false);
+  if (error >= 0) error = calls_.SetModemBits(file_, TIOCM_RTS | TIOCM_DTR, true);
+  if (error >= 0) return std::nullopt;
+  return SystemError("move the lines of " + device_, -error,
+                     "Choose a serial port that has RTS, DTR and TXD.");
+}
+
 void LinuxSerialPort::Close() {
+  lookAgain_->Stop();
+  untold_ = false;
+  Leave();
+}
+
+void LinuxSerialPort::Leave() {
   if (!IsOpen()) return;
   watcher_.reset();
   calls_.Close(file_);
   file_ = -1;
 }
 
+void LinuxSerialPort::OnSignal() {
+  if (watcher_ && watcher_->IsLost()) Vanish();
+  if (std::exchange(untold_, false) && onPresence_) {
+    const auto handler = onPresence_;
+    handler(Error{ENODEV, "The serial port " + device_ + " has vanished"});
+  }
+  // A copy: the handler may set another one.
+  const auto handler = onStatusChange_;
+  if (IsOpen() && handler) handler();
+}
+
+void LinuxSerialPort::OnLineCall(int result) {
+  if (result == -EIO || result == -ENODEV || result == -ENXIO) Vanish();
+}
+
+// Told from the queue: who moves a line doesn't expect to be called.
+void LinuxSerialPort::Vanish() {
+  Leave();
+  untold_ = true;
+  changed_->Raise();
+  lookAgain_->Start(kLookAgain);
+}
+
+void LinuxSerialPort::LookAgain() {
+  if (Take()) return;
+  lookAgain_->Stop();
+  const auto handler = onPresence_;
+  if (handler) handler(std::nullopt);
+}
+
 void LinuxSerialPort::SetLine(SerialLine line, bool on) {
   if (!IsOpen()) return;
   switch (line) {
     case SerialLine::Rts:
-      calls_.SetModemBits(file_, TIOCM_RTS, on);
+      OnLineCall(calls_.SetModemBits(file_, TIOCM_RTS, on));
       break;
     case SerialLine::Dtr:
-      calls_.SetModemBits(file_, TIOCM_DTR, on);
+      OnLineCall(calls_.SetModemBits(file_, TIOCM_DTR, on));
       break;
     case SerialLine::Break:
-      calls_.SetBreak(file_, on);
+      OnLineCall(calls_.SetBreak(file_, on));
       break;
   }
 }
@@ -178,6 +239,10 @@ std::optional<std::uint32_t> LinuxSerialPort::Status() const {
 
 void LinuxSerialPort::OnStatusChange(std::function<void()> handler) {
   onStatusChange_ = std::move(handler);
+}
+
+void LinuxSerialPort::OnPresence(std::function<void(const Failure& vanished)> handler) {
+  onPresence_ = std::move(handler);
 }
 
 }  // namespace quorl

@@ -143,6 +143,13 @@ std::vector<std::string> RtAudioSoundSystem::PlaybackDeviceNames() {
 bool RtAudioSoundSystem::Choose(const std::vector<std::string>& names, int device, const SoundFormat& format,
                                 Choice& choice, Failure& failure) {
   failure.reset();
+  if (names.empty()) {
+    failure =
+        Error{RtAudioStream::kErrorMissing,
+              "there is no sound device: start the sound server, or add your user to the group audio and "
+              "log in again"};
+    return false;
+  }
   if (device < 1 || device > static_cast<int>(names.size())) {
     failure =
         Error{RtAudioStream::kErrorMissing, "there is no sound device number " + std::to_string(device)};

@@ -4,9 +4,13 @@
 
 namespace quorl {
 
-MessageAnswer TerminalDialogs::ShowMessage(const MessageRequest& request) {
+void TerminalDialogs::ShowNotice(const MessageRequest& request) {
   if (!request.Title.empty()) output_ << request.Title << ": ";
   output_ << request.Text << std::endl;
+}
+
+MessageAnswer TerminalDialogs::ShowMessage(const MessageRequest& request) {
+  ShowNotice(request);
   switch (request.Buttons) {
     case MessageButtons::Ok:
       return MessageAnswer::Ok;

@@ -14,6 +14,7 @@ class TerminalDialogs : public Dialogs {
   explicit TerminalDialogs(std::ostream& output) : output_(output) {}
 
   MessageAnswer ShowMessage(const MessageRequest& request) override;
+  void ShowNotice(const MessageRequest& request) override;
   std::optional<std::string> AskText(const std::string& title, const std::string& prompt,
                                      const std::string& suggestion) override;
   std::optional<std::string> AskOpenFile(const FileRequest& request) override;
