@@ -1,6 +1,7 @@
 #include "Program.h"
 
 #include <QApplication>
+#include <QScreen>
 #include <QTimer>
 #include <cstdio>
 #include <functional>
@@ -103,6 +104,7 @@ class Program {
       Close();
       return true;
     };
+    events.Sized = [this](int width, int height) { frame_->NoteWindowSize(width, height); };
     // A script's keys wait for the tuning timer, seen or not.
     if (options_.Script.empty()) events.Seen = [this](bool seen) { frame_->SetSeen(seen); };
     window_ = std::make_unique<PanelWindow>(frame_->Controls(), events);
@@ -112,12 +114,21 @@ class Program {
     frame_->OnCaption = [this](bool shown) { window_->ShowCaption(shown); };
     window_->ShowCaption(!frame_->CaptionRemoved());  // the power may have come on with the start
     personalBoxes_.SetWindow(window_.get());
+    RestoreWindowSize();
     window_->show();
     frame_->Radio().OnHousekept = [this](double microseconds) { report_.NoteHousekeeping(microseconds); };
     frame_->Radio().OnAudio = [this](const std::int16_t* block, std::int32_t attenuation) {
       report_.NoteBlock(frame_->Radio().Radio.Pump.PumpMicroseconds);
       if (file_) file_->Take(block, attenuation);
     };
+  }
+
+  void RestoreWindowSize() {
+    QSize size(frame_->WindowWidth(), frame_->WindowHeight());
+    if (size.isEmpty()) return;
+    // The screen may be another one by now. A script's pictures are as large as it wants them.
+    if (options_.Script.empty()) size = size.boundedTo(window_->screen()->availableSize());
+    window_->resize(size);
   }
 
   int WaitForClose() {

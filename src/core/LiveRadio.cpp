@@ -6,7 +6,8 @@ namespace quorl {
 
 namespace {
 
-constexpr int kHousekeepingDelay = 3;  // ms after a block has left: in the gap before the next one
+constexpr std::int32_t kSilence = -10000;  // hundredths of a decibel
+constexpr int kHousekeepingDelay = 3;      // ms after a block has left: in the gap before the next one
 
 }  // namespace
 
@@ -83,8 +84,14 @@ void LiveRadio::SoundCard_DataOut(std::int16_t*, std::int32_t, std::int32_t) {
 }
 
 void LiveRadio::SetOutputAttenuation(std::int32_t hundredthsOfDecibel) {
-  attenuation_ = hundredthsOfDecibel;
-  if (soundCard_) soundCard_->SetOutputAttenuation(hundredthsOfDecibel);
+  volume_ = hundredthsOfDecibel;
+  attenuation_ = muted_ ? kSilence : volume_;
+  if (soundCard_) soundCard_->SetOutputAttenuation(attenuation_);
+}
+
+void LiveRadio::SetMuted(bool muted) {
+  muted_ = muted;
+  SetOutputAttenuation(volume_);
 }
 
 void LiveRadio::Output(const std::int16_t* left, const std::int16_t* right) {

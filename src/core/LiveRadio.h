@@ -42,6 +42,9 @@ class LiveRadio final : public SoundEvents, public SoundOutput {
   Failure Start();
   void Stop();
 
+  // Silences the loudspeaker whatever the volume; what is recorded goes on.
+  void SetMuted(bool muted);
+
   QUORLDX8& SoundCard() { return *soundCard_; }
   bool HasSoundCard() const { return soundCard_ != nullptr; }
   TuningChain& Tuning() { return *tuning_; }
@@ -69,7 +72,9 @@ class LiveRadio final : public SoundEvents, public SoundOutput {
   std::unique_ptr<QUORLDX8> soundCard_;
   std::unique_ptr<frmDX8Events> soundEvents_;
   std::unique_ptr<TuningChain> tuning_;
+  std::int32_t volume_ = 0;  // what the receiver wants, and what is in force
   std::int32_t attenuation_ = 0;
+  bool muted_ = false;
   bool inPerfStats_ = false;
 };
 

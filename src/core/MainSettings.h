@@ -29,6 +29,8 @@ struct MainOptions {
   bool AutoTrackPresets = true, FormCaptionOffOnPwrOn = false, AutoStartSDR = false;
   std::int32_t IFType = 0;                             // InterfaceType
   float AGCAttack = 0.0F, AGCDecay = 0.0F, NB = 0.0F;  // control values
+  std::int32_t LastOutputVolume = 0;                   // the volume control, to start with
+  std::int32_t WindowWidth = 0, WindowHeight = 0;      // pixels; 0 for the first start
   std::int32_t LastTunedFrequency = 0, OutputVolume = 0, NotchCentre = 0, NotchWidth = 0;
 };
 

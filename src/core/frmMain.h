@@ -62,6 +62,10 @@ class frmMain {
   void optPwr_Click(int index);
   // Whether anybody can see the panel. Unseen, its digits and its scope follow the radio at their leisure.
   void SetSeen(bool seen);
+  // The window's size, in pixels, to be kept for the next start; and the last start's, 0 for none.
+  void NoteWindowSize(std::int32_t width, std::int32_t height);
+  std::int32_t WindowWidth() const { return stored_.WindowWidth; }
+  std::int32_t WindowHeight() const { return stored_.WindowHeight; }
   void RestoreSettings();
   void SaveSettings();
 
@@ -91,6 +95,7 @@ class frmMain {
   void CreateReceptionPanels();
   void CreateTuningRoad();
   void ApplySettings();
+  void RestoreVolume();
   void InitialiseSoundCard();
   void ChooseDevices();
   void ConnectHousekeeping();

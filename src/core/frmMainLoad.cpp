@@ -1,4 +1,5 @@
 // The second half of the start: every object, control and setting of the panel, step by step.
+#include <algorithm>
 #include <exception>
 
 #include "core/frmMain.h"
@@ -14,6 +15,8 @@ constexpr const char* kLoad = "Form_Load";
 
 constexpr int kTuneInterval = 50, kUnseenTuneInterval = 500, kVFOUpdateInterval = 1000, kShaftInterval = 30,
               kClockInterval = 500;
+
+constexpr int kMuteKey = 'M';
 
 constexpr int kExtendedSize = 0, kStandardSize = 1, kCompactSize = 2, kFullSize = 3;
 
@@ -106,7 +109,7 @@ void frmMain::LoadSteps() {
   InitialiseSoundCard();
   ApplySettings();
   step(":Set OutputLevel Attenuator to PublicVars.OutputAttenuation");
-  volume_->lblOutVol_Wheel();
+  RestoreVolume();
   filter_->ShowDefaults();
   step(":Call modWheelMouse.init");
   step(":Set up default values in the AGC delayline");
@@ -156,7 +159,9 @@ void frmMain::CreateForm() {
 
 void frmMain::Form_KeyDown(const Key& key) {
   if (tuning_->TuneByKey(key)) return;
-  if (tuning_->cboTuningSteps.Visible()) {
+  if (key.Code == kMuteKey && !key.With.Ctrl && !key.With.Alt) {
+    volume_->chkMute.UserClick();
+  } else if (tuning_->cboTuningSteps.Visible()) {
     Raise(tuning_->cboTuningSteps.KeyDown, key);
   } else if (scrollables_->ActiveCtl() == CtlIndex::Frequency) {
     Raise(tuning_->picFreqDisp.KeyDown, key);
@@ -195,6 +200,7 @@ void frmMain::CreateReceptionPanels() {
   nb_ = std::make_unique<NBPanel>(context);
   agc_ = std::make_unique<AGCPanel>(context, receiver.Agc);
   volume_ = std::make_unique<VolumePanel>(context, receiver.Agc);
+  volume_->OnMute = [this](bool muted) { radio_->SetMuted(muted); };
   bfo_ = std::make_unique<BFOPanel>(context);
   stats_ = std::make_unique<StatsPanel>(registry_, receiver.Vars, receiver.Pump.Statistics);
   smeter_ = std::make_unique<SMeterPanel>(registry_, receiver.Vars);
@@ -261,6 +267,12 @@ void frmMain::ApplySettings() {
   tuning_->chkTuneLo_Click();
   stats_->chkPerfStatsOn.SetValue(stored_.PerfStatsOn != 0);
   stats_->chkPerfStatsOn_Click();
+}
+
+void frmMain::RestoreVolume() {
+  const ScrollableControl& control = (*scrollables_)(CtlIndex::OutVol);
+  scrollables_->SetValue(CtlIndex::OutVol, std::clamp(static_cast<float>(stored_.LastOutputVolume),
+                                                      control.MinValue, control.MaxValue));
 }
 
 void frmMain::ConnectHousekeeping() {

@@ -46,6 +46,9 @@ std::vector<StoredSetting> frmMain::SettingsTable() {
       {"AutoTrackPresets", true, &o.AutoTrackPresets},
       {"FormCaptionOffOnPwrOn", true, &o.FormCaptionOffOnPwrOn},
       {"AutoStartSDR", true, &o.AutoStartSDR},
+      {"LastOutputVolume", true, &o.LastOutputVolume},
+      {"WindowWidth", true, &o.WindowWidth},
+      {"WindowHeight", true, &o.WindowHeight},
   };
   for (const ColourSetting& colour : kColourSettings)
     table.push_back({colour.Key, true, &(scheme_.*colour.Field)});
@@ -111,7 +114,7 @@ void frmMain::CollectSettings() {
   stored_.NotchCentre = RoundHalfEven(values(CtlIndex::NotchC).Value);
   stored_.NotchWidth = RoundHalfEven(values(CtlIndex::NotchW).Value);
   stored_.NB = values(CtlIndex::NB).Value;
-  stored_.OutputVolume = RoundHalfEven(values(CtlIndex::OutVol).Value);
+  stored_.OutputVolume = stored_.LastOutputVolume = RoundHalfEven(values(CtlIndex::OutVol).Value);
   if (const clsVFO* vfo = radio_->VFO()) {
     stored_.LastTunedFrequency = vfo->TunedFrequency();
     stored_.AutoDDSRefresh = vfo->AutoUpdate;
@@ -131,6 +134,11 @@ void frmMain::CollectSettings() {
            stored_.CurrentPlaybackDeviceName);
   card.GetCapDeviceNames(names);
   remember(names, card.CurrentCaptureDevice, stored_.CurrentCaptureDevice, stored_.CurrentCaptureDeviceName);
+}
+
+void frmMain::NoteWindowSize(std::int32_t width, std::int32_t height) {
+  stored_.WindowWidth = width;
+  stored_.WindowHeight = height;
 }
 
 void frmMain::SaveSettings() {

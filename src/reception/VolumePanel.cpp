@@ -13,24 +13,45 @@ VolumePanel::VolumePanel(const PanelContext& context, AGC& agc)
       dialOutVol(context.Registry, "dialOutVol"),
       sldOutVolume(context.Registry, "sldOutVolume"),
       lblOutVol(context.Registry, "lblOutVol"),
+      chkMute(context.Registry, "chkMute"),
       context_(context),
       agc_(agc) {
   frAFOut.Caption = "Volume";
   context_.Colours.Add(frAFOut);
   context_.Scrollables.Bind(CtlIndex::OutVol, lblOutVol, [this] { lblOutVol_Wheel(); });
+  gestures_ = lblOutVol.ToolTip;
   const ScrollableControl& control = context_.Scrollables(CtlIndex::OutVol);
   dialOutVol.Min = sldOutVolume.Min = static_cast<int>(control.MinValue);
   dialOutVol.Max = sldOutVolume.Max = static_cast<int>(control.MaxValue);
   dialOutVol.Bounded = true;
-  dialOutVol.ToolTip = sldOutVolume.ToolTip = "Volume";
+  dialOutVol.AccessibleName = sldOutVolume.AccessibleName = "Volume";
+  chkMute.AccessibleName = "Mute";
+  BindToggle(chkMute, [this] { chkMute_Click(); });
+  chkMute_Click();
   dialOutVol.Change = [this] { dialOutVol_Change(); };
   sldOutVolume.Change = [this] { sldOutVolume_Scroll(); };
   lblOutVol_Wheel();
 }
 
+void VolumePanel::chkMute_Click() {
+  const bool muted = chkMute.Value();
+  chkMute.ToolTip = muted ? "Muted: click or M to hear again" : "Mute: click or M";
+  lblOutVol.Faded = dialOutVol.Faded = sldOutVolume.Faded = muted;
+  if (OnMute) OnMute(muted);
+}
+
+std::string VolumePanel::Effect() const {
+  const float applied = context_.Vars.OutputAttenuation;
+  if (applied < 0.0F) return "Audio turned down by " + FormatPicture(-applied / 100.0, "0.0") + " dB";
+  if (applied == 0.0F) return "Audio as it comes";
+  return "Audio turned up by " + FormatPicture(Decibels(applied), "0.0") +
+         " dB, as far as the limiter lets it";
+}
+
 void VolumePanel::lblOutVol_Wheel() {
   if (moving_) return;
   ScopedFlag guard(moving_);
+  chkMute.SetValue(false);
   const ScrollableControl& control = context_.Scrollables(CtlIndex::OutVol);
   const float value = control.Value;
   agc_.SetVolume(value);
@@ -42,6 +63,8 @@ void VolumePanel::lblOutVol_Wheel() {
   } else if (value >= -1.0F) {
     lblOutVol.Caption = FormatPicture(0.0, control.Format);
   }
+  dialOutVol.ToolTip = sldOutVolume.ToolTip = Effect();
+  lblOutVol.ToolTip = Effect() + "\n" + gestures_;
   const int whole = WholeValue(context_.Scrollables, CtlIndex::OutVol);
   dialOutVol.SetValue(whole);
   sldOutVolume.SetValue(whole);

@@ -1,5 +1,8 @@
-// The output level: attenuation in the sound card below the middle, gain in software above.
+// The output level: attenuation in the sound card below the middle, gain in software above; and mute.
 #pragma once
+
+#include <functional>
+#include <string>
 
 #include "dsp/chain/AGC.h"
 #include "reception/PanelContext.h"
@@ -13,17 +16,23 @@ class VolumePanel {
   Frame frAFOut;
   Dial dialOutVol;
   Slider sldOutVolume;
-  Label lblOutVol;  // decibels
+  Label lblOutVol;   // decibels of the control's scale; the tool tip tells those that are applied
+  CheckBox chkMute;  // ends where the volume is turned
 
+  std::function<void(bool muted)> OnMute;
+
+  void chkMute_Click();
   void lblOutVol_Wheel();
   void dialOutVol_Change();
   void sldOutVolume_Scroll();
 
  private:
   void TakeVolume(int value);
+  std::string Effect() const;
 
   PanelContext context_;
   AGC& agc_;
+  std::string gestures_;
   bool moving_ = false;  // slider and dial are being moved by code
 };
 

@@ -194,6 +194,27 @@ TEST_F(FrmMainRadio, AGCLevelsAndTheVolumeActsOnTheCard) {
   EXPECT_EQ(rig.Vars().AGCMode, AGCPreset::Slow);
 }
 
+TEST_F(FrmMainRadio, MuteSilencesTheCardUntilTheVolumeIsTurned) {
+  rig.Set("sldOutVolume", "-2000");
+  const auto hears = [this](std::int32_t attenuation) {
+    rig.Run(0.2);
+    EXPECT_EQ(rig.Attenuation, attenuation);
+    EXPECT_EQ(rig.Frame().Radio().SoundCard().OutputAttenuation(), attenuation / 100);
+  };
+  hears(-2000);
+  rig.Click("chkMute");
+  hears(-10000);
+  EXPECT_EQ(rig.Text("lblOutVol"), "-26.0");
+  EXPECT_TRUE(rig.At("lblOutVol").Faded());
+  rig.At("frmMain").KeyDown(Key{'M', {}});
+  hears(-2000);
+  rig.At("frmMain").KeyDown(Key{'M', {}});
+  hears(-10000);
+  rig.Wheel("lblOutVol", 2);
+  EXPECT_EQ(rig.Text("chkMute"), "0");
+  hears(-1900);
+}
+
 TEST_F(FrmMainRadio, TheBlankerCutsAtItsThreshold) {
   const double before = rig.Tone(1300.0);
   rig.Click("chkNB");

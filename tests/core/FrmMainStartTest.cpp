@@ -280,14 +280,18 @@ TEST(FrmMainEnd, AFullDiskIsTold) {
 TEST(FrmMainEnd, WhatTheTableReadsBackIsThereAgain) {
   FrameRig rig(
       "[frmMain]\nSDRTuningColour=1193046\nMouseOverS.HiLiteBorder=True\nDRM.PathToDream=/opt/dream\n"
-      "KBDSupport=True\nNoiseFloor=loud\nShaftAutoRate=nonsense\n");
+      "KBDSupport=True\nNoiseFloor=loud\nShaftAutoRate=nonsense\nLastOutputVolume=99999\n");
   ASSERT_TRUE(rig.Start());
   EXPECT_EQ(rig.Text("picSmeter"), "Meter Backoff=20.00 dB");  // a broken value is no value
+  EXPECT_EQ(rig.Text("sldOutVolume"), "8000");
   EXPECT_EQ(rig.At("lblBFO").ForeColour(), 1193046U);
   rig.Set("chkTuneLo", "1");
   rig.Wheel("lbl7Seg(6)", 3);
   rig.Click("optDisplaySize(3)");
   rig.Set("chkPerfStatsOn", "1");
+  rig.Set("sldOutVolume", "-1500");
+  rig.Click("chkMute");
+  rig.Frame().NoteWindowSize(1200, 760);
   rig.Click("cmdCalibrateSMeter");
   rig.Click("optPwr(0)");
   rig.Run(3.0);
@@ -310,6 +314,11 @@ TEST(FrmMainEnd, WhatTheTableReadsBackIsThereAgain) {
   EXPECT_EQ(rig.Text("chkPerfStatsOn"), "1");
   EXPECT_TRUE(rig.Vars().PerfStatsOn);
   EXPECT_EQ(rig.Text("picSmeter"), floor);
+  EXPECT_EQ(rig.Text("sldOutVolume"), "-1500");
+  EXPECT_EQ(rig.Vars().OutputAttenuation, -1500.0F);
+  EXPECT_EQ(rig.Text("chkMute"), "0");
+  EXPECT_EQ(rig.Frame().WindowWidth(), 1200);
+  EXPECT_EQ(rig.Frame().WindowHeight(), 760);
   EXPECT_EQ(rig.Frame().Radio().SoundCard().CurrentPlaybackDevice, 2);
   EXPECT_TRUE(rig.VFO().AutoUpdate);
   EXPECT_EQ(rig.At("lblBFO").ForeColour(), 1193046U);

@@ -73,6 +73,7 @@ class DemoPanel {
                                        {"chkNotchType", "IF"},
                                        {"chkNotchMirror", "Mirror"},
                                        {"chkNB", "On"},
+                                       {"chkMute", ""},
                                        {"chkAGC", "On"},
                                        {"chkTuneLo", "Low Side LO"},
                                        {"chkSpectrumAnalyser", "Analyser"},

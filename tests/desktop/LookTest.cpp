@@ -76,6 +76,35 @@ TEST_F(LookTest, WordsThatAreSwitchedOffCanStillBeReadAndDoNotShine) {
   }
 }
 
+TEST_F(LookTest, RedIsKeptForTheChosenDigitAndForFaults) {
+  const auto redPixels = [](const QImage& image) {
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) count += skin::IsAlarm(image.pixelColor(x, y)) ? 1 : 0;
+    }
+    return count;
+  };
+  for (const char* name : {"lblBFO", "lblTuningRate", "lblNotchC"}) {
+    panel.Get<Label>(name).ForeColour = 0x0000FFU;
+    const std::unique_ptr<LabelView> value(bind.Value(name, "-00000"));
+    EXPECT_EQ(redPixels(PictureOf(*value)), 0) << name;
+  }
+  panel.Get<Label>("lblStatsVal(0)").ForeColour = 0x0000FFU;
+  const std::unique_ptr<LabelView> overload(bind.Reading("lblStatsVal(0)", "00,000"));
+  EXPECT_GT(redPixels(PictureOf(*overload)), 100);
+  panel.Group("optPwr").Press(1);
+  const std::vector<FaceView*> power = bind.Options("optPwr", 3);
+  for (const std::unique_ptr<FaceView> view(power[1]); const Colour off : {0x0000FFU, 0x0000C0U}) {
+    panel.Group("optPwr")(1).BackColour = off;
+    EXPECT_EQ(redPixels(PictureOf(*view)), 0);
+  }
+  delete power[0];
+  delete power[2];
+  panel.ShowSignal(28);
+  const std::unique_ptr<SMeterView> meter(bind.SMeter("picSmeter", "shpSMeterGrid", 28, "lblSMeter"));
+  EXPECT_EQ(redPixels(PictureOf(*meter)), 0);
+}
+
 TEST_F(LookTest, TitlesCanBeReadInAnyColourOfTheFrame) {
   for (const Colour ink : {0x8A7F6BU, 0x303030U, 0x0000C0U, 0xFF0000U}) {
     panel.Get<Frame>("frNotch").ForeColour = ink;

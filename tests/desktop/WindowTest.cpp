@@ -4,6 +4,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QLayout>
+#include <QLineEdit>
 #include <QPixmap>
 #include <QTest>
 #include <set>
@@ -42,7 +43,13 @@ class WindowTest : public DesktopTest {
 
   DemoPanel panel;
   std::vector<bool> seen;
-  PanelWindow window{panel.Registry, {.Seen = [this](bool is) { seen.push_back(is); }}};
+  std::vector<QSize> sizes;
+  PanelWindow window{panel.Registry,
+                     {.Seen = [this](bool is) { seen.push_back(is); },
+                      .Sized =
+                          [this](int width, int height) {
+                            sizes.push_back({width, height});
+                          }}};
 };
 
 TEST_F(WindowTest, AScreenReaderReadsDigitsAndMeter) {
@@ -71,7 +78,7 @@ TEST_F(WindowTest, AScreenReaderWorksTheControls) {
   label.KeyDown = [&](Key key) { up += key.Code == Key::Up ? 1 : 0; };
   EXPECT_EQ(Access("lblNotchC").role(), QAccessible::SpinBox);
   EXPECT_EQ(Spoken("lblNotchC", QAccessible::Name), "Notch centre, hertz");
-  EXPECT_EQ(Spoken("lblNotchC", QAccessible::Value), "1000");
+  EXPECT_EQ(Spoken("lblNotchC", QAccessible::Value), "1000 Hz");
   EXPECT_EQ(Spoken("lblOutVol", QAccessible::Value), "2.3 dB");
   Access("lblNotchC").actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
   EXPECT_EQ(up, 1);
@@ -184,25 +191,65 @@ TEST_F(WindowTest, ManyChangesAreOneRefresh) {
 TEST_F(WindowTest, TheFourSizesFitTheirLeastHeight) {
   window.resize(1024, 700);
   window.show();
-  const QWidget* column = window.findChild<QWidget*>("optMode(0)");
+  const QWidget* column = window.findChild<QWidget*>("optFilter(0)");
   const QWidget* setup = window.findChild<QWidget*>("chkPerfStatsOn");
   struct Expected {
     bool Column, Setup;
     int Height;
   };
   constexpr Expected kSizes[] = {
-      {false, true, 700}, {true, false, 700}, {false, false, 144}, {true, true, 700}};
+      {false, true, 700}, {true, false, 700}, {false, false, 192}, {true, true, 700}};
   for (int i = 0; i < 4; ++i) {
     panel.Group("optDisplaySize").Press(i);
     window.Clock().Flush();
     Settle();
     EXPECT_EQ(column->isVisible(), kSizes[i].Column) << i;
     EXPECT_EQ(setup->isVisible(), kSizes[i].Setup) << i;
+    for (const char* name : {"optMode(0)", "sldOutVolume", "chkMute"}) {
+      EXPECT_TRUE(window.findChild<QWidget*>(name)->isVisible()) << name;
+    }
     EXPECT_EQ(window.height(), kSizes[i].Height) << i;
     EXPECT_EQ(window.width(), 1024) << i;
     EXPECT_LE(window.layout()->minimumSize().height(), window.height()) << "cut off in size " << i;
     EXPECT_LE(window.layout()->minimumSize().width(), window.width()) << "cut off in size " << i;
   }
+}
+
+TEST_F(WindowTest, ASizeThatAHandChoseIsToldAndTheSlidersGainFromIt) {
+  const QWidget* slider = window.findChild<QWidget*>("sldNotch");
+  window.resize(1024, 700);
+  EXPECT_TRUE(sizes.empty()) << "not seen yet";
+  window.show();
+  Settle();
+  sizes.clear();
+  const int narrow = slider->width();
+  EXPECT_LT(6000.0 / narrow, 60.0) << "hertz a pixel";
+  window.resize(1900, 760);
+  Settle();
+  EXPECT_GT(slider->width(), narrow * 3 / 2);
+  EXPECT_EQ(sizes.back(), QSize(1900, 760));
+  panel.Group("optDisplaySize").Press(2);
+  window.Clock().Flush();
+  window.resize(1100, window.height());
+  Settle();
+  EXPECT_EQ(sizes.back(), QSize(1100, 760)) << "the height of the sizes that can be chosen";
+}
+
+TEST_F(WindowTest, MMutesWhereverTheKeyboardIsButForWhereOneTypes) {
+  Picture form(panel.Registry, "frmMain");
+  int muted = 0;
+  form.KeyDown = [&](const Key& key) { muted += key.Code == 'M' && !key.With.Ctrl ? 1 : 0; };
+  PanelWindow own(panel.Registry, {});
+  own.show();
+  for (const char* name : {"picFreqDisp", "lblNotchC", "optMode(1)", "sldNB"}) {
+    QTest::keyClick(own.findChild<QWidget*>(name), Qt::Key_M);
+  }
+  EXPECT_EQ(muted, 4);
+  QTest::keyClick(own.findChild<QWidget*>("sldNB"), Qt::Key_M, Qt::ControlModifier);
+  QLineEdit line(&own);
+  QTest::keyClick(&line, Qt::Key_M);
+  EXPECT_EQ(line.text(), "m");
+  EXPECT_EQ(muted, 4);
 }
 
 TEST_F(WindowTest, NothingMovesWhenAValueChanges) {

@@ -92,13 +92,22 @@ TEST_F(LevelPanelsTest, VolumeIsAttenuationBelowTheMiddleAndGainAbove) {
     int value;
     float attenuation;
     const char* text;
+    const char* effect;
   };
-  for (const Case& c : {Case{8000, 9.0F, "+19.1"}, Case{1000, 2.0F, "+6.0"}, Case{1, 0.0F, "0.0"},
-                        Case{-10000, -10000.0F, "-40.0"}, Case{-50, -10000.0F, "-40.0"},
-                        Case{-1, 0.0F, "0.0"}, Case{-51, -51.0F, "-5.8"}, Case{-2, -51.0F, "-5.8"}}) {
+  constexpr char kPlain[] = "Audio as it comes";
+  for (const Case& c :
+       {Case{8000, 9.0F, "+19.1", "Audio turned up by 19.1 dB, as far as the limiter lets it"},
+        Case{1000, 2.0F, "+6.0", "Audio turned up by 6.0 dB, as far as the limiter lets it"},
+        Case{1, 0.0F, "0.0", kPlain}, Case{-1000, -1000.0F, "-20.0", "Audio turned down by 10.0 dB"},
+        Case{-10000, -10000.0F, "-40.0", "Audio turned down by 100.0 dB"},
+        Case{-50, -10000.0F, "-40.0", "Audio turned down by 100.0 dB"}, Case{-1, 0.0F, "0.0", kPlain},
+        Case{-51, -51.0F, "-5.8", "Audio turned down by 0.5 dB"},
+        Case{-2, -51.0F, "-5.8", "Audio turned down by 0.5 dB"}}) {
     Set("sldOutVolume", std::to_string(c.value));
     EXPECT_FLOAT_EQ(vars.OutputAttenuation, c.attenuation) << c.value;
     EXPECT_EQ(Text("lblOutVol"), c.text) << c.value;
+    EXPECT_EQ(At("dialOutVol").ToolTip(), c.effect) << c.value;
+    EXPECT_EQ(At("lblOutVol").ToolTip().find(c.effect), 0U) << c.value;
     EXPECT_EQ(Text("dialOutVol"), std::to_string(c.value));
   }
   Set("dialOutVol", "0");

@@ -20,6 +20,11 @@ FaceView* Binder::Toggle(const std::string& name) {
   return control ? new FaceView(clock_, *control) : nullptr;
 }
 
+FaceView* Binder::Loudspeaker(const std::string& name) {
+  auto* control = Find<CheckBox>(name);
+  return control ? new LoudspeakerView(clock_, *control) : nullptr;
+}
+
 std::vector<FaceView*> Binder::Options(const std::string& name, int count) {
   std::vector<FaceView*> views;
   for (int i = 0; i < count; ++i) {

@@ -14,6 +14,7 @@
 #include "desktop/views/FrequencyView.h"
 #include "desktop/views/KnobView.h"
 #include "desktop/views/LabelView.h"
+#include "desktop/views/LoudspeakerView.h"
 #include "desktop/views/RefreshClock.h"
 #include "desktop/views/SMeterView.h"
 #include "desktop/views/SliderView.h"
@@ -30,6 +31,7 @@ class Binder {
 
   FaceView* Button(const std::string& name);
   FaceView* Toggle(const std::string& name);
+  FaceView* Loudspeaker(const std::string& name);
   // name(0) .. name(count-1), of which some may be missing.
   std::vector<FaceView*> Options(const std::string& name, int count);
   LabelView* Word(const std::string& name, const QString& widest = {}, int pixels = 0);

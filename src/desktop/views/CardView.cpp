@@ -13,13 +13,17 @@ constexpr int kTitleHeight = 20, kPadding = 12;
 }  // namespace
 
 CardView::CardView(RefreshClock& clock, Frame& frame, const QString& title, Title shown)
-    : View(clock, frame), frame_(frame), title_(title), rows_(new QVBoxLayout(this)) {
+    : View(clock, frame), frame_(frame), title_(title), shown_(shown), rows_(new QVBoxLayout(this)) {
   rows_->setContentsMargins(kPadding, skin::kGrid, kPadding, skin::kGrid);
   rows_->setSpacing(4);
   rows_->addStretch(1);
   SetSizes(QSizePolicy::Preferred, QSizePolicy::Preferred, false);
   TakeColours();
-  if (shown == Title::None) return;
+  if (shown == Title::Beside) {
+    const int width = skin::TextWidth(skin::TitleFont(), TitleText().toUpper());
+    rows_->setContentsMargins(kPadding + width + kPadding, skin::kGrid, kPadding, skin::kGrid);
+  }
+  if (shown != Title::Shown) return;
   titleRow_ = new QHBoxLayout;
   titleRow_->setSpacing(4);
   // A row without a widget would be left out, with its height and its spacing.
@@ -70,10 +74,11 @@ void CardView::paintEvent(QPaintEvent*) {
   painter.setPen(QPen(edge_, 1));
   painter.setBrush(ground_);
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 6, 6);
-  if (!titleRow_) return;
+  if (shown_ == Title::None) return;
   painter.setFont(skin::TitleFont());
   painter.setPen(ink_);
-  painter.drawText(QRect(kPadding, skin::kGrid, width() - 2 * kPadding, kTitleHeight),
+  const int high = shown_ == Title::Beside ? height() - 2 * skin::kGrid : kTitleHeight;
+  painter.drawText(QRect(kPadding, skin::kGrid, width() - 2 * kPadding, high),
                    Qt::AlignLeft | Qt::AlignVCenter, TitleText().toUpper());
 }
 

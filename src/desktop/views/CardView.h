@@ -11,7 +11,7 @@ namespace quorl {
 // Title and edge take the frame's colour, so that the card under the pointer shows in the focus colour.
 class CardView : public View {
  public:
-  enum class Title { Shown, None };
+  enum class Title { Shown, Beside, None };  // beside: left of the only row
 
   // `title` stands where the frame has no caption.
   CardView(RefreshClock& clock, Frame& frame, const QString& title, Title shown = Title::Shown);
@@ -35,6 +35,7 @@ class CardView : public View {
 
   Frame& frame_;
   QString title_;
+  Title shown_;
   QColor ground_, edge_, ink_;
   QVBoxLayout* rows_;
   QHBoxLayout* titleRow_ = nullptr;

@@ -73,7 +73,8 @@ bool FaceView::OnKey(int code, Modifiers) {
 
 FaceView::Look FaceView::LookOf(bool on) const {
   const Colour own = Shown().BackColour() != 0 ? Shown().BackColour() : Shown().ForeColour();
-  const QColor hue = skin::ColourOf(own != 0 ? own : on ? skin::kSelected : skin::kUnselected);
+  QColor hue = skin::ColourOf(own != 0 ? own : on ? skin::kSelected : skin::kUnselected);
+  if (skin::IsAlarm(hue)) hue = QColor(skin::kNeutral);
   if (LooksOff()) {
     const QColor face = skin::Mixed(QColor(skin::kCard), hue, on ? 0.2 : 0.02);
     const QColor edge = skin::Mixed(QColor(skin::kCard), hue, on ? 0.4 : 0.2);

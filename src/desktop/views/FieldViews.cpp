@@ -81,7 +81,7 @@ bool SymbolView::OnKey(int code, Modifiers) {
 void SymbolView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  const QColor ink = skin::ColourOf(picture_.ForeColour(), skin::kOver);
+  const QColor ink = skin::ColourOf(picture_.ForeColour(), skin::kAccent);
   const QPointF middle = QRectF(rect()).center();
   if (symbol_ == Symbol::None) {
     painter.setFont(skin::WordFont());

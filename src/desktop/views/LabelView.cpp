@@ -49,6 +49,14 @@ QSize LabelView::sizeHint() const {
   return {skin::TextWidth(Font(), text) + unit + margin, pixels_ + 5};
 }
 
+QColor LabelView::Ink() const {
+  const QRgb plain = style_ == LabelStyle::Word ? skin::kQuietInk : skin::kInk;
+  const QColor ink = skin::ColourOf(label_.ForeColour(), plain);
+  // A number that a hand may turn is no fault.
+  if (style_ != LabelStyle::Value || !skin::IsAlarm(ink)) return ink;
+  return QColor(IsHovered() || hasFocus() ? skin::kAccent : plain);
+}
+
 bool LabelView::OnKey(int code, Modifiers) {
   if ((code != Key::Space && code != 13) || !label_.Click) return false;
   Press();
@@ -61,8 +69,7 @@ void LabelView::paintEvent(QPaintEvent*) {
   const auto shown = [this](const QColor& ink) {
     return LooksOff() ? skin::SwitchedOff(ink, QColor(skin::kCard)) : ink;
   };
-  const QColor ink =
-      shown(skin::ColourOf(label_.ForeColour(), style_ == LabelStyle::Word ? skin::kQuietInk : skin::kInk));
+  const QColor ink = shown(Ink());
   const int margin = style_ == LabelStyle::Value ? kValueMargin : 0;
   if (label_.Border()) {
     painter.setPen(QPen(ink, 1));

@@ -33,6 +33,7 @@ class LabelView : public View {
 
  private:
   QFont Font() const;
+  QColor Ink() const;
 
   Label& label_;
   LabelStyle style_;

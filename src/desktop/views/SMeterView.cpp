@@ -56,7 +56,6 @@ std::vector<SMeterView::Mark> SMeterView::Marks() const {
   std::vector<Mark> marks;
   const auto add = [&](std::size_t i) {
     const QString caption = CaptionOf(i);
-    if (caption.isEmpty()) return;
     const double middle = pitch * (static_cast<double>(i) + 0.5) - 1;  // less half a gap
     const double wide = skin::TextWidth(font, caption) + kMarkGap;
     const QRectF place(middle - wide / 2, kScale + 8, wide, 14);
@@ -65,10 +64,19 @@ std::vector<SMeterView::Mark> SMeterView::Marks() const {
     if (free && place.left() >= -kMarkGap && place.right() <= width() + kMarkGap)
       marks.push_back({static_cast<int>(i), place});
   };
-  constexpr std::size_t kS9 = kS9Decibels / kDecibelsPerElement;
-  if (kS9 < elements_.size()) add(kS9);
+  std::vector<std::size_t> captioned;
+  std::size_t s9 = 0;
   for (std::size_t i = 0; i < elements_.size(); ++i) {
-    if (i != kS9) add(i);
+    if (CaptionOf(i).isEmpty()) continue;
+    if (i == kS9Decibels / kDecibelsPerElement) s9 = captioned.size();
+    captioned.push_back(i);
+  }
+  // What is left of a crowded scale is evenly spaced.
+  if (!captioned.empty()) add(captioned[s9]);
+  for (const std::size_t odd : {s9 % 2, (s9 + 1) % 2}) {
+    for (std::size_t j = odd; j < captioned.size(); j += 2) {
+      if (j != s9) add(captioned[j]);
+    }
   }
   return marks;
 }

@@ -69,6 +69,12 @@ QColor SwitchedOff(const QColor& ink, const QColor& ground) {
   return Readable(Mixed(ground, ink, kDisabledOpacity), ground, kOffContrast);
 }
 
+bool IsAlarm(const QColor& colour) {
+  constexpr float kReach = 1.0F / 24;  // of the circle of hues
+  const float hue = colour.hueF();
+  return colour.hsvSaturationF() > 0.6F && (hue < kReach || hue > 1 - kReach);
+}
+
 void LoadFonts() {
   InitFontResource();
   for (const char* file : {"Inter-Regular.otf", "Inter-SemiBold.otf", "JetBrainsMono-Medium.ttf"}) {

@@ -81,7 +81,7 @@ void SliderView::paintEvent(QPaintEvent*) {
   painter.drawRoundedRect(QRectF(1, middle - 1.5, width() - 2, 3), 1.5, 1.5);
   painter.setBrush(skin::Mixed(QColor(skin::kCard), QColor(skin::kAccent), lively ? 0.75 : 0.5));
   painter.drawRoundedRect(QRectF(1, middle - 1.5, at - 1, 3), 1.5, 1.5);
-  painter.setBrush(lively ? QColor(skin::kAccent) : QColor(0xFFA9B7C0));
+  painter.setBrush(lively ? QColor(skin::kAccent) : QColor(skin::kNeutral));
   painter.drawRoundedRect(QRectF(at - 3, middle - 6, 6, 12), 2, 2);
 }
 

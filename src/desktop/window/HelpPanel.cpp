@@ -40,6 +40,7 @@ constexpr std::array kLines{
     HelpLine{"Tab, Shift+Tab", "from control to control"},
     HelpLine{"Space or Enter", "presses a button"},
     HelpLine{"Alt", "shows the letters that press buttons together with it"},
+    HelpLine{"M, click on the loudspeaker", "mutes; once more, or turning the volume, ends that"},
     HelpLine{"F1", "this list"},
 };
 

@@ -9,6 +9,10 @@ namespace quorl {
 
 namespace {
 
+constexpr int kWordWidth = 44;  // of what stands before a value, so that the numbers stand in a column
+constexpr int kValueWidth = 88;
+constexpr int kSmallKnob = 24;
+
 // A row takes what was bound and leaves out what is missing.
 void Put(QBoxLayout* row, QWidget* widget, int stretch = 0) {
   if (widget) row->addWidget(widget, stretch);
@@ -43,16 +47,31 @@ LabelView* In(const QString& unit, LabelView* value) {
   return value;
 }
 
-// A word, the number that it names, and the slider of the same.
-void PutCell(QBoxLayout* row, QWidget* word, LabelView* value, SliderView* slider) {
+// A row for one value: its word, its number, and the slider of the same over all that is left.
+void PutValue(CardView* card, QWidget* word, LabelView* value, SliderView* slider) {
+  QHBoxLayout* row = card->AddRow();
+  if (word) word->setFixedWidth(kWordWidth);
+  if (value) value->setFixedWidth(kValueWidth);
   Put(row, word);
   Put(row, value);
   Put(row, slider, 1);
 }
 
 QWidget* MakeModeCard(Binder& bind) {
-  CardView* card = bind.Card("frDemod", "Mode");
+  CardView* card = bind.Card("frDemod", "Mode", CardView::Title::Beside);
   Put(card->AddRow(), bind.Options("optMode", 6));
+  return card;
+}
+
+QWidget* MakeVolumeCard(Binder& bind) {
+  CardView* card = bind.Card("frAFOut", "Volume", CardView::Title::Beside);
+  QHBoxLayout* row = card->AddRow();
+  Put(row, bind.Loudspeaker("chkMute"));
+  Put(row, In("dB", bind.Value("lblOutVol", "-00.0")));
+  row->addSpacing(4);
+  Put(row, bind.Slide("sldOutVolume", 120), 1);
+  row->addSpacing(4);
+  Put(row, bind.Knob("dialOutVol", kSmallKnob));
   return card;
 }
 
@@ -61,29 +80,32 @@ QWidget* MakeFilterCard(Binder& bind) {
   Put(card->TitleRow(), Small(bind.Toggle("chkMusic")));
   Put(card->TitleRow(), Small(bind.Toggle("chkDynFilter")));
   Put(card->AddRow(), bind.Options("optFilter", 5));
-  QHBoxLayout* edges = card->AddRow();
-  PutCell(edges, Caption("Lo"), bind.Value("lblFilterLo", "0000"), Reversed(bind.Slide("sldBW(0)", 56)));
-  edges->addSpacing(skin::kGrid);
-  PutCell(edges, Caption("Hi"), bind.Value("lblFilterHi", "00000"), Reversed(bind.Slide("sldBW(1)", 56)));
+  PutValue(card, Caption("Low"), In("Hz", bind.Value("lblFilterLo", "-00000")),
+           Reversed(bind.Slide("sldBW(0)", 56)));
+  PutValue(card, Caption("High"), In("Hz", bind.Value("lblFilterHi", "-00000")),
+           Reversed(bind.Slide("sldBW(1)", 56)));
   return card;
 }
 
 QWidget* MakeIFFilterCard(Binder& bind) {
   CardView* card = bind.Card("frIFFilter", "IF filter");
+  for (FaceView* option : bind.Options("optIFFilter", 3)) Put(card->TitleRow(), Small(option));
+  card->TitleRow()->addSpacing(skin::kGrid);
   Put(card->TitleRow(), Small(bind.Toggle("chkIFFilter")));
   QHBoxLayout* row = card->AddRow();
-  Put(row, bind.Options("optIFFilter", 3));
-  row->addSpacing(4);
   Put(row, bind.Word("lblIFHiDesc"));
-  Put(row, bind.Value("lblIFHi", "-0000"));
+  Put(row, In("Hz", bind.Value("lblIFHi", "-00000")));
+  row->addStretch(1);
   Put(row, bind.Word("lblIFLoDesc"));
-  Put(row, bind.Value("lblIFLo", "-0000"));
+  Put(row, In("Hz", bind.Value("lblIFLo", "-00000")));
+  row->addStretch(1);
   return card;
 }
 
 QWidget* MakeNotchCard(Binder& bind) {
   CardView* card = bind.Card("frNotch", "Notch");
-  Put(card->TitleRow(), bind.Reading("lblNotch", "00000", 12));
+  Put(card->TitleRow(), In("Hz", bind.Reading("lblNotch", "00000", 12)));
+  card->TitleRow()->addSpacing(4);
   Put(card->TitleRow(), Small(bind.Toggle("chkNotchAuto")));
   Put(card->TitleRow(), Small(bind.Toggle("chkNotchOn")));
   QHBoxLayout* row = card->AddRow();
@@ -91,24 +113,22 @@ QWidget* MakeNotchCard(Binder& bind) {
   row->addSpacing(skin::kGrid);
   Put(row, bind.Toggle("chkNotchType"), 1);
   Put(row, bind.Toggle("chkNotchMirror"), 1);
-  QHBoxLayout* edges = card->AddRow();
-  PutCell(edges, bind.Word("lblNotchCDesc"), bind.Value("lblNotchC", "-00000"), bind.Slide("sldNotch", 32));
-  edges->addSpacing(4);
-  PutCell(edges, bind.Word("lblNotchWDesc"), bind.Value("lblNotchW", "0000"),
-          bind.Slide("sldNotchWidth", 32));
+  PutValue(card, bind.Word("lblNotchCDesc"), In("Hz", bind.Value("lblNotchC", "-00000")),
+           bind.Slide("sldNotch", 32));
+  PutValue(card, bind.Word("lblNotchWDesc"), In("Hz", bind.Value("lblNotchW", "-00000")),
+           bind.Slide("sldNotchWidth", 32));
   return card;
 }
 
 QWidget* MakeAGCCard(Binder& bind) {
   CardView* card = bind.Card("frAGC", "AGC");
+  for (FaceView* option : bind.Options("optAGC", 5)) Put(card->TitleRow(), Small(option));
+  card->TitleRow()->addSpacing(skin::kGrid);
   Put(card->TitleRow(), Small(bind.Toggle("chkAGC")));
-  Put(card->AddRow(), bind.Options("optAGC", 5));
-  QHBoxLayout* times = card->AddRow();
-  PutCell(times, Caption("Decay"), In("s", bind.Value("lblAGCAttack", "00.0")),
-          bind.Slide("sldAGCAttack", 32));
-  times->addSpacing(4);
-  PutCell(times, Caption("Attack"), In("ms", bind.Value("lblAGCDecay", "00.0")),
-          bind.Slide("sldAGCDecay", 32));
+  PutValue(card, Caption("Decay"), In("s", bind.Value("lblAGCAttack", "-00000")),
+           bind.Slide("sldAGCAttack", 32));
+  PutValue(card, Caption("Attack"), In("ms", bind.Value("lblAGCDecay", "-00000")),
+           bind.Slide("sldAGCDecay", 32));
   return card;
 }
 
@@ -116,20 +136,11 @@ QWidget* MakeBlankerCard(Binder& bind) {
   CardView* card = bind.Card("frNB", "Blanker");
   Put(card->TitleRow(), Small(bind.Toggle("chkNB")));
   QHBoxLayout* row = card->AddRow();
-  Put(row, bind.Value("lblNB", "00.00"));
-  row->addStretch(1);
-  Put(row, bind.Knob("dialNB", 32));
-  Put(card->AddRow(), bind.Slide("sldNB", 100));
-  return card;
-}
-
-QWidget* MakeVolumeCard(Binder& bind) {
-  CardView* card = bind.Card("frAFOut", "Volume");
-  QHBoxLayout* row = card->AddRow();
-  Put(row, In("dB", bind.Value("lblOutVol", "-00.0")));
-  row->addStretch(1);
-  Put(row, bind.Knob("dialOutVol", 32));
-  Put(card->AddRow(), bind.Slide("sldOutVolume", 100));
+  Put(row, In("%", bind.Value("lblNB", "00.00")));
+  row->addSpacing(4);
+  Put(row, bind.Slide("sldNB", 100), 1);
+  row->addSpacing(4);
+  Put(row, bind.Knob("dialNB", kSmallKnob));
   return card;
 }
 
@@ -200,7 +211,7 @@ QWidget* MakeTuningCard(Binder& bind) {
   CardView* card = bind.Card("frFreqCtl", "Frequency", CardView::Title::None);
   card->setFixedHeight(kTopHeight);
   QHBoxLayout* regions = card->AddRow();
-  regions->setSpacing(12);
+  regions->setSpacing(skin::kGrid);
   auto* left = new QVBoxLayout;
   left->setSpacing(4);
   FrequencyView* frequency = bind.Frequency("picFreqDisp", "lbl7Seg");
@@ -211,10 +222,10 @@ QWidget* MakeTuningCard(Binder& bind) {
   Put(foot, bind.Value("lblTuningRate", "100 KHz"));
   Put(foot, bind.Sign("imgTuneStepLock", Symbol::Lock));
   foot->addWidget(Caption("BFO"));
-  Put(foot, bind.Value("lblBFO", "-00000"));
+  Put(foot, In("Hz", bind.Value("lblBFO", "-00000")));
   foot->addStretch(1);
   Put(foot, Small(bind.Toggle("chkTuneLo")));
-  foot->addSpacing(skin::kGrid);
+  foot->addSpacing(2);
   Put(foot, bind.Reading("lblClock", "00:00:00", 11));
   left->addLayout(foot);
   regions->addLayout(left);
@@ -230,7 +241,7 @@ QWidget* MakeTuningCard(Binder& bind) {
 
 QWidget* MakeReceiverCard(Binder& bind) {
   CardView* card = bind.Card("frPwr", "Receiver", CardView::Title::None);
-  card->setFixedSize(kColumnWidth, kTopHeight);
+  card->setFixedHeight(kTopHeight);
   QHBoxLayout* power = card->AddRow();
   Put(power, bind.Options("optPwr", 3));
   if (FaceView* config = bind.Button("cmdConfig")) {
@@ -242,21 +253,26 @@ QWidget* MakeReceiverCard(Binder& bind) {
   return card;
 }
 
+QWidget* MakeListeningStrip(Binder& bind) {
+  auto* strip = new QWidget;
+  strip->setMouseTracking(true);  // what lies between its cards is the panel's ground
+  auto* row = new QHBoxLayout(strip);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(skin::kGrid);
+  row->addWidget(MakeModeCard(bind), 1);
+  row->addWidget(MakeVolumeCard(bind), 1);
+  return strip;
+}
+
 QWidget* MakeControlColumn(Binder& bind) {
   auto* column = new QWidget;
-  column->setFixedWidth(kColumnWidth);
-  column->setMouseTracking(true);  // what lies between its cards is the panel's ground
+  column->setMouseTracking(true);
   auto* rows = new QVBoxLayout(column);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->setSpacing(skin::kGrid);
-  for (const auto make : {MakeModeCard, MakeFilterCard, MakeIFFilterCard, MakeNotchCard, MakeAGCCard}) {
+  for (const auto make : {MakeFilterCard, MakeIFFilterCard, MakeNotchCard, MakeAGCCard, MakeBlankerCard}) {
     rows->addWidget(make(bind));
   }
-  auto* pair = new QHBoxLayout;
-  pair->setSpacing(skin::kGrid);
-  pair->addWidget(MakeBlankerCard(bind), 7);
-  pair->addWidget(MakeVolumeCard(bind), 6);
-  rows->addLayout(pair);
   rows->addStretch(1);
   return column;
 }
@@ -271,7 +287,7 @@ QWidget* MakeSetupStrip(Binder& bind) {
   constexpr int kFirstThread = 9, kEnd = 12;
   for (int i = kFirstThread; i < kEnd; ++i) {
     Put(row, bind.Word(IndexedName("lblStats", i)));
-    Put(row, bind.Reading(IndexedName("lblStatsVal", i), "00,000 uS", 11));
+    Put(row, In("uS", bind.Reading(IndexedName("lblStatsVal", i), "00,000", 11)));
   }
   return card;
 }

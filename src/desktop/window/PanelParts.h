@@ -7,14 +7,15 @@
 
 namespace quorl {
 
-constexpr int kColumnWidth = 312;  // of the right column
-constexpr int kTopHeight = 128;
+constexpr int kTopHeight = 128, kStripHeight = 40;
 
 // Frequency, dial, step, oscillator side, BFO, clock and S-meter.
 QWidget* MakeTuningCard(Binder& bind);
 // Power, load, levels and display size.
 QWidget* MakeReceiverCard(Binder& bind);
-// Mode, filters, notch, blanker, AGC and volume, one under the other.
+// Mode, volume and mute, which every display size shows.
+QWidget* MakeListeningStrip(Binder& bind);
+// Filters, notch, AGC and blanker, one under the other.
 QWidget* MakeControlColumn(Binder& bind);
 // What is set once: configuration, analyser, statistics.
 QWidget* MakeSetupStrip(Binder& bind);

@@ -3,8 +3,10 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QPainter>
 #include <QWindow>
+#include <algorithm>
 
 #include "desktop/views/FocusRing.h"
 #include "desktop/views/Skin.h"
@@ -18,7 +20,9 @@ namespace {
 constexpr int kLeastWidth = 1024, kLeastHeight = 700;
 constexpr int kFirstWidth = 1280, kFirstHeight = 800;
 constexpr int kMostHeight = 16777215;
-constexpr int kCompactHeight = kTopHeight + 2 * skin::kGrid;
+constexpr int kCompactHeight = kTopHeight + kStripHeight + 3 * skin::kGrid;
+// The right column takes a share of the width, so that its sliders gain from a large window.
+constexpr int kLeastColumn = 312, kMostColumn = 480, kColumnShare = 4;
 constexpr int kDisplaySizes = 4;
 
 }  // namespace
@@ -58,8 +62,11 @@ void PanelWindow::Build() {
   auto* top = new QHBoxLayout;
   top->setSpacing(skin::kGrid);
   top->addWidget(MakeTuningCard(bind_), 1);
-  top->addWidget(MakeReceiverCard(bind_));
+  top->addWidget(receiver_ = MakeReceiverCard(bind_));
   rows->addLayout(top);
+  QWidget* strip = MakeListeningStrip(bind_);
+  strip->setFixedHeight(kStripHeight);
+  rows->addWidget(strip);
 
   auto* lower = new QHBoxLayout;
   lower->setSpacing(skin::kGrid);
@@ -105,6 +112,16 @@ void PanelWindow::UpdateAwake() {
   if (seen == clock_.IsAwake()) return;
   clock_.SetAwake(seen);
   if (events_.Seen) events_.Seen(seen);
+}
+
+// Mute works wherever the keyboard is, but for where one types.
+bool PanelWindow::TakePanelKey(const QObject* receiver, const QKeyEvent& key) {
+  const auto* widget = qobject_cast<const QWidget*>(receiver);
+  if (key.key() != Qt::Key_M || key.modifiers() != Qt::NoModifier || !widget || widget->window() != this)
+    return false;
+  if (qobject_cast<const QLineEdit*>(widget) || !form_ || !form_->KeyDown) return false;
+  if (!key.isAutoRepeat()) form_->KeyDown(Key{Qt::Key_M, {}});
+  return true;
 }
 
 void PanelWindow::ShowMnemonics(bool show) {
@@ -191,6 +208,16 @@ void PanelWindow::mouseMoveEvent(QMouseEvent* event) {
   form_->MouseMove(MouseEventAt(*this, event->position(), HeldButton(event->buttons()), event->modifiers()));
 }
 
+void PanelWindow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  const int column = std::clamp(width() / kColumnShare, kLeastColumn, kMostColumn);
+  column_->setFixedWidth(column);
+  receiver_->setFixedWidth(column);
+  if (!isVisible() || isMaximized() || isFullScreen()) return;
+  const bool compact = size_ == DisplaySize::Compact;
+  if (events_.Sized) events_.Sized(width(), compact ? heightBefore_ : height());
+}
+
 void PanelWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::WindowStateChange) UpdateAwake();
   QWidget::changeEvent(event);
@@ -216,7 +243,9 @@ bool PanelWindow::eventFilter(QObject* object, QEvent* event) {
   if (type == QEvent::Expose && object == windowHandle()) {
     UpdateAwake();
   } else if (type == QEvent::KeyPress || type == QEvent::KeyRelease) {
-    if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Alt) ShowMnemonics(type == QEvent::KeyPress);
+    const auto* key = static_cast<QKeyEvent*>(event);
+    if (key->key() == Qt::Key_Alt) ShowMnemonics(type == QEvent::KeyPress);
+    return type == QEvent::KeyPress && TakePanelKey(object, *key);
   } else if (type == QEvent::WindowDeactivate && object == this) {
     ShowMnemonics(false);
   }

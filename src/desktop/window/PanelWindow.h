@@ -25,6 +25,9 @@ class PanelWindow : public QWidget {
     std::function<bool()> Closing = {};
     // The window has come onto a screen, or is hidden or minimised.
     std::function<void(bool)> Seen = {};
+    // The user has chosen another size, in pixels; the height is that of the sizes other than the compact
+    // one.
+    std::function<void(int width, int height)> Sized = {};
   };
 
   PanelWindow(const ControlRegistry& registry, Events events);
@@ -51,6 +54,7 @@ class PanelWindow : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
@@ -61,6 +65,7 @@ class PanelWindow : public QWidget {
   void Build();
   void FollowControls();
   void UpdateAwake();
+  bool TakePanelKey(const QObject* receiver, const QKeyEvent& key);
   void ShowMnemonics(bool show);
 
   Events events_;
@@ -72,6 +77,7 @@ class PanelWindow : public QWidget {
   int heightBefore_ = 0;  // the compact size took over
   QWidget* body_;
   FocusRing* ring_;
+  QWidget* receiver_ = nullptr;
   QWidget* scope_ = nullptr;
   QWidget* column_ = nullptr;
   QWidget* setup_ = nullptr;
