@@ -1,5 +1,6 @@
 #include "desktop/views/CardView.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 
 #include "desktop/views/Skin.h"
@@ -8,7 +9,7 @@ namespace quorl {
 
 namespace {
 
-constexpr int kTitleHeight = 20, kPadding = 12;
+constexpr int kTitleHeight = 20, kPadding = 12, kCorner = 6;
 
 }  // namespace
 
@@ -68,18 +69,25 @@ void CardView::TakeOver() {
   View::TakeOver();
 }
 
-void CardView::paintEvent(QPaintEvent*) {
+void CardView::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(edge_, 1));
-  painter.setBrush(ground_);
-  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 6, 6);
+  // Mostly a card is the ground of a number that has changed.
+  const QRect inside = rect().adjusted(kCorner, kCorner, -kCorner, -kCorner);
+  if (inside.contains(event->rect())) {
+    painter.fillRect(event->rect(), ground_);
+  } else {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(edge_, 1));
+    painter.setBrush(ground_);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kCorner, kCorner);
+  }
   if (shown_ == Title::None) return;
+  const int high = shown_ == Title::Beside ? height() - 2 * skin::kGrid : kTitleHeight;
+  const QRect place(kPadding, skin::kGrid, width() - 2 * kPadding, high);
+  if (!event->rect().intersects(place)) return;
   painter.setFont(skin::TitleFont());
   painter.setPen(ink_);
-  const int high = shown_ == Title::Beside ? height() - 2 * skin::kGrid : kTitleHeight;
-  painter.drawText(QRect(kPadding, skin::kGrid, width() - 2 * kPadding, high),
-                   Qt::AlignLeft | Qt::AlignVCenter, TitleText().toUpper());
+  painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, TitleText().toUpper());
 }
 
 }  // namespace quorl

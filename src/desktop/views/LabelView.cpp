@@ -1,6 +1,7 @@
 #include "desktop/views/LabelView.h"
 
 #include <QPainter>
+#include <cmath>
 
 #include "desktop/views/Skin.h"
 
@@ -8,25 +9,29 @@ namespace quorl {
 
 namespace {
 
+constexpr int kWordPixels = 12, kNumberPixels = 15;
 constexpr int kUnitPixels = 12, kUnitGap = 5;
 constexpr int kValueMargin = 4;  // room for the border of a value that is being turned
 
 }  // namespace
 
 LabelView::LabelView(RefreshClock& clock, Label& label, LabelStyle style, const QString& widest, int pixels)
-    : View(clock, label), label_(label), style_(style), widest_(widest), pixels_(pixels) {
-  if (pixels_ == 0) pixels_ = style == LabelStyle::Word ? 12 : 15;
+    : View(clock, label),
+      label_(label),
+      style_(style),
+      widest_(widest),
+      pixels_(pixels != 0                 ? pixels
+              : style == LabelStyle::Word ? kWordPixels
+                                          : kNumberPixels),
+      number_(pixels_) {
   if (style == LabelStyle::Value) setFocusPolicy(Qt::StrongFocus);
   SetSizes(widest_.isEmpty() ? QSizePolicy::Preferred : QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
 void LabelView::SetUnit(const QString& unit) {
   unit_ = unit;
+  hint_ = {};
   updateGeometry();
-}
-
-QFont LabelView::Font() const {
-  return style_ == LabelStyle::Word ? skin::WordFont(pixels_) : skin::NumberFont(pixels_);
 }
 
 QAccessible::Role LabelView::Role() const {
@@ -42,11 +47,16 @@ QString LabelView::SpokenValue() const {
   return unit_.isEmpty() ? View::SpokenValue() : View::SpokenValue() + ' ' + unit_;
 }
 
+double LabelView::WidthOf(const QString& text) const {
+  return style_ == LabelStyle::Word ? skin::TextWidth(skin::WordFont(pixels_), text) : number_.Width(text);
+}
+
 QSize LabelView::sizeHint() const {
+  if (!widest_.isEmpty() && hint_.isValid()) return hint_;
   const QString text = widest_.isEmpty() ? QString::fromStdString(label_.Caption()) : widest_;
   const int margin = style_ == LabelStyle::Value ? 2 * kValueMargin : 0;
   const int unit = unit_.isEmpty() ? 0 : kUnitGap + skin::TextWidth(skin::WordFont(kUnitPixels), unit_);
-  return {skin::TextWidth(Font(), text) + unit + margin, pixels_ + 5};
+  return hint_ = {static_cast<int>(std::ceil(WidthOf(text))) + unit + margin, pixels_ + 5};
 }
 
 QColor LabelView::Ink() const {
@@ -76,15 +86,21 @@ void LabelView::paintEvent(QPaintEvent*) {
     painter.setBrush(skin::Mixed(QColor(skin::kCard), ink, 0.12));
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
   }
-  painter.setFont(Font());
   painter.setPen(ink);
   const QRect line = rect().adjusted(margin, 0, -margin, 0);
   const QString text = QString::fromStdString(label_.Caption());
-  painter.drawText(line, alignment_ | Qt::AlignVCenter | Qt::TextSingleLine, text);
-  if (unit_.isEmpty()) return;
-  painter.setFont(skin::WordFont(kUnitPixels));
+  if (style_ == LabelStyle::Word) {
+    painter.setFont(skin::WordFont(pixels_));
+    painter.drawText(line, alignment_ | Qt::AlignVCenter | Qt::TextSingleLine, text);
+  } else {
+    const double spare = line.width() - WidthOf(text);
+    const double left = line.left() + (alignment_ == Qt::AlignRight ? spare : 0);
+    number_.Draw(painter, left, height(), text);
+  }
+  if (unit_.isEmpty() || text.isEmpty()) return;
   painter.setPen(shown(QColor(skin::kQuietInk)));
-  painter.drawText(line.adjusted(skin::TextWidth(Font(), text) + kUnitGap, 0, 0, 0),
+  painter.setFont(skin::WordFont(kUnitPixels));
+  painter.drawText(line.adjusted(static_cast<int>(WidthOf(text)) + kUnitGap, 0, 0, 0),
                    Qt::AlignVCenter | Qt::TextSingleLine, unit_);
 }
 

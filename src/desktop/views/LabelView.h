@@ -2,6 +2,7 @@
 #pragma once
 
 #include "controls/Controls.h"
+#include "desktop/views/NumberText.h"
 #include "desktop/views/View.h"
 
 namespace quorl {
@@ -32,13 +33,15 @@ class LabelView : public View {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  QFont Font() const;
+  double WidthOf(const QString& text) const;
   QColor Ink() const;
 
   Label& label_;
   LabelStyle style_;
   QString widest_, unit_;
   int pixels_;
+  NumberText number_;
+  mutable QSize hint_;  // of the widest text, which never changes
   Qt::Alignment alignment_ = Qt::AlignLeft;
 };
 

@@ -107,26 +107,39 @@ void SMeterView::PaintHead(QPainter& painter) const {
   painter.drawText(QRect(0, 0, width(), 14), Qt::AlignRight | Qt::AlignTop, floor);
 }
 
-void SMeterView::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
+// What stands around the bar.
+void SMeterView::RenewBackdrop() {
+  const double ratio = devicePixelRatioF();
+  if (backdrop_.deviceIndependentSize() == QSizeF(size()) && backdrop_.devicePixelRatio() == ratio &&
+      backdropCaption_ == surface_.Caption()) {
+    return;
+  }
+  backdropCaption_ = surface_.Caption();
+  backdrop_ = QPixmap(size() * ratio);
+  backdrop_.setDevicePixelRatio(ratio);
+  backdrop_.fill(Qt::transparent);
+  QPainter painter(&backdrop_);
   painter.setRenderHint(QPainter::Antialiasing);
+  PaintScale(painter);
+  PaintHead(painter);
+}
+
+void SMeterView::paintEvent(QPaintEvent*) {
   const auto count = static_cast<int>(elements_.size());
   if (count == 0) return;
+  RenewBackdrop();
+  QPainter painter(this);
+  painter.drawPixmap(0, 0, backdrop_);
   const double pitch = double(width()) / count;
   // Whole device pixels keep 28 gaps equally wide to the eye.
   const double ratio = devicePixelRatioF();
   const auto snapped = [ratio](double x) { return std::round(x * ratio) / ratio; };
-  painter.setPen(Qt::NoPen);
-  painter.setRenderHint(QPainter::Antialiasing, false);
   for (int i = 0; i < count; ++i) {
     const double left = snapped(i * pitch), right = snapped((i + 1) * pitch) - 2;
     const bool lit = elements_[static_cast<std::size_t>(i)]->Visible();
-    painter.setBrush(lit ? InkOf(i) : skin::Mixed(QColor(skin::kUnlit), InkOf(i), 0.05));
-    painter.drawRect(QRectF(left, kTop, right - left, kBarHeight));
+    painter.fillRect(QRectF(left, kTop, right - left, kBarHeight),
+                     lit ? InkOf(i) : skin::Mixed(QColor(skin::kUnlit), InkOf(i), 0.05));
   }
-  painter.setRenderHint(QPainter::Antialiasing);
-  PaintScale(painter);
-  PaintHead(painter);
 }
 
 }  // namespace quorl

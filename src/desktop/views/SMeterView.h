@@ -1,6 +1,8 @@
 // The S-meter: a bar of elements with its scale under it.
 #pragma once
 
+#include <QPixmap>
+#include <string>
 #include <vector>
 
 #include "controls/Controls.h"
@@ -37,10 +39,13 @@ class SMeterView : public View {
   QString CaptionOf(std::size_t element) const;
   void PaintScale(QPainter& painter) const;
   void PaintHead(QPainter& painter) const;
+  void RenewBackdrop();
 
   Picture& surface_;
   std::vector<Control*> elements_;
   Label* reading_;
+  QPixmap backdrop_;
+  std::string backdropCaption_;
 };
 
 }  // namespace quorl

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QLayout>
 #include <QLineEdit>
 #include <QPainter>
 #include <QWindow>
@@ -93,6 +94,7 @@ void PanelWindow::SetDisplaySize(DisplaySize size) {
   setMaximumHeight(compact ? kCompactHeight : kMostHeight);
   if (compact) resize(width(), kCompactHeight);
   if (wasCompact && !compact && heightBefore_ > 0) resize(width(), heightBefore_);
+  body_->layout()->activate();
 }
 
 void PanelWindow::FollowControls() {

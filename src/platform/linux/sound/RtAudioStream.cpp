@@ -10,8 +10,9 @@
 namespace quorl {
 namespace {
 
-constexpr unsigned kFramesAtOnce = 1024;  // half a block: more turns would only wake the machine
-constexpr unsigned kBuffersAhead = 3;     // of playback, in the sound server: 64 ms
+// A block is not complete before its last sample, so that capture has nothing to do sooner.
+constexpr unsigned kCaptureFrames = 2048;
+constexpr unsigned kPlaybackFrames = 1024, kBuffersAhead = 3;  // the latter in the sound server: 64 ms
 // A device that fails goes through its samples at once. Seconds that one may be ahead of its time, those that
 // it may catch up after it stood still, and how far its clock may be off.
 constexpr double kMostAhead = 1.0, kMostCredit = 5.0, kClockError = 0.01;
@@ -108,7 +109,7 @@ Failure RtAudioStream::OpenDevice(const RtAudioDevice& device) {
   RtAudio::StreamOptions options;
   options.numberOfBuffers = kBuffersAhead;
   options.streamName = capture ? "QUORLSDR capture" : "QUORLSDR playback";
-  unsigned frames = kFramesAtOnce;
+  unsigned frames = capture ? kCaptureFrames : kPlaybackFrames;
   auto audio = devices_.Create();
   prioritised_ = false;
   try {
