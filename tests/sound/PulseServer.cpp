@@ -41,6 +41,10 @@ bool Child::Runs() {
   return pid_ > 0;
 }
 
+void Child::Send(int signal) {
+  if (Runs()) kill(pid_, signal);
+}
+
 int Child::Wait() {
   if (pid_ > 0) waitpid(pid_, &status_, 0);
   pid_ = -1;
@@ -82,6 +86,7 @@ PulseServer::PulseServer() {
 }
 
 PulseServer::~PulseServer() {
+  Hang(false);
   server_.reset();
   std::filesystem::remove_all(directory_);
 }
@@ -92,6 +97,10 @@ bool PulseServer::IsReady() {
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
   }
   return false;
+}
+
+void PulseServer::Hang(bool on) {
+  server_->Send(on ? SIGSTOP : SIGCONT);
 }
 
 int PulseServer::Control(const std::vector<std::string>& arguments) const {

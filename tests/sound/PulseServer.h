@@ -20,6 +20,7 @@ class Child {
   bool Runs();
   // Waits for its own end; the exit code.
   int Wait();
+  void Send(int signal);
 
  private:
   pid_t pid_ = -1;
@@ -36,6 +37,8 @@ class PulseServer {
   ~PulseServer();
   // Answers within some seconds.
   bool IsReady();
+  // Answers nobody until it is let go.
+  void Hang(bool on);
   // Runs pactl with the arguments; its exit code.
   int Control(const std::vector<std::string>& arguments) const;
   std::string Path(const std::string& file) const { return directory_ + "/" + file; }

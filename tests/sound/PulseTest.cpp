@@ -98,8 +98,18 @@ struct Listener {
     Sound.GetPlayDeviceNames(names);
     Sound.CurrentPlaybackDevice = FindDevice(names, "Loud Speaker", 1);
   }
-  void Run(milliseconds time) {
-    for (const auto end = SteadyClock::now() + time; SteadyClock::now() < end;) Queue.Wait(milliseconds(5));
+  void Run(milliseconds time) { LongestTurn(time); }
+  // The longest that the thread was kept from its queue.
+  milliseconds LongestTurn(milliseconds time) {
+    auto last = SteadyClock::now(), begin = last;
+    SteadyClock::duration longest{};
+    while (last - begin < time) {
+      Queue.Wait(milliseconds(5));
+      const auto now = SteadyClock::now();
+      longest = std::max(longest, now - last);
+      last = now;
+    }
+    return std::chrono::duration_cast<milliseconds>(longest);
   }
   // A null sink takes up to two seconds to find its pace.
   bool RunUntilBlock(std::int64_t block) { return RunUntil(Pump.Blocks, block); }
@@ -237,13 +247,42 @@ TEST_F(Pulse, AVanishedLoudspeakerIsToldOnceAndStopAndStartReopensIt) {
   EXPECT_EQ(listener.Sound.LastErr, 0);
 }
 
+TEST_F(Pulse, AServerThatHangsIsToldAndHoldsNobodyUp) {
+  Listener listener;
+  ASSERT_FALSE(listener.Sound.StartSound());
+  ASSERT_TRUE(listener.RunUntilBlock(6));
+  server_->Hang(true);
+  const milliseconds turn = listener.LongestTurn(milliseconds(4500));
+  EXPECT_LT(turn, milliseconds(500));
+  ASSERT_EQ(listener.Lost.size(), 1U);
+  EXPECT_NE(listener.Lost[0].find("does not answer"), std::string::npos) << listener.Lost[0];
+  const auto begin = SteadyClock::now();
+  listener.Sound.StopSound();
+  listener.Sound.ReleaseDevices();
+  listener.Sound.RefreshDevices();
+  const Failure failure = listener.Sound.StartSound();
+  const auto refusal = std::chrono::duration_cast<milliseconds>(SteadyClock::now() - begin);
+  ASSERT_TRUE(failure);
+  EXPECT_NE(failure->Text.find("the sound server does not answer"), std::string::npos) << failure->Text;
+  EXPECT_LT(refusal, milliseconds(2500));
+  std::cout << "held up: " << turn.count() << " ms while it hangs, " << refusal.count() << " ms by a start\n";
+
+  server_->Hang(false);
+  listener.Run(milliseconds(1000));
+  ASSERT_FALSE(listener.Sound.StartSound());
+  EXPECT_TRUE(listener.RunUntilBlock(listener.Pump.Blocks + 10));
+  EXPECT_EQ(listener.Lost.size(), 1U);
+}
+
 TEST_F(Pulse, ARestartedServerIsOneMessageToo) {
   Listener listener;
   ASSERT_FALSE(listener.Sound.StartSound());
-  ASSERT_TRUE(listener.RunUntilBlock(1));
+  ASSERT_TRUE(listener.RunUntilBlock(6));
   server_.reset();
+  const std::int64_t blocks = listener.System.Statistics().CapturedBlocks;
   listener.Run(milliseconds(700));
   EXPECT_EQ(listener.Lost.size(), 1U);
+  EXPECT_LE(listener.System.Statistics().CapturedBlocks, blocks + 1);  // nothing comes from nowhere
   listener.Sound.StopSound();
   EXPECT_TRUE(listener.Sound.StartSound());
   listener.Sound.StopSound();

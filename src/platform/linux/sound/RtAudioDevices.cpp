@@ -35,11 +35,9 @@ std::unique_ptr<RtAudio> Make(RtAudio::Api api) {
 
 RtAudioDevices::RtAudioDevices(std::string name) : wanted_(IsKnown(name) ? std::move(name) : "") {
   snd_lib_error_set_handler(&DropAlsaComplaint);
-  Select();
 }
 
 void RtAudioDevices::Select() {
-  const auto lock = Lock();
   for (const BackEndEntry& entry : kBackEnds) {
     if (!wanted_.empty() && wanted_ != entry.Name) continue;
     auto prober = Make(entry.Api);
@@ -57,7 +55,7 @@ std::unique_ptr<RtAudio> RtAudioDevices::Create() const {
   return Make(prober_->getCurrentApi());
 }
 
-std::vector<RtAudioDevice> RtAudioDevices::ListLocked() {
+std::vector<RtAudioDevice> RtAudioDevices::List() {
   std::vector<RtAudioDevice> devices;
   const unsigned count = prober_->getDeviceCount();
   for (unsigned id = 0; id < count; ++id) {
@@ -70,11 +68,6 @@ std::vector<RtAudioDevice> RtAudioDevices::ListLocked() {
     }
   }
   return devices;
-}
-
-std::vector<RtAudioDevice> RtAudioDevices::List() {
-  const auto lock = Lock();
-  return ListLocked();
 }
 
 }  // namespace quorl

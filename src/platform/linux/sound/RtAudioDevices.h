@@ -2,7 +2,6 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -23,32 +22,25 @@ struct RtAudioDevice {
   }
 };
 
-// One back end: the sound server or driver that is asked. Any thread may call it; the calls wait for each
-// other, since RtAudio keeps one list of devices for the whole process.
+// One back end: the sound server or driver that is asked. Every call may hang with the server, and RtAudio
+// keeps one list of devices for the whole process: one thread at a time calls, that of the errands.
 class RtAudioDevices {
  public:
   // `name` is "pulse", "alsa" or "jack"; anything else takes the first of them, in this order, that has a
-  // device.
+  // device. Asks nobody yet.
   explicit RtAudioDevices(std::string name);
   ~RtAudioDevices();
 
-  // Chooses the back end anew. While no stream is open.
+  // Chooses the back end anew. While no stream is open, and before anything else.
   void Select();
 
   // A new stream object of this back end.
   std::unique_ptr<RtAudio> Create() const;
-  // Keeps the list still while a stream is opened.
-  std::unique_lock<std::mutex> Lock() { return std::unique_lock(mutex_); }
-  // With Lock held by the caller.
-  std::vector<RtAudioDevice> ListLocked();
   std::vector<RtAudioDevice> List();
 
   const std::string& BackEnd() const { return backEnd_; }
-  // Streams move to another device by themselves where theirs vanishes.
-  bool MovesStreams() const { return backEnd_ == "pulse"; }
 
  private:
-  std::mutex mutex_;
   const std::string wanted_;
   std::string backEnd_;
   std::unique_ptr<RtAudio> prober_;

@@ -11,8 +11,7 @@ namespace quorl {
 namespace {
 
 constexpr std::chrono::milliseconds kCheckPeriod{500};
-constexpr std::chrono::seconds kWatchPeriod{2};
-constexpr std::int64_t kIdleTime = 3000000;  // microseconds
+constexpr std::int64_t kWatchPeriod = 2000000, kIdleTime = 3000000;  // microseconds
 
 std::int64_t Microseconds() {
   return std::chrono::duration_cast<std::chrono::microseconds>(
@@ -25,12 +24,9 @@ std::int64_t Microseconds() {
 // A buffer with its stream.
 class RtAudioSoundSystem::OpenBuffer : public RtAudioClient {
  public:
-  OpenBuffer(RtAudioSoundSystem& system, SoundDirection direction, const Choice& choice,
-             const SoundFormat& format)
-      : Stream(system.devices_, direction, choice.Name, choice.Occurrence, format, *this, *system.signal_,
-               system.counters_),
+  OpenBuffer(RtAudioSoundSystem& system, const RtAudioRequest& request)
+      : Stream(system.devices_, system.errands_, request, *this, *system.signal_, system.counters_),
         system_(system) {
-    const std::lock_guard lock(system_.buffersMutex_);
     system_.buffers_.push_back(this);
   }
   ~OpenBuffer() override { Leave(); }
@@ -52,20 +48,16 @@ class RtAudioSoundSystem::OpenBuffer : public RtAudioClient {
   RtAudioSoundSystem& system_;
   // The audio thread must be gone before the ring that it uses.
   void Leave() {
-    {
-      const std::lock_guard lock(system_.buffersMutex_);
-      std::erase(system_.buffers_, this);
-    }
+    std::erase(system_.buffers_, this);
     Stream.Close();
   }
 };
 
 class RtAudioSoundSystem::Capture : public StreamCaptureBuffer, public RtAudioSoundSystem::OpenBuffer {
  public:
-  Capture(RtAudioSoundSystem& system, const Choice& choice, const SoundFormat& format, int bytes,
-          SoundNotifier notifier)
-      : StreamCaptureBuffer(system.events_, system.counters_, format, bytes, std::move(notifier)),
-        OpenBuffer(system, SoundDirection::Capture, choice, format) {}
+  Capture(RtAudioSoundSystem& system, const RtAudioRequest& request, int bytes, SoundNotifier notifier)
+      : StreamCaptureBuffer(system.events_, system.counters_, request.Format, bytes, std::move(notifier)),
+        OpenBuffer(system, request) {}
   ~Capture() override { Leave(); }
 
   Failure Start() override {
@@ -84,10 +76,9 @@ class RtAudioSoundSystem::Capture : public StreamCaptureBuffer, public RtAudioSo
 
 class RtAudioSoundSystem::Playback : public StreamPlaybackBuffer, public RtAudioSoundSystem::OpenBuffer {
  public:
-  Playback(RtAudioSoundSystem& system, const Choice& choice, const SoundFormat& format, int bytes,
-           SoundNotifier notifier)
-      : StreamPlaybackBuffer(system.events_, system.counters_, format, bytes, std::move(notifier)),
-        OpenBuffer(system, SoundDirection::Playback, choice, format) {}
+  Playback(RtAudioSoundSystem& system, const RtAudioRequest& request, int bytes, SoundNotifier notifier)
+      : StreamPlaybackBuffer(system.events_, system.counters_, request.Format, bytes, std::move(notifier)),
+        OpenBuffer(system, request) {}
   ~Playback() override { Leave(); }
 
   Failure Play() override {
@@ -107,26 +98,33 @@ class RtAudioSoundSystem::Playback : public StreamPlaybackBuffer, public RtAudio
 };
 
 RtAudioSoundSystem::RtAudioSoundSystem(EventQueue& queue, const std::string& backEnd)
-    : devices_(backEnd),
+    : devices_(std::make_shared<RtAudioDevices>(backEnd)),
       signal_(queue.CreateSignal([this] { OnSignal(); })),
       timer_(queue.CreateTimer([this] { CheckDevices(); })) {
   timer_->Start(kCheckPeriod);
 }
 
-RtAudioSoundSystem::~RtAudioSoundSystem() {
-  {
-    const std::lock_guard lock(buffersMutex_);
-    closing_ = true;
-  }
-  wakeWatch_.notify_all();
-  if (watch_.joinable()) watch_.join();
-}
+RtAudioSoundSystem::~RtAudioSoundSystem() = default;
 
 std::vector<std::string> RtAudioSoundSystem::Names(SoundDirection direction, std::vector<std::string>& kept) {
+  struct Answer {
+    std::vector<RtAudioDevice> Devices;
+    std::string BackEnd;
+  };
+  const auto answer = std::make_shared<Answer>();
+  const auto look = [answer, devices = devices_, free = buffers_.empty()] {
+    if (devices->BackEnd().empty()) devices->Select();
+    answer->Devices = devices->List();
+    if (free && answer->Devices.empty()) {  // a sound server may have been started since
+      devices->Select();
+      answer->Devices = devices->List();
+    }
+    answer->BackEnd = devices->BackEnd();
+  };
+  if (!errands_.Run(look)) return kept;
+  backEnd_ = answer->BackEnd;
   kept.clear();
-  // A sound server may have been started since.
-  if (buffers_.empty() && devices_.List().empty()) devices_.Select();
-  for (const RtAudioDevice& device : devices_.List()) {
+  for (const RtAudioDevice& device : answer->Devices) {
     if (device.Channels(direction) > 0) kept.push_back(device.Name);
   }
   return kept;
@@ -140,38 +138,34 @@ std::vector<std::string> RtAudioSoundSystem::PlaybackDeviceNames() {
   return Names(SoundDirection::Playback, playbackNames_);
 }
 
-bool RtAudioSoundSystem::Choose(const std::vector<std::string>& names, int device, const SoundFormat& format,
-                                Choice& choice, Failure& failure) {
-  failure.reset();
+Failure RtAudioSoundSystem::Choose(const std::vector<std::string>& names, int device,
+                                   RtAudioRequest& request) {
+  const auto missing = [](const std::string& text) { return Error{RtAudioStream::kErrorMissing, text}; };
+  if (names.empty() && errands_.IsHanging()) return missing("the sound server does not answer");
   if (names.empty()) {
-    failure =
-        Error{RtAudioStream::kErrorMissing,
-              "there is no sound device: start the sound server, or add your user to the group audio and "
-              "log in again"};
-    return false;
+    return missing(
+        "there is no sound device: start the sound server, or add your user to the group audio and log in "
+        "again");
   }
-  if (device < 1 || device > static_cast<int>(names.size())) {
-    failure =
-        Error{RtAudioStream::kErrorMissing, "there is no sound device number " + std::to_string(device)};
-    return false;
-  }
-  if (format.BitsPerSample != 16 || format.Channels < 1 || format.Channels > 2) {
-    failure = Error{RtAudioStream::kErrorFormat, "sound is 16 bits a sample, mono or stereo"};
-    return false;
-  }
+  if (device < 1 || device > static_cast<int>(names.size()))
+    return missing("there is no sound device number " + std::to_string(device));
+  const SoundFormat& format = request.Format;
+  if (format.BitsPerSample != 16 || format.Channels < 1 || format.Channels > 2)
+    return Error{RtAudioStream::kErrorFormat, "sound is 16 bits a sample, mono or stereo"};
   const auto chosen = names.begin() + (device - 1);
-  choice = {*chosen, static_cast<int>(std::count(names.begin(), chosen, *chosen))};
-  if (devices_.MovesStreams() && !watch_.joinable()) watch_ = std::thread([this] { WatchDevices(); });
-  return true;
+  request.Name = *chosen;
+  request.Occurrence = static_cast<int>(std::count(names.begin(), chosen, *chosen));
+  return std::nullopt;
 }
 
 std::unique_ptr<CaptureBuffer> RtAudioSoundSystem::CreateCaptureBuffer(int device, const SoundFormat& format,
                                                                        int bytes, SoundNotifier notifier,
                                                                        Failure& failure) {
   if (captureNames_.empty()) CaptureDeviceNames();
-  Choice choice;
-  if (!Choose(captureNames_, device, format, choice, failure)) return nullptr;
-  auto buffer = std::make_unique<Capture>(*this, choice, format, bytes, std::move(notifier));
+  RtAudioRequest request{SoundDirection::Capture, "", 0, format};
+  failure = Choose(captureNames_, device, request);
+  if (failure) return nullptr;
+  auto buffer = std::make_unique<Capture>(*this, request, bytes, std::move(notifier));
   failure = buffer->Stream.Open();
   if (failure) return nullptr;
   return buffer;
@@ -182,9 +176,10 @@ std::unique_ptr<PlaybackBuffer> RtAudioSoundSystem::CreatePlaybackBuffer(int dev
                                                                          SoundNotifier notifier,
                                                                          Failure& failure) {
   if (playbackNames_.empty()) PlaybackDeviceNames();
-  Choice choice;
-  if (!Choose(playbackNames_, device, format, choice, failure)) return nullptr;
-  auto buffer = std::make_unique<Playback>(*this, choice, format, bytes, std::move(notifier));
+  RtAudioRequest request{SoundDirection::Playback, "", 0, format};
+  failure = Choose(playbackNames_, device, request);
+  if (failure) return nullptr;
+  auto buffer = std::make_unique<Playback>(*this, request, bytes, std::move(notifier));
   failure = buffer->Stream.Open();
   if (failure) return nullptr;
   return buffer;
@@ -206,20 +201,26 @@ void RtAudioSoundSystem::OnSignal() {
 void RtAudioSoundSystem::CheckDevices() {
   const std::int64_t now = Microseconds();
   std::string lost;
-  // Only this thread changes the list.
   const bool inUse =
       std::any_of(buffers_.begin(), buffers_.end(), [](const auto* buffer) { return buffer->Runs(); });
+  CompareDevices();
   for (OpenBuffer* buffer : buffers_) {
     if (inUse) buffer->LastUse = now;
-    if (buffer->Stream.IsLost(now)) {
-      if (inUse) lost = buffer->Stream.Name();
+    const auto loss = buffer->Stream.LossAt(now);
+    if (loss != RtAudioStream::Loss::None) {
+      const bool vanished = loss == RtAudioStream::Loss::Vanished;
+      if (inUse) lost = "\"" + buffer->Stream.Name() + (vanished ? "\" has vanished" : "\" does not answer");
       buffer->Halt();
       buffer->Stream.Close();
     } else if (buffer->Stream.IsOpen() && now - buffer->LastUse > kIdleTime) {
       buffer->Stream.Close();
     }
   }
-  if (!lost.empty()) Tell({RtAudioStream::kErrorLost, "The sound device \"" + lost + "\" has vanished"});
+  if (inUse && now >= nextLook_) {
+    nextLook_ = now + kWatchPeriod;
+    WatchDevices();
+  }
+  if (!lost.empty()) Tell({RtAudioStream::kErrorLost, "The sound device " + lost});
 }
 
 void RtAudioSoundSystem::Tell(const Error& error) {
@@ -227,20 +228,26 @@ void RtAudioSoundSystem::Tell(const Error& error) {
   if (onLost_) onLost_(error);
 }
 
-// A sound server that moves a stream to another device when the stream's own is unplugged tells nobody, and
-// the radio would listen to a microphone. So the devices in use are looked for.
+// PulseAudio moves a stream to another device when the stream's own is unplugged and tells nobody: the radio
+// would listen to a microphone. So the devices in use are looked for.
 void RtAudioSoundSystem::WatchDevices() {
-  std::unique_lock lock(buffersMutex_);
-  while (!wakeWatch_.wait_for(lock, kWatchPeriod, [this] { return closing_; })) {
-    lock.unlock();
-    const auto list = devices_.List();
-    lock.lock();
-    for (OpenBuffer* buffer : buffers_) {
-      const bool there = std::any_of(list.begin(), list.end(), [&](const RtAudioDevice& device) {
-        return device.Name == buffer->Stream.Name();
-      });
-      if (!there) buffer->Stream.MarkLost();
-    }
+  if (backEnd_ != "pulse" || errands_.IsHanging()) return;
+  errands_.Post([devices = devices_, sight = sight_] {
+    auto list = devices->List();
+    const std::lock_guard lock(sight->Mutex);
+    sight->Devices = std::move(list);
+    sight->IsNew = true;
+  });
+}
+
+void RtAudioSoundSystem::CompareDevices() {
+  const std::lock_guard lock(sight_->Mutex);
+  if (!std::exchange(sight_->IsNew, false)) return;
+  for (OpenBuffer* buffer : buffers_) {
+    const bool there =
+        std::any_of(sight_->Devices.begin(), sight_->Devices.end(),
+                    [&](const RtAudioDevice& device) { return device.Name == buffer->Stream.Name(); });
+    if (!there) buffer->Stream.MarkLost();
   }
 }
 

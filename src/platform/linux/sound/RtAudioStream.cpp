@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <thread>
+#include <utility>
 
 #include "platform/linux/system/ThreadPriority.h"
 
@@ -35,29 +37,69 @@ void Convert(const std::int16_t* from, int fromChannels, std::int16_t* to, std::
   fromChannels == 1 ? Widen(from, to, frames) : TakeLeft(from, to, frames);
 }
 
-struct CallbackTarget {
-  static int OnAudio(void* out, void* in, unsigned frames, double, RtAudioStreamStatus status, void* stream) {
-    auto* target = static_cast<RtAudioStream*>(stream);
-    target->Prioritise();
-    if (status != 0) target->CountTrouble();
-    return target->OnAudio(static_cast<std::int16_t*>(out != nullptr ? out : in), static_cast<int>(frames),
-                           Microseconds());
+const RtAudioDevice* Find(const std::vector<RtAudioDevice>& list, const RtAudioRequest& request) {
+  const RtAudioDevice* found = nullptr;
+  int seen = 0;
+  for (const RtAudioDevice& device : list) {
+    if (device.Name != request.Name || device.Channels(request.Direction) == 0) continue;
+    found = &device;
+    if (seen++ == request.Occurrence) break;
   }
-  // With a receiver for its errors RtAudio throws none, which on its own thread would end the program. The
-  // stream sees a failing device by itself: it runs away or stands still.
-  static void OnError(RtAudioError::Type, const std::string&) {}
-};
+  return found;
+}
+
+Error NoAnswer(const std::string& name) {
+  return {RtAudioStream::kErrorOpen, "\"" + name + "\" can't be opened: the sound server does not answer"};
+}
 
 }  // namespace
 
-RtAudioStream::RtAudioStream(RtAudioDevices& devices, SoundDirection direction, std::string name,
-                             int occurrence, const SoundFormat& format, RtAudioClient& client,
-                             QueueSignal& signal, SoundCounters& counters)
-    : devices_(devices),
-      direction_(direction),
-      name_(std::move(name)),
-      occurrence_(occurrence),
-      format_(format),
+// Shared by the stream, the audio thread and the errand that closes: each may be the last that needs it.
+struct RtAudioStream::Line {
+  std::unique_ptr<RtAudio> Audio;
+  int DeviceChannels = 0;
+  unsigned Frames = 0;                   // of the longest block
+  std::atomic<RtAudioStream*> Target{};  // null once the stream has let go
+  std::atomic<bool> InCall{false};       // the audio thread is with the target
+  bool Failed = false;                   // the device gave or took no block; the audio thread's
+};
+
+struct CallbackTarget {
+  using Line = RtAudioStream::Line;
+  static thread_local Line* OfThisThread;
+
+  static int OnAudio(void* out, void* in, unsigned frames, double, RtAudioStreamStatus status, void* user) {
+    auto& line = *static_cast<Line*>(user);
+    OfThisThread = &line;
+    auto* samples = static_cast<std::int16_t*>(out != nullptr ? out : in);
+    if (out != nullptr)
+      std::fill_n(samples, frames * static_cast<unsigned>(line.DeviceChannels), std::int16_t{0});
+    line.InCall = true;
+    int answer = 0;
+    if (RtAudioStream* target = line.Target) {
+      target->Prioritise();
+      if (status != 0) target->CountTrouble();
+      const bool came = !std::exchange(line.Failed, false);
+      answer = target->OnAudio(samples, static_cast<int>(frames), Microseconds(), came);
+    }
+    line.InCall = false;
+    return answer;
+  }
+  // With a receiver for its errors RtAudio throws none, which on its own thread would end the program. On the
+  // audio thread they say that a block was not read or not written; the next turn comes all the same.
+  static void OnError(RtAudioError::Type, const std::string&) {
+    if (OfThisThread != nullptr) OfThisThread->Failed = true;
+  }
+};
+
+thread_local CallbackTarget::Line* CallbackTarget::OfThisThread = nullptr;
+
+RtAudioStream::RtAudioStream(std::shared_ptr<RtAudioDevices> devices, SoundErrands& errands,
+                             RtAudioRequest request, RtAudioClient& client, QueueSignal& signal,
+                             SoundCounters& counters)
+    : devices_(std::move(devices)),
+      errands_(errands),
+      request_(std::move(request)),
       client_(client),
       signal_(signal),
       counters_(counters) {}
@@ -72,82 +114,93 @@ RtAudioStream::~RtAudioStream() {
   Close();
 }
 
-const RtAudioDevice* RtAudioStream::Find(const std::vector<RtAudioDevice>& list) const {
-  const RtAudioDevice* found = nullptr;
-  int seen = 0;
-  for (const RtAudioDevice& device : list) {
-    if (device.Name != name_ || device.Channels(direction_) == 0) continue;
-    found = &device;
-    if (seen++ == occurrence_) break;
-  }
-  return found;
-}
-
 Failure RtAudioStream::Open() {
-  if (audio_ && !lost_.load()) return std::nullopt;
+  if (line_ && !lost_.load()) return std::nullopt;
   Close();
-  const auto lock = devices_.Lock();
-  const auto list = devices_.ListLocked();
-  const RtAudioDevice* device = Find(list);
-  if (device == nullptr) return Error{kErrorMissing, "\"" + name_ + "\" is not connected"};
-  const auto& rates = device->SampleRates;
-  if (!rates.empty() &&
-      std::count(rates.begin(), rates.end(), static_cast<unsigned>(format_.SampleRate)) == 0) {
-    return Error{kErrorFormat, "\"" + name_ + "\" can't run at " + std::to_string(format_.SampleRate) +
-                                   " samples a second"};
-  }
-  return OpenDevice(*device);
+  struct Answer {
+    Line Opened;
+    Failure Fault;
+  };
+  const auto answer = std::make_shared<Answer>();
+  const auto open = [answer, devices = devices_, request = request_] {
+    answer->Fault = OpenLine(*devices, request, answer->Opened);
+  };
+  if (!errands_.Run(open)) return NoAnswer(request_.Name);
+  if (answer->Fault) return answer->Fault;
+  line_ = {answer, &answer->Opened};
+  scratch_.assign(
+      static_cast<std::size_t>(line_->Frames) * static_cast<std::size_t>(request_.Format.Channels), 0);
+  prioritised_ = lost_ = false;
+  line_->Target = this;
+  return std::nullopt;
 }
 
-Failure RtAudioStream::OpenDevice(const RtAudioDevice& device) {
-  const bool capture = direction_ == SoundDirection::Capture;
+Failure RtAudioStream::OpenLine(RtAudioDevices& devices, const RtAudioRequest& request, Line& line) {
+  const auto list = devices.List();
+  const RtAudioDevice* device = Find(list, request);
+  if (device == nullptr) return Error{kErrorMissing, "\"" + request.Name + "\" is not connected"};
+  const auto& rates = device->SampleRates;
+  const int rate = request.Format.SampleRate;
+  if (!rates.empty() && std::count(rates.begin(), rates.end(), static_cast<unsigned>(rate)) == 0) {
+    return Error{kErrorFormat,
+                 "\"" + request.Name + "\" can't run at " + std::to_string(rate) + " samples a second"};
+  }
+  return OpenDevice(devices, request, *device, line);
+}
+
+Failure RtAudioStream::OpenDevice(RtAudioDevices& devices, const RtAudioRequest& request,
+                                  const RtAudioDevice& device, Line& line) {
+  const bool capture = request.Direction == SoundDirection::Capture;
   // Stereo wherever the device has it: mono would come out of the left loudspeaker only.
-  deviceChannels_ = static_cast<int>(std::min(2U, device.Channels(direction_)));
+  line.DeviceChannels = static_cast<int>(std::min(2U, device.Channels(request.Direction)));
   RtAudio::StreamParameters parameters;
   parameters.deviceId = device.Id;
-  parameters.nChannels = static_cast<unsigned>(deviceChannels_);
+  parameters.nChannels = static_cast<unsigned>(line.DeviceChannels);
   RtAudio::StreamOptions options;
   options.numberOfBuffers = kBuffersAhead;
   options.streamName = capture ? "QUORLSDR capture" : "QUORLSDR playback";
-  unsigned frames = capture ? kCaptureFrames : kPlaybackFrames;
-  auto audio = devices_.Create();
-  prioritised_ = false;
+  line.Frames = capture ? kCaptureFrames : kPlaybackFrames;
+  line.Audio = devices.Create();
+  const std::string what = "\"" + request.Name + "\" can't be opened at " +
+                           std::to_string(request.Format.SampleRate) + " samples a second";
   try {
-    audio->openStream(capture ? nullptr : &parameters, capture ? &parameters : nullptr, RTAUDIO_SINT16,
-                      static_cast<unsigned>(format_.SampleRate), &frames, &CallbackTarget::OnAudio, this,
-                      &options, &CallbackTarget::OnError);
+    line.Audio->openStream(capture ? nullptr : &parameters, capture ? &parameters : nullptr, RTAUDIO_SINT16,
+                           static_cast<unsigned>(request.Format.SampleRate), &line.Frames,
+                           &CallbackTarget::OnAudio, &line, &options, &CallbackTarget::OnError);
   } catch (const RtAudioError& error) {
-    return Error{kErrorOpen, "\"" + name_ + "\" can't be opened at " + std::to_string(format_.SampleRate) +
-                                 " samples a second: " + error.getMessage()};
+    return Error{kErrorOpen, what + ": " + error.getMessage()};
   }
-  if (!audio->isStreamOpen()) return Error{kErrorOpen, "\"" + name_ + "\" can't be opened"};
-  scratch_.assign(static_cast<std::size_t>(frames) * static_cast<std::size_t>(format_.Channels), 0);
-  lost_ = false;
-  audio_ = std::move(audio);
+  if (!line.Audio->isStreamOpen()) return Error{kErrorOpen, what};
   return std::nullopt;
 }
 
 Failure RtAudioStream::Start() {
   if (auto failure = Open()) return failure;
-  if (audio_->isStreamRunning()) return std::nullopt;
+  if (line_->Audio->isStreamRunning()) return std::nullopt;
   lastCall_ = Microseconds();
   ahead_ = 0.0;
   lastHeard_.store(lastCall_, std::memory_order_release);
-  audio_->startStream();
-  if (audio_->isStreamRunning()) return std::nullopt;
+  const bool answered = errands_.Run([line = line_] { line->Audio->startStream(); });
+  if (answered && line_->Audio->isStreamRunning()) return std::nullopt;
   Close();
-  return Error{kErrorOpen, "\"" + name_ + "\" does not start"};
+  return answered ? Error{kErrorOpen, "\"" + request_.Name + "\" does not start"} : NoAnswer(request_.Name);
 }
 
 void RtAudioStream::Close() {
-  if (!audio_) return;
-  audio_->closeStream();
-  audio_.reset();
+  if (!line_) return;
+  line_->Target = nullptr;
+  while (line_->InCall) std::this_thread::yield();  // for as long as a block is copied
+  errands_.Post([line = std::exchange(line_, nullptr)] {
+    line->Audio->closeStream();
+    line->Audio.reset();
+  });
 }
 
-bool RtAudioStream::IsLost(std::int64_t now) const {
-  if (!audio_) return false;
-  return lost_.load() || (audio_->isStreamRunning() && now - lastHeard_.load() > kLongestSilence);
+RtAudioStream::Loss RtAudioStream::LossAt(std::int64_t now) const {
+  if (!line_) return Loss::None;
+  if (lost_.load()) return Loss::Vanished;
+  const bool silent = line_->Audio->isStreamRunning() && now - lastHeard_.load() > kLongestSilence;
+  return silent ? Loss::Silent : Loss::None;
 }
 
 void RtAudioStream::MarkLost() {
@@ -156,21 +209,21 @@ void RtAudioStream::MarkLost() {
 }
 
 void RtAudioStream::CountTrouble() {
-  auto& counter = direction_ == SoundDirection::Capture ? counters_.Overruns : counters_.Underruns;
+  auto& counter = request_.Direction == SoundDirection::Capture ? counters_.Overruns : counters_.Underruns;
   counter.fetch_add(1, std::memory_order_relaxed);
 }
 
 bool RtAudioStream::RunsAway(int frames, std::int64_t microsecond) {
   constexpr double kSecondsPerMicrosecond = 1e-6;
   const double elapsed = static_cast<double>(microsecond - lastCall_) * kSecondsPerMicrosecond;
-  ahead_ += static_cast<double>(frames) / format_.SampleRate - elapsed * (1.0 + kClockError);
+  ahead_ += static_cast<double>(frames) / request_.Format.SampleRate - elapsed * (1.0 + kClockError);
   ahead_ = std::max(ahead_, -kMostCredit);
   lastCall_ = microsecond;
   lastHeard_.store(microsecond, std::memory_order_relaxed);
   return ahead_ > kMostAhead;
 }
 
-int RtAudioStream::OnAudio(std::int16_t* samples, int frames, std::int64_t microsecond) {
+int RtAudioStream::OnAudio(std::int16_t* samples, int frames, std::int64_t microsecond, bool came) {
   constexpr int kGoOn = 0, kGiveUp = 2;
   // Pairs with the store in Start: RtAudio's thread is older than what Start and Open have written.
   static_cast<void>(lastHeard_.load(std::memory_order_acquire));
@@ -178,21 +231,25 @@ int RtAudioStream::OnAudio(std::int16_t* samples, int frames, std::int64_t micro
     MarkLost();
     return kGiveUp;
   }
-  const std::size_t most = scratch_.size() / static_cast<std::size_t>(format_.Channels);
+  if (came && PassBlocks(samples, static_cast<std::size_t>(frames), microsecond)) signal_.Raise();
+  return kGoOn;
+}
+
+bool RtAudioStream::PassBlocks(std::int16_t* samples, std::size_t frames, std::int64_t microsecond) {
+  const int channels = request_.Format.Channels, deviceChannels = line_->DeviceChannels;
+  const bool capture = request_.Direction == SoundDirection::Capture;
+  const std::size_t most = scratch_.size() / static_cast<std::size_t>(channels);
   bool due = false;
-  for (std::size_t done = 0, n = static_cast<std::size_t>(frames); done < n;) {
-    const std::size_t part = std::min(most, n - done);
-    std::int16_t* device = samples + done * static_cast<std::size_t>(deviceChannels_);
-    std::int16_t* block = deviceChannels_ == format_.Channels ? device : scratch_.data();
-    if (block != device && direction_ == SoundDirection::Capture)
-      Convert(device, deviceChannels_, block, part);
+  for (std::size_t done = 0; done < frames;) {
+    const std::size_t part = std::min(most, frames - done);
+    std::int16_t* device = samples + done * static_cast<std::size_t>(deviceChannels);
+    std::int16_t* block = deviceChannels == channels ? device : scratch_.data();
+    if (block != device && capture) Convert(device, deviceChannels, block, part);
     due |= client_.Process(block, static_cast<int>(part), microsecond);
-    if (block != device && direction_ == SoundDirection::Playback)
-      Convert(block, format_.Channels, device, part);
+    if (block != device && !capture) Convert(block, channels, device, part);
     done += part;
   }
-  if (due) signal_.Raise();
-  return kGoOn;
+  return due;
 }
 
 }  // namespace quorl
