@@ -21,6 +21,7 @@ struct ListenOptions {
   std::string Settings;  // path of the settings file
   std::string Folder;    // of demo data
   bool Quiet = false;    // no live line
+  bool ShortDelay = false;
 };
 
 }  // namespace quorl::cli

@@ -44,7 +44,7 @@ class Program {
     }
     for (const std::string& notice : machine_->Notices()) Complain(notice);
     if (!frame_->Form_Initialize()) return ExitCode::Refused;
-    OpenWindow();
+    window_->setAttribute(Qt::WA_TransparentForMouseEvents, false);
     int exitCode = options_.Script.empty() ? WaitForClose() : RunScript();
     frame_->Form_Unload();
     if (options_.Report) report_.Print(*frame_, *machine_, application_);
@@ -79,6 +79,7 @@ class Program {
     frame_ = std::make_unique<frmMain>(machine_->Parts(), machine_->Settings(), *log_,
                                        StartOptions{options_.CommandLine, folder, defaults});
     frame_->OnSplash = [this](bool visible) { ShowSplash(visible); };
+    frame_->OnForm = [this] { OpenWindow(); };
     frame_->OnClose = [this] { Close(); };
     return {};
   }
@@ -112,9 +113,9 @@ class Program {
     scrollables.GiveFocus = [this](Control& control) { window_->GiveFocus(control.Name()); };
     scrollables.IsShown = [this](const Control& control) { return window_->IsShown(control.Name()); };
     frame_->OnCaption = [this](bool shown) { window_->ShowCaption(shown); };
-    window_->ShowCaption(!frame_->CaptionRemoved());  // the power may have come on with the start
     personalBoxes_.SetWindow(window_.get());
     RestoreWindowSize();
+    window_->setAttribute(Qt::WA_TransparentForMouseEvents);  // until the start is done
     window_->show();
     frame_->Radio().OnHousekept = [this](double microseconds) { report_.NoteHousekeeping(microseconds); };
     frame_->Radio().OnAudio = [this](const std::int16_t* block, std::int32_t attenuation) {

@@ -11,8 +11,9 @@ constexpr int kHousekeepingDelay = 3;      // ms after a block has left: in the 
 
 }  // namespace
 
-LiveRadio::LiveRadio(Machine& machine, BlockRecorder& recorder)
-    : Radio(machine.Time, *this, recorder, [&machine] { machine.Queue.Yield(); }),
+LiveRadio::LiveRadio(Machine& machine, BlockRecorder& recorder, KernelSettings settings)
+    : Radio(
+          machine.Time, *this, recorder, [&machine] { machine.Queue.Yield(); }, std::move(settings)),
       tmrPerfStats(machine.Queue,
                    [this] {
                      tmrPerfStats.SetEnabled(false);
@@ -32,6 +33,9 @@ LiveRadio::~LiveRadio() = default;
 void LiveRadio::CreateSoundCard() {
   soundCard_ = std::make_unique<QUORLDX8>(machine_.Sound, machine_.Queue, machine_.Boxes, *this);
   soundEvents_ = std::make_unique<frmDX8Events>(*soundCard_);
+}
+
+void LiveRadio::SetSoundFormat(bool shortDelay) {
   QUORLDX8& card = *soundCard_;
   card.FSampling = FSampling;
   card.NoChannelsIn = NoChannelsIn;
@@ -39,7 +43,7 @@ void LiveRadio::CreateSoundCard() {
   card.NoBlocksInBuffer = NoBlocksInBuffer;
   card.SetSamplesPerEvent(SamplesPerEvent);
   card.BitsPerSample = BitsPerSample;
-  card.Inp2OutpBufferRatio = Inp2OutpBufferRatio;
+  card.Inp2OutpBufferRatio = shortDelay ? 1 : Inp2OutpBufferRatio;
 }
 
 bool LiveRadio::CreateTuning(SettingsStore& settings, std::int32_t interfaceType, bool shaftEncoder,

@@ -22,14 +22,17 @@ namespace quorl {
 class LiveRadio final : public SoundEvents, public SoundOutput {
  public:
   // Everything outlives the radio.
-  LiveRadio(Machine& machine, BlockRecorder& recorder);
+  LiveRadio(Machine& machine, BlockRecorder& recorder, KernelSettings settings = {});
   ~LiveRadio() override;
 
   Receiver Radio;
   Timer tmrPerfStats;  // armed by each block that leaves for the loudspeaker; one shot
 
-  // The sound object, with the format of the signal path. Opens nothing yet.
+  // The sound object. Opens nothing yet.
   void CreateSoundCard();
+  // Gives it the format of the signal path. A short delay holds two blocks in the playback buffer instead of
+  // four, and has half the time to bridge where the machine is busy.
+  void SetSoundFormat(bool shortDelay = false);
   // VFO, driver and interface of the board `Radio.Vars.SDRModelNo`; takes the LO side from the VFO. False
   // where the interface can't be opened: frequencies are noted, but tune nothing. The log has the reason, and
   // the user has been told; `tellsPort` false leaves telling of a serial port to the caller.

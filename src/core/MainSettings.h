@@ -27,6 +27,7 @@ struct MainOptions {
   std::string PathToDream, DreamProgArgs;
   std::int32_t DreamWindowStyle = 1;
   bool AutoTrackPresets = true, FormCaptionOffOnPwrOn = false, AutoStartSDR = false;
+  bool ShortDelay = false;                             // of the sound, at the next start
   std::int32_t IFType = 0;                             // InterfaceType
   float AGCAttack = 0.0F, AGCDecay = 0.0F, NB = 0.0F;  // control values
   std::int32_t LastOutputVolume = 0;                   // the volume control, to start with

@@ -42,6 +42,7 @@ bool frmMain::Form_Initialize() {
   if (options_.Defaults) options_.Defaults(store_);
   Log(kInitialize, " : Start");
   Log(kInitialize, " : QUORL.INIT");
+  INIT();
   Log(kInitialize, " : PublicVars.SDRColourSchemes.Defaults");
   scheme_.Defaults();
   Log(kInitialize, ":Initialising BandPlans");
@@ -50,11 +51,7 @@ bool frmMain::Form_Initialize() {
     return false;
   }
   Log(kInitialize, ":Initialising Digital Filter Objects");
-  radio_ = std::make_unique<LiveRadio>(machine_, recorder_);
-  radio_->Radio.Settings.Report = [this](const std::string& text) {
-    machine_.Boxes.ShowMessage({.Text = text, .Title = kProductName});
-  };
-  INIT();
+  radio_ = std::make_unique<LiveRadio>(machine_, recorder_, kernel_);
   Log(kInitialize, ":Creating Profiler Object");
   Log(kInitialize, ":Initialising Tuning Step Array");
   OnSplash(false);
@@ -67,8 +64,10 @@ bool frmMain::Form_Initialize() {
 // The outside vector library is not looked for: the kernel's own routines are faster on what runs this
 // program.
 void frmMain::INIT() {
-  radio_->Radio.Settings.SPLAvailable = false;
-  radio_->Radio.Settings.UseSPL = false;
+  kernel_.SPLAvailable = kernel_.UseSPL = false;
+  kernel_.Report = [this](const std::string& text) {
+    machine_.Boxes.ShowMessage({.Text = text, .Title = kProductName});
+  };
 }
 
 bool frmMain::FindBandPlans() {

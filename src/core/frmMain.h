@@ -75,6 +75,9 @@ class frmMain {
   std::function<void(bool shown)> OnCaption = [](bool) {};
   // Told at the start, when the splash panel comes and goes.
   std::function<void(bool visible)> OnSplash = [](bool) {};
+  // Told at the start, when the form's controls are there: the window may open, and the boxes of the steps to
+  // come stand over it.
+  std::function<void()> OnForm = [] {};
 
   ControlRegistry& Controls() { return registry_; }
   LiveRadio& Radio() { return *radio_; }
@@ -91,6 +94,7 @@ class frmMain {
   bool Form_Load();
   void LoadSteps();
   void CreateForm();
+  void CreateControls();
   void CreateTuningPanel();
   void CreateReceptionPanels();
   void CreateTuningRoad();
@@ -121,6 +125,7 @@ class frmMain {
   NoRecorder recorder_;  // the recorder's place
   MainOptions stored_;
   std::vector<MainBand> mainBands_;
+  KernelSettings kernel_;
   bool loading_ = true;
   bool on_ = false;
   bool powerWanted_ = false;  // what the last click asked for

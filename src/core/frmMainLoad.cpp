@@ -56,12 +56,13 @@ void frmMain::LoadSteps() {
     store_.ReadColour(kMainSection, colour.Key, scheme_.*colour.Field);
   }
   step(":Making Form Visible");
+  CreateControls();
+  store_.Read(kMainSection, "WindowWidth", stored_.WindowWidth);
+  store_.Read(kMainSection, "WindowHeight", stored_.WindowHeight);
+  OnForm();
   step(":Setting Colour Scheme");
   step(":Initialising MouseOverS");
-  scrollables_ = std::make_unique<ScrollableControls>(scheme_);
-  colours_ = std::make_unique<PanelColours>(registry_, scheme_, *scrollables_);
   step(":Initialising 7Segment Display Tuning");
-  CreateTuningPanel();
   step(":Initialising dialtuner");
   for (const int index : kScrollableStartOrder) {
     if (kScrollableStarts[static_cast<std::size_t>(index)].Label == nullptr) continue;
@@ -76,7 +77,6 @@ void frmMain::LoadSteps() {
       step(":Initialising sldOutVolume");
     }
   }
-  CreateReceptionPanels();
   step(":New QUORLDX8");
   radio_->CreateSoundCard();
   step(":New clsFFTReal");
@@ -84,7 +84,9 @@ void frmMain::LoadSteps() {
   step(" : Initialising Interface Objects");
   CreateTuningRoad();
   step(":Initialising sldAGCAttack");
+  agc_->InitialiseSlider(agc_->sldAGCAttack, CtlIndex::AGCAttack);
   step(":Initialising sldAGCDecay");
+  agc_->InitialiseSlider(agc_->sldAGCDecay, CtlIndex::AGCDecay);
   for (std::int32_t mode = 0; mode < FilterModeCount; ++mode) {
     step(":Initialising Variable Filter Default Values (" + std::to_string(mode) + ")");
   }
@@ -100,6 +102,7 @@ void frmMain::LoadSteps() {
   vars.CurrentIFFilterMode = IFFilterMode::Manual;
   vars.IFFilterActive = false;
   step(":Initialising NotchFilter Default Values");
+  notch_->InitialiseDefaults();
   step(":Restoring SDR Settings");
   RestoreSettings();
   radio_->VFO()->AutoUpdate = stored_.AutoDDSRefresh;
@@ -133,6 +136,13 @@ void frmMain::LoadSteps() {
   colours_->UnFocusFrames();
   if (stored_.AutoStartSDR) optPwr_->Press(0);
   loading_ = false;
+}
+
+void frmMain::CreateControls() {
+  scrollables_ = std::make_unique<ScrollableControls>(scheme_);
+  colours_ = std::make_unique<PanelColours>(registry_, scheme_, *scrollables_);
+  CreateTuningPanel();
+  CreateReceptionPanels();
 }
 
 void frmMain::CreateForm() {
@@ -249,6 +259,7 @@ void frmMain::ChooseDevices() {
 }
 
 void frmMain::InitialiseSoundCard() {
+  radio_->SetSoundFormat(stored_.ShortDelay);
   ChooseDevices();
   machine_.Sound.OnDeviceLost([this](const Error& error) {
     if (on_) optPwr_->Press(1);

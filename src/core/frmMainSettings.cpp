@@ -49,6 +49,7 @@ std::vector<StoredSetting> frmMain::SettingsTable() {
       {"LastOutputVolume", true, &o.LastOutputVolume},
       {"WindowWidth", true, &o.WindowWidth},
       {"WindowHeight", true, &o.WindowHeight},
+      {"ShortDelay", true, &o.ShortDelay},
   };
   for (const ColourSetting& colour : kColourSettings)
     table.push_back({colour.Key, true, &(scheme_.*colour.Field)});

@@ -5,8 +5,9 @@
 namespace quorl {
 
 Receiver::Receiver(const Clock& clock, SoundOutput& sound, BlockRecorder& recorder,
-                   std::function<void()> yield)
-    : Tap(Vars),
+                   std::function<void()> yield, KernelSettings settings)
+    : Settings(std::move(settings)),
+      Tap(Vars),
       Filters(Settings),
       Agc(Vars, sound),
       Chain(Vars, Filters, Agc, Tap, recorder),

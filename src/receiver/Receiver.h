@@ -17,8 +17,10 @@ namespace quorl {
 // filters, and the next Housekeeping rebuilds them. Values are the controls' values.
 class Receiver {
  public:
-  // All arguments are used as long as the receiver lives. `yield` delivers waiting events once.
-  Receiver(const Clock& clock, SoundOutput& sound, BlockRecorder& recorder, std::function<void()> yield);
+  // All arguments but `settings` are used as long as the receiver lives. `yield` delivers waiting events
+  // once.
+  Receiver(const Clock& clock, SoundOutput& sound, BlockRecorder& recorder, std::function<void()> yield,
+           KernelSettings settings = {});
 
   KernelSettings Settings;
   PublicVars Vars;

@@ -32,17 +32,18 @@ AGCPanel::AGCPanel(const PanelContext& context, AGC& agc)
     return static_cast<float>(Preset().DefaultDelay);
   };
   scrollables(CtlIndex::AGCDecay).TableDefault = [this] { return static_cast<float>(Preset().DefaultRamp); };
-  for (const auto& [slider, index] :
-       {std::pair{&sldAGCAttack, CtlIndex::AGCAttack}, std::pair{&sldAGCDecay, CtlIndex::AGCDecay}}) {
-    slider->Min = static_cast<int>(scrollables(index).MinValue);
-    slider->Max = static_cast<int>(scrollables(index).MaxValue);
-    slider->SetValue(slider->Min());
-  }
   sldAGCAttack.Change = [this] { sldAGCAttack_Scroll(); };
   sldAGCDecay.Change = [this] { sldAGCDecay_Scroll(); };
   chkAGC.SetValue(vars_.AGCON);
   chkAGC_Click();
   PaintButtons(optAGC, -1);
+}
+
+void AGCPanel::InitialiseSlider(Slider& slider, int index) {
+  ScopedFlag guard(moving_);
+  slider.Min = static_cast<int>(context_.Scrollables(index).MinValue);
+  slider.Max = static_cast<int>(context_.Scrollables(index).MaxValue);
+  slider.SetValue(slider.Min());
 }
 
 AGCSettingsRecord& AGCPanel::Preset() {

@@ -19,6 +19,9 @@ class AGCPanel {
   Slider sldAGCAttack, sldAGCDecay;
   Label lblAGCAttack, lblAGCDecay;
 
+  // Gives a slider the range of its value, before anything moves it.
+  void InitialiseSlider(Slider& slider, int index);
+
   void chkAGC_Click();
   // Undone while the AGC is off.
   void optAGC_Click(int index);

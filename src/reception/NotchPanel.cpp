@@ -55,15 +55,18 @@ NotchPanel::NotchPanel(const PanelContext& context)
   ScrollableControls& scrollables = context_.Scrollables;
   scrollables.Bind(CtlIndex::NotchC, lblNotchC, [this] { lblNotchC_Wheel(); });
   scrollables.Bind(CtlIndex::NotchW, lblNotchW, [this] { lblNotchW_Wheel(); });
-  const ScrollableControl& width = scrollables(CtlIndex::NotchW);
+  sldNotch.Change = [this] { sldNotch_Scroll(); };
+  sldNotchWidth.Change = [this] { sldNotchWidth_Scroll(); };
+  EnableControls();
+}
+
+void NotchPanel::InitialiseDefaults() {
+  const ScrollableControl& width = context_.Scrollables(CtlIndex::NotchW);
   sldNotchWidth.Min = static_cast<int>(width.MinValue);
   sldNotchWidth.Max = static_cast<int>(width.MaxValue);
   TakeType(vars_.NotchType);
   lblNotchC_Wheel();
   lblNotchW_Wheel();
-  sldNotch.Change = [this] { sldNotch_Scroll(); };
-  sldNotchWidth.Change = [this] { sldNotchWidth_Scroll(); };
-  EnableControls();
 }
 
 void NotchPanel::EnableControls() {

@@ -27,6 +27,9 @@ class NotchPanel {
   // Shows or hides the notch in the spectrum display. May be empty.
   std::function<void(bool)> ShowNotch;
 
+  // Ranges and first values, before anything moves them.
+  void InitialiseDefaults();
+
   void chkNotchOn_Click();
   void optNotch_Click(int index);
   void chkNotchAuto_Click();

@@ -99,6 +99,7 @@ class FrameRig {
         Options);
     frame_->OnSplash = [this](bool visible) { Splash.push_back(visible); };
     frame_->OnClose = [this] { ++Closed; };
+    frame_->OnForm = [this] { OnForm(); };
     const bool started = frame_->Form_Initialize();
     if (started) Hear();
     return started;
@@ -168,6 +169,7 @@ class FrameRig {
   std::unique_ptr<LogBook> Log;
   std::vector<bool> Splash;
   int Closed = 0;
+  std::function<void()> OnForm = [] {};
   bool KeepAudio = true;
   std::int64_t Blocks = 0;
   std::vector<std::int16_t> Heard;

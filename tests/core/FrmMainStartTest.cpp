@@ -93,6 +93,61 @@ TEST(FrmMainStart, ThePowerWaitsForTheEndOfTheStart) {
   EXPECT_EQ(rig.Text("lblFHi"), "Fhi : 5,000 Hz");
 }
 
+TEST(FrmMainStart, TheWindowOpensAtItsStepWithEveryControlAndBeforeTheBoxes) {
+  FrameRig rig("[DDSSerialIF]\nPortNo=3\n");
+  rig.Serial.FailOpen(Error{5, "busy"});
+  int forms = 0;
+  ControlRegistry spare;
+  rig.OnForm = [&] {
+    ++forms;
+    EXPECT_EQ(rig.Log->Lines().back(), "frmMain:frmMain:Form_Load:Making Form Visible");
+    EXPECT_TRUE(rig.Boxes.Messages.empty());
+    for (const char* name : {"optPwr(2)", "lbl7Seg(0)", "optMode(5)", "sldNotch", "optAGC(4)", "lblOutVol",
+                             "picSmeter", "lblStatsVal(0)", "lblBFO"}) {
+      EXPECT_NE(rig.Frame().Controls().Find(name), nullptr) << name;
+    }
+    // What a later line tells has not been done yet.
+    EXPECT_EQ(dynamic_cast<Slider&>(rig.At("sldAGCAttack")).Max(), Slider(spare, "fresh").Max());
+    EXPECT_EQ(rig.Text("lblNotchC"), "");
+  };
+  ASSERT_TRUE(rig.Start());
+  EXPECT_EQ(forms, 1);
+  EXPECT_EQ(rig.Boxes.Messages.size(), 1U);
+  EXPECT_EQ(dynamic_cast<Slider&>(rig.At("sldAGCAttack")).Max(), 100);
+  EXPECT_NE(rig.Text("lblNotchC"), "");
+}
+
+// What the loudspeaker plays.
+struct Ear : SampleSink {
+  void Accept(const std::int16_t* samples, int count) override {
+    Samples.insert(Samples.end(), samples, samples + count);
+  }
+  std::vector<std::int16_t> Samples;
+};
+
+// Samples from the chain's end to the loudspeaker.
+std::ptrdiff_t DelayToTheEar(const std::string& settings) {
+  Ear ear;
+  FrameRig rig("[frmMain]\nAutoStartSDR=True\nCurrentPlaybackDeviceName=Ear\n" + settings);
+  rig.Sound.AddPlaybackDevice("Ear", &ear);
+  EXPECT_TRUE(rig.Start());
+  rig.Run(2.0);
+  EXPECT_EQ(rig.Sound.Statistics().Underruns, 0);
+  const auto sinceFirstSound = [](const std::vector<std::int16_t>& samples) {
+    return samples.end() -
+           std::find_if(samples.begin(), samples.end(), [](auto value) { return value != 0; });
+  };
+  return sinceFirstSound(rig.Heard) - sinceFirstSound(ear.Samples);
+}
+
+TEST(FrmMainStart, AShortDelayTakesFourBlocksFromTheWayToTheEar) {
+  const auto usual = static_cast<double>(DelayToTheEar(""));
+  const auto shorter = static_cast<double>(DelayToTheEar("ShortDelay=True\n"));
+  EXPECT_NEAR(usual, 6.0 * SamplesPerEvent, 1.0 * SamplesPerEvent);
+  EXPECT_NEAR(shorter, 2.0 * SamplesPerEvent, 1.0 * SamplesPerEvent);
+  EXPECT_NEAR(usual - shorter, 4.0 * SamplesPerEvent, 0.1 * SamplesPerEvent);
+}
+
 TEST(FrmMainStart, SecondInstanceIsToldBeforeAnythingIsShown) {
   FrameRig rig;
   FileInstanceLock other(rig.Storage);
