@@ -57,7 +57,6 @@ NotchPanel::NotchPanel(const PanelContext& context)
   scrollables.Bind(CtlIndex::NotchW, lblNotchW, [this] { lblNotchW_Wheel(); });
   sldNotch.Change = [this] { sldNotch_Scroll(); };
   sldNotchWidth.Change = [this] { sldNotchWidth_Scroll(); };
-  EnableControls();
 }
 
 void NotchPanel::InitialiseDefaults() {
@@ -67,6 +66,7 @@ void NotchPanel::InitialiseDefaults() {
   TakeType(vars_.NotchType);
   lblNotchC_Wheel();
   lblNotchW_Wheel();
+  EnableControls();
 }
 
 void NotchPanel::EnableControls() {

@@ -107,14 +107,15 @@ TEST(FrmMainStart, TheWindowOpensAtItsStepWithEveryControlAndBeforeTheBoxes) {
       EXPECT_NE(rig.Frame().Controls().Find(name), nullptr) << name;
     }
     // What a later line tells has not been done yet.
-    EXPECT_EQ(dynamic_cast<Slider&>(rig.At("sldAGCAttack")).Max(), Slider(spare, "fresh").Max());
-    EXPECT_EQ(rig.Text("lblNotchC"), "");
+    const int unset = Slider(spare, "fresh").Max();
+    EXPECT_EQ(dynamic_cast<Slider&>(rig.At("sldAGCAttack")).Max(), unset);
+    EXPECT_EQ(dynamic_cast<Slider&>(rig.At("sldNotchWidth")).Max(), unset);
   };
   ASSERT_TRUE(rig.Start());
   EXPECT_EQ(forms, 1);
   EXPECT_EQ(rig.Boxes.Messages.size(), 1U);
   EXPECT_EQ(dynamic_cast<Slider&>(rig.At("sldAGCAttack")).Max(), 100);
-  EXPECT_NE(rig.Text("lblNotchC"), "");
+  EXPECT_EQ(dynamic_cast<Slider&>(rig.At("sldNotchWidth")).Max(), 5000);
 }
 
 // What the loudspeaker plays.

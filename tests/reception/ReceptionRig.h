@@ -27,6 +27,9 @@ struct ReceptionRig {
 
   ReceptionRig() {
     filters.Initialise();
+    notch.InitialiseDefaults();
+    agcPanel.InitialiseSlider(agcPanel.sldAGCAttack, CtlIndex::AGCAttack);
+    agcPanel.InitialiseSlider(agcPanel.sldAGCDecay, CtlIndex::AGCDecay);
     agcPanel.optAGC.Press(vars.AGCMode);
     demod.optMode.Press(vars.CurrentDemodMode);
     filter.optFilter.Press(vars.CurrentFilterMode);
@@ -44,12 +47,6 @@ struct ReceptionRig {
   void Wheel(const std::string& name, int times, Modifiers with = {}) {
     hand::Turn(At(name), times, {.With = with});
   }
-  ReceptionRig() {
-    notch.InitialiseDefaults();
-    agcPanel.InitialiseSlider(agcPanel.sldAGCAttack, CtlIndex::AGCAttack);
-    agcPanel.InitialiseSlider(agcPanel.sldAGCDecay, CtlIndex::AGCDecay);
-  }
-
   std::string Text(const std::string& name) { return At(name).Text(); }
   // Runs once at the next yield.
   void AtNextYield(std::function<void()> what) { atYield = std::move(what); }
