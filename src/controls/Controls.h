@@ -159,6 +159,8 @@ class ComboBox : public Control {
   void RemoveItem(int index);                   // the selection stays with its item
   int ListIndex() const { return listIndex_; }  // -1 for none
   void SetListIndex(int index);                 // raises Click
+  // The item that is in force although nothing is chosen, -1 for none; the view ticks it.
+  Property<int> Marked{*this, -1};
   Event<> Click;
 
  private:

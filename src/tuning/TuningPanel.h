@@ -116,6 +116,7 @@ class TuningPanel {
   std::int32_t DigitOfRate() const;
   void HighlightDigit(std::int32_t digit);
   void ShowRate(std::int32_t digit);
+  void ShowDial();
   void ShaftAutoRateStep();
 
   const Clock& clock_;

@@ -29,9 +29,26 @@ double Weight(std::int32_t digit) {
   return std::pow(10.0, TuningPanel::kDigits - 1 - digit);
 }
 
+// A step in the unit that goes with its digit.
+std::string RateText(double step, std::int32_t digit) {
+  const auto text = [](double value) {
+    char digits[32];
+    std::snprintf(digits, sizeof digits, "%.6g", value);
+    return std::string(digits);
+  };
+  if (digit <= 1) return FormatPicture(step / 10000000.0, "0") + " MHz";
+  if (digit <= 4) return text(step / 10000.0) + " KHz";
+  if (digit <= 7) return text(step / 10.0) + " Hz";
+  return text(step) + " dHz";
+}
+
 }  // namespace
 
 void TuningPanel::ConnectRate() {
+  for (std::int32_t i = 0; i < kDigits; ++i) {
+    lbl7Seg(i).ToolTip =
+        "Wheel tunes by " + RateText(Weight(i), i) + ", Click to Lock Tune Rate, Right Click for more";
+  }
   imgTuneStepLock.Visible = false;
   imgTuneStepLock.ToolTip = "Click to Unlock Tune Rate";
   for (auto* gesture : {&imgTuneStepLock.Click, &imgTuneStepLock.DblClick}) {
@@ -91,21 +108,18 @@ void TuningPanel::SetTuneDigit(std::int32_t digit, float multiplier) {
 
 void TuningPanel::ShowRate(std::int32_t digit) {
   if (vfo_ == nullptr) return;
-  const double step = vfo_->TuneStep();
-  const auto text = [](double value) {
-    char digits[32];
-    std::snprintf(digits, sizeof digits, "%.6g", value);
-    return std::string(digits);
-  };
-  if (digit <= 1) {
-    lblTuningRate.Caption = FormatPicture(step / 10000000.0, "0") + " MHz";
-  } else if (digit <= 4) {
-    lblTuningRate.Caption = text(step / 10000.0) + " KHz";
-  } else if (digit <= 7) {
-    lblTuningRate.Caption = text(step / 10.0) + " Hz";
-  } else {
-    lblTuningRate.Caption = text(step) + " dHz";
-  }
+  lblTuningRate.Caption = RateText(vfo_->TuneStep(), digit);
+  ShowDial();
+}
+
+// The dial tunes while the rate is locked; while it is free, the dial looks as if held.
+void TuningPanel::ShowDial() {
+  dialtuner.Faded = !TuningRateLocked;
+  dialtuner.AccessibleName = std::string(TuningRateLocked ? "Tuning dial" : "Tuning dial, held");
+  dialtuner.ToolTip = TuningRateLocked
+                          ? "Tunes by " + lblTuningRate.Caption()
+                          : "Held: only brings the frequency onto the grid of the step. Click on "
+                            "Step to lock the rate, and the dial tunes by it";
 }
 
 void TuningPanel::LockDigit(std::int32_t digit) {
@@ -141,6 +155,7 @@ void TuningPanel::SetRateLocked(bool locked) {
   TuningRateLocked = locked;
   lblTuningRate.ForeColour = TuningRateLocked ? colours_.LockedRate : colours_.ChosenDigit;
   lblTuningRate.ToolTip = std::string(TuningRateLocked ? kClickToUnlock : kClickToLock);
+  ShowDial();
 }
 
 void TuningPanel::mnuVFOControlSub_Click(std::int32_t index) {
@@ -158,10 +173,14 @@ void TuningPanel::mnuVFOControlSub_Click(std::int32_t index) {
   imgTuneStepLock.Visible = vfo_->TuneStepLock;
 }
 
-// Nothing is chosen when it opens, so that the step of last time can be chosen again.
+// Nothing is chosen when it opens, so that the step of last time can be chosen again; the one in force is
+// marked.
 void TuningPanel::ShowStepSelector(const Control& beside) {
   cboTuningSteps.Beside = &beside;
   cboTuningSteps.SetListIndex(-1);
+  const auto step =
+      vfo_ != nullptr ? std::find(TuneSteps.begin(), TuneSteps.end(), vfo_->TuneStep()) : TuneSteps.end();
+  cboTuningSteps.Marked = step == TuneSteps.end() ? -1 : static_cast<int>(step - TuneSteps.begin());
   cboTuningSteps.Visible = true;
 }
 

@@ -112,6 +112,8 @@ class DemoPanel {
   void AddTuning() {
     for (int i = 0; i < 9; ++i) Add<Label>(IndexedName("lbl7Seg", i)).ForeColour = 0x0000FF;
     Add<FrequencyDisplay>("picFreqDisp").ChosenDigit = 6;
+    Add<Label>("lbl7SegTop").Visible = false;
+    Add<Label>("lblTuningLimit").Visible = false;
     ShowDigits("070850000");
     Add<Picture>("imgTuneStepLock");
     auto& steps = Add<PopupBox>("cboTuningSteps");

@@ -188,6 +188,62 @@ TEST_F(WindowTest, ManyChangesAreOneRefresh) {
   EXPECT_EQ(window.Clock().TakenOver() - before, 1);
 }
 
+// The rest waits for the next refresh of all, which has just been.
+TEST_F(WindowTest, DigitsFollowTheHandBeforeTheNextRefresh) {
+  window.show();
+  auto *digits = window.findChild<QWidget*>("picFreqDisp"), *notch = window.findChild<QWidget*>("lblNotch");
+  int first = 0;
+  for (int i = 0; i < 9; ++i) {
+    Pass(15);
+    window.Clock().Flush();
+    Settle();
+    PaintCounter shown(*digits), later(*notch);
+    panel.Get<Label>("lblNotch").Caption = std::to_string(i);
+    panel.ShowDigits("07085000" + std::to_string(i + 1));
+    while (shown.Paints + later.Paints == 0) QApplication::processEvents();
+    first += later.Paints == 0 ? 1 : 0;
+  }
+  EXPECT_GE(first, 5) << "of 9";
+}
+
+TEST_F(WindowTest, TheTenthDigitTakesItsPlaceAndTheOthersMoveOn) {
+  window.show();
+  Settle();
+  auto* digits = window.findChild<QWidget*>("picFreqDisp");
+  const QRect nine = window.findChild<QWidget*>("lbl7Seg(0)")->geometry();
+  const int width = digits->width();
+  panel.Get<Label>("lbl7SegTop").Caption = std::string("1");
+  panel.Get<Label>("lbl7SegTop").Visible = true;
+  window.Clock().Flush();
+  Settle();
+  EXPECT_EQ(Spoken("picFreqDisp", QAccessible::Value), "107085000.0 Hz");
+  EXPECT_GT(digits->width(), width);
+  EXPECT_LE(window.minimumSizeHint().width(), 1024);
+  EXPECT_GT(window.findChild<QWidget*>("lbl7Seg(0)")->x(), nine.x());
+  panel.Get<Label>("lbl7SegTop").Visible = false;
+  window.Clock().Flush();
+  Settle();
+  EXPECT_EQ(digits->width(), width);
+  EXPECT_EQ(window.findChild<QWidget*>("lbl7Seg(0)")->geometry(), nine);
+}
+
+TEST_F(WindowTest, WhyTuningStoppedComesUpUnderTheDigits) {
+  window.show();
+  auto& limit = panel.Get<Label>("lblTuningLimit");
+  auto* note = window.findChild<QWidget*>("lblTuningLimit");
+  window.Clock().Flush();
+  EXPECT_FALSE(note->isVisible());
+  limit.Caption = std::string("135,048.0 kHz is as far as DDS clock and IF go");
+  limit.Visible = true;
+  window.Clock().Flush();
+  EXPECT_TRUE(note->isVisible());
+  EXPECT_EQ(Spoken("lblTuningLimit", QAccessible::Name), QString::fromStdString(limit.Caption()));
+  EXPECT_TRUE(window.rect().contains(note->geometry()));
+  limit.Visible = false;
+  window.Clock().Flush();
+  EXPECT_FALSE(note->isVisible());
+}
+
 TEST_F(WindowTest, TheFourSizesFitTheirLeastHeight) {
   window.resize(1024, 700);
   window.show();

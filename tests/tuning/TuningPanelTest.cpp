@@ -157,7 +157,11 @@ TEST_F(TuningPanelTest, TheDialTunesWhereTheRateIsLockedAndSnapsWhereItIsNot) {
   EXPECT_EQ(Digits(), "072050000");
   panel->dialtuner.SetValue(20);
   EXPECT_EQ(Digits(), "072050000");
+  EXPECT_TRUE(panel->dialtuner.Faded());
+  EXPECT_EQ(panel->dialtuner.AccessibleName(), "Tuning dial, held");
   At("lblTuningRate").UserClick();
+  EXPECT_FALSE(panel->dialtuner.Faded());
+  EXPECT_EQ(panel->dialtuner.ToolTip(), "Tunes by 1 KHz");
   EXPECT_EQ(At("lblTuningRate").ForeColour(), kLocked);
   EXPECT_EQ(At("lblTuningRate").ToolTip(), "Click to Unlock Tuning Rate");
   panel->dialtuner.SetValue(21);
@@ -241,6 +245,11 @@ TEST_F(TuningPanelTest, TheSelectorTakesEveryStepAndOverridesALock) {
     At("lbl7Seg(3)").Wheel(1, {});
     EXPECT_EQ(VFO().TunedFrequency(), 72000000 + storedStep) << step.Item;
   }
+  EXPECT_EQ(At("lbl7Seg(3)").ToolTip(),
+            "Wheel tunes by 10 KHz, Click to Lock Tune Rate, Right Click for more");
+  At("lblTuningRate").MouseDown({.Button = MouseButton::Right});
+  EXPECT_EQ(panel->cboTuningSteps.Marked(), 16);
+  EXPECT_EQ(panel->cboTuningSteps.ListIndex(), -1);
   // The same one again, after the digits have been gone over.
   At("imgTuneStepLock").DblClick({});
   Hover(3);
@@ -371,10 +380,10 @@ TEST_F(TuningPanelTest, AShortTapIsAStepAndDigitsShowAtOnce) {
   }
   EXPECT_EQ(Digits(), "072070000");
   // Nobody told that this one was let go, as where the window lost the keyboard.
-  for (int i = 0; i < 2; ++i) {
-    At("picFreqDisp").KeyDown({Key::Z, {}});
-    Run(2000);
-  }
+  At("picFreqDisp").KeyDown({Key::Z, {}});
+  Run(2000);
+  At("picFreqDisp").KeyDown({Key::Z, {}});
+  At("picFreqDisp").KeyUp({Key::Z, {}});
   EXPECT_EQ(Digits(), "072068000");
 }
 

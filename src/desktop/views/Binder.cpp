@@ -72,6 +72,11 @@ PopupListView* Binder::PopupList(const std::string& name, QWidget* anchor) {
   return control && anchor ? new PopupListView(clock_, *control, anchor) : nullptr;
 }
 
+NoteView* Binder::Note(const std::string& name, QWidget* anchor) {
+  auto* control = Find<Label>(name);
+  return control && anchor ? new NoteView(clock_, *control, anchor) : nullptr;
+}
+
 ListView* Binder::List(const std::string& name) {
   auto* control = Find<ListBox>(name);
   return control ? new ListView(clock_, *control) : nullptr;
@@ -93,7 +98,7 @@ FrequencyView* Binder::Frequency(const std::string& surface, const std::string& 
     labels[static_cast<std::size_t>(i)] = Find<Label>(IndexedName(digits, i));
   }
   auto* control = Find<FrequencyDisplay>(surface);
-  return control ? new FrequencyView(clock_, *control, labels) : nullptr;
+  return control ? new FrequencyView(clock_, *control, labels, Find<Label>(digits + "Top")) : nullptr;
 }
 
 SMeterView* Binder::SMeter(const std::string& surface, const std::string& elements, int count,

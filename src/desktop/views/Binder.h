@@ -15,6 +15,7 @@
 #include "desktop/views/KnobView.h"
 #include "desktop/views/LabelView.h"
 #include "desktop/views/LoudspeakerView.h"
+#include "desktop/views/NoteView.h"
 #include "desktop/views/RefreshClock.h"
 #include "desktop/views/SMeterView.h"
 #include "desktop/views/SliderView.h"
@@ -48,6 +49,8 @@ class Binder {
   FrequencyView* Frequency(const std::string& surface, const std::string& digits);
   SMeterView* SMeter(const std::string& surface, const std::string& elements, int count,
                      const std::string& reading);
+  // A few words that come up under `anchor` for a while.
+  NoteView* Note(const std::string& name, QWidget* anchor);
   // Pops up at the pointer when the control asks for it.
   void PopupMenu(const std::string& name, QWidget* window);
   // A card always comes: without a frame of that name it has one of its own.

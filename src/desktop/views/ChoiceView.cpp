@@ -12,13 +12,14 @@ QMenu* MakeItemMenu(ComboBox& box, QWidget* parent) {
   auto* menu = new QMenu(parent);
   menu->setFont(skin::WordFont());
   const auto count = static_cast<int>(box.Items().size());
+  const int ticked = box.ListIndex() >= 0 ? box.ListIndex() : box.Marked();
   for (int i = 0; i < count; ++i) {
     QString text = QString::fromStdString(box.Items()[static_cast<std::size_t>(i)]);
     QAction* action = menu->addAction(text.replace('&', QStringLiteral("&&")));
     action->setCheckable(true);
-    action->setChecked(i == box.ListIndex());
+    action->setChecked(i == ticked);
     QObject::connect(action, &QAction::triggered, menu, [&box, i] { box.UserSet(std::to_string(i)); });
-    if (i == box.ListIndex()) menu->setActiveAction(action);
+    if (i == ticked) menu->setActiveAction(action);
   }
   return menu;
 }

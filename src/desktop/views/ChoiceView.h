@@ -9,7 +9,7 @@
 
 namespace quorl {
 
-// A menu of the items with the chosen one ticked; the caller owns it. Choosing goes to the control.
+// A menu of the items with the chosen or marked one ticked; the caller owns it. Choosing goes to the control.
 QMenu* MakeItemMenu(ComboBox& box, QWidget* parent);
 
 class ChoiceView : public View {

@@ -1,4 +1,4 @@
-// The frequency: nine large figures, of which one is being tuned.
+// The frequency: nine large figures, of which one is being tuned, and a tenth where it is needed.
 #pragma once
 
 #include <array>
@@ -26,20 +26,23 @@ class DigitView : public View {
   int index_;
 };
 
-// Ten megahertz on the left, tenths of a hertz, smaller, on the right. Leading zeros are dimmed; the figure
-// that the surface has chosen stands on a lit ground with a bar under it.
+// Ten megahertz on the left (above 99.9999999 MHz a hundred, which takes no gestures), tenths of a hertz,
+// smaller, on the right. Leading zeros are dimmed; the figure that the surface has chosen stands on a lit
+// ground with a bar under it.
 class FrequencyView : public View {
  public:
   static constexpr int kDigits = 9;
   static constexpr int kHeight = 64;  // of a figure
 
-  // Some digits may be null.
-  FrequencyView(RefreshClock& clock, FrequencyDisplay& surface, const std::array<Label*, kDigits>& digits);
+  // `top` is the figure of 100 MHz. It and some digits may be null.
+  FrequencyView(RefreshClock& clock, FrequencyDisplay& surface, const std::array<Label*, kDigits>& digits,
+                Label* top);
 
   QAccessible::Role Role() const override { return QAccessible::SpinBox; }
   QString SpokenName() const override;
   QString SpokenValue() const override;               // "7085000.0 Hz"
   std::optional<Range> SpokenRange() const override;  // hertz
+  void TakeOver() override;
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
   void Step(int steps) override;  // of the chosen figure
@@ -53,10 +56,17 @@ class FrequencyView : public View {
 
  private:
   QString Figures() const;
+  bool ShowsTop() const { return top_ && top_->Visible(); }
+  void PlaceDigits();
+  void PaintChosen(QPainter& painter, const QRectF& strip, const QColor& ink) const;
+  void PaintFigure(QPainter& painter, QChar figure, const QRectF& strip, double height, const QColor& ink,
+                   bool lit);
 
   FrequencyDisplay& surface_;
   std::array<Label*, kDigits> digits_;
   std::array<DigitView*, kDigits> views_{};
+  Label* top_;
+  bool showsTop_ = false;
   NumeralCache numerals_;
 };
 

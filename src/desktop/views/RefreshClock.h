@@ -10,11 +10,11 @@ namespace quorl {
 
 class View;
 
-// However often a control changes, its view takes it over at most 25 times a second, and not at all while
-// nobody can see the window.
+// However often a control changes, its view takes it over at most 25 times a second, one that answers the
+// hand a hundred times, and not at all while nobody can see the window.
 class RefreshClock {
  public:
-  static constexpr int kMilliseconds = 40;
+  static constexpr int kMilliseconds = 40, kPromptMilliseconds = 10;
 
   RefreshClock();
 
@@ -32,9 +32,11 @@ class RefreshClock {
 
  private:
   void Schedule();
+  void FlushPrompt();
+  void TakeOver(const std::vector<View*>& due);
 
-  QTimer timer_;
-  QElapsedTimer sinceFlush_;
+  QTimer timer_, promptTimer_;
+  QElapsedTimer sinceFlush_, sincePrompt_;
   std::vector<View*> dirty_;
   bool awake_ = false;
   long takenOver_ = 0;

@@ -51,6 +51,8 @@ class View : public QWidget {
   virtual void Step(int steps);
   virtual void SetSpoken(double) {}
 
+  bool IsPrompt() const { return prompt_; }
+
  protected:
   // Text with its '&'; empty where the control has none.
   virtual QString Caption() const { return {}; }
@@ -72,6 +74,8 @@ class View : public QWidget {
   // Disabled, or without effect at present.
   bool LooksOff() const { return !isEnabled() || control_.Faded(); }
   bool IsPressed() const { return pressed_; }
+  // It answers the hand: what changes shows before the next refresh of all.
+  void SetPrompt() { prompt_ = true; }
   bool IsHovered() const { return hovered_; }
 
   bool event(QEvent* event) override;
@@ -103,7 +107,7 @@ class View : public QWidget {
   QString mnemonicOf_, spoken_;
   QSize hint_;
   int wheelRest_ = 0;
-  bool dirty_ = false, pressed_ = false, hovered_ = false, visible_ = true;
+  bool dirty_ = false, prompt_ = false, pressed_ = false, hovered_ = false, visible_ = true;
 };
 
 }  // namespace quorl

@@ -182,7 +182,7 @@ QLayout* MakeStatistics(Binder& bind) {
   };
   constexpr Place kPlaces[3][2] = {{{0, "00,000  -00 dB"}, {4, "000%"}},
                                    {{1, "00,000  -00 dB"}, {5, "00,000 uS"}},
-                                   {{2, "000.00  00.0 dB"}, {3, "00 000 000 Hz"}}};
+                                   {{2, "000.00  00.0 dB"}, {3, "000 000 000 Hz"}}};
   constexpr int kLeftWidth = 150;
   auto* grid = new QGridLayout;
   grid->setVerticalSpacing(3);
@@ -219,8 +219,12 @@ QWidget* MakeTuningCard(Binder& bind) {
   auto* foot = new QHBoxLayout;
   foot->setSpacing(3);
   foot->addWidget(Caption("Step"));
-  Put(foot, bind.Value("lblTuningRate", "100 KHz"));
+  // The lock stands at the step that it holds.
+  LabelView* rate = bind.Value("lblTuningRate", "100 KHz");
+  if (rate) rate->SetAlignment(Qt::AlignRight);
+  Put(foot, rate);
   Put(foot, bind.Sign("imgTuneStepLock", Symbol::Lock));
+  foot->addSpacing(skin::kGrid);
   foot->addWidget(Caption("BFO"));
   Put(foot, In("Hz", bind.Value("lblBFO", "-00000")));
   foot->addStretch(1);
@@ -233,6 +237,7 @@ QWidget* MakeTuningCard(Binder& bind) {
   regions->addLayout(MakeMeterPart(bind), 1);
   if (frequency) {
     bind.PopupList("cboTuningSteps", frequency);
+    bind.Note("lblTuningLimit", frequency);
     bind.PopupMenu("mnuVFOControlSub", card);
     bind.PopupMenu("mnuVFOStepSub", card);
   }

@@ -14,6 +14,7 @@ bool GrabShot(QWidget& window, const std::string& path, double scale) {
   if (scale <= 0) return false;
   window.ensurePolished();
   if (auto* panel = dynamic_cast<PanelWindow*>(&window)) panel->Clock().Flush();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);  // what it has moved
   const QSize pixels(static_cast<int>(std::lround(window.width() * scale)),
                      static_cast<int>(std::lround(window.height() * scale)));
   QPixmap picture(pixels);
