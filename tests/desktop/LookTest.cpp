@@ -2,6 +2,7 @@
 #include <QImage>
 #include <QPainter>
 #include <algorithm>
+#include <array>
 
 #include "DesktopTest.h"
 #include "desktop/views/Binder.h"
@@ -103,6 +104,36 @@ TEST_F(LookTest, RedIsKeptForTheChosenDigitAndForFaults) {
   panel.ShowSignal(28);
   const std::unique_ptr<SMeterView> meter(bind.SMeter("picSmeter", "shpSMeterGrid", 28, "lblSMeter"));
   EXPECT_EQ(redPixels(PictureOf(*meter)), 0);
+}
+
+TEST_F(LookTest, NumbersThatAreNotLaidOutLookAsIfTheyWere) {
+  for (const QString text : {"16,384  -6 dB", "S9 +36 dB", "18:42:07", "\u65E5 0"}) {
+    const QFont font = skin::NumberFont(15);
+    const QFontMetricsF metrics(font);
+    const NumberText number(15);
+    EXPECT_NEAR(number.Width(text), metrics.horizontalAdvance('0') * double(text.size()), 0.5);
+    std::array<QImage, 2> images;
+    for (QImage& image : images) {
+      image = QImage(600, 80, QImage::Format_RGB32);
+      image.setDevicePixelRatio(4);
+      image.fill(Qt::black);
+    }
+    QPainter laidOut(&images[0]), drawn(&images[1]);
+    laidOut.setFont(font);
+    laidOut.setPen(Qt::white);
+    drawn.setPen(Qt::white);
+    laidOut.drawText(QRectF(2, 0, 148, 20), Qt::AlignLeft | Qt::AlignVCenter, text);
+    number.Draw(drawn, 2, 20, text);
+    int differing = 0, lit = 0;
+    for (int y = 0; y < 80; ++y) {
+      for (int x = 0; x < 600; ++x) {
+        lit += qGray(images[0].pixel(x, y)) > 128 ? 1 : 0;
+        differing += std::abs(qGray(images[0].pixel(x, y)) - qGray(images[1].pixel(x, y))) > 64 ? 1 : 0;
+      }
+    }
+    EXPECT_GT(lit, 300) << text.toStdString();
+    EXPECT_LT(differing, lit / 20) << text.toStdString();
+  }
 }
 
 TEST_F(LookTest, TitlesCanBeReadInAnyColourOfTheFrame) {
