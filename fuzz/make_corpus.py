@@ -47,11 +47,37 @@ WAV = {
 }
 
 
+SETTINGS = {
+    "plain": "# mine\n\n[frmMain]\nFilterHi = 5000\n[DDSAD9951]\nCLKIn=360096000\n",
+    "broken": "x=1\n[a]\nstray\nbad=\\q\n[b\nlost=1\n[a]\n; note\nn=\\x41\\n\\\\\n",
+    "foreign": "\ufeff[VFO]\r\n TunedFrequency = 1 \r\nWaitTime=0.5\r\n\r\n[]\r\n=\r\n",
+}
+STATIONS = {
+    "band": "[band]\nseed = 7\nnoise_dbm_hz = -152\nspark_dbm = -45\n",
+    "voice": "[station A]\nfrequency_khz = 7205\nmode = am\nprogramme = melody 20, speech x, pause 1, tone 440 2\n",
+    "morse": "; text\n[station B]\nfrequency_khz = 7020.5\nmode = cw\ntext = CQ DE QX2LAB\nwpm = 22\nfading_db = 9\n",
+    "fault": "[station ]\nlevel_dbm = loud\n",
+}
+SCRIPTS = {
+    "gestures": "click chkNB\nwheel sldNB 3 shift\nset sldNB 4\nkey up ctrl\nhover lbl7Seg(0) 0 0\nprint optMode(1)\n",
+    "waits": "# wait\nwait 5000000\nwaitfor chkNB True 100\nexpect chkNB False\ndump\nquit\n",
+    "rest": "answer yes\nshot a.png 2\nrightclick sldNB\ndoubleclick sldNB\nchoose optMode(2) True\nnonsense\n",
+}
+OPTIONS = {
+    "plain": "--mode\nusb\n--filter\n300:2700\n--bfo\n-50\n--volume\n40\nin.wav\nout.wav",
+    "filters": "--model\niq\n--if-filter\nman:100:2000\n--notch\nif:-500:200\n--agc\nslow\n--nb\n30\n-\n-",
+    "refused": "--channels\n3\n--filter\n5:4\n--help",
+}
+CORPORA = {"wav": (WAV, ".wav"), "settings": (SETTINGS, ".ini"), "stations": (STATIONS, ".ini"),
+           "scripts": (SCRIPTS, ".txt"), "options": (OPTIONS, ".txt")}
+
+
 def main():
-    folder = HERE / "corpus" / "wav"
-    folder.mkdir(parents=True, exist_ok=True)
-    for name, content in WAV.items():
-        (folder / (name + ".wav")).write_bytes(content)
+    for reader, (files, ending) in CORPORA.items():
+        folder = HERE / "corpus" / reader
+        folder.mkdir(parents=True, exist_ok=True)
+        for name, content in files.items():
+            (folder / (name + ending)).write_bytes(content if isinstance(content, bytes) else content.encode())
 
 
 if __name__ == "__main__":

@@ -1,23 +1,17 @@
 // Any bytes at all as a WAV file: either a reader that keeps its promises, or one line that tells why not.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "Demand.h"
 #include "platform/virtual/VirtualFiles.h"
 #include "recorder/WavReader.h"
 
 namespace {
 
-void Demand(bool holds) {
-  if (!holds) std::abort();
-}
-
-void DemandOneLine(const quorl::Failure& failure) {
-  Demand(failure && failure->Code != 0 && !failure->Text.empty());
-  Demand(failure->Text.find('\n') == std::string::npos);
-}
+using quorl::fuzz::Demand;
+using quorl::fuzz::DemandOneLine;
 
 // Reads to the end; the frames that came, or -1 where the file was refused.
 std::int64_t ReadAll(const quorl::VirtualFiles& files, std::size_t bytes) {
