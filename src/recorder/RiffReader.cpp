@@ -75,10 +75,9 @@ Failure ChunkWalk::ToSamples() {
     if (Failure failure = Fill(chunk.data(), 8, "before a \"data\" chunk")) return failure;
     const std::uint32_t size = GetU32(&chunk[4]);
     if (HasTag(chunk.data(), "data")) return TakeData(size);
-    const Failure failure =
-        HasTag(chunk.data(), "fmt ")
-            ? TakeFormat(size)
-            : Skip(std::int64_t{size} + size % 2, "within the chunk " + ChunkName(chunk.data()));
+    Failure failure = HasTag(chunk.data(), "fmt ") ? TakeFormat(size)
+                                                   : Skip(std::int64_t{size} + size % 2,
+                                                          "within the chunk " + ChunkName(chunk.data()));
     if (failure) return failure;
   }
 }
