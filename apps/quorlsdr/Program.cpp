@@ -71,8 +71,7 @@ class Program {
         PrepareApplicationFolder(machine_->Storage(), options_.Folder, machine_->Directories().Data,
                                  FindInstalledData(machine_->Storage()) + "/bandplans", failure);
     if (failure) return failure;
-    log_ = std::make_unique<LogBook>(machine_->Storage(), machine_->Parts().Time,
-                                     machine_->Directories().LogFile());
+    log_ = std::make_unique<LogBook>(machine_->Storage(), machine_->Parts().Time, machine_->LogFile());
     if (!options_.Output.empty()) file_ = AudioFile::Create(machine_->Storage(), options_.Output, failure);
     if (failure) return failure;
     const auto defaults = options_.Demo ? PutDemoDefaults : nullptr;
@@ -91,6 +90,7 @@ class Program {
     }
     // The log's controls are there by now: where it is wanted it shows from the first step.
     logWindow_ = std::make_unique<LogWindow>(frame_->Controls(), LogLine());
+    logWindow_->PaintNow();
     if (options_.Script.empty()) splash_ = std::make_unique<SplashPanel>(QUORL_VERSION);
   }
 
@@ -116,6 +116,7 @@ class Program {
     personalBoxes_.SetWindow(window_.get());
     RestoreWindowSize();
     window_->setAttribute(Qt::WA_TransparentForMouseEvents);  // until the start is done
+    logWindow_->PaintNow();  // before the panel covers it
     window_->show();
     frame_->Radio().OnHousekept = [this](double microseconds) { report_.NoteHousekeeping(microseconds); };
     frame_->Radio().OnAudio = [this](const std::int16_t* block, std::int32_t attenuation) {

@@ -60,12 +60,20 @@ void RadioMachine::FindRoomForDemo() {
 
 Failure RadioMachine::PutTogether(const RadioMachineOptions& options) {
   if (options.Demo) FindRoomForDemo();
-  const std::string usual = directories_.Config + (options.Demo ? "/demo.ini" : "/settings.ini");
+  const std::string usual = directories_.SettingsFile(options.Demo);
   const auto log = [](const std::string& line) { std::cerr << line << "\n"; };
   settings_ = std::make_unique<SettingsStore>(files_, options.Settings.empty() ? usual : options.Settings,
                                               &lock_, log);
   if (options.VirtualTime) virtualQueue_ = std::make_unique<VirtualEventQueue>(virtualClock_);
   return options.Demo ? ConnectDemo(options) : ConnectRadio(options);
+}
+
+std::string RadioMachine::LogFile() const {
+  const std::string settings = files_.Resolve(settings_->Path());
+  for (const bool demo : {false, true}) {
+    if (settings == files_.Resolve(directories_.SettingsFile(demo))) return directories_.LogFile(demo);
+  }
+  return settings + ".log";
 }
 
 SampleSource* RadioMachine::AntennaOf(const RadioMachineOptions& options, Failure& failure) {

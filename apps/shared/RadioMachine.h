@@ -48,6 +48,8 @@ class RadioMachine {
   SettingsStore& Settings() { return *settings_; }
   LinuxFiles& Storage() { return files_; }
   const UserDirectories& Directories() const { return directories_; }
+  // Each settings file has a log of its own.
+  std::string LogFile() const;
   int CaptureDevice() const { return captureDevice_; }  // number of the device that was asked for, from 1
   int PlaybackDevice() const { return playbackDevice_; }
   // Lines for the user about what is not as one would expect.

@@ -6,14 +6,14 @@
 #include <limits>
 #include <utility>
 
+#include "platform/files/GrowingFile.h"
 #include "support/Text.h"
 
 namespace quorl {
 namespace {
 
-constexpr int kNotLoaded = -1;
+constexpr int kNotLoaded = -1, kNoSettingsFile = -2;
 constexpr std::size_t kMostQuoted = 80;  // characters of a broken line in the log
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 constexpr bool IsBlank(char c) {
   return c == ' ' || c == '\t';
@@ -94,15 +94,29 @@ Failure SettingsStore::Load() {
     return {};
   }
   refusal_ = lock_ ? lock_->Acquire(path_) : Failure{};
+  if (lock_ && lock_->IsHeld()) {
+    RemoveLeftovers(*files_, path_);
+  }
   if (files_->Exists(path_)) {
-    Failure failure;
-    if (const auto content = files_->Read(path_, failure)) {
-      Parse(*content);
-    } else if (!refusal_) {
+    Failure failure = ReadFile();
+    if (failure && !refusal_) {
       refusal_ = std::move(failure);
     }
   }
   return refusal_;
+}
+
+Failure SettingsStore::ReadFile() {
+  // A pipe or a terminal would keep the program waiting.
+  if (files_->Kind(path_) != FileKind::Regular) {
+    return Error{kNoSettingsFile,
+                 "Can't read " + path_ + ": it is no ordinary file. Name another settings file."};
+  }
+  Failure failure;
+  if (const auto content = files_->Read(path_, failure)) {
+    Parse(*content);
+  }
+  return failure;
 }
 
 Failure SettingsStore::Save() {
@@ -112,8 +126,9 @@ Failure SettingsStore::Save() {
   if (refusal_) {
     return refusal_;
   }
-  if (const auto slash = path_.rfind('/'); slash != std::string::npos && slash > 0) {
-    if (auto failure = files_->MakeDirectory(path_.substr(0, slash))) {
+  const std::string file = files_->Resolve(path_);
+  if (const auto slash = file.rfind('/'); slash != std::string::npos && slash > 0) {
+    if (auto failure = files_->MakeDirectory(file.substr(0, slash))) {
       return failure;
     }
   }
@@ -124,7 +139,7 @@ Failure SettingsStore::Save() {
 
 const std::string* SettingsStore::Find(std::string_view section, std::string_view key) const {
   for (const Section& each : sections_) {
-    if (!EqualsNoCase(each.Name, section)) {
+    if (each.Unreadable || !EqualsNoCase(each.Name, section)) {
       continue;
     }
     for (const Line& line : each.Lines) {
@@ -152,9 +167,10 @@ void SettingsStore::SaveSetting(std::string_view section, std::string_view key, 
 }
 
 SettingsStore::Section& SettingsStore::SectionNamed(std::string_view name) {
-  const auto found = std::find_if(sections_.begin(), sections_.end(),
-                                  [name](const Section& each) { return EqualsNoCase(each.Name, name); });
-  return found != sections_.end() ? *found : sections_.emplace_back(Section{std::string(name), {}});
+  const auto found = std::find_if(sections_.begin(), sections_.end(), [name](const Section& each) {
+    return !each.Unreadable && EqualsNoCase(each.Name, name);
+  });
+  return found != sections_.end() ? *found : sections_.emplace_back(Section{std::string(name), {}, false});
 }
 
 void SettingsStore::Put(Section& section, std::string_view key, std::string_view value) {
@@ -166,7 +182,7 @@ void SettingsStore::Put(Section& section, std::string_view key, std::string_view
   }
   // New keys go before the empty lines that part the section from the next one.
   auto end = section.Lines.end();
-  while (end != section.Lines.begin() && std::prev(end)->Verbatim && std::prev(end)->Value.empty()) {
+  while (end != section.Lines.begin() && std::prev(end)->Verbatim && Trim(std::prev(end)->Value).empty()) {
     --end;
   }
   section.Lines.insert(end, Line{std::string(key), std::string(value), false});
@@ -220,7 +236,8 @@ std::string SettingsStore::Serialise() const {
   };
   std::for_each(preamble_.begin(), preamble_.end(), add);
   for (const Section& section : sections_) {
-    text += '[' + Escape(section.Name, "]") + "]\n";
+    text += section.Unreadable ? section.Name : '[' + Escape(section.Name, "]") + ']';
+    text += '\n';
     std::for_each(section.Lines.begin(), section.Lines.end(), add);
   }
   return text;
@@ -230,47 +247,35 @@ void SettingsStore::Parse(std::string_view text) {
   preamble_.clear();
   sections_.clear();
   changed_ = false;
-  if (text.starts_with(kByteOrderMark)) {
-    text.remove_prefix(kByteOrderMark.size());
-  }
   Section* section = nullptr;
-  for (int number = 1; !text.empty(); ++number) {
-    const auto end = std::min(text.find('\n'), text.size());
-    std::string_view line = text.substr(0, end);
-    text.remove_prefix(std::min(end + 1, text.size()));
-    if (line.ends_with('\r')) {
-      line.remove_suffix(1);
+  IniReader lines(text);
+  while (const auto line = lines.Next()) {
+    if (TakeLine(*line, section)) {
+      continue;
     }
-    line = Trim(line);
-    if (!ParseLine(line, section)) {
-      Log(path_ + ", line " + std::to_string(number) + " is left out, it isn't a setting: \"" +
-          Escape(line.substr(0, kMostQuoted), "") + "\"");
-    }
+    Log(path_ + ", line " + std::to_string(line->Number) +
+        " isn't a setting and stays in the file as it stands: \"" +
+        Escape(line->Text.substr(0, kMostQuoted), "") + "\"");
   }
 }
 
-bool SettingsStore::ParseLine(std::string_view line, Section*& section) {
-  if (line.empty() || line.front() == '#' || line.front() == ';') {
-    auto& lines = sections_.empty() ? preamble_ : sections_.back().Lines;
-    lines.push_back({"", std::string(line), true});
+bool SettingsStore::TakeLine(const IniLine& line, Section*& section) {
+  const auto name = Unescape(line.Name), value = Unescape(line.Value);
+  if (line.Kind == IniKind::Section && name) {
+    section = &SectionNamed(*name);
     return true;
   }
-  if (line.front() == '[') {
-    const auto name = line.ends_with(']') ? Unescape(Trim(line.substr(1, line.size() - 2))) : std::nullopt;
-    section = name ? &SectionNamed(*name) : nullptr;  // keys under a broken name belong to no section
-    return name.has_value();
+  if (line.Kind == IniKind::Entry && section && !section->Unreadable && name && value) {
+    Put(*section, *name, *value);
+    return true;
   }
-  const auto equals = line.find('=');
-  if (!section || equals == std::string_view::npos) {
-    return false;
+  if (line.Kind == IniKind::Section || Trim(line.Text).starts_with('[')) {
+    // The keys below it are nobody's; they stay with it.
+    section = &sections_.emplace_back(Section{std::string(line.Text), {}, true});
+  } else {
+    (section ? section->Lines : preamble_).push_back({"", std::string(line.Text), true});
   }
-  const auto key = Unescape(Trim(line.substr(0, equals)));
-  const auto value = Unescape(Trim(line.substr(equals + 1)));
-  if (!key || !value) {
-    return false;
-  }
-  Put(*section, *key, *value);
-  return true;
+  return line.Kind == IniKind::Empty || line.Kind == IniKind::Comment;
 }
 
 }  // namespace quorl

@@ -10,6 +10,7 @@
 
 #include "platform/Files.h"
 #include "platform/InstanceLock.h"
+#include "support/IniReader.h"
 
 namespace quorl {
 
@@ -23,7 +24,7 @@ namespace quorl {
 // UTF-8 or any other bytes; "\\" is a backslash, "\n" and "\r" are line ends, "\xHH" is any byte. Blanks
 // around sections, keys and values don't count. Sections and keys are the same in any case; the first
 // spelling and the order in the file stay. Of a key that stands twice in a section the last value counts.
-// What nobody asks for is kept.
+// What nobody asks for is kept, and so is a line that can't be understood, as it stands.
 //
 // Everything lives in memory between Load and Save. One thread.
 class SettingsStore {
@@ -37,13 +38,16 @@ class SettingsStore {
   // must outlive the store.
   SettingsStore(Files& files, std::string path, InstanceLock* lock = nullptr, LogSink log = {});
 
-  // Takes the lock and reads the file; a missing one is an empty store. A line that can't be understood is
-  // left out and told to the log. Fails where another program holds the lock (the content is there
-  // nevertheless, to read) or where the file can't be read. After a failure Save refuses.
+  // Takes the lock, removes what killed programs have left beside the file, and reads it; a missing one is an
+  // empty store. A line that can't be understood is told to the log with its number. Fails where another
+  // program holds the lock (the content is there nevertheless, to read) or where the file can't be read.
+  // After a failure Save refuses.
   Failure Load();
   // Writes the file where anything has changed since it was loaded or saved, and makes its directory.
   Failure Save();
   bool IsChanged() const { return changed_; }
+  // Sends the log's lines elsewhere from now on.
+  void SetLog(LogSink log) { log_ = std::move(log); }
   const std::string& Path() const { return path_; }
 
   // The value, or `otherwise` where there is none.
@@ -64,7 +68,7 @@ class SettingsStore {
   void Parse(std::string_view text);
 
  private:
-  // A key with its value, or a comment or empty line that is kept as it stands in `Value`.
+  // A key with its value, or a line that is kept as it stands in `Value`.
   struct Line {
     std::string Key, Value;
     bool Verbatim = false;
@@ -72,20 +76,22 @@ class SettingsStore {
   struct Section {
     std::string Name;
     std::vector<Line> Lines;
+    bool Unreadable = false;  // Name is the whole line, and nothing below it is a setting
   };
 
   const std::string* Find(std::string_view section, std::string_view key) const;
   Section& SectionNamed(std::string_view name);
   static void Put(Section& section, std::string_view key, std::string_view value);
-  // False where the line is none. `section` is the one that the next keys belong to.
-  bool ParseLine(std::string_view line, Section*& section);
+  Failure ReadFile();
+  // False where the line isn't understood. `section` is the one that the next lines belong to.
+  bool TakeLine(const IniLine& line, Section*& section);
   void Log(const std::string& line) const;
 
   Files* files_ = nullptr;
   std::string path_;
   InstanceLock* lock_ = nullptr;
   LogSink log_;
-  std::vector<Line> preamble_;  // comments before the first section
+  std::vector<Line> preamble_;  // what stands before the first section
   std::vector<Section> sections_;
   bool changed_ = false;
   Failure refusal_;

@@ -27,7 +27,6 @@ void frmMain::Log(const char* routine, const std::string& text) {
 
 bool frmMain::Form_Initialize() {
   const bool trace = options_.CommandLine.find("trace") != std::string::npos;
-  log_.Start(trace);
   logPanel_ = std::make_unique<LogPanel>(registry_, log_);
   logPanel_->frmLog.Visible = trace;
   if (machine_.Instance.Acquire(store_.Path())) {
@@ -35,6 +34,8 @@ bool frmMain::Form_Initialize() {
         {.Text = std::string(kProductName) + " is already running", .Title = kProductName});
     return false;
   }
+  log_.Start(trace);
+  store_.SetLog([&log = log_](const std::string& line) { log.AddLog(line); });
   OnSplash(true);
   if (const Failure failure = store_.Load()) {
     machine_.Boxes.ShowMessage({.Text = failure->Text, .Title = kProductName, .Icon = MessageIcon::Warning});

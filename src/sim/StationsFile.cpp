@@ -5,6 +5,9 @@
 #include <charconv>
 #include <cmath>
 
+#include "support/IniReader.h"
+#include "support/Text.h"
+
 namespace quorl {
 namespace {
 
@@ -48,18 +51,11 @@ constexpr std::array kModes = std::to_array<ModeName>({
 constexpr double kLongestItem = 600.0;  // seconds
 constexpr std::size_t kMostStations = 1000;
 
-std::string_view Trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r";
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
 // The first word of `text`, which is shortened by it.
 std::string_view NextWord(std::string_view& text) {
-  text = Trimmed(text);
+  text = Trim(text);
   const std::string_view word = text.substr(0, text.find_first_of(" \t"));
-  text = Trimmed(text.substr(word.size()));
+  text = Trim(text.substr(word.size()));
   return word;
 }
 
@@ -89,11 +85,10 @@ class Parser {
   Parser(const std::string& fileName, BandDefinition& band) : fileName_(fileName), band_(band) {}
 
   Failure Parse(std::string_view text) {
-    while (!text.empty()) {
-      const std::size_t end = std::min(text.find('\n'), text.size());
-      ++line_;
-      if (Failure failure = TakeLine(Trimmed(text.substr(0, end)))) return failure;
-      text.remove_prefix(std::min(end + 1, text.size()));
+    IniReader lines(text);
+    while (const auto line = lines.Next()) {
+      line_ = line->Number;
+      if (Failure failure = TakeLine(*line)) return failure;
     }
     return CloseSection();
   }
@@ -106,41 +101,49 @@ class Parser {
   }
   Failure Fault(const std::string& what) const { return Fault(line_, what); }
 
-  Failure TakeLine(std::string_view line) {
-    if (line.empty() || line.front() == ';' || line.front() == '#') return std::nullopt;
-    if (line.front() == '[') return OpenSection(line);
-    const std::size_t equals = line.find('=');
-    if (equals == std::string_view::npos)
-      return Fault(Quoted(line) +
-                   " is neither a [section] nor a key = value; write one of these, or put ; before it");
-    const std::string_view key = Trimmed(line.substr(0, equals));
-    const std::string_view value = Trimmed(line.substr(equals + 1));
+  Failure TakeLine(const IniLine& line) {
+    const std::string quoted = Quoted(Trim(line.Text));
+    switch (line.Kind) {
+      case IniKind::Empty:
+      case IniKind::Comment:
+        return std::nullopt;
+      case IniKind::Section:
+        return OpenSection(line.Name, quoted);
+      case IniKind::Entry:
+        return TakeEntry(line, quoted);
+      case IniKind::Broken:
+        break;
+    }
+    return Fault(quoted +
+                 " is neither a [section] nor a key = value; write one of these, or put ; before it");
+  }
+
+  Failure TakeEntry(const IniLine& line, const std::string& quoted) {
     switch (section_) {
       case Section::Band:
-        return TakeBandKey(key, value);
+        return TakeBandKey(line.Name, line.Value);
       case Section::Station:
-        return TakeStationKey(key, value);
+        return TakeStationKey(line.Name, line.Value);
       case Section::None:
         break;
     }
-    return Fault(Quoted(line) +
-                 " stands before the first section; put a line [band] or [station NAME] above it");
+    return Fault(quoted + " stands before the first section; put a line [band] or [station NAME] above it");
   }
 
-  Failure OpenSection(std::string_view line) {
+  Failure OpenSection(std::string_view name, const std::string& quoted) {
     if (Failure failure = CloseSection()) return failure;
-    constexpr std::string_view kStation = "[station ";
-    if (line == "[band]") {
+    constexpr std::string_view kStation = "station ";
+    if (name == "band") {
       section_ = Section::Band;
       return std::nullopt;
     }
-    if (line.back() != ']' || !line.starts_with(kStation) || line.size() < kStation.size() + 2)
-      return Fault(Quoted(line) + " is no section of this file; write [band] or [station NAME]");
+    if (!name.starts_with(kStation))
+      return Fault(quoted + " is no section of this file; write [band] or [station NAME]");
     if (band_.Stations.size() >= kMostStations)
       return Fault("more than " + std::to_string(kMostStations) + " stations; remove some");
     section_ = Section::Station;
     band_.Stations.emplace_back();
-    band_.Stations.back().Name = Trimmed(line.substr(kStation.size(), line.size() - kStation.size() - 1));
+    band_.Stations.back().Name = Trim(name.substr(kStation.size()));
     band_.Stations.back().Line = line_;
     modeSeen_ = false;
     return std::nullopt;
@@ -214,7 +217,7 @@ class Parser {
     station.ProgrammeLine = line_;
     while (!value.empty()) {
       const std::size_t comma = std::min(value.find(','), value.size());
-      if (Failure failure = TakeItem(Trimmed(value.substr(0, comma)), station)) return failure;
+      if (Failure failure = TakeItem(Trim(value.substr(0, comma)), station)) return failure;
       value.remove_prefix(std::min(comma + 1, value.size()));
     }
     return std::nullopt;

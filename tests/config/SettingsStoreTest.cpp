@@ -49,16 +49,23 @@ TEST_F(Store, KeepsOrderSpellingCommentsAndUnknownKeys) {
   EXPECT_TRUE(log.empty());
 }
 
-TEST_F(Store, LeavesBrokenLinesOutAndSaysWhich) {
+TEST_F(Store, KeepsBrokenLinesAsTheyStandAndSaysWhich) {
   files.Put(
       kPath,
       "\xEF\xBB\xBF[a]\r\nstray\r\nk=1\r\nbad=\\q\r\nk=2\r\n[b\r\nlost=1\r\n[a]\r\nm=\\x4\r\nn=\\x41\r\n");
   auto store = Open();
-  EXPECT_EQ(store.Serialise(), "[a]\nk=2\nn=A\n");
+  EXPECT_EQ(store.Serialise(), "[a]\nstray\nk=2\nbad=\\q\nm=\\x4\nn=A\n[b\nlost=1\n");
   ASSERT_EQ(log.size(), 5U);
-  EXPECT_EQ(log[0], std::string(kPath) + ", line 2 is left out, it isn't a setting: \"stray\"");
+  EXPECT_EQ(log[0],
+            std::string(kPath) + ", line 2 isn't a setting and stays in the file as it stands: \"stray\"");
   EXPECT_NE(log[2].find("line 6"), std::string::npos);
   EXPECT_NE(log[3].find("lost=1"), std::string::npos);
+  store.SaveSetting("a", "new", "1");
+  store.SaveSetting("[b", "new", "1");
+  EXPECT_FALSE(store.Save());
+  const std::string saved = "[a]\nstray\nk=2\nbad=\\q\nm=\\x4\nn=A\nnew=1\n[b\nlost=1\n[[b]\nnew=1\n";
+  EXPECT_EQ(Content(), saved);
+  EXPECT_EQ(Open().Serialise(), saved) << "and from then on";
 }
 
 TEST_F(Store, AnyTextComesBackAsItWas) {
@@ -88,6 +95,56 @@ TEST_F(Store, AnyTextComesBackAsItWas) {
     ASSERT_EQ(again.GetSetting(name.first, name.second, "(missing)"), value);
   }
   EXPECT_EQ(again.Serialise(), store.Serialise());
+}
+
+TEST_F(Store, ALineWithItsBlanksComesThroughASave) {
+  files.Put(kPath, "  COM9 lost\n[DDSSerialIF]\n\tCOM1 /dev/ttyUSB0  \nPortNo=1\n");
+  auto store = Open();
+  store.SaveSetting("DDSSerialIF", "PortNo", "2");
+  EXPECT_FALSE(store.Save());
+  EXPECT_EQ(Content(), "  COM9 lost\n[DDSSerialIF]\n\tCOM1 /dev/ttyUSB0  \nPortNo=2\n");
+}
+
+TEST_F(Store, LoadRemovesWhatKillsHaveLeftButOnlyUnderTheLock) {
+  files.Put(kPath, "[a]\nk=1\n");
+  files.Put(kPath + std::string(".77.new"), "[a]\nk=");
+  FileInstanceLock lock(files), other(files);
+  ASSERT_FALSE(other.Acquire(kPath));
+  SettingsStore refused(files, kPath, &lock);
+  EXPECT_TRUE(refused.Load());
+  EXPECT_TRUE(files.Exists(kPath + std::string(".77.new"))) << "the other program may be writing it";
+  SettingsStore store(files, kPath, &other);
+  EXPECT_FALSE(store.Load());
+  EXPECT_FALSE(files.Exists(kPath + std::string(".77.new")));
+}
+
+// Kills at each step of a save: the old settings or the new ones, and nothing beside after the next load.
+TEST_F(Store, ASaveThatIsKilledCostsNothingButItself) {
+  for (int step = 0; step < 4; ++step) {
+    files.Put(kPath, "[a]\nk=1\n");
+    {
+      FileInstanceLock lock(files);
+      SettingsStore store(files, kPath, &lock);
+      ASSERT_FALSE(store.Load());
+      store.SaveSetting("a", "k", "2");
+      files.KillAfter(step + 1);  // the directory's step comes first
+      EXPECT_THROW(store.Save(), Killed) << step;
+    }
+    files.Revive();
+    FileInstanceLock lock(files);
+    SettingsStore store(files, kPath, &lock);
+    ASSERT_FALSE(store.Load());
+    EXPECT_EQ(store.GetSetting("a", "k", ""), "1");
+    EXPECT_EQ(files.List("/home/me/.config/quorlsdr", ".new").size(), 0u) << step;
+  }
+}
+
+TEST_F(Store, WhatIsNoOrdinaryFileIsRefused) {
+  files.PutPipe(kPath, "[a]\nk=1\n");
+  SettingsStore store(files, kPath);
+  EXPECT_NE(store.Load()->Text.find("no ordinary file"), std::string::npos);
+  store.SaveSetting("a", "k", "2");
+  EXPECT_TRUE(store.Save());
 }
 
 // Whatever happened to the file, the program starts, and what it then saves can be read again.

@@ -153,14 +153,28 @@ TEST(FrmMainStart, SecondInstanceIsToldBeforeAnythingIsShown) {
   FrameRig rig;
   FileInstanceLock other(rig.Storage);
   ASSERT_FALSE(other.Acquire(FrameRig::kSettings));
+  rig.Storage.Put("log/quorl.log", "the other one's lines\n");
+  rig.Options.CommandLine = "trace";
   EXPECT_FALSE(rig.Start());
   ASSERT_EQ(rig.Boxes.Messages.size(), 1U);
   EXPECT_EQ(rig.Boxes.Messages[0].Text, "QUORLSDR is already running");
   EXPECT_TRUE(rig.Splash.empty());
   EXPECT_TRUE(rig.Log->Lines().empty());
+  Failure failure;
+  EXPECT_EQ(rig.Storage.Read("log/quorl.log", failure), "the other one's lines\n");
   const std::string before = rig.StoredText();
   rig.Stop();
   EXPECT_EQ(rig.StoredText(), before);
+}
+
+TEST(FrmMainStart, ASettingsLineThatIsNoneIsToldInTheLog) {
+  FrameRig rig("[DDSSerialIF]\nCOM1 /dev/ttyUSB0\n");
+  ASSERT_TRUE(rig.Start());
+  EXPECT_EQ(rig.Log->Lines().front(),
+            "config/settings.ini, line 6 isn't a setting and stays in the file as it "
+            "stands: \"COM1 /dev/ttyUSB0\"");
+  rig.Stop();
+  EXPECT_NE(rig.StoredText().find("\nCOM1 /dev/ttyUSB0\n"), std::string::npos);
 }
 
 TEST(FrmMainStart, WithoutBandPlansNothingIsTouched) {

@@ -5,8 +5,10 @@
 #include <QApplication>
 #include <QLayout>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPixmap>
 #include <QTest>
+#include <QWindow>
 #include <set>
 
 #include "DesktopTest.h"
@@ -359,6 +361,18 @@ TEST_F(WindowTest, AShotHasItsScale) {
   EXPECT_FALSE(GrabShot(window, "/nowhere/at/all.png"));
   EXPECT_EQ(FindPanel("FRNOTCH"), window.findChild<QWidget*>("frNotch"));
   EXPECT_EQ(FindPanel("frNothing"), nullptr);
+}
+
+TEST_F(WindowTest, TheLogIsPaintedWithItsLinesBeforeTheProgramGoesOn) {
+  Label form(panel.Registry, "frmLog");
+  LogWindow log(panel.Registry, [](const std::string& line) { FAIL() << line; });
+  auto* lines = log.findChild<QListWidget*>();
+  PaintCounter counter(log);
+  dynamic_cast<ListBox*>(panel.Registry.Find("lstLog"))->AddItem("the latest");
+  log.PaintNow();
+  EXPECT_TRUE(log.windowHandle()->isExposed());
+  EXPECT_GT(counter.Paints, 0);
+  EXPECT_EQ(lines->item(lines->count() - 1)->text(), "the latest");
 }
 
 TEST_F(WindowTest, TheLogFollowsItsForm) {

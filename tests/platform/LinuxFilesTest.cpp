@@ -253,7 +253,7 @@ TEST(UserDirectoriesTest, FollowTheEnvironmentAndFallBackToTheHome) {
       return std::string(name) == "XDG_STATE_HOME" ? xdg : nullptr;
     });
   };
-  EXPECT_EQ(state("/var/x").LogFile(), "/var/x/quorlsdr/QUORLSDR.log");
+  EXPECT_EQ(state("/var/x").LogFile(false), "/var/x/quorlsdr/QUORLSDR.log");
   EXPECT_EQ(state("relative").State, "/home/ann/.local/state/quorlsdr");
   EXPECT_EQ(state(nullptr).Config, "/home/ann/.config/quorlsdr");
   EXPECT_EQ(state("").Data, "/home/ann/.local/share/quorlsdr");

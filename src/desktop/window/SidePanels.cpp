@@ -1,16 +1,25 @@
 #include "desktop/window/SidePanels.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <QWindow>
 #include <cmath>
 
 #include "desktop/views/Skin.h"
 
 namespace quorl {
+
+namespace {
+
+constexpr int kMapPatience = 200;  // ms
+
+}  // namespace
 
 SplashPanel::SplashPanel(const QString& version) : QWidget(nullptr, Qt::SplashScreen), version_(version) {
   constexpr int kWidth = 480, kHeight = 240;
@@ -72,6 +81,15 @@ LogWindow::LogWindow(const ControlRegistry& registry, Binder::Logger log)
 LogWindow::~LogWindow() {
   following_.reset();
   qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
+}
+
+void LogWindow::PaintNow() {
+  if (!isVisible()) return;
+  // Nothing that is painted shows until the display has made the window.
+  for (QDeadlineTimer patience(kMapPatience); !windowHandle()->isExposed() && !patience.hasExpired();)
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, 10);
+  clock_.Flush();
+  repaint();
 }
 
 void LogWindow::closeEvent(QCloseEvent* event) {

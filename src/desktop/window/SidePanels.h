@@ -29,6 +29,8 @@ class LogWindow : public QWidget {
   ~LogWindow() override;
 
   RefreshClock& Clock() { return clock_; }
+  // Where it is shown: puts it on the screen with the lines so far, before any other event is delivered.
+  void PaintNow();
 
  protected:
   void closeEvent(QCloseEvent* event) override;

@@ -11,7 +11,9 @@ struct UserDirectories {
   std::string Config;  // settings
   std::string Data;    // band plans and recordings in progress
   std::string State;   // log
-  std::string LogFile() const { return State + "/QUORLSDR.log"; }
+  // The radio's own, and the demo's: two programs side by side share neither.
+  std::string SettingsFile(bool demo) const { return Config + (demo ? "/demo.ini" : "/settings.ini"); }
+  std::string LogFile(bool demo) const { return State + (demo ? "/QUORLSDR-demo.log" : "/QUORLSDR.log"); }
 };
 
 // `variable` gives the value of an environment variable, or null (std::getenv). A base directory that is
