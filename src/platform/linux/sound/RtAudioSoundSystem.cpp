@@ -84,7 +84,9 @@ class RtAudioSoundSystem::Playback : public StreamPlaybackBuffer, public RtAudio
   Failure Play() override {
     if (IsRunning()) return std::nullopt;
     if (auto failure = StartStream()) {
-      system_.Tell(*failure);  // it comes in the middle of a run, where nobody waits for an answer
+      // It comes in the middle of a run, where nobody waits for an answer, and once for each start.
+      system_.told_ = false;
+      system_.Tell(*failure);
       return failure;
     }
     return StreamPlaybackBuffer::Play();
