@@ -116,7 +116,7 @@ class Program {
     personalBoxes_.SetWindow(window_.get());
     RestoreWindowSize();
     window_->setAttribute(Qt::WA_TransparentForMouseEvents);  // until the start is done
-    logWindow_->PaintNow();  // before the panel covers it
+    logWindow_->PaintNow();                                   // before the panel covers it
     window_->show();
     frame_->Radio().OnHousekept = [this](double microseconds) { report_.NoteHousekeeping(microseconds); };
     frame_->Radio().OnAudio = [this](const std::int16_t* block, std::int32_t attenuation) {

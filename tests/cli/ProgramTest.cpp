@@ -50,7 +50,7 @@ TEST_F(ProgramTest, ASignalEndsItAsCloseDoesWithTheSettingsStored) {
     int status = 0;
     const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (std::chrono::steady_clock::now() < patience &&
-           Get(".local/state/quorlsdr/QUORLSDR.log").find("optPwr_click : End") == std::string::npos &&
+           Get(".local/state/quorlsdr/QUORLSDR-demo.log").find("optPwr_click : End") == std::string::npos &&
            waitpid(child, &status, WNOHANG) == 0) {
       std::this_thread::yield();
     }
