@@ -186,14 +186,15 @@ void AMOnRealIF(Receiver& radio) {
 void Heaviest(Receiver& radio) {
   radio.Vars.SDRModelNo = SDRModel::RealToIQRX;
   radio.SetDemodMode(DemodMode::USB);
-  radio.SetIFFilter(IFFilterMode::Track);
-  radio.SetNotch(true, NotchModes::Manual, NotchTypes::Audio, 1000, 100);
+  radio.SwitchIFFilter(true);
+  radio.SetIFFilterMode(IFFilterMode::Track);
+  radio.SwitchNotch(true);
   radio.SetDynamicFilter(true);
-  SetBFO(radio.Vars, 150);
+  radio.SetBFO(150);
 }
 void HeaviestWithIFNotch(Receiver& radio) {
   Heaviest(radio);
-  radio.SetNotch(true, NotchModes::Manual, NotchTypes::IF, 1000, 100);
+  radio.SetNotchType(NotchTypes::IF);
 }
 
 // Seconds of one call, the quickest of some short runs.

@@ -143,7 +143,7 @@ int Listen(const ListenOptions& options, RadioMachine& machine, LinuxEventQueue&
   clsVFO& vfo = *radio.VFO();
   const bool storedSide = vfo.HiSideLO;
   if (options.Demo || options.Reception.LowSideLO) vfo.HiSideLO = !options.Reception.LowSideLO;
-  SetLowSideLO(radio.Radio.Vars, !vfo.HiSideLO);
+  radio.Radio.SetLowSideLO(!vfo.HiSideLO);
   int exitCode = ExitCode::Refused;
   if (const Failure failure = TuneIn(options, vfo)) {
     PrintFault(failure->Text);

@@ -147,7 +147,10 @@ void ListenScreen::NextFilter() {
 
 void ListenScreen::ToggleNotch() {
   notch_ = !notch_;
-  radio_.Radio.SetNotch(notch_, NotchModes::Auto, NotchTypes::Audio, 0, kNotchWidth);
+  Receiver& receiver = radio_.Radio;
+  receiver.SwitchNotch(notch_);
+  receiver.SetNotchMode(NotchModes::Auto);
+  receiver.SetNotchWidth(kNotchWidth);
 }
 
 void ListenScreen::ReopenSound() {
@@ -170,12 +173,12 @@ void ListenScreen::ShowSoundPlays() {
 void ListenScreen::ChangeVolume(float by) {
   muted_ = false;
   volume_ = std::clamp(volume_ + by, kMute, kLoudest);
-  radio_.Radio.Agc.SetVolume(volume_);
+  radio_.Radio.SetVolume(volume_);
 }
 
 void ListenScreen::ToggleMute() {
   muted_ = !muted_;
-  radio_.Radio.Agc.SetVolume(muted_ ? kMute : volume_);
+  radio_.Radio.SetVolume(muted_ ? kMute : volume_);
 }
 
 std::string ListenScreen::Line() const {

@@ -113,31 +113,50 @@ void AddReceptionOptions(CLI::App& command, ReceiveOptions& options) {
   command.add_flag("--report", options.Report, "one line of JSON on standard error when done");
 }
 
+namespace {
+
+void ApplyIFFilter(const ReceiveOptions& options, Receiver& receiver) {
+  if (options.IFFilter == IFFilterMode::Off) return;
+  receiver.SwitchIFFilter(true);
+  receiver.SetIFFilterMode(options.IFFilter);
+  if (options.IFFilter != IFFilterMode::Manual) return;
+  receiver.SetIFHigh(options.ManualIFFilter.Hi);
+  receiver.SetIFLow(options.ManualIFFilter.Lo);
+}
+
+void ApplyNotch(const NotchOptions& notch, bool mirror, Receiver& receiver) {
+  receiver.SwitchNotch(true);
+  receiver.SetNotchType(notch.Type);
+  receiver.SetNotchMode(notch.Mode);
+  if (notch.Mode == NotchModes::Manual) receiver.SetNotchCentre(notch.Centre);
+  receiver.SetNotchWidth(notch.Width);
+  receiver.SetNotchMirror(mirror);
+}
+
+}  // namespace
+
 // The filters come before what is laid over them, as when a panel restores its settings.
 void ApplyReceiveOptions(const ReceiveOptions& options, Receiver& receiver) {
   receiver.Vars.SDRModelNo = options.SDRModelNo;
-  SetLowSideLO(receiver.Vars, options.LowSideLO);
-  SetBFO(receiver.Vars, options.BFO);
+  receiver.SetLowSideLO(options.LowSideLO);
+  receiver.SetBFO(options.BFO);
   receiver.SetDemodMode(options.DemodMode);
   receiver.SetFilterMode(options.FilterMode);
   if (options.Filter) receiver.SetFilterEdges(options.Filter->Lo, options.Filter->Hi);
-  receiver.SetIFFilter(options.IFFilter);
-  if (options.IFFilter == IFFilterMode::Manual) {
-    receiver.SetManualIFFilter(options.ManualIFFilter.Lo, options.ManualIFFilter.Hi);
+  ApplyIFFilter(options, receiver);
+  if (options.Notch) ApplyNotch(*options.Notch, options.NotchMirror, receiver);
+  if (options.NB) {
+    receiver.SwitchNoiseBlanker(true);
+    receiver.SetNoiseBlankerLevel(static_cast<float>(*options.NB));
   }
-  receiver.SetNotchMirror(options.NotchMirror);
-  if (options.Notch) {
-    const NotchOptions& notch = *options.Notch;
-    receiver.SetNotch(true, notch.Mode, notch.Type, notch.Centre, notch.Width);
-  }
-  if (options.NB) receiver.SetNoiseBlanker(true, static_cast<float>(*options.NB));
-  receiver.SetDynamicFilter(options.DynamicFilter);
-  receiver.Vars.AGCON = options.AGCMode != AGCPreset::Off;
-  if (receiver.Vars.AGCON) {
-    receiver.Agc.ApplyPreset(options.AGCMode);
+  if (options.DynamicFilter) receiver.SetDynamicFilter(true);
+  if (options.AGCMode == AGCPreset::Off) {
+    receiver.SwitchAGC(false);
+  } else {
+    receiver.SetAGCPreset(options.AGCMode);
     receiver.Agc.FillDelayLine();
   }
-  receiver.Agc.SetVolume(static_cast<float>(options.Volume));
+  receiver.SetVolume(static_cast<float>(options.Volume));
 }
 
 }  // namespace quorl::cli

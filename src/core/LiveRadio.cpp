@@ -21,11 +21,6 @@ LiveRadio::LiveRadio(Machine& machine, BlockRecorder& recorder, KernelSettings s
                    }),
       machine_(machine) {
   Radio.Tap.TunedFrequency = [this] { return VFO() == nullptr ? 0 : VFO()->TunedFrequency(); };
-  Radio.Pump.OnDataOut = [this] {
-    OnBlockOut();
-    tmrPerfStats.SetInterval(kHousekeepingDelay);
-    tmrPerfStats.SetEnabled(true);
-  };
 }
 
 LiveRadio::~LiveRadio() = default;
@@ -52,7 +47,7 @@ bool LiveRadio::CreateTuning(SettingsStore& settings, std::int32_t interfaceType
   tuning_ = std::make_unique<TuningChain>(machine, log);
   const bool open = tuning_->OpenInterface(interfaceType, shaftEncoder, tellsPort);
   tuning_->CreateVFO(Radio.Vars.SDRModelNo, interfaceType);
-  SetLowSideLO(Radio.Vars, !VFO()->HiSideLO);
+  Radio.SetLowSideLO(!VFO()->HiSideLO);
   return open;
 }
 
@@ -84,7 +79,9 @@ void LiveRadio::SoundCard_DataReady(std::int16_t* samplesI, std::int16_t* sample
 }
 
 void LiveRadio::SoundCard_DataOut(std::int16_t*, std::int32_t, std::int32_t) {
-  Radio.Pump.SoundCard_DataOut();
+  OnBlockOut();
+  tmrPerfStats.SetInterval(kHousekeepingDelay);
+  tmrPerfStats.SetEnabled(true);
 }
 
 void LiveRadio::SetOutputAttenuation(std::int32_t hundredthsOfDecibel) {

@@ -185,6 +185,7 @@ void frmMain::CreateTuningPanel() {
   links.ActivateDisplay = [this] { scrollables_->Point(CtlIndex::Frequency); };
   links.ReviveDisplay = [this] { scrollables_->Revive(CtlIndex::Frequency); };
   links.DisplayIsActive = [this] { return scrollables_->ActiveCtl() == CtlIndex::Frequency; };
+  links.SetLowSideLO = [this](bool low) { radio_->Radio.SetLowSideLO(low); };
   links.ShowOscillator = [this](const std::string& text) {
     if (stats_) stats_->lblStatsVal(StatsPanel::kLO).Caption = text;
   };
@@ -201,15 +202,14 @@ void frmMain::CreateTuningPanel() {
 
 void frmMain::CreateReceptionPanels() {
   Receiver& receiver = radio_->Radio;
-  const PanelContext context{registry_,     *scrollables_,    *colours_,
-                             receiver.Vars, receiver.Filters, [this] { machine_.Queue.Yield(); }};
+  const PanelContext context{registry_, *scrollables_, *colours_, receiver, [this] { machine_.Queue.Yield(); }};
   ifFilter_ = std::make_unique<IFFilterPanel>(context);
-  filter_ = std::make_unique<FilterPanel>(context, receiver.FilterMaker, *ifFilter_);
-  demod_ = std::make_unique<DemodPanel>(context, *filter_, *ifFilter_);
+  filter_ = std::make_unique<FilterPanel>(context);
+  demod_ = std::make_unique<DemodPanel>(context);
   notch_ = std::make_unique<NotchPanel>(context);
   nb_ = std::make_unique<NBPanel>(context);
-  agc_ = std::make_unique<AGCPanel>(context, receiver.Agc);
-  volume_ = std::make_unique<VolumePanel>(context, receiver.Agc);
+  agc_ = std::make_unique<AGCPanel>(context);
+  volume_ = std::make_unique<VolumePanel>(context);
   volume_->OnMute = [this](bool muted) { radio_->SetMuted(muted); };
   bfo_ = std::make_unique<BFOPanel>(context);
   stats_ = std::make_unique<StatsPanel>(registry_, receiver.Vars, receiver.Pump.Statistics);

@@ -35,7 +35,7 @@ std::vector<StoredSetting> frmMain::SettingsTable() {
       {"AutoDDSRefresh", true, &o.AutoDDSRefresh},
       {"MouseOverS.HiLiteBorder", true, &scrollables_->HiLiteBorder},
       {"DRM.RunDreamOnDRM", true, &o.RunDreamOnDRM},
-      {"DRM.MuteAFOnDRM", true, &demod_->MuteAFOnDRM},
+      {"DRM.MuteAFOnDRM", true, &radio_->Radio.MuteAFOnDRM},
       {"DRM.CloseSoundcardOnDRM", true, &o.CloseSoundcardOnDRM},
       {"DRM.PathToDream", true, &o.PathToDream},
       {"DRM.DreamProgArgs", true, &o.DreamProgArgs},

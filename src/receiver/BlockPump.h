@@ -9,10 +9,8 @@
 #include <functional>
 
 #include "diagnostics/Profiler.h"
-#include "dsp/chain/AGC.h"
 #include "dsp/chain/AnalyserTap.h"
 #include "dsp/chain/ReceiveChain.h"
-#include "dsp/filters/FilterBank.h"
 #include "receiver/PumpPorts.h"
 #include "state/PublicVars.h"
 #include "state/PumpStatistics.h"
@@ -21,16 +19,11 @@ namespace quorl {
 
 class BlockPump {
  public:
-  BlockPump(PublicVars& vars, FilterBank& filters, ReceiveChain& chain, AGC& agc, const AnalyserTap& tap,
-            BlockRecorder& recorder, SoundOutput& sound, Profiler& profiler, std::function<void()> yield);
+  BlockPump(const PublicVars& vars, ReceiveChain& chain, const AnalyserTap& tap, BlockRecorder& recorder, SoundOutput& sound, Profiler& profiler, std::function<void()> yield);
 
   // One block of SamplesPerEvent samples a channel. `samplesI` (left) leaves as the audio that went to
   // playback. A block that arrives while another one is in work is dropped.
   void SoundCard_DataReady(std::int16_t* samplesI, const std::int16_t* samplesQ);
-  // A block leaves the ring for the playback buffer: time for one repaint and one round of housekeeping.
-  void SoundCard_DataOut() { OnDataOut(); }
-
-  std::function<void()> OnDataOut = [] {};  // re-arms the display and housekeeping timers
 
   PumpStatistics Statistics;
   float PumpLoad = 0.0F;               // share of the block period that the last block took
@@ -38,20 +31,16 @@ class BlockPump {
   std::int16_t RecorderAddResult = 0;  // what the last AddSamples returned
 
  private:
-  void PlayRecording(std::int16_t* block);
   template <typename T>
   void Note(std::array<T, StatisticsRingSize>& ring, std::int32_t& index, T value) const;
 
-  PublicVars& vars_;
-  FilterBank& filters_;
+  const PublicVars& vars_;
   ReceiveChain& chain_;
-  AGC& agc_;
   const AnalyserTap& tap_;
   BlockRecorder& recorder_;
   SoundOutput& sound_;
   Profiler& profiler_;
   std::function<void()> yield_;
-  SampleBuffer audioPower_;
   bool inDataReady_ = false;
 };
 

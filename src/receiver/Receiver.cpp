@@ -1,8 +1,18 @@
+// Putting together, mode, oscillators, levels, housekeeping. The filters' routines are in
+// ReceiverFilters.cpp, those of the notch in ReceiverNotch.cpp.
 #include "receiver/Receiver.h"
 
+#include "dsp/chain/NoiseBlanker.h"
 #include "dsp/kernel/VectorKernel.h"
+#include "support/Rounding.h"
 
 namespace quorl {
+
+namespace {
+
+constexpr std::int32_t kFirstNotchWidth = 100;  // Hz
+
+}  // namespace
 
 Receiver::Receiver(const Clock& clock, SoundOutput& sound, BlockRecorder& recorder,
                    std::function<void()> yield, KernelSettings settings)
@@ -13,74 +23,90 @@ Receiver::Receiver(const Clock& clock, SoundOutput& sound, BlockRecorder& record
       Chain(Vars, Filters, Agc, Tap, recorder),
       FilterMaker(Vars, Filters, Tap, yield),
       Profiler1(clock),
-      Pump(Vars, Filters, Chain, Agc, Tap, recorder, sound, Profiler1, yield) {
+      Pump(Vars, Chain, Tap, recorder, sound, Profiler1, yield) {
   Filters.Initialise();
   Agc.ApplyPreset(Vars.AGCMode);
   Agc.FillDelayLine();
   SetDemodMode(Vars.CurrentDemodMode);
   SetFilterMode(Vars.CurrentFilterMode);
+  SetNotchWidth(kFirstNotchWidth);
+}
+
+void Receiver::PlaceBFO(std::int32_t hertz) {
+  Vars.MixerFrequency = IFCentre + hertz;
+  Vars.MixerPhaseStep = RoundDown(1073741824.0 / FSampling * Vars.MixerFrequency + 0.5);
+  Vars.BFOOffset = Vars.LowSideLO ? hertz : -hertz;
+  Vars.FiltersDirty = true;
+}
+
+void Receiver::SetBFO(std::int32_t hertz) {
+  PlaceBFO(hertz);
+  Changed(ReceiverPart::BFO);
+}
+
+// What stood above the IF's centre stands below it on the other side.
+void Receiver::SetLowSideLO(bool low) {
+  const bool moves = low != Vars.LowSideLO;
+  Vars.LowSideLO = low;
+  PlaceBFO(Vars.MixerFrequency - IFCentre);
+  if (moves && Vars.NotchType == NotchTypes::IF) {
+    PlaceNotch();
+    Vars.NotchDirty = true;
+  }
+  Changed(ReceiverPart::Side);
 }
 
 void Receiver::SetDemodMode(std::int32_t mode) {
+  const std::int32_t from = Vars.CurrentDemodMode;
   Vars.CurrentDemodMode = mode;
   Filters.ActivateForMode(mode);
   Vars.FiltersDirty = true;
+  Vars.DRMAudioMuted = mode == DemodMode::DRM && MuteAFOnDRM;
+  if (OnModeChange) OnModeChange(from, mode);
+  const bool leavesDRM = from == DemodMode::DRM && mode != DemodMode::DRM;
+  if (leavesDRM) TakeFilter();
+  FollowDemodMode();
+  Changed(ReceiverPart::Mode);
+  if (leavesDRM) Changed(ReceiverPart::Filter);
+  Changed(ReceiverPart::IFFilter);
 }
 
-void Receiver::SetFilterMode(std::int32_t mode) {
-  Vars.CurrentFilterMode = mode;
-  const FilterSettingsRecord& record = Vars.FilterSettings[static_cast<std::size_t>(mode)];
-  Vars.MusicMode = record.MusicMode;
-  SetFilterEdges(record.CurrentLo, record.CurrentHi);
-}
-
-void Receiver::SetFilterEdges(std::int32_t low, std::int32_t high) {
-  Vars.FilterLo = low;
-  Vars.FilterHi = high;
-  FilterMaker.CentreDynFilter();
-  Vars.FiltersDirty = true;
-}
-
-void Receiver::SetIFFilter(std::int32_t mode) {
-  Vars.CurrentIFFilterMode = mode;
-  Vars.IFFilterActive = Filters.IFFilterI.Active = mode != IFFilterMode::Off;
-  Vars.FiltersDirty = true;
-}
-
-void Receiver::SetManualIFFilter(std::int32_t low, std::int32_t high) {
-  FilterSettingsRecord& record =
-      Vars.IFFilterSettings[IFFilterMode::Manual][static_cast<std::size_t>(Vars.CurrentDemodMode)];
-  record.CurrentLo = low;
-  record.CurrentHi = high;
-  Vars.FiltersDirty = true;
-}
-
-void Receiver::SetNotch(bool active, std::int32_t mode, std::int32_t type, std::int32_t centre,
-                        std::int32_t width) {
-  Vars.NotchActive = Filters.NotchFilterI.Active = active;
-  Vars.NotchMode = mode;
-  Vars.NotchType = type;
-  Vars.NotchCentre = centre;
-  if (type == NotchTypes::IF) Vars.NotchCentre = Vars.LowSideLO ? IFCentre - centre : IFCentre + centre;
-  Vars.NotchLastWidth = Vars.NotchWidth;
-  Vars.NotchWidth = width;
-  SetNotchEdges(Vars);
-  Vars.NotchDirty = true;
-}
-
-void Receiver::SetNotchMirror(bool mirror) {
-  Vars.NotchMirror = mirror;
-  Vars.NotchDirty = true;
-}
-
-void Receiver::SetNoiseBlanker(bool on, float controlValue) {
+void Receiver::SwitchNoiseBlanker(bool on) {
   Vars.NBOn = on;
-  Vars.NBThreshold = NoiseBlanker::ThresholdOf(controlValue);
+  Changed(ReceiverPart::NoiseBlanker);
 }
 
-void Receiver::SetDynamicFilter(bool on) {
-  Vars.DynFilterActive = Filters.DynFilter.Active = on;
-  Vars.FiltersDirty = true;
+void Receiver::SetNoiseBlankerLevel(float level) {
+  Vars.NBLevel = level;
+  Vars.NBThreshold = NoiseBlanker::ThresholdOf(level);
+  Changed(ReceiverPart::NoiseBlanker);
+}
+
+void Receiver::SwitchAGC(bool on) {
+  Vars.AGCON = on;
+  Changed(ReceiverPart::AGC);
+}
+
+void Receiver::SetAGCPreset(std::int32_t mode) {
+  if (!Vars.AGCON) return;
+  Agc.ApplyPreset(mode);
+  Changed(ReceiverPart::AGC);
+}
+
+void Receiver::SetAGCDelay(float tenthsOfSecond) {
+  Agc.SetDelay(tenthsOfSecond);
+  Changed(ReceiverPart::AGC);
+}
+
+void Receiver::SetAGCRamp(float tenthsOfMillisecond) {
+  Agc.SetRamp(tenthsOfMillisecond);
+  Changed(ReceiverPart::AGC);
+}
+
+void Receiver::SetVolume(float value) {
+  Vars.OutputVolume = value;
+  Agc.SetVolume(value);
+  Changed(ReceiverPart::Volume);
 }
 
 bool Receiver::Housekeeping() {

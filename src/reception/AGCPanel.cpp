@@ -6,7 +6,7 @@
 
 namespace quorl {
 
-AGCPanel::AGCPanel(const PanelContext& context, AGC& agc)
+AGCPanel::AGCPanel(const PanelContext& context)
     : frAGC(context.Registry, "frAGC"),
       chkAGC(context.Registry, "chkAGC"),
       optAGC(context.Registry, "optAGC", AGCPreset::Count),
@@ -15,8 +15,7 @@ AGCPanel::AGCPanel(const PanelContext& context, AGC& agc)
       lblAGCAttack(context.Registry, "lblAGCAttack"),
       lblAGCDecay(context.Registry, "lblAGCDecay"),
       context_(context),
-      vars_(context.Vars),
-      agc_(agc) {
+      vars_(context.Rx.Vars) {
   frAGC.Caption = "AGC";
   context_.Colours.Add(frAGC);
   SetTexts(optAGC, AGCModeTexts);
@@ -34,85 +33,84 @@ AGCPanel::AGCPanel(const PanelContext& context, AGC& agc)
   scrollables(CtlIndex::AGCDecay).TableDefault = [this] { return static_cast<float>(Preset().DefaultRamp); };
   sldAGCAttack.Change = [this] { sldAGCAttack_Scroll(); };
   sldAGCDecay.Change = [this] { sldAGCDecay_Scroll(); };
-  chkAGC.SetValue(vars_.AGCON);
-  chkAGC_Click();
-  PaintButtons(optAGC, -1);
+  Show();
+  listening_ = context_.Rx.Changed.Listen([this](ReceiverPart part) {
+    if (part == ReceiverPart::AGC) Show();
+  });
 }
 
 void AGCPanel::InitialiseSlider(Slider& slider, int index) {
-  ScopedFlag guard(moving_);
-  slider.Min = static_cast<int>(context_.Scrollables(index).MinValue);
-  slider.Max = static_cast<int>(context_.Scrollables(index).MaxValue);
-  slider.SetValue(slider.Min());
+  {
+    ScopedFlag guard(showing_);
+    slider.Min = static_cast<int>(context_.Scrollables(index).MinValue);
+    slider.Max = static_cast<int>(context_.Scrollables(index).MaxValue);
+  }
+  Show();
 }
 
-AGCSettingsRecord& AGCPanel::Preset() {
+const AGCSettingsRecord& AGCPanel::Preset() const {
   return vars_.AGCSettings.at(static_cast<std::size_t>(vars_.AGCMode));
 }
 
 void AGCPanel::chkAGC_Click() {
-  const bool on = vars_.AGCON = chkAGC.Value();
-  context_.Scrollables.SetEnabled(CtlIndex::AGCAttack, on);
-  context_.Scrollables.SetEnabled(CtlIndex::AGCDecay, on);
-  sldAGCAttack.Enabled = sldAGCDecay.Enabled = on;
-  Fade(optAGC, !on);
+  if (!showing_) context_.Rx.SwitchAGC(chkAGC.Value());
 }
 
 void AGCPanel::optAGC_Click(int index) {
-  if (inOptAGC_) return;
-  ScopedFlag guard(inOptAGC_);
-  if (!vars_.AGCON) {
-    optAGC.Press(vars_.AGCMode);
-    return;
-  }
-  vars_.AGCMode = index;
-  optAGC.Press(index);
-  PaintButtons(optAGC, index);
-  const AGCSettingsRecord preset = Preset();
-  ScrollableControl& attack = context_.Scrollables(CtlIndex::AGCAttack);
-  ScrollableControl& decay = context_.Scrollables(CtlIndex::AGCDecay);
-  attack.DefaultValue = static_cast<float>(preset.DefaultDelay);
-  attack.Value = static_cast<float>(preset.CurrentDelay);
-  decay.DefaultValue = static_cast<float>(preset.DefaultRamp);
-  decay.Value = static_cast<float>(preset.CurrentRamp);
-  lblAGCAttack_Wheel();
-  lblAGCDecay_Wheel();
+  if (showing_) return;
+  context_.Rx.SetAGCPreset(index);
+  Show();
 }
 
-void AGCPanel::MoveSlider(Slider& slider, int index) {
-  // The preset "Off" lies under the slider's end, and must not come back from it.
-  ScopedFlag guard(moving_);
-  slider.SetValue(WholeValue(context_.Scrollables, index));
+void AGCPanel::Show() {
+  ScopedFlag guard(showing_);
+  chkAGC.SetValue(vars_.AGCON);
+  context_.Scrollables.SetEnabled(CtlIndex::AGCAttack, vars_.AGCON);
+  context_.Scrollables.SetEnabled(CtlIndex::AGCDecay, vars_.AGCON);
+  sldAGCAttack.Enabled = sldAGCDecay.Enabled = vars_.AGCON;
+  Fade(optAGC, !vars_.AGCON);
+  optAGC.Press(vars_.AGCMode);
+  PaintButtons(optAGC, vars_.AGCMode);
+  ShowTimes();
+}
+
+void AGCPanel::ShowTimes() {
+  const AGCSettingsRecord& preset = Preset();
+  ShowTime(CtlIndex::AGCAttack, preset.CurrentDelay, preset.DefaultDelay, sldAGCAttack, lblAGCAttack);
+  ShowTime(CtlIndex::AGCDecay, preset.CurrentRamp, preset.DefaultRamp, sldAGCDecay, lblAGCDecay);
+  sldAGCAttack.ToolTip = "AGC Decay=" + NumberText(context_.Scrollables(CtlIndex::AGCAttack).Value / 10.0) + " S";
+  sldAGCDecay.ToolTip = "AGC Attack=" + NumberText(vars_.AGCSmoothTime) + " mS";
+}
+
+// The preset "Off" lies under the slider's end.
+void AGCPanel::ShowTime(int index, std::int32_t value, std::int32_t byDefault, Slider& slider, Label& label) {
+  ScrollableControl& control = context_.Scrollables(index);
+  control.DefaultValue = static_cast<float>(byDefault);
+  // A preset holds whole numbers; a value between them stays what it is.
+  if (RoundHalfEven(control.Value) != value) control.Value = static_cast<float>(value);
+  label.Caption = FormatPicture(double{control.Value} / 10.0, control.Format);
+  slider.SetValue(value);
 }
 
 void AGCPanel::lblAGCAttack_Wheel() {
   if (inAttack_) return;
   ScopedFlag guard(inAttack_);
-  const ScrollableControl& control = context_.Scrollables(CtlIndex::AGCAttack);
-  agc_.SetDelay(control.Value);
-  const double seconds = double{control.Value} / 10.0;
-  lblAGCAttack.Caption = FormatPicture(seconds, control.Format);
-  sldAGCAttack.ToolTip = "AGC Decay=" + NumberText(seconds) + " S";
-  MoveSlider(sldAGCAttack, CtlIndex::AGCAttack);
+  context_.Rx.SetAGCDelay(context_.Scrollables(CtlIndex::AGCAttack).Value);
 }
 
 void AGCPanel::lblAGCDecay_Wheel() {
   if (inDecay_) return;
   ScopedFlag guard(inDecay_);
-  const ScrollableControl& control = context_.Scrollables(CtlIndex::AGCDecay);
-  agc_.SetRamp(control.Value);
-  lblAGCDecay.Caption = FormatPicture(double{control.Value} / 10.0, control.Format);
-  sldAGCDecay.ToolTip = "AGC Attack=" + NumberText(vars_.AGCSmoothTime) + " mS";
-  MoveSlider(sldAGCDecay, CtlIndex::AGCDecay);
+  context_.Rx.SetAGCRamp(context_.Scrollables(CtlIndex::AGCDecay).Value);
 }
 
 void AGCPanel::sldAGCAttack_Scroll() {
-  if (moving_) return;
+  if (showing_) return;
   context_.Scrollables.SetValue(CtlIndex::AGCAttack, static_cast<float>(sldAGCAttack.Value()));
 }
 
 void AGCPanel::sldAGCDecay_Scroll() {
-  if (moving_) return;
+  if (showing_) return;
   context_.Scrollables.SetValue(CtlIndex::AGCDecay, static_cast<float>(sldAGCDecay.Value()));
 }
 

@@ -1,8 +1,7 @@
 // The AGC: on or off, its presets, and the two times that make a preset.
 #pragma once
 
-#include "dsp/chain/AGC.h"
-#include "reception/PanelContext.h"
+#include "interaction/PanelContext.h"
 
 namespace quorl {
 
@@ -11,7 +10,7 @@ namespace quorl {
 // slow decay, a short ramp is a fast attack. The labels show seconds and milliseconds.
 class AGCPanel {
  public:
-  AGCPanel(const PanelContext& context, AGC& agc);
+  explicit AGCPanel(const PanelContext& context);
 
   Frame frAGC;
   CheckBox chkAGC;
@@ -31,13 +30,16 @@ class AGCPanel {
   void lblAGCDecay_Wheel();
 
  private:
-  AGCSettingsRecord& Preset();
-  void MoveSlider(Slider& slider, int index);
+  const AGCSettingsRecord& Preset() const;
+  void Show();
+  void ShowTimes();
+  void ShowTime(int index, std::int32_t value, std::int32_t byDefault, Slider& slider, Label& label);
 
   PanelContext context_;
-  PublicVars& vars_;
-  AGC& agc_;
-  bool inOptAGC_ = false, inAttack_ = false, inDecay_ = false, moving_ = false;
+  const PublicVars& vars_;
+  bool showing_ = false;  // the controls are being moved by code
+  bool inAttack_ = false, inDecay_ = false;
+  Listening listening_;
 };
 
 }  // namespace quorl

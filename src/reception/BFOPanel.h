@@ -1,7 +1,7 @@
 // The beat frequency oscillator: shifts the pitch of a sideband signal.
 #pragma once
 
-#include "reception/PanelContext.h"
+#include "interaction/PanelContext.h"
 
 namespace quorl {
 
@@ -16,6 +16,7 @@ class BFOPanel {
  private:
   PanelContext context_;
   bool inBFO_ = false;
+  Listening listening_;
 };
 
 }  // namespace quorl

@@ -4,38 +4,37 @@
 
 namespace quorl {
 
-DemodPanel::DemodPanel(const PanelContext& context, FilterPanel& filterPanel, IFFilterPanel& ifFilterPanel)
+DemodPanel::DemodPanel(const PanelContext& context)
     : frDemod(context.Registry, "frDemod"),
       optMode(context.Registry, "optMode", DemodMode::Count),
-      context_(context),
-      filterPanel_(filterPanel),
-      ifFilterPanel_(ifFilterPanel) {
+      context_(context) {
   frDemod.Caption = "Mode";
   context_.Colours.Add(frDemod);
   SetTexts(optMode, DemodModeTexts);
-  PaintButtons(optMode, -1);
   optMode.Click = [this](int index) { optMode_Click(index); };
+  Show();
+  listening_ = context_.Rx.Changed.Listen([this](ReceiverPart part) {
+    if (part == ReceiverPart::Mode && !inOptMode_) Show();
+  });
 }
 
 void DemodPanel::optMode_Click(int index) {
   if (inOptMode_) return;
-  ScopedFlag guard(inOptMode_);
-  PublicVars& vars = context_.Vars;
-  const int from = vars.CurrentDemodMode;
-  PaintButtons(optMode, index);
-  context_.Yield();
-  vars.CurrentDemodMode = index;
-  context_.Filters.ActivateForMode(index);
-  vars.FiltersDirty = true;
-  vars.DRMAudioMuted = index == DemodMode::DRM && MuteAFOnDRM;
-  if (OnModeChange) OnModeChange(from, index);
-  if (from == DemodMode::DRM && index != DemodMode::DRM) {
-    filterPanel_.optFilter_Click(vars.CurrentFilterMode);
+  {
+    ScopedFlag guard(inOptMode_);
+    PaintButtons(optMode, index);
+    context_.Yield();
+    context_.Rx.SetDemodMode(index);
   }
-  ifFilterPanel_.FollowDemodMode();
-  // Takes back a click that came in at the yield.
-  optMode.Press(index);
-  PaintButtons(optMode, index);
+  Show();
+}
+
+// Takes back a click that came in at a yield, too.
+void DemodPanel::Show() {
+  ScopedFlag guard(inOptMode_);
+  const std::int32_t mode = context_.Rx.Vars.CurrentDemodMode;
+  optMode.Press(mode);
+  PaintButtons(optMode, mode);
 }
 
 }  // namespace quorl

@@ -3,22 +3,17 @@
 
 #include <array>
 
-#include "dsp/chain/VariableFilters.h"
-#include "reception/IFFilterPanel.h"
-#include "reception/PanelContext.h"
+#include "interaction/PanelContext.h"
 
 namespace quorl {
 
 // Edges are moved by the labels lblFilterHi and lblFilterLo or by the two sliders, whose scale runs
-// backwards: value = Max + Min - edge. A slider's tag holds the edge that the chosen filter came with.
+// backwards: value = Max + Min - edge. Its right click goes back to the edge that the chosen filter came with.
 class FilterPanel {
  public:
-  static constexpr std::int32_t kMusicLow = 50;  // Hz: how far down a filter reaches for music
-  static constexpr int kLow = 0, kHigh = 1;      // sldBW
-  // For optFilter_Click: only spread the edges in force, or go back to those in the tags first.
-  static constexpr int kKeepEdges = -1, kTaggedEdges = -2;
+  static constexpr int kLow = 0, kHigh = 1;  // sldBW
 
-  FilterPanel(const PanelContext& context, VariableFilters& filterMaker, IFFilterPanel& ifFilterPanel);
+  explicit FilterPanel(const PanelContext& context);
 
   Frame frFilters;
   OptionGroup optFilter;
@@ -27,7 +22,7 @@ class FilterPanel {
   Label lblFHi, lblFLo;            // the same in words
   CheckBox chkMusic, chkDynFilter;
 
-  // 0 to 4 takes that filter with its edges; kKeepEdges, kTaggedEdges.
+  // Takes that filter, 0 to 4.
   void optFilter_Click(int index);
   void chkMusic_Click();
   void chkDynFilter_Click();
@@ -39,19 +34,19 @@ class FilterPanel {
   void ShowDefaults();
 
  private:
-  FilterSettingsRecord& Record();
-  void TakeRecord();
-  // Edges in force to labels, captions and sliders.
+  const FilterSettingsRecord& Record() const;
+  void ConnectSliders();
+  // What the receiver has, to buttons, labels, captions and sliders.
+  void Show();
   void ShowEdges();
   std::int32_t SliderEdge(int index);
   void MoveSlider(int index, std::int32_t edge);
 
   PanelContext context_;
-  PublicVars& vars_;
-  VariableFilters& filterMaker_;
-  IFFilterPanel& ifFilterPanel_;
-  bool inOptFilter_ = false, inMusic_ = false, inSlider_ = false;
+  const PublicVars& vars_;
+  bool showing_ = false;  // the controls are being moved by code
   bool inFilterHi_ = false, inFilterLo_ = false;
+  Listening listening_;
 };
 
 }  // namespace quorl

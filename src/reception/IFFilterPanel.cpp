@@ -13,12 +13,10 @@ IFFilterPanel::IFFilterPanel(const PanelContext& context)
       lblIFHiDesc(context.Registry, "lblIFHiDesc"),
       lblIFLoDesc(context.Registry, "lblIFLoDesc"),
       context_(context),
-      vars_(context.Vars) {
+      vars_(context.Rx.Vars) {
   frIFFilter.Caption = "IF Filter";
   context_.Colours.Add(frIFFilter);
   SetTexts(optIFFilter, IFFilterModeTexts);
-  optIFFilter.Press(vars_.CurrentIFFilterMode);
-  PaintButtons(optIFFilter, vars_.CurrentIFFilterMode);
   optIFFilter.Click = [this](int index) { optIFFilter_Click(index); };
   chkIFFilter.Caption = "On";
   chkIFFilter.ToolTip = "IF Filter On or Off";
@@ -37,47 +35,52 @@ IFFilterPanel::IFFilterPanel(const PanelContext& context)
     return vars_.CurrentDemodMode == DemodMode::DRM ? context_.Scrollables(CtlIndex::IFLo).DefaultValue
                                                     : static_cast<float>(Record().DefaultLo);
   };
-  TakeManualEdges();
-  ShowLabels();
+  Show();
+  listening_ = context_.Rx.Changed.Listen([this](ReceiverPart part) {
+    if (part == ReceiverPart::IFFilter) Show();
+  });
 }
 
-FilterSettingsRecord& IFFilterPanel::Record() {
+const FilterSettingsRecord& IFFilterPanel::Record() const {
   return vars_.IFFilterSettings.at(static_cast<std::size_t>(vars_.CurrentIFFilterMode))
       .at(static_cast<std::size_t>(vars_.CurrentDemodMode));
 }
 
-const FilterSettingsRecord& IFFilterPanel::AudioRecord() const {
-  return vars_.FilterSettings.at(static_cast<std::size_t>(vars_.CurrentFilterMode));
-}
-
 void IFFilterPanel::chkIFFilter_Click() {
-  if (inChkIFFilter_) return;
-  ScopedFlag guard(inChkIFFilter_);
-  if (chkIFFilter.Value()) {
-    context_.Filters.IFFilterI.Active = vars_.IFFilterActive = true;
-    optIFFilter_Click(vars_.CurrentIFFilterMode);
-  } else {
-    context_.Filters.IFFilterI.Active = false;
-  }
-  ShowLabels();
-  vars_.FiltersDirty = true;
+  if (!showing_) context_.Rx.SwitchIFFilter(chkIFFilter.Value());
 }
 
 void IFFilterPanel::optIFFilter_Click(int index) {
-  if (inOptIFFilter_) return;
-  ScopedFlag guard(inOptIFFilter_);
-  if (vars_.IFFilterActive) {
-    vars_.CurrentIFFilterMode = index;
-    chkIFFilter.SetValue(index != IFFilterMode::Off);
-    context_.Filters.IFFilterI.Active = index != IFFilterMode::Off;
-    if (index == IFFilterMode::Manual) TakeManualEdges();
-    if (index == IFFilterMode::Track) TakeTrackedEdges();
-    ShowLabels();
-    lblIFHi_Wheel();
-    lblIFLo_Wheel();
-  }
+  if (showing_) return;
+  context_.Rx.SetIFFilterMode(index);
+  Show();
+}
+
+void IFFilterPanel::Show() {
+  ScopedFlag guard(showing_);
   optIFFilter.Press(vars_.CurrentIFFilterMode);
   PaintButtons(optIFFilter, vars_.CurrentIFFilterMode);
+  chkIFFilter.SetValue(context_.Rx.Filters.IFFilterI.Active);
+  ShowEdges();
+  ShowLabels();
+}
+
+void IFFilterPanel::ShowEdges() {
+  ScrollableControl& high = context_.Scrollables(CtlIndex::IFHi);
+  ScrollableControl& low = context_.Scrollables(CtlIndex::IFLo);
+  high.Value = static_cast<float>(vars_.IFHi);
+  low.Value = static_cast<float>(vars_.IFLo);
+  if (vars_.CurrentIFFilterMode == IFFilterMode::Track) {
+    const FilterSettingsRecord& audio =
+        vars_.FilterSettings.at(static_cast<std::size_t>(vars_.CurrentFilterMode));
+    high.DefaultValue = static_cast<float>(audio.DefaultHi);
+    low.DefaultValue = static_cast<float>(-audio.DefaultLo);
+  } else if (vars_.CurrentIFFilterMode == IFFilterMode::Manual) {
+    high.DefaultValue = static_cast<float>(Record().DefaultHi);
+    low.DefaultValue = static_cast<float>(Record().DefaultLo);
+  }
+  context_.Scrollables.Show(CtlIndex::IFHi);
+  context_.Scrollables.Show(CtlIndex::IFLo);
 }
 
 void IFFilterPanel::ShowLabels() {
@@ -91,82 +94,16 @@ void IFFilterPanel::ShowLabels() {
   Fade(optIFFilter, !chkIFFilter.Value());
 }
 
-void IFFilterPanel::TakeEdges(Edge high, Edge low) {
-  const auto take = [this](int index, Edge edge) {
-    ScrollableControl& control = context_.Scrollables(index);
-    control.Value = static_cast<float>(edge.Value);
-    control.DefaultValue = static_cast<float>(edge.Default);
-    context_.Scrollables.Show(index);
-  };
-  take(CtlIndex::IFHi, high);
-  take(CtlIndex::IFLo, low);
-}
-
-void IFFilterPanel::TakeManualEdges() {
-  const FilterSettingsRecord& record = Record();
-  TakeEdges({record.CurrentHi, record.DefaultHi}, {record.CurrentLo, record.DefaultLo});
-}
-
-// A lower sideband stands upside down on the IF.
-IFFilterPanel::Edge IFFilterPanel::TrackedHigh() const {
-  const FilterSettingsRecord& record = AudioRecord();
-  switch (vars_.CurrentDemodMode) {
-    case DemodMode::USB:
-      return {vars_.FilterHi, record.DefaultHi};
-    case DemodMode::LSB:
-      return {-record.CurrentHi, record.DefaultHi};
-    default:
-      return {record.CurrentHi, record.DefaultHi};
-  }
-}
-
-IFFilterPanel::Edge IFFilterPanel::TrackedLow() const {
-  const FilterSettingsRecord& record = AudioRecord();
-  switch (vars_.CurrentDemodMode) {
-    case DemodMode::USB:
-      return {vars_.FilterLo, record.DefaultLo};
-    case DemodMode::LSB:
-      return {-record.CurrentLo, -record.DefaultHi};
-    default:
-      return {-record.CurrentHi, -record.DefaultLo};
-  }
-}
-
-void IFFilterPanel::TakeTrackedEdges() {
-  const FilterSettingsRecord& record = AudioRecord();
-  const Edge high = vars_.CurrentDemodMode == DemodMode::LSB ? Edge{record.CurrentLo, -record.DefaultLo}
-                                                             : Edge{record.CurrentHi, record.DefaultHi};
-  TakeEdges(high, TrackedLow());
-}
-
-void IFFilterPanel::FollowFilter() {
-  if (vars_.CurrentIFFilterMode != IFFilterMode::Track) return;
-  TakeEdges(TrackedHigh(), TrackedLow());
-  lblIFHi_Wheel();
-  lblIFLo_Wheel();
-}
-
-void IFFilterPanel::FollowDemodMode() {
-  if (vars_.CurrentIFFilterMode == IFFilterMode::Manual) {
-    TakeManualEdges();
-    lblIFHi_Wheel();
-    lblIFLo_Wheel();
-  }
-  FollowFilter();
-}
-
 void IFFilterPanel::lblIFHi_Wheel() {
   if (inIFHi_) return;
   ScopedFlag guard(inIFHi_);
-  IFHi = Record().CurrentHi = WholeValue(context_.Scrollables, CtlIndex::IFHi);
-  vars_.FiltersDirty = true;
+  context_.Rx.SetIFHigh(WholeValue(context_.Scrollables, CtlIndex::IFHi));
 }
 
 void IFFilterPanel::lblIFLo_Wheel() {
   if (inIFLo_) return;
   ScopedFlag guard(inIFLo_);
-  IFLo = Record().CurrentLo = WholeValue(context_.Scrollables, CtlIndex::IFLo);
-  vars_.FiltersDirty = true;
+  context_.Rx.SetIFLow(WholeValue(context_.Scrollables, CtlIndex::IFLo));
 }
 
 }  // namespace quorl

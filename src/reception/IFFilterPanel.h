@@ -1,7 +1,7 @@
 // The IF filter: off, set by hand, or following the audio filter.
 #pragma once
 
-#include "reception/PanelContext.h"
+#include "interaction/PanelContext.h"
 
 namespace quorl {
 
@@ -17,35 +17,22 @@ class IFFilterPanel {
   Label lblIFHi, lblIFLo;  // extents from the IF centre, hertz
   Label lblIFHiDesc, lblIFLoDesc;
 
-  std::int32_t IFHi = 0, IFLo = 0;  // last values of the edge controls
-
   void chkIFFilter_Click();
   void optIFFilter_Click(int index);
   void lblIFHi_Wheel();
   void lblIFLo_Wheel();
 
-  // The audio filter has changed: its edges are the IF filter's, where that one tracks.
-  void FollowFilter();
-  // Another demodulation mode has another record of edges.
-  void FollowDemodMode();
-
  private:
-  struct Edge {
-    std::int32_t Value, Default;
-  };
-  FilterSettingsRecord& Record();
-  const FilterSettingsRecord& AudioRecord() const;
-  void TakeEdges(Edge high, Edge low);
-  void TakeManualEdges();
-  void TakeTrackedEdges();
-  Edge TrackedHigh() const;
-  Edge TrackedLow() const;
+  const FilterSettingsRecord& Record() const;
+  void Show();
+  void ShowEdges();
   void ShowLabels();
 
   PanelContext context_;
-  PublicVars& vars_;
-  bool inChkIFFilter_ = false, inOptIFFilter_ = false;
+  const PublicVars& vars_;
+  bool showing_ = false;  // the controls are being moved by code
   bool inIFHi_ = false, inIFLo_ = false;
+  Listening listening_;
 };
 
 }  // namespace quorl

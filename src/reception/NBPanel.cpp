@@ -1,6 +1,5 @@
 #include "reception/NBPanel.h"
 
-#include "dsp/chain/NoiseBlanker.h"
 #include "support/Picture.h"
 #include "support/ScopedFlag.h"
 
@@ -26,35 +25,47 @@ NBPanel::NBPanel(const PanelContext& context)
   sldNB.ToolTip = dialNB.ToolTip = "Noise Blanker Threshold";
   sldNB.Change = [this] { sldNB_Scroll(); };
   dialNB.Change = [this] { dialNB_Change(); };
-  chkNB_Click();
-  ScopedFlag quiet(moving_);
-  lblNB_Wheel();
+  Show();
+  listening_ = context_.Rx.Changed.Listen([this](ReceiverPart part) {
+    if (part == ReceiverPart::NoiseBlanker) Show();
+  });
 }
 
 void NBPanel::chkNB_Click() {
-  const bool on = context_.Vars.NBOn = chkNB.Value();
-  dialNB.Enabled = sldNB.Enabled = on;
-  context_.Scrollables.SetEnabled(CtlIndex::NB, on);
+  context_.Rx.SwitchNoiseBlanker(chkNB.Value());
 }
 
-void NBPanel::ApplyThreshold() {
-  const ScrollableControl& control = context_.Scrollables(CtlIndex::NB);
-  context_.Vars.NBThreshold = NoiseBlanker::ThresholdOf(control.Value);
-  lblNB.Caption = FormatPicture(double{context_.Vars.NBThreshold} * 100.0, control.Format);
+void NBPanel::Show() {
+  const PublicVars& vars = context_.Rx.Vars;
+  ScrollableControl& control = context_.Scrollables(CtlIndex::NB);
+  chkNB.SetValue(vars.NBOn);
+  dialNB.Enabled = sldNB.Enabled = vars.NBOn;
+  context_.Scrollables.SetEnabled(CtlIndex::NB, vars.NBOn);
+  lblNB.Caption = FormatPicture(double{vars.NBThreshold} * 100.0, control.Format);
+  if (moving_) return;
+  ScopedFlag guard(moving_);
+  control.Value = vars.NBLevel;
+  MoveTo(WholeValue(context_.Scrollables, CtlIndex::NB));
+}
+
+void NBPanel::MoveTo(int value) {
+  sldNB.SetValue(value);
+  dialNB.SetValue(value);
 }
 
 void NBPanel::lblNB_Wheel() {
-  ApplyThreshold();
-  if (moving_) return;
+  const auto value = [this] { return WholeValue(context_.Scrollables, CtlIndex::NB); };
+  const auto apply = [this] { context_.Rx.SetNoiseBlankerLevel(context_.Scrollables(CtlIndex::NB).Value); };
+  if (moving_) return apply();
   ScopedFlag guard(moving_);
+  apply();
   // A hand may go on in a yield: all three end where it came to.
-  sldNB.SetValue(WholeValue(context_.Scrollables, CtlIndex::NB));
+  sldNB.SetValue(value());
   context_.Yield();
-  dialNB.SetValue(WholeValue(context_.Scrollables, CtlIndex::NB));
+  dialNB.SetValue(value());
   context_.Yield();
-  sldNB.SetValue(WholeValue(context_.Scrollables, CtlIndex::NB));
-  dialNB.SetValue(WholeValue(context_.Scrollables, CtlIndex::NB));
-  ApplyThreshold();
+  MoveTo(value());
+  apply();
 }
 
 void NBPanel::TakeThreshold(int value) {

@@ -1,7 +1,7 @@
 // The noise blanker and its threshold.
 #pragma once
 
-#include "reception/PanelContext.h"
+#include "interaction/PanelContext.h"
 
 namespace quorl {
 
@@ -21,11 +21,13 @@ class NBPanel {
   void lblNB_Wheel();
 
  private:
-  void ApplyThreshold();
+  void Show();
+  void MoveTo(int value);
   void TakeThreshold(int value);
 
   PanelContext context_;
   bool moving_ = false;  // slider and dial are being moved by code
+  Listening listening_;
 };
 
 }  // namespace quorl

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "reception/PanelContext.h"
+#include "interaction/PanelContext.h"
 
 namespace quorl {
 
@@ -44,17 +44,20 @@ class NotchPanel {
   void ShowPeak();
 
  private:
-  void TakeMode(int mode);
-  void TakeType(int type);
-  void SwitchOn();
+  void ConnectButtons();
+  // What the receiver has, to buttons, labels and sliders.
+  void Show();
+  void ShowButtons();
+  void ShowCentre();
+  void ShowWidth();
   void EnableControls();
-  void TakeCentre();
-  void TakeWidth();
 
   PanelContext context_;
-  PublicVars& vars_;
-  bool notchBusy_ = false;  // sliders and labels move each other
-  bool inMode_ = false, inType_ = false, inMirror_ = false, inCentre_ = false, inWidth_ = false;
+  const PublicVars& vars_;
+  bool showing_ = false;  // the controls are being moved by code
+  bool shown_ = false;    // in the spectrum display
+  bool inCentre_ = false, inWidth_ = false;
+  Listening listening_;
 };
 
 }  // namespace quorl

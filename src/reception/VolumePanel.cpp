@@ -8,14 +8,13 @@
 
 namespace quorl {
 
-VolumePanel::VolumePanel(const PanelContext& context, AGC& agc)
+VolumePanel::VolumePanel(const PanelContext& context)
     : frAFOut(context.Registry, "frAFOut"),
       dialOutVol(context.Registry, "dialOutVol"),
       sldOutVolume(context.Registry, "sldOutVolume"),
       lblOutVol(context.Registry, "lblOutVol"),
       chkMute(context.Registry, "chkMute"),
-      context_(context),
-      agc_(agc) {
+      context_(context) {
   frAFOut.Caption = "Volume";
   context_.Colours.Add(frAFOut);
   context_.Scrollables.Bind(CtlIndex::OutVol, lblOutVol, [this] { lblOutVol_Wheel(); });
@@ -30,7 +29,10 @@ VolumePanel::VolumePanel(const PanelContext& context, AGC& agc)
   chkMute_Click();
   dialOutVol.Change = [this] { dialOutVol_Change(); };
   sldOutVolume.Change = [this] { sldOutVolume_Scroll(); };
-  lblOutVol_Wheel();
+  Show();
+  listening_ = context_.Rx.Changed.Listen([this](ReceiverPart part) {
+    if (part == ReceiverPart::Volume) Show();
+  });
 }
 
 void VolumePanel::chkMute_Click() {
@@ -41,7 +43,7 @@ void VolumePanel::chkMute_Click() {
 }
 
 std::string VolumePanel::Effect() const {
-  const float applied = context_.Vars.OutputAttenuation;
+  const float applied = context_.Rx.Vars.OutputAttenuation;
   if (applied < 0.0F) return "Audio turned down by " + FormatPicture(-applied / 100.0, "0.0") + " dB";
   if (applied == 0.0F) return "Audio as it comes";
   return "Audio turned up by " + FormatPicture(Decibels(applied), "0.0") +
@@ -49,17 +51,19 @@ std::string VolumePanel::Effect() const {
 }
 
 void VolumePanel::lblOutVol_Wheel() {
-  if (moving_) return;
+  if (!moving_) context_.Rx.SetVolume(context_.Scrollables(CtlIndex::OutVol).Value);
+}
+
+void VolumePanel::Show() {
   ScopedFlag guard(moving_);
   chkMute.SetValue(false);
-  const ScrollableControl& control = context_.Scrollables(CtlIndex::OutVol);
-  const float value = control.Value;
-  agc_.SetVolume(value);
+  ScrollableControl& control = context_.Scrollables(CtlIndex::OutVol);
+  const float value = control.Value = context_.Rx.Vars.OutputVolume;
   if (value < -50.0F) {
     const double decibels = std::fabs(Decibels(std::fabs(value) / 100.0));
     lblOutVol.Caption = "-" + FormatPicture(decibels, control.Format);
   } else if (value > 1.0F) {
-    lblOutVol.Caption = "+" + FormatPicture(Decibels(context_.Vars.OutputAttenuation), control.Format);
+    lblOutVol.Caption = "+" + FormatPicture(Decibels(context_.Rx.Vars.OutputAttenuation), control.Format);
   } else if (value >= -1.0F) {
     lblOutVol.Caption = FormatPicture(0.0, control.Format);
   }

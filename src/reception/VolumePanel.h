@@ -4,14 +4,13 @@
 #include <functional>
 #include <string>
 
-#include "dsp/chain/AGC.h"
-#include "reception/PanelContext.h"
+#include "interaction/PanelContext.h"
 
 namespace quorl {
 
 class VolumePanel {
  public:
-  VolumePanel(const PanelContext& context, AGC& agc);
+  explicit VolumePanel(const PanelContext& context);
 
   Frame frAFOut;
   Dial dialOutVol;
@@ -27,13 +26,14 @@ class VolumePanel {
   void sldOutVolume_Scroll();
 
  private:
+  void Show();
   void TakeVolume(int value);
   std::string Effect() const;
 
   PanelContext context_;
-  AGC& agc_;
   std::string gestures_;
   bool moving_ = false;  // slider and dial are being moved by code
+  Listening listening_;
 };
 
 }  // namespace quorl

@@ -13,6 +13,8 @@ namespace quorl {
 
 // One audio or IF filter setting of the user. Hz.
 struct FilterSettingsRecord {
+  bool operator==(const FilterSettingsRecord&) const = default;
+
   std::int32_t DefaultHi = 0;
   std::int32_t DefaultLo = 0;
   std::int32_t CurrentHi = 0;
@@ -24,6 +26,8 @@ struct FilterSettingsRecord {
 
 // One AGC preset: values of the delay control (tenths of a second) and ramp control (tenths of a ms).
 struct AGCSettingsRecord {
+  bool operator==(const AGCSettingsRecord&) const = default;
+
   std::int32_t DefaultDelay = 0;
   std::int32_t CurrentDelay = 0;
   std::int32_t SpareDelay = 0;
@@ -34,12 +38,15 @@ struct AGCSettingsRecord {
 
 // Range and value of the notch centre control for both places of the notch, Hz.
 struct NotchRanges {
+  bool operator==(const NotchRanges&) const = default;
+
   float AudioMax = 6000.0F, AudioMin = 0.0F, AudioCurrent = 1000.0F;
   float IFMax = 6000.0F, IFMin = -6000.0F, IFCurrent = 1000.0F;
 };
 
 struct PublicVars {
   PublicVars();
+  bool operator==(const PublicVars&) const = default;
 
   // Board, mode and filters.
   std::int32_t SDRModelNo = SDRModel::DRT1;
@@ -52,7 +59,10 @@ struct PublicVars {
   std::array<std::array<FilterSettingsRecord, DemodMode::Count>, IFFilterMode::Count> IFFilterSettings;
   std::int32_t FilterLo = FilterDefaults[0].Low;  // audio edges in force, Hz
   std::int32_t FilterHi = FilterDefaults[0].High;
+  std::int32_t FilterHomeLo = FilterDefaults[0].Low;  // edges that a filter moved by hand goes back to, Hz
+  std::int32_t FilterHomeHi = FilterDefaults[0].High;
   bool IFFilterActive = false;
+  std::int32_t IFHi = 0, IFLo = 0;  // extents of the IF filter as they were last set, Hz
   bool MusicMode = false;
   bool FiltersDirty = true;  // an edge, mode or LO side changed: housekeeping rebuilds the filters
   bool LowSideLO = false;    // the local oscillator lies below the signal
@@ -84,10 +94,12 @@ struct PublicVars {
   float AGCMeterGain = 1.0F;             // gain applied to the last block, for the read-out
   // Volume: above 0 a gain in software, else hardware attenuation in hundredths of a decibel.
   float OutputAttenuation = 0.0F;
+  float OutputVolume = 0.0F;  // value of the volume control, which that was made of
 
   // Noise blanker.
   bool NBOn = false;
   float NBThreshold = 0.0F;  // share of the spectrum peak, 0 to 0.2
+  float NBLevel = 0.0F;      // value of the blanker control, 0 to 10000, which that was made of
 
   // Notch and tone tracker.
   bool NotchActive = false;

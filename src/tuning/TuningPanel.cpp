@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <utility>
 
-#include "dsp/chain/VariableFilters.h"
 #include "state/PublicConstants.h"
 #include "support/Picture.h"
 #include "support/Rounding.h"
@@ -32,7 +31,7 @@ std::array<const char*, TuneSteps.size()> Pointers(const std::array<std::string,
 
 }  // namespace
 
-TuningPanel::TuningPanel(ControlRegistry& registry, EventQueue& queue, const Clock& clock, PublicVars& vars,
+TuningPanel::TuningPanel(ControlRegistry& registry, EventQueue& queue, const Clock& clock, const PublicVars& vars,
                          TuningPanelLinks links)
     : frFreqCtl(registry, "frFreqCtl"),
       lbl7Seg(registry, "lbl7Seg", kDigits),
@@ -262,7 +261,7 @@ void TuningPanel::picFreqDisp_KeyUp() {
 void TuningPanel::chkTuneLo_Click() {
   const bool low = chkTuneLo.Value();
   chkTuneLo.ForeColour = low ? colours_.Tuning : colours_.Label;
-  SetLowSideLO(vars_, low);
+  links_.SetLowSideLO(low);
   if (tuner_ != nullptr) tuner_->SetHiSideLO(!low);
 }
 

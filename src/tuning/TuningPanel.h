@@ -24,6 +24,7 @@ struct TuningPanelLinks {
   std::function<void()> ReviveDisplay = [] {};                  // where the keyboard came to them
   std::function<void(const std::string& text)> ShowOscillator = [](const std::string&) {};
   std::function<void()> ScopePeriodic = [] {};
+  std::function<void(bool low)> SetLowSideLO = [](bool) {};  // the receiver's side of the local oscillator
   std::function<void(std::int32_t dHz)> StoreTuneStep = [](std::int32_t) {};  // in the active sub-band
 };
 
@@ -40,7 +41,7 @@ class TuningPanel {
  public:
   static constexpr int kDigits = 9;
 
-  TuningPanel(ControlRegistry& registry, EventQueue& queue, const Clock& clock, PublicVars& vars,
+  TuningPanel(ControlRegistry& registry, EventQueue& queue, const Clock& clock, const PublicVars& vars,
               TuningPanelLinks links);
 
   // Tunes through `tuner` from now on, which must outlive the panel or be taken away with null. The rate
@@ -120,7 +121,7 @@ class TuningPanel {
   void ShaftAutoRateStep();
 
   const Clock& clock_;
-  PublicVars& vars_;
+  const PublicVars& vars_;
   TuningPanelLinks links_;
   Tuner* tuner_ = nullptr;
   clsVFO* vfo_ = nullptr;  // the tuner's

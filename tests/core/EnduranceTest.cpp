@@ -10,11 +10,12 @@ namespace quorl::test {
 namespace {
 
 void SwitchEverythingOn(Receiver& radio, std::int32_t notchType) {
-  radio.SetNoiseBlanker(true, 5000.0F);
-  radio.SetIFFilter(IFFilterMode::Track);
-  radio.SetNotch(true, NotchModes::Auto, notchType, 1000, 200);
+  radio.SwitchNoiseBlanker(true);
+  radio.SetNoiseBlankerLevel(5000.0F);
+  TurnIFFilterOn(radio, IFFilterMode::Track);
+  TurnNotchOn(radio, NotchModes::Auto, notchType, 1000, 200);
   radio.SetDynamicFilter(true);
-  SetBFO(radio.Vars, 150);
+  radio.SetBFO(150);
   radio.Vars.AGCON = true;
   radio.Vars.PerfStatsOn = true;
   radio.Housekeeping();

@@ -41,7 +41,7 @@ TEST(ChainQuality, IQModelsRejectTheOppositeSidebandByTheirIFFilter) {
   // rejection, least next to the band.
   for (const std::int32_t model : {SDRModel::IQXtalRX, SDRModel::RealToIQRX}) {
     ChainRig rig(model, DemodMode::USB);
-    rig.Radio.SetIFFilter(IFFilterMode::Track);
+    TurnIFFilterOn(rig.Radio, IFFilterMode::Track);
     rig.SetFilter(300, 2300);
     std::vector<double> taps(BlockPoints);
     rig.Radio.Filters.IFFilterI.GetFilterTCoeffs_D(taps.data());
@@ -87,15 +87,15 @@ TEST(ChainQuality, BlockSeamsMakeNoLineAbove110Decibels) {
   } const cases[] = {
       {"sideband pair", 0, DemodMode::USB, 11000.0, 1000.0, [](Receiver&) {}},
       {"IF filter", 0, DemodMode::USB, 11000.0, 1000.0,
-       [](Receiver& r) { r.SetIFFilter(IFFilterMode::Track); }},
+       [](Receiver& r) { TurnIFFilterOn(r, IFFilterMode::Track); }},
       {"IF filter alone", 0, DemodMode::DRM, 12500.0, 12500.0,
-       [](Receiver& r) { r.SetIFFilter(IFFilterMode::Track); }},
+       [](Receiver& r) { TurnIFFilterOn(r, IFFilterMode::Track); }},
       {"audio notch", 0, DemodMode::USB, 11000.0, 1000.0,
-       [](Receiver& r) { r.SetNotch(true, NotchModes::Manual, NotchTypes::Audio, 1400, 100); }},
+       [](Receiver& r) { TurnNotchOn(r, NotchModes::Manual, NotchTypes::Audio, 1400, 100); }},
       {"IF notch", 0, DemodMode::USB, 11000.0, 1000.0,
-       [](Receiver& r) { r.SetNotch(true, NotchModes::Manual, NotchTypes::IF, -1400, 100); }},
+       [](Receiver& r) { TurnNotchOn(r, NotchModes::Manual, NotchTypes::IF, -1400, 100); }},
       {"dynamic filter", 0, DemodMode::USB, 11000.0, 1000.0, [](Receiver& r) { r.SetDynamicFilter(true); }},
-      {"I/Q", 3, DemodMode::USB, 11000.0, 1000.0, [](Receiver& r) { r.SetIFFilter(IFFilterMode::Track); }},
+      {"I/Q", 3, DemodMode::USB, 11000.0, 1000.0, [](Receiver& r) { TurnIFFilterOn(r, IFFilterMode::Track); }},
   };
   for (const auto& c : cases) {
     ChainRig rig(c.Model, c.Mode);
@@ -141,7 +141,7 @@ TEST(ChainQuality, NotchOnATonesIs40DecibelsDeep) {
       ChainRig rig(model, DemodMode::USB);
       rig.SetFilter(300, 2300);
       const SampleBuffer before = rig.Receive(both, 16);
-      rig.Radio.SetNotch(true, c.Mode, c.Type, c.Centre, 100);
+      TurnNotchOn(rig.Radio, c.Mode, c.Type, c.Centre, 100);
       const SampleBuffer after = rig.Receive(both, 16, 40);
       EXPECT_LT(Decibels(LineAt(after, f) / LineAt(before, f)), -40.0) << model << c.Name;
       EXPECT_NEAR(Decibels(LineAt(after, other) / LineAt(before, other)), 0.0, 0.1) << model << c.Name;

@@ -41,6 +41,20 @@ class SilentSound : public SoundOutput {
   int Blocks = 0;
 };
 
+// A notch as a listener sets it: switched on, then placed.
+inline void TurnNotchOn(Receiver& radio, std::int32_t mode, std::int32_t type, std::int32_t centre,
+                        std::int32_t width) {
+  radio.SwitchNotch(true);
+  radio.SetNotchType(type);
+  radio.SetNotchMode(mode);
+  radio.SetNotchCentre(centre);
+  radio.SetNotchWidth(width);
+}
+inline void TurnIFFilterOn(Receiver& radio, std::int32_t mode) {
+  radio.SwitchIFFilter(true);
+  radio.SetIFFilterMode(mode);
+}
+
 class ChainRig {
  public:
   // AGC off, so that levels are the chain's own.
@@ -48,7 +62,7 @@ class ChainRig {
                     bool lowSideLO = false) {
     Radio.Vars.SDRModelNo = model;
     Radio.Vars.AGCON = false;
-    SetLowSideLO(Radio.Vars, lowSideLO);
+    Radio.SetLowSideLO(lowSideLO);
     Radio.SetDemodMode(mode);
     Radio.Housekeeping();
   }

@@ -36,9 +36,10 @@ TEST(Receiver, IFEdgesFollowModeSideAndSetting) {
   for (const auto& row : rows) {
     for (const std::int32_t bfo : {0, 500}) {
       ChainRig rig(SDRModel::DRT1, row.Mode, row.LowSide);
-      SetBFO(rig.Radio.Vars, bfo);
-      rig.Radio.SetIFFilter(row.Manual ? IFFilterMode::Manual : IFFilterMode::Track);
-      rig.Radio.SetManualIFFilter(1000, 3000);
+      rig.Radio.SetBFO(bfo);
+      TurnIFFilterOn(rig.Radio, row.Manual ? IFFilterMode::Manual : IFFilterMode::Track);
+      rig.Radio.SetIFHigh(3000);
+      rig.Radio.SetIFLow(1000);
       rig.SetFilter(300, 2300);
       const std::int32_t offset = row.LowSide ? bfo : -bfo;
       const std::string where = "mode " + std::to_string(row.Mode) + (row.LowSide ? " low" : " high") +
@@ -70,7 +71,7 @@ TEST(Receiver, ModesRunTheFiltersTheyNeed) {
   EXPECT_TRUE(f.IFFilterQ.Active);
   // Both streams of an I/Q board pass the same band at the same phase.
   rig.Radio.SetDemodMode(DemodMode::LSB);
-  SetBFO(rig.Radio.Vars, -500);
+  rig.Radio.SetBFO(-500);
   rig.SetFilter(300, 2300);
   for (const clsFFTFilter* filter : {&f.IFFilterI, &f.IFFilterQ}) {
     EXPECT_EQ(filter->FLow, 12800);
@@ -91,21 +92,22 @@ TEST(Receiver, BFOMovesThePitch) {
   for (const bool lowSide : {false, true}) {
     ChainRig rig(SDRModel::DRT1, DemodMode::USB, lowSide);
     rig.SetFilter(300, 2300);
-    SetBFO(rig.Radio.Vars, lowSide ? -kBFO : kBFO);
+    rig.Radio.SetBFO(lowSide ? -kBFO : kBFO);
     EXPECT_EQ(rig.Radio.Vars.BFOOffset, -kBFO);
     const double f = OnBin(800.0, 16);
     const SampleBuffer audio = rig.Receive(ToneOf(12000.0 + (lowSide ? f : -f), kLevel), 16);
     EXPECT_NEAR(LineAt(audio, f + kBFO), kLevel, 0.01 * kLevel);
     EXPECT_LT(LineAt(audio, f), 0.01 * kLevel);
-    SetLowSideLO(rig.Radio.Vars, !lowSide);
+    rig.Radio.SetLowSideLO(!lowSide);
     EXPECT_EQ(rig.Radio.Vars.BFOOffset, kBFO);
   }
-  PublicVars vars;
-  SetBFO(vars, 0);
+  ChainRig rig;
+  const PublicVars& vars = rig.Radio.Vars;
+  rig.Radio.SetBFO(0);
   EXPECT_EQ(vars.MixerPhaseStep, 1 << 28);
-  SetBFO(vars, -12000);
+  rig.Radio.SetBFO(-12000);
   EXPECT_EQ(vars.MixerPhaseStep, 0);
-  SetBFO(vars, 1);
+  rig.Radio.SetBFO(1);
   EXPECT_EQ(vars.MixerPhaseStep, 268457826);  // 2^30 / 48000 x 12001 = 268457825.62
 }
 
@@ -132,7 +134,7 @@ TEST(Receiver, SidebandSumOfTheIQPathFollowsTheBFOsSign) {
     for (const bool onQ : {false, true}) {
       ChainRig rig(SDRModel::IQXtalRX, row.Mode);
       rig.SetFilter(300, 2300);
-      SetBFO(rig.Radio.Vars, row.BFO);
+      rig.Radio.SetBFO(row.BFO);
       const Signal tone = ToneOf(12000.0 - f, kLevel), none = ToneOf(0.0, 0.0);
       const SampleBuffer audio = rig.Receive(onQ ? none : tone, 16, 6, onQ ? tone : none);
       EXPECT_NEAR(LineAt(audio, f + row.BFO), (onQ ? row.Q : row.I) * kLevel, 0.02 * kLevel);
@@ -145,7 +147,7 @@ TEST(Receiver, SidebandSumOfTheIQPathFollowsTheBFOsSign) {
                                             {DemodMode::USB, -kBFO, std::sqrt(0.5)}}) {
     ChainRig rig(SDRModel::IQXtalRX, mode);
     rig.SetFilter(300, 2300);
-    SetBFO(rig.Radio.Vars, bfo);
+    rig.Radio.SetBFO(bfo);
     const Signal tone = ToneOf(12000.0 - f, kLevel);
     const SampleBuffer audio = rig.Receive(tone, 16, 6, tone);
     EXPECT_NEAR(LineAt(audio, f + bfo), expected * kLevel, 0.02 * kLevel) << mode << " " << bfo;
@@ -183,7 +185,8 @@ TEST(Receiver, BlankerTurnsWeakBinsDownAndLeavesStrongOnes) {
   const double outside = 20015.625;
   const auto received = [&](bool on, float control) {
     ChainRig rig(SDRModel::DRT1, DemodMode::DRM);
-    rig.Radio.SetNoiseBlanker(on, control);
+    rig.Radio.SwitchNoiseBlanker(on);
+    rig.Radio.SetNoiseBlankerLevel(control);
     rig.SetFilter(50, 5000);
     const Signal all = SumOf(SumOf(ToneOf(strong, 8000.0), ToneOf(weak, 800.0)), ToneOf(outside, 800.0));
     return rig.Receive(all, 8);
@@ -197,7 +200,7 @@ TEST(Receiver, BlankerTurnsWeakBinsDownAndLeavesStrongOnes) {
   // A band that the BFO has moved off the spectrum has no bins.
   ChainRig rig;
   NoiseBlanker blanker(rig.Radio.Vars, rig.Radio.Filters);
-  rig.Radio.SetNoiseBlanker(true, 10000.0F);
+  rig.Radio.SetNoiseBlankerLevel(10000.0F);
   clsFFTFilter& band = rig.Radio.Filters.IFFilterI;
   for (const auto& [low, high] : {std::pair{-2300, -300}, {25000, 27000}}) {
     band.FLow = low;
@@ -273,7 +276,7 @@ TEST(Receiver, APresetMovesARunningDynamicFilterAndNoNotchOfTheHand) {
     return std::abs(ResponseAt(taps, hertz)) > 0.5;
   };
   radio.SetFilterMode(1);  // 200 to 600 Hz
-  radio.SetNotch(true, NotchModes::Manual, NotchTypes::Audio, 1200, 100);
+  TurnNotchOn(radio, NotchModes::Manual, NotchTypes::Audio, 1200, 100);
   radio.SetDynamicFilter(true);
   radio.Housekeeping();
   EXPECT_TRUE(passes(400.0) && !passes(1500.0));
@@ -289,7 +292,7 @@ TEST(Receiver, APresetMovesARunningDynamicFilterAndNoNotchOfTheHand) {
 TEST(Receiver, AutoNotchStaysForSmallMoves) {
   ChainRig rig(SDRModel::DRT1, DemodMode::USB);
   rig.SetFilter(300, 3300);
-  rig.Radio.SetNotch(true, NotchModes::Auto, NotchTypes::Audio, 1000, 400);
+  TurnNotchOn(rig.Radio, NotchModes::Auto, NotchTypes::Audio, 1000, 400);
   PublicVars& vars = rig.Radio.Vars;
   const auto centreAt = [&](std::int32_t bin) {
     vars.PeakBinRing.fill(bin);
@@ -306,7 +309,7 @@ TEST(Receiver, AutoNotchStaysForSmallMoves) {
 
 TEST(Receiver, TheAudioNotchCarriesTheTailOfItsLastBlock) {
   ChainRig rig;
-  rig.Radio.SetNotch(true, NotchModes::Manual, NotchTypes::Audio, 1000, 100);
+  TurnNotchOn(rig.Radio, NotchModes::Manual, NotchTypes::Audio, 1000, 100);
   AudioNotch notch(rig.Radio.Vars, rig.Radio.Filters);
   clsFFTFilter& filter = rig.Radio.Filters.NotchFilterI;
   std::vector<float> taps(BlockPoints);
@@ -333,7 +336,7 @@ TEST(Receiver, TheAudioNotchCarriesTheTailOfItsLastBlock) {
 TEST(Receiver, NotchMatchesDirectConvolution) {
   // As audio notch on the passed IF, against its own taps: one tap more than the overlap carries.
   ChainRig rig(SDRModel::DRT1, DemodMode::DRM);
-  rig.Radio.SetNotch(true, NotchModes::Manual, NotchTypes::Audio, 1000, 100);
+  TurnNotchOn(rig.Radio, NotchModes::Manual, NotchTypes::Audio, 1000, 100);
   rig.Radio.Housekeeping();
   std::vector<double> taps(BlockPoints);
   rig.Radio.Filters.NotchFilterI.GetFilterTCoeffs_D(taps.data());

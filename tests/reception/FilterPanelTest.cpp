@@ -86,8 +86,8 @@ TEST_F(FilterPanelTest, TheDynamicFilterGoesBackToTheEdgesOfTheFilter) {
 
 TEST_F(FilterPanelTest, AModeSwitchesItsFiltersAndDRMIsHandedOver) {
   std::vector<std::pair<int, int>> changes;
-  demod.OnModeChange = [&](int from, int to) { changes.emplace_back(from, to); };
-  demod.MuteAFOnDRM = true;
+  radio.OnModeChange = [&](int from, int to) { changes.emplace_back(from, to); };
+  radio.MuteAFOnDRM = true;
   for (int mode = DemodMode::Count - 1; mode >= 0; --mode) {
     vars.FiltersDirty = false;
     Click(IndexedName("optMode", mode));
@@ -105,7 +105,7 @@ TEST_F(FilterPanelTest, AModeSwitchesItsFiltersAndDRMIsHandedOver) {
   EXPECT_EQ(vars.FilterHi, 5010);
   Click("optMode(1)");
   ExpectEdges(50, 5000);
-  demod.MuteAFOnDRM = false;
+  radio.MuteAFOnDRM = false;
   Click("optMode(3)");
   EXPECT_FALSE(vars.DRMAudioMuted);
 }
@@ -165,7 +165,7 @@ TEST_F(FilterPanelTest, ManualIFEdgesBelongToTheirMode) {
   Click("chkIFFilter");
   Wheel("lblIFHi", -2);
   EXPECT_EQ(vars.IFFilterSettings[1][DemodMode::AM].CurrentHi, 4480);
-  EXPECT_EQ(ifFilter.IFHi, 4480);
+  EXPECT_EQ(vars.IFHi, 4480);
   Click("optMode(1)");
   EXPECT_EQ(Text("lblIFHi"), "4500");
   EXPECT_EQ(Text("lblIFLo"), "50");
@@ -203,7 +203,7 @@ TEST_F(FilterPanelTest, TheBFOShiftsMixerAndFiltersBySide) {
   EXPECT_EQ(vars.BFOOffset, -60);
   EXPECT_TRUE(vars.FiltersDirty);
   EXPECT_EQ(Text("lblBFO"), "60");
-  SetLowSideLO(vars, true);
+  radio.SetLowSideLO(true);
   Wheel("lblBFO", 1, {false, true, false});
   EXPECT_EQ(vars.BFOOffset, 61);
   RightClick("lblBFO");

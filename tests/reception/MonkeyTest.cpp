@@ -135,8 +135,8 @@ TEST_F(MonkeyTest, ControlsAndStateAgreeWhateverIsDone) {
     CheckLabels();
     ASSERT_FALSE(HasFailure()) << "after gesture " << i << " on " << last;
     if (i % 1000 == 0) {
-      filterMaker.MakeFilters();
-      filterMaker.NotchHousekeeping();
+      radio.FilterMaker.MakeFilters();
+      radio.FilterMaker.NotchHousekeeping();
       notch.ShowPeak();
     }
   }

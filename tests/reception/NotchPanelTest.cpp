@@ -80,7 +80,7 @@ TEST_F(NotchPanelTest, AudioAndIFKeepTheirOwnRangeAndValue) {
   EXPECT_EQ(Text("lblNotchC"), "-2000");
   EXPECT_EQ(vars.NotchCentre, IFCentre - 2000);
   vars.NotchDirty = false;
-  SetLowSideLO(vars, true);
+  radio.SetLowSideLO(true);
   EXPECT_EQ(vars.NotchCentre, IFCentre + 2000);
   EXPECT_EQ(vars.NotchHi - vars.NotchLo, vars.NotchWidth);
   EXPECT_TRUE(vars.NotchDirty);
@@ -88,8 +88,8 @@ TEST_F(NotchPanelTest, AudioAndIFKeepTheirOwnRangeAndValue) {
   EXPECT_EQ(vars.NotchCentre, IFCentre + 1990);
   Click("chkNotchType");
   EXPECT_EQ(Text("lblNotchC"), "800");
-  SetLowSideLO(vars, false);
-  SetLowSideLO(vars, true);
+  radio.SetLowSideLO(false);
+  radio.SetLowSideLO(true);
   EXPECT_EQ(vars.NotchCentre, 800);
   Wheel("lblNotchC", -100, {true, false, false});
   EXPECT_EQ(vars.NotchCentre, 0);

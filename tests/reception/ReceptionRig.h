@@ -7,8 +7,7 @@
 #include <string>
 
 #include "controls/Hand.h"
-#include "dsp/chain/AnalyserTap.h"
-#include "dsp/kernel/KernelSettings.h"
+#include "platform/virtual/VirtualClock.h"
 #include "reception/AGCPanel.h"
 #include "reception/BFOPanel.h"
 #include "reception/DemodPanel.h"
@@ -21,12 +20,12 @@
 namespace quorl {
 
 struct ReceptionRig {
-  struct NoOutput final : OutputLevel {
+  struct NoOutput final : SoundOutput {
     void SetOutputAttenuation(std::int32_t) override {}
+    void Output(const std::int16_t*, const std::int16_t*) override {}
   };
 
   ReceptionRig() {
-    filters.Initialise();
     notch.InitialiseDefaults();
     agcPanel.InitialiseSlider(agcPanel.sldAGCAttack, CtlIndex::AGCAttack);
     agcPanel.InitialiseSlider(agcPanel.sldAGCDecay, CtlIndex::AGCDecay);
@@ -61,21 +60,20 @@ struct ReceptionRig {
   ColourSchemes scheme;
   ScrollableControls mouse{scheme};
   PanelColours colours{registry, scheme, mouse};
-  PublicVars vars;
-  KernelSettings settings;
-  FilterBank filters{settings};
-  AnalyserTap tap{vars};
-  VariableFilters filterMaker{vars, filters, tap, [] {}};
+  VirtualClock clock;
   NoOutput output;
-  AGC agc{vars, output};
-  PanelContext context{registry, mouse, colours, vars, filters, [this] { Yield(); }};
+  NoRecorder recorder;
+  Receiver radio{clock, output, recorder, [] {}};
+  PublicVars& vars = radio.Vars;
+  FilterBank& filters = radio.Filters;
+  PanelContext context{registry, mouse, colours, radio, [this] { Yield(); }};
   IFFilterPanel ifFilter{context};
-  FilterPanel filter{context, filterMaker, ifFilter};
-  DemodPanel demod{context, filter, ifFilter};
+  FilterPanel filter{context};
+  DemodPanel demod{context};
   NotchPanel notch{context};
   NBPanel nb{context};
-  AGCPanel agcPanel{context, agc};
-  VolumePanel volume{context, agc};
+  AGCPanel agcPanel{context};
+  VolumePanel volume{context};
   BFOPanel bfo{context};
 };
 

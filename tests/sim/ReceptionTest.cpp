@@ -28,8 +28,8 @@ class Radio {
         receiver_(bench_.Clock, sound_, recorder_, [] {}) {
     receiver_.Vars.SDRModelNo = model;
     receiver_.Vars.AGCON = false;
-    SetLowSideLO(receiver_.Vars, lowSide);
-    SetBFO(receiver_.Vars, 0);
+    receiver_.SetLowSideLO(lowSide);
+    receiver_.SetBFO(0);
   }
   Receiver& Controls() { return receiver_; }
   Bench& Desk() { return bench_; }
@@ -139,7 +139,8 @@ TEST(Reception, QuadratureBoardsGiveTheWantedSideband) {
   for (const int model : {2, 3}) {
     for (const bool lowSide : {false, true}) {
       Radio radio(model, BandOf(stations), lowSide);
-      radio.Controls().SetIFFilter(IFFilterMode::Track);
+      radio.Controls().SwitchIFFilter(true);
+      radio.Controls().SetIFFilterMode(IFFilterMode::Track);
       const std::vector<double> audio = radio.Listen(70500000, DemodMode::USB, 2, 3.0);
       EXPECT_GT(LineAt(audio, {}, 1000.0), 1000.0) << "model " << model;
       EXPECT_LT(Decibels(LineAt(audio, {}, 1600.0) / LineAt(audio, {}, 1000.0)), -45.0)

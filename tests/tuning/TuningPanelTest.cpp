@@ -32,6 +32,7 @@ class TuningPanelTest : public testing::Test {
     links.ActivateDisplay = [this] { active = true; };
     links.DisplayIsActive = [this] { return active; };
     links.ShowOscillator = [this](const std::string& text) { oscillator = text; };
+    links.SetLowSideLO = [this](bool low) { vars.LowSideLO = low; };
     links.StoreTuneStep = [this](std::int32_t dHz) { storedStep = dHz; };
     panel.emplace(registry, queue, clock, vars, links);
     panel->SetTuner(&chain->Tune());

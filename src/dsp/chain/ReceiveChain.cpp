@@ -59,6 +59,22 @@ void ReceiveChain::DoDSP(std::int16_t* left, const std::int16_t* right, std::int
   }
 }
 
+void ReceiveChain::PlayRecording(std::int16_t* block) {
+  float* audio = audioBlock_.data();
+  Int16ToFloat_S_2(block, audio, SamplesPerEvent);
+  filters_.AFFilter.Filter_FFT_S_1(audio);
+  if (filters_.NotchFilterI.Active && vars_.NotchType == NotchTypes::Audio) {
+    filters_.NotchFilterI.Filter_FFT_S_1(audio);
+  }
+  PowerSpectrum_S_2(audio, audio, squares_.data(), SamplesPerEvent);
+  ShiftVectorRight_S_1(vars_.SignalLevelRing.data(), SignalLevelRingSize);
+  vars_.SignalLevelRing[0] =
+      Sum_S_1(squares_.data(), SamplesPerEvent) / static_cast<float>(SamplesPerEvent);
+  agc_.ApplyAGC(audio);
+  FloatToInt16_S_2(audio, block, SamplesPerEvent);
+  lastAudio_ = audio;
+}
+
 void ReceiveChain::RealIF(std::int16_t* left) {
   Int16ToFloat_S_2(left, ifBlock_.data(), SamplesPerEvent);
   if (tap_.Chn2Enabled()) CopyVector_S(ifBlock_.data(), ifBlockRaw_.data(), SamplesPerEvent);

@@ -28,10 +28,12 @@ class ReceiveChain {
   // `left`.
   void DoDSP(std::int16_t* left, const std::int16_t* right, std::int32_t n);
 
+  // A recording holds audio: one block of SamplesPerEvent samples is filtered and levelled in place, not
+  // demodulated again.
+  void PlayRecording(std::int16_t* block);
+
   // The block before its conversion to 16 bits: SamplesPerEvent samples, for measurements.
   const float* AudioBlock() const { return lastAudio_; }
-  // The pump's float block while a recording plays, room for SegmentSize.
-  float* PlaybackBlock() { return audioBlock_.data(); }
 
  private:
   void RealIF(std::int16_t* left);

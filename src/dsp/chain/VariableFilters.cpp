@@ -167,24 +167,6 @@ bool VariableFilters::NotchHousekeeping() {
   return tracking;
 }
 
-void SetBFO(PublicVars& vars, std::int32_t hertz) {
-  vars.MixerFrequency = IFCentre + hertz;
-  vars.MixerPhaseStep = RoundDown(1073741824.0 / FSampling * vars.MixerFrequency + 0.5);
-  vars.BFOOffset = vars.LowSideLO ? hertz : -hertz;
-  vars.FiltersDirty = true;
-}
-
-void SetLowSideLO(PublicVars& vars, bool low) {
-  // What stood above the IF's centre stands below it now, and a notch on the IF goes with it.
-  if (low != vars.LowSideLO && vars.NotchType == NotchTypes::IF) {
-    vars.NotchCentre = 2 * IFCentre - vars.NotchCentre;
-    SetNotchEdges(vars);
-    vars.NotchDirty = true;
-  }
-  vars.LowSideLO = low;
-  SetBFO(vars, vars.MixerFrequency - IFCentre);
-}
-
 void SetNotchEdges(PublicVars& vars) {
   vars.NotchLo = vars.NotchCentre - vars.NotchWidth / 2;
   vars.NotchHi = vars.NotchCentre + vars.NotchWidth / 2;

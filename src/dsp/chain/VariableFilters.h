@@ -45,10 +45,6 @@ class VariableFilters {
   SampleBuffer ifTaps_;  // of the IF filter, for the display's curve
 };
 
-// The BFO control, Hz: sets the second mixer and marks the filters.
-void SetBFO(PublicVars& vars, std::int32_t hertz);
-// The side of the local oscillator; the BFO offset and a notch on the IF follow.
-void SetLowSideLO(PublicVars& vars, bool low);
 // Band edges of the notch from its centre and width.
 void SetNotchEdges(PublicVars& vars);
 

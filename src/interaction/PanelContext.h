@@ -1,15 +1,14 @@
-// What the panels of the receive path share.
+// What the panels over the receiver share.
 #pragma once
 
 #include <functional>
 
 #include "controls/ControlRegistry.h"
 #include "controls/Controls.h"
-#include "dsp/filters/FilterBank.h"
 #include "interaction/PanelColours.h"
 #include "interaction/PanelTexts.h"
 #include "interaction/ScrollableControls.h"
-#include "state/PublicVars.h"
+#include "receiver/Receiver.h"
 #include "support/Rounding.h"
 
 namespace quorl {
@@ -19,8 +18,7 @@ struct PanelContext {
   ControlRegistry& Registry;
   ScrollableControls& Scrollables;
   PanelColours& Colours;
-  PublicVars& Vars;
-  FilterBank& Filters;
+  Receiver& Rx;  // shown by what its Vars hold, changed through its routines
   std::function<void()> Yield;  // delivers waiting events once
 };
 
