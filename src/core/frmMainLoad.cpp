@@ -202,7 +202,8 @@ void frmMain::CreateTuningPanel() {
 
 void frmMain::CreateReceptionPanels() {
   Receiver& receiver = radio_->Radio;
-  const PanelContext context{registry_, *scrollables_, *colours_, receiver, [this] { machine_.Queue.Yield(); }};
+  const PanelContext context{registry_, *scrollables_, *colours_, receiver,
+                             [this] { machine_.Queue.Yield(); }};
   ifFilter_ = std::make_unique<IFFilterPanel>(context);
   filter_ = std::make_unique<FilterPanel>(context);
   demod_ = std::make_unique<DemodPanel>(context);

@@ -18,7 +18,7 @@ struct PanelContext {
   ControlRegistry& Registry;
   ScrollableControls& Scrollables;
   PanelColours& Colours;
-  Receiver& Rx;  // shown by what its Vars hold, changed through its routines
+  Receiver& Rx;                 // shown by what its Vars hold, changed through its routines
   std::function<void()> Yield;  // delivers waiting events once
 };
 

@@ -13,7 +13,8 @@ constexpr std::int32_t kMuted = -40000;  // under every sound card's floor
 
 }  // namespace
 
-BlockPump::BlockPump(const PublicVars& vars, ReceiveChain& chain, const AnalyserTap& tap, BlockRecorder& recorder, SoundOutput& sound, Profiler& profiler,
+BlockPump::BlockPump(const PublicVars& vars, ReceiveChain& chain, const AnalyserTap& tap,
+                     BlockRecorder& recorder, SoundOutput& sound, Profiler& profiler,
                      std::function<void()> yield)
     : vars_(vars),
       chain_(chain),

@@ -19,7 +19,8 @@ namespace quorl {
 
 class BlockPump {
  public:
-  BlockPump(const PublicVars& vars, ReceiveChain& chain, const AnalyserTap& tap, BlockRecorder& recorder, SoundOutput& sound, Profiler& profiler, std::function<void()> yield);
+  BlockPump(const PublicVars& vars, ReceiveChain& chain, const AnalyserTap& tap, BlockRecorder& recorder,
+            SoundOutput& sound, Profiler& profiler, std::function<void()> yield);
 
   // One block of SamplesPerEvent samples a channel. `samplesI` (left) leaves as the audio that went to
   // playback. A block that arrives while another one is in work is dropped.

@@ -78,7 +78,8 @@ void AGCPanel::ShowTimes() {
   const AGCSettingsRecord& preset = Preset();
   ShowTime(CtlIndex::AGCAttack, preset.CurrentDelay, preset.DefaultDelay, sldAGCAttack, lblAGCAttack);
   ShowTime(CtlIndex::AGCDecay, preset.CurrentRamp, preset.DefaultRamp, sldAGCDecay, lblAGCDecay);
-  sldAGCAttack.ToolTip = "AGC Decay=" + NumberText(context_.Scrollables(CtlIndex::AGCAttack).Value / 10.0) + " S";
+  sldAGCAttack.ToolTip =
+      "AGC Decay=" + NumberText(context_.Scrollables(CtlIndex::AGCAttack).Value / 10.0) + " S";
   sldAGCDecay.ToolTip = "AGC Attack=" + NumberText(vars_.AGCSmoothTime) + " mS";
 }
 

@@ -8,7 +8,8 @@
 namespace quorl {
 
 // Edges are moved by the labels lblFilterHi and lblFilterLo or by the two sliders, whose scale runs
-// backwards: value = Max + Min - edge. Its right click goes back to the edge that the chosen filter came with.
+// backwards: value = Max + Min - edge. Its right click goes back to the edge that the chosen filter came
+// with.
 class FilterPanel {
  public:
   static constexpr int kLow = 0, kHigh = 1;  // sldBW

@@ -31,8 +31,8 @@ std::array<const char*, TuneSteps.size()> Pointers(const std::array<std::string,
 
 }  // namespace
 
-TuningPanel::TuningPanel(ControlRegistry& registry, EventQueue& queue, const Clock& clock, const PublicVars& vars,
-                         TuningPanelLinks links)
+TuningPanel::TuningPanel(ControlRegistry& registry, EventQueue& queue, const Clock& clock,
+                         const PublicVars& vars, TuningPanelLinks links)
     : frFreqCtl(registry, "frFreqCtl"),
       lbl7Seg(registry, "lbl7Seg", kDigits),
       lbl7SegTop(registry, "lbl7SegTop"),

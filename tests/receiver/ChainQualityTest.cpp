@@ -95,7 +95,8 @@ TEST(ChainQuality, BlockSeamsMakeNoLineAbove110Decibels) {
       {"IF notch", 0, DemodMode::USB, 11000.0, 1000.0,
        [](Receiver& r) { TurnNotchOn(r, NotchModes::Manual, NotchTypes::IF, -1400, 100); }},
       {"dynamic filter", 0, DemodMode::USB, 11000.0, 1000.0, [](Receiver& r) { r.SetDynamicFilter(true); }},
-      {"I/Q", 3, DemodMode::USB, 11000.0, 1000.0, [](Receiver& r) { TurnIFFilterOn(r, IFFilterMode::Track); }},
+      {"I/Q", 3, DemodMode::USB, 11000.0, 1000.0,
+       [](Receiver& r) { TurnIFFilterOn(r, IFFilterMode::Track); }},
   };
   for (const auto& c : cases) {
     ChainRig rig(c.Model, c.Mode);

@@ -92,12 +92,13 @@ std::string Picture(const ReceptionRig& rig) {
 // As it came into the world, told part by part to those who show it.
 void Renew(Receiver& radio, const PublicVars& first) {
   radio.Vars = first;
-  for (clsFFTFilter* filter : {&radio.Filters.IFFilterI, &radio.Filters.NotchFilterI, &radio.Filters.DynFilter}) {
+  for (clsFFTFilter* filter :
+       {&radio.Filters.IFFilterI, &radio.Filters.NotchFilterI, &radio.Filters.DynFilter}) {
     filter->Active = false;
   }
-  for (const ReceiverPart part :
-       {ReceiverPart::Side, ReceiverPart::BFO, ReceiverPart::Mode, ReceiverPart::Filter, ReceiverPart::IFFilter,
-        ReceiverPart::Notch, ReceiverPart::NoiseBlanker, ReceiverPart::AGC, ReceiverPart::Volume}) {
+  for (const ReceiverPart part : {ReceiverPart::Side, ReceiverPart::BFO, ReceiverPart::Mode,
+                                  ReceiverPart::Filter, ReceiverPart::IFFilter, ReceiverPart::Notch,
+                                  ReceiverPart::NoiseBlanker, ReceiverPart::AGC, ReceiverPart::Volume}) {
     radio.Changed(part);
   }
 }

@@ -68,8 +68,7 @@ void ReceiveChain::PlayRecording(std::int16_t* block) {
   }
   PowerSpectrum_S_2(audio, audio, squares_.data(), SamplesPerEvent);
   ShiftVectorRight_S_1(vars_.SignalLevelRing.data(), SignalLevelRingSize);
-  vars_.SignalLevelRing[0] =
-      Sum_S_1(squares_.data(), SamplesPerEvent) / static_cast<float>(SamplesPerEvent);
+  vars_.SignalLevelRing[0] = Sum_S_1(squares_.data(), SamplesPerEvent) / static_cast<float>(SamplesPerEvent);
   agc_.ApplyAGC(audio);
   FloatToInt16_S_2(audio, block, SamplesPerEvent);
   lastAudio_ = audio;
