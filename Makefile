@@ -4,7 +4,7 @@
 PACKAGES_RUN := g++ cmake ninja-build pkg-config libcli11-dev nlohmann-json3-dev librtaudio-dev qt6-base-dev \
   libgtest-dev libbenchmark-dev libfftw3-dev python3
 # What only the tests use.
-PACKAGES_TEST := pulseaudio pulseaudio-utils sox
+PACKAGES_TEST := pulseaudio pulseaudio-utils sox at-spi2-core python3-pyatspi xvfb dbus
 # What the checks and the fuzz targets use.
 PACKAGES_CHECK := clang clang-format clang-tidy
 

@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <optional>
 
+#include "support/Text.h"
+
 namespace quorl {
 
 namespace {
@@ -35,6 +37,13 @@ std::optional<int> ItemIn(const std::vector<std::string>& items, const std::stri
 
 std::string IndexedName(const std::string& name, int index) {
   return name + "(" + std::to_string(index) + ")";
+}
+
+bool Label::UserSet(const std::string& text) {
+  const std::optional<double> number = ParseDouble(text);
+  if (!Number || !number) return false;
+  if (Enabled() && Visible()) SetNumber(*number);
+  return true;
 }
 
 bool CheckBox::UserSet(const std::string& text) {
@@ -176,6 +185,13 @@ void ComboBox::SetListIndex(int index) {
   listIndex_ = index;
   Changed();
   if (index >= 0) Raise(Click);
+}
+
+bool FrequencyDisplay::UserSet(const std::string& text) {
+  const std::optional<double> hertz = ParseDouble(text);
+  if (!Tune || !hertz) return false;
+  if (Enabled() && Visible()) Tune(*hertz);
+  return true;
 }
 
 bool TextBox::UserSet(const std::string& text) {

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -26,6 +27,15 @@ class Label : public Control {
   Property<std::string> Caption{*this};
   Property<bool> Border{*this, false};
   Event<const MouseEvent&> Click;
+
+  // Where the caption is a number that is turned: that number in the caption's unit, with its ends, and the
+  // user's way to set it outright.
+  struct TurnedNumber {
+    double Value = 0, Minimum = 0, Maximum = 0;
+  };
+  std::function<TurnedNumber()> Number;
+  Event<double> SetNumber;
+  bool UserSet(const std::string& text) override;
 
  protected:
   void OnUserClick(const MouseEvent& at) override { Click(at); }
@@ -213,6 +223,8 @@ class FrequencyDisplay : public Picture {
  public:
   using Picture::Picture;
   Property<int> ChosenDigit{*this, -1};  // the one that is tuned, from the left; -1 for none
+  Event<double> Tune;                    // to a frequency in hertz that the user names
+  bool UserSet(const std::string& text) override;
 };
 
 // A pop-up menu; its items are name(i).

@@ -3,6 +3,7 @@
 #include <exception>
 
 #include "core/frmMain.h"
+#include "interaction/SpokenNames.h"
 #include "platform/Dialogs.h"
 #include "sound/FindDevice.h"
 #include "support/Product.h"
@@ -130,6 +131,7 @@ void frmMain::LoadSteps() {
   EnableTimers();
   step(":Initialise the Tuning Step Selector Drop Down List");
   tuning_->FillTuningSteps();
+  NameControls(registry_);
   step(":Call DarkenControls");
   scrollables_->DarkenControls();
   colours_->ReColour();

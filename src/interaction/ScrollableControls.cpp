@@ -38,6 +38,7 @@ void ScrollableControls::Bind(int index, Label& label, std::function<void()> onC
   label.AccessibleName = kScrollableStarts[static_cast<std::size_t>(index)].WhatItIs;
   label.ToolTip = kHowTo;
   BindKeys(index, label);
+  BindNumber(index, label);
   label.MouseMove = [this, index] { Point(index); };
   label.MouseDown = [this, index](const MouseEvent& at) {
     if (at.Button == MouseButton::Right) RestoreDefault(index);
@@ -54,6 +55,19 @@ void ScrollableControls::Bind(int index, Label& label, std::function<void()> onC
   Renew(index);
   Show(index);
   label.ForeColour = RestColour(index);
+}
+
+void ScrollableControls::BindNumber(int index, Label& label) {
+  const double unit = kScrollableStarts[static_cast<std::size_t>(index)].Unit;
+  label.Number = [this, index, unit] {
+    const ScrollableControl& control = (*this)(index);
+    return Label::TurnedNumber{unit * control.Value, unit * control.MinValue, unit * control.MaxValue};
+  };
+  label.SetNumber = [this, index, unit](double number) {
+    const ScrollableControl& control = (*this)(index);
+    const double value = number / unit;
+    Change(index, static_cast<float>(std::clamp(value, double{control.MinValue}, double{control.MaxValue})));
+  };
 }
 
 void ScrollableControls::BindKeys(int index, Control& keys) {

@@ -98,6 +98,7 @@ class ScrollableControls {
 
  private:
   Colour RestColour(int index) const;
+  void BindNumber(int index, Label& label);
   void Renew(int index);
   void Change(int index, float value);
 

@@ -25,7 +25,8 @@ struct ScrollableStart {
   float MinValue, MaxValue, DefaultValue;
   float SmallStep, NormalStep, LargeStep;
   const char* Format;
-  bool ShowValue;  // the table writes the label; where not, the owner's OnChange does in its own unit
+  bool ShowValue;   // the table writes the label; where not, the owner's OnChange does in its own unit
+  double Unit = 1;  // of the value, in that of WhatItIs
 };
 
 inline constexpr float kHighestFrequency = 2147483647.0F;  // dHz
@@ -42,12 +43,12 @@ inline constexpr std::array<ScrollableStart, CtlIndex::Count> kScrollableStarts{
     {"lblScopeXWidth", "Scope width", 10, 1023, 1023, 1, 10, 50, "#,###", true},
     {"lblFilterHi", "Filter high edge, hertz", 0, 12000, 0, 1, 10, 50, "#0", true},
     {"lblFilterLo", "Filter low edge, hertz", 0, 1999, 0, 1, 10, 50, "#0", true},
-    {"lblNB", "Noise blanker threshold, percent", 0, 10000, 0, 1, 10, 50, "#0.00", false},
-    {"lblOutVol", "Volume, decibels", -10000, 8000, 0, 10, 50, 200, "0.0", false},
+    {"lblNB", "Noise blanker threshold, percent", 0, 10000, 0, 1, 10, 50, "#0.00", false, 0.002},
+    {"lblOutVol", "Volume, decibels", -10000, 8000, 0, 10, 50, 200, "0.0", false, 0.01},
     {"lblNotchC", "Notch centre, hertz", 0, 6000, 1000, 1, 10, 50, "#0", true},
     {"lblNotchW", "Notch width, hertz", 0, 5000, 100, 1, 10, 50, "#0", true},
-    {"lblAGCAttack", "AGC decay, seconds", 5, 100, 5, 1, 1, 10, "#0.0", false},
-    {"lblAGCDecay", "AGC attack, milliseconds", 10, 200, 5, 1, 10, 50, "#0.0", false},
+    {"lblAGCAttack", "AGC decay, seconds", 5, 100, 5, 1, 1, 10, "#0.0", false, 0.1},
+    {"lblAGCDecay", "AGC attack, milliseconds", 10, 200, 5, 1, 10, 50, "#0.0", false, 0.1},
     {"lblScopeXCentre", "Scope centre", 0, 1023, 511, 1, 10, 50, "#,###", true},
     {nullptr, "Scope", 0, 0, 0, 0, 0, 0, "", false},
     {"lblIFHi", "IF filter high edge, hertz", 0, 6000, 0, 1, 10, 50, "#0", true},

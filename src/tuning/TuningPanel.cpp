@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <utility>
 
@@ -63,6 +64,10 @@ TuningPanel::TuningPanel(ControlRegistry& registry, EventQueue& queue, const Clo
   picFreqDisp.KeyDown = [this](Key key) {
     links_.ReviveDisplay();
     picFreqDisp_KeyDown(key);
+  };
+  picFreqDisp.Tune = [this](double hertz) {
+    const double dHz = std::clamp(hertz * 10.0, 0.0, 2147483647.0);
+    if (tuner_ != nullptr) tuner_->MoveTo(static_cast<std::int32_t>(std::lround(dHz)));
   };
   picFreqDisp.KeyUp = [this](Key) { picFreqDisp_KeyUp(); };
   picFreqDisp.MouseMove = [this] { links_.ActivateDisplay(); };

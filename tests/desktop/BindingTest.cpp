@@ -69,6 +69,27 @@ TEST_F(BindingTest, ButtonsTakeClicksAndKeysAndShowTheirState) {
   EXPECT_FALSE(music.Value()) << "a disabled control takes no click";
 }
 
+TEST_F(BindingTest, AClickOnAButtonLeavesTheKeysToTuning) {
+  int downs = 0;
+  panel.Get<FrequencyDisplay>("picFreqDisp").KeyDown = [&] { ++downs; };
+  Open();
+  ASSERT_TRUE(window.FocusByKeyboard("picFreqDisp"));
+  for (const char* name : {"optMode(4)", "chkMusic", "cmdCalibrateSMeter"}) {
+    QTest::mouseClick(Named(name), Qt::LeftButton);
+    QTest::keyClick(window.focusWidget(), Qt::Key_Up);
+  }
+  EXPECT_EQ(panel.Group("optMode").Pressed(), 4);
+  EXPECT_EQ(downs, 3);
+  // Tab comes to the pressed button, arrows go on from it, and stay within the group.
+  window.Clock().Flush();
+  ASSERT_TRUE(window.FocusByKeyboard("optMode(4)"));
+  for (int i = 0; i < 3; ++i) QTest::keyClick(window.focusWidget(), Qt::Key_Down);
+  EXPECT_EQ(panel.Group("optMode").Pressed(), 5);
+  window.Clock().Flush();
+  EXPECT_EQ(Named("optMode(5)")->focusPolicy(), Qt::TabFocus);
+  EXPECT_EQ(Named("optMode(4)")->focusPolicy(), Qt::NoFocus);
+}
+
 TEST_F(BindingTest, AMnemonicPressesItsButton) {
   Open();
   QTest::keyClick(&window, Qt::Key_L, Qt::AltModifier);

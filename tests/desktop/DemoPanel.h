@@ -17,6 +17,7 @@ class DemoPanel {
   DemoPanel() {
     for (const auto& [name, caption] : kFrames) Add<Frame>(name).Caption = std::string(caption);
     for (const auto& [name, caption] : kLabels) Add<Label>(name).Caption = std::string(caption);
+    for (const char* name : kTurned) Get<Label>(name).Number = [] { return Label::TurnedNumber{0, 0, 100}; };
     for (const auto& [name, caption] : kToggles) Add<CheckBox>(name).Caption = std::string(caption);
     for (const char* name : kSliders) Add<Slider>(name).SetValue(30);
     for (const char* name : {"dialNB", "dialOutVol"}) Add<Dial>(name).Bounded = true;
@@ -65,6 +66,9 @@ class DemoPanel {
                                       {"lblNotchWDesc", "Width"},  {"lblNotchW", "100"},
                                       {"lblNB", "0.00"},           {"lblOutVol", "2.3"},
                                       {"lblAGCAttack", "5.0"},     {"lblAGCDecay", "10.0"}};
+  static constexpr const char* kTurned[] = {"lblBFO",    "lblFilterLo",  "lblFilterHi", "lblIFHi",
+                                            "lblIFLo",   "lblNotchC",    "lblNotchW",   "lblNB",
+                                            "lblOutVol", "lblAGCAttack", "lblAGCDecay"};
   static constexpr Texts kToggles[] = {{"chkMusic", "Music"},
                                        {"chkDynFilter", "Dynamic"},
                                        {"chkIFFilter", "On"},

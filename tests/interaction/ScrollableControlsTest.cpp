@@ -48,6 +48,22 @@ TEST_F(ScrollableControlsTest, EveryStartValueOfTheTableIsReachableByTheWheelExc
   EXPECT_EQ(labels.size(), 20U);
 }
 
+TEST_F(ScrollableControlsTest, ANumberIsReadAndSetInItsOwnUnitWithinItsEnds) {
+  Label blanker{registry, "lblNB"};
+  mouse.Bind(CtlIndex::NB, blanker, [this] { ++changes; });
+  EXPECT_TRUE(blanker.UserSet("10"));
+  EXPECT_EQ(mouse(CtlIndex::NB).Value, 5000.0F) << "percent, of which the table counts five hundredths";
+  EXPECT_DOUBLE_EQ(blanker.Number().Value, 10.0);
+  EXPECT_DOUBLE_EQ(blanker.Number().Maximum, 20.0);
+  EXPECT_TRUE(blanker.UserSet("1e9"));
+  EXPECT_EQ(mouse(CtlIndex::NB).Value, 10000.0F);
+  EXPECT_EQ(changes, 2);
+  blanker.Enabled = false;
+  EXPECT_TRUE(blanker.UserSet("1"));
+  EXPECT_FALSE(blanker.UserSet("loud"));
+  EXPECT_EQ(changes, 2);
+}
+
 TEST_F(ScrollableControlsTest, ModifiersChooseTheStepAndDisagreeBetweenWheelAndKeys) {
   BindAll();
   Hover(width);

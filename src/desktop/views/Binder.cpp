@@ -31,9 +31,7 @@ std::vector<FaceView*> Binder::Options(const std::string& name, int count) {
     if (auto* control = Find<OptionButton>(IndexedName(name, i)))
       views.push_back(new FaceView(clock_, *control));
   }
-  for (std::size_t i = 0; i < views.size(); ++i) {
-    views[i]->SetNeighbours(i > 0 ? views[i - 1] : nullptr, i + 1 < views.size() ? views[i + 1] : nullptr);
-  }
+  for (FaceView* view : views) view->SetGroup(views);
   return views;
 }
 

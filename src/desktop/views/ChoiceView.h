@@ -17,6 +17,7 @@ class ChoiceView : public View {
   ChoiceView(RefreshClock& clock, ComboBox& box, int width);
 
   QAccessible::Role Role() const override { return QAccessible::ComboBox; }
+  bool IsText() const override { return true; }
   void Press() override;
   void Step(int steps) override;
   QSize sizeHint() const override { return {width_, 24}; }

@@ -1,13 +1,15 @@
 #include "desktop/views/FaceView.h"
 
 #include <QPainter>
+#include <algorithm>
 
 #include "desktop/views/Skin.h"
 
 namespace quorl {
 
 FaceView::FaceView(RefreshClock& clock, Control& control) : View(clock, control) {
-  setFocusPolicy(Qt::StrongFocus);
+  // A click leaves the keyboard where it is: with what is being tuned.
+  setFocusPolicy(Qt::TabFocus);
   SetSizes(QSizePolicy::Preferred, QSizePolicy::Fixed, false);
 }
 
@@ -25,9 +27,38 @@ FaceView::FaceView(RefreshClock& clock, OptionButton& option)
   option_ = &option;
 }
 
-void FaceView::SetNeighbours(FaceView* previous, FaceView* next) {
-  previous_ = previous;
-  next_ = next;
+void FaceView::SetGroup(const std::vector<FaceView*>& group) {
+  group_ = group;
+  FindTabStop();
+}
+
+bool FaceView::CanTakeKeys() const {
+  return Shown().Enabled() && Shown().Visible();
+}
+
+// The pressed button of a group, or the first that can be pressed, stands for all.
+void FaceView::FindTabStop() {
+  FaceView* stop = nullptr;
+  for (FaceView* face : group_) {
+    if (face->CanTakeKeys() && (face->IsChecked() || !stop)) stop = face;
+  }
+  for (FaceView* face : group_) face->setFocusPolicy(face == stop ? Qt::TabFocus : Qt::NoFocus);
+}
+
+void FaceView::TakeOver() {
+  View::TakeOver();
+  if (!group_.empty()) FindTabStop();
+}
+
+// The next one past what can't be pressed; not round the end, where off or close may stand.
+FaceView* FaceView::Neighbour(int direction) const {
+  const auto count = static_cast<int>(group_.size());
+  auto at = static_cast<int>(std::find(group_.begin(), group_.end(), this) - group_.begin());
+  for (at += direction; at >= 0 && at < count; at += direction) {
+    FaceView* other = group_[static_cast<std::size_t>(at)];
+    if (other->CanTakeKeys()) return other;
+  }
+  return nullptr;
 }
 
 void FaceView::SetSmall() {
@@ -62,12 +93,14 @@ bool FaceView::OnKey(int code, Modifiers) {
     Press();
     return true;
   }
-  FaceView* other = code == Key::Left || code == Key::Up      ? previous_
-                    : code == Key::Right || code == Key::Down ? next_
-                                                              : nullptr;
-  if (!other || !other->isVisible() || !other->isEnabled()) return false;
-  other->setFocus(Qt::TabFocusReason);
-  other->Press();
+  const int direction = code == Key::Left || code == Key::Up      ? -1
+                        : code == Key::Right || code == Key::Down ? 1
+                                                                  : 0;
+  if (group_.empty() || direction == 0) return false;
+  if (FaceView* other = Neighbour(direction)) {
+    other->setFocus(Qt::TabFocusReason);
+    other->Press();
+  }
   return true;
 }
 

@@ -1,6 +1,8 @@
 // Buttons: a command, a lit toggle, one of several options, a picture to click.
 #pragma once
 
+#include <vector>
+
 #include "controls/Controls.h"
 #include "desktop/views/View.h"
 
@@ -14,11 +16,15 @@ class FaceView : public View {
   FaceView(RefreshClock& clock, CheckBox& box);
   FaceView(RefreshClock& clock, OptionButton& option);
 
-  // Arrow keys press the neighbours in the group.
-  void SetNeighbours(FaceView* previous, FaceView* next);
+  // The faces of its group, this one among them: they are one stop for the Tab key, and arrow keys press the
+  // neighbours.
+  void SetGroup(const std::vector<FaceView*>& group);
   // Narrower than the other buttons, for a card's title row.
   void SetSmall();
 
+  void TakeOver() override;
+  // Any face can be given the keyboard, though Tab stops at one of a group.
+  bool TakesKeys() const override { return true; }
   QAccessible::Role Role() const override;
   QString SpokenValue() const override;
   bool IsChecked() const override;
@@ -36,12 +42,14 @@ class FaceView : public View {
   };
   FaceView(RefreshClock& clock, Control& control);
   Look LookOf(bool on) const;
+  bool CanTakeKeys() const;
+  void FindTabStop();
+  FaceView* Neighbour(int direction) const;
 
   CommandButton* button_ = nullptr;
   CheckBox* box_ = nullptr;
   OptionButton* option_ = nullptr;
-  FaceView* previous_ = nullptr;
-  FaceView* next_ = nullptr;
+  std::vector<FaceView*> group_;
   bool small_ = false;
 };
 

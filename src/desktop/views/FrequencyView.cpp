@@ -53,6 +53,11 @@ QString DigitView::SpokenName() const {
   return QStringLiteral("Digit ") + kWeights.at(static_cast<std::size_t>(index_));
 }
 
+bool DigitView::HasKeyboard() const {
+  const auto* display = dynamic_cast<const FrequencyView*>(parentWidget());
+  return display && display->hasFocus() && display->FocusedPart() == this;
+}
+
 QChar DigitView::Figure() const {
   const std::string& text = digit_.Caption();
   return text.empty() ? QChar(' ') : QChar::fromLatin1(text.front());
@@ -68,6 +73,7 @@ FrequencyView::FrequencyView(RefreshClock& clock, FrequencyDisplay& surface,
   for (int i = 0; i < kDigits; ++i) {
     const auto place = static_cast<std::size_t>(i);
     if (!digits[place]) continue;
+    Watch(*digits[place]);
     auto* view = new DigitView(clock, *digits[place], i);
     view->setParent(this);
     view->setFocusProxy(this);
@@ -88,6 +94,25 @@ void FrequencyView::TakeOver() {
     PlaceDigits();
   }
   View::TakeOver();
+  if (hasFocus() && ChosenDigit() != spokenDigit_) SpeakFocus();
+}
+
+View* FrequencyView::FocusedPart() const {
+  const int chosen = ChosenDigit();
+  return chosen >= 0 ? Digit(chosen) : nullptr;
+}
+
+void FrequencyView::focusInEvent(QFocusEvent* event) {
+  View::focusInEvent(event);
+  SpeakFocus();
+}
+
+// The digit that is tuned is what a screen reader stands on.
+void FrequencyView::SpeakFocus() {
+  spokenDigit_ = ChosenDigit();
+  if (!FocusedPart() || !QAccessible::isActive()) return;
+  QAccessibleEvent event(FocusedPart(), QAccessible::Focus);
+  QAccessible::updateAccessibility(&event);
 }
 
 QString FrequencyView::Figures() const {

@@ -15,7 +15,12 @@ class DigitView : public View {
   DigitView(RefreshClock& clock, Label& digit, int index);
 
   void TakeOver() override;
+  QAccessible::Role Role() const override { return QAccessible::SpinBox; }
   QString SpokenName() const override;
+  std::optional<Range> SpokenRange() const override { return Range{double(Figure().digitValue()), 0, 9}; }
+  bool IsText() const override { return true; }
+  // Whether the keyboard tunes by it.
+  bool HasKeyboard() const;
   QChar Figure() const;
 
  protected:
@@ -38,11 +43,13 @@ class FrequencyView : public View {
   FrequencyView(RefreshClock& clock, FrequencyDisplay& surface, const std::array<Label*, kDigits>& digits,
                 Label* top);
 
+  void TakeOver() override;
   QAccessible::Role Role() const override { return QAccessible::SpinBox; }
   QString SpokenName() const override;
   QString SpokenValue() const override;               // "7085000.0 Hz"
   std::optional<Range> SpokenRange() const override;  // hertz
-  void TakeOver() override;
+  bool IsText() const override { return true; }
+  View* FocusedPart() const override;
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
   void Step(int steps) override;  // of the chosen figure
@@ -52,6 +59,7 @@ class FrequencyView : public View {
  protected:
   void OnClick(const MouseEvent&) override {}
   void OnMenuKey() override;
+  void focusInEvent(QFocusEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
@@ -61,6 +69,7 @@ class FrequencyView : public View {
   void PaintChosen(QPainter& painter, const QRectF& strip, const QColor& ink) const;
   void PaintFigure(QPainter& painter, QChar figure, const QRectF& strip, double height, const QColor& ink,
                    bool lit);
+  void SpeakFocus();
 
   FrequencyDisplay& surface_;
   std::array<Label*, kDigits> digits_;
@@ -68,6 +77,7 @@ class FrequencyView : public View {
   Label* top_;
   bool showsTop_ = false;
   NumeralCache numerals_;
+  int spokenDigit_ = -1;
 };
 
 }  // namespace quorl

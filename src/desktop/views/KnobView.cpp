@@ -3,6 +3,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 #include "desktop/views/Skin.h"
@@ -28,8 +29,9 @@ KnobView::KnobView(RefreshClock& clock, Dial& dial, int diameter)
 }
 
 std::optional<View::Range> KnobView::SpokenRange() const {
-  if (!dial_.Bounded()) return std::nullopt;
-  return Range{double(dial_.Value()), double(dial_.Min()), double(dial_.Max())};
+  if (dial_.Bounded()) return Range{double(dial_.Value()), double(dial_.Min()), double(dial_.Max())};
+  constexpr double kNoEnd = std::numeric_limits<int>::max();
+  return Range{double(dial_.Value()), -kNoEnd, kNoEnd};
 }
 
 void KnobView::SetSpoken(double value) {

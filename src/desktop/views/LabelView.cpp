@@ -35,7 +35,8 @@ void LabelView::SetUnit(const QString& unit) {
 }
 
 QAccessible::Role LabelView::Role() const {
-  return style_ == LabelStyle::Value ? QAccessible::SpinBox : QAccessible::StaticText;
+  if (label_.Number) return QAccessible::SpinBox;
+  return style_ == LabelStyle::Value && label_.Click ? QAccessible::Button : QAccessible::StaticText;
 }
 
 QString LabelView::SpokenName() const {
@@ -45,6 +46,12 @@ QString LabelView::SpokenName() const {
 
 QString LabelView::SpokenValue() const {
   return unit_.isEmpty() ? View::SpokenValue() : View::SpokenValue() + ' ' + unit_;
+}
+
+std::optional<View::Range> LabelView::SpokenRange() const {
+  if (!label_.Number) return std::nullopt;
+  const Label::TurnedNumber number = label_.Number();
+  return Range{number.Value, number.Minimum, number.Maximum};
 }
 
 double LabelView::WidthOf(const QString& text) const {

@@ -24,6 +24,8 @@ class LabelView : public View {
   QAccessible::Role Role() const override;
   QString SpokenName() const override;
   QString SpokenValue() const override;
+  std::optional<Range> SpokenRange() const override;  // of a number that is turned
+  bool IsText() const override { return true; }
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
 

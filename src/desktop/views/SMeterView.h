@@ -29,6 +29,7 @@ class SMeterView : public View {
   QString SpokenName() const override;
   QString SpokenValue() const override;
   std::optional<Range> SpokenRange() const override;  // elements
+  bool IsText() const override { return true; }
   QSize sizeHint() const override { return {360, 60}; }
   QSize minimumSizeHint() const override { return {168, 60}; }
 

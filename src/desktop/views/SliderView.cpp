@@ -21,15 +21,21 @@ SliderView::SliderView(RefreshClock& clock, Slider& slider, int width)
 }
 
 std::optional<View::Range> SliderView::SpokenRange() const {
-  return Range{double(slider_.Value()), double(slider_.Min()), double(slider_.Max())};
+  const int value = reversed_ ? slider_.Max() + slider_.Min() - slider_.Value() : slider_.Value();
+  return Range{double(value), double(slider_.Min()), double(slider_.Max())};
 }
 
 void SliderView::Set(int value) {
   if (slider_.Enabled()) slider_.UserScroll(value);
 }
 
+QString SliderView::SpokenValue() const {
+  return QString::number(SpokenRange()->Value);
+}
+
 void SliderView::SetSpoken(double value) {
-  Set(static_cast<int>(std::lround(value)));
+  const int whole = static_cast<int>(std::lround(value));
+  Set(reversed_ ? slider_.Max() + slider_.Min() - whole : whole);
 }
 
 void SliderView::Step(int steps) {

@@ -13,6 +13,7 @@ class SliderView : public View {
   // Its least value stands on the right, for a control whose number runs against what it means.
   void SetReversed() { reversed_ = true; }
   QAccessible::Role Role() const override { return QAccessible::Slider; }
+  QString SpokenValue() const override;
   std::optional<Range> SpokenRange() const override;
   void SetSpoken(double value) override;
   void Step(int steps) override;

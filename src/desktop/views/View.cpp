@@ -146,13 +146,27 @@ void View::TakeOverMnemonic() {
   });
 }
 
+bool View::IsTurned() const {
+  const QAccessible::Role role = Role();
+  return role == QAccessible::SpinBox || role == QAccessible::Slider || role == QAccessible::Dial;
+}
+
+// What is only read, such as a level, changes too often to be told each time.
 void View::Speak() {
-  if (!QAccessible::isActive() || !hasFocus()) return;
-  const QString value = SpokenValue();
-  if (value == spoken_) return;
-  spoken_ = value;
-  QAccessibleValueChangeEvent event(this, value);
-  QAccessible::updateAccessibility(&event);
+  if (!QAccessible::isActive()) return;
+  if (const QString value = SpokenValue(); value != spoken_ && (IsTurned() || hasFocus())) {
+    spoken_ = value;
+    const auto range = SpokenRange();
+    QAccessibleValueChangeEvent event(this, range ? QVariant(range->Value) : QVariant(value));
+    QAccessible::updateAccessibility(&event);
+  }
+  if (const bool checked = IsChecked(); checked != spokenChecked_) {
+    spokenChecked_ = checked;
+    QAccessible::State changed;
+    changed.checked = true;
+    QAccessibleStateChangeEvent event(this, changed);
+    QAccessible::updateAccessibility(&event);
+  }
 }
 
 QString View::SpokenName() const {
@@ -170,6 +184,10 @@ QString View::SpokenValue() const {
 
 void View::Press() {
   control_.UserClick();
+}
+
+void View::SetSpoken(double value) {
+  control_.UserSet(QString::number(value, 'f', 3).toStdString());
 }
 
 void View::Step(int steps) {

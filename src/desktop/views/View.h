@@ -49,7 +49,12 @@ class View : public QWidget {
   // What a screen reader's user can do.
   virtual void Press();
   virtual void Step(int steps);
-  virtual void SetSpoken(double) {}
+  virtual void SetSpoken(double value);
+  virtual bool TakesKeys() const { return focusPolicy() != Qt::NoFocus; }
+  // Whether its value is read as a text.
+  virtual bool IsText() const { return false; }
+  // The part that has the keyboard while this view has it; null where that is the view itself.
+  virtual View* FocusedPart() const { return nullptr; }
 
   bool IsPrompt() const { return prompt_; }
 
@@ -98,6 +103,7 @@ class View : public QWidget {
   void TakeKeysOnHover();
   void TellPlace();
   void TakeOverMnemonic();
+  bool IsTurned() const;
   void Speak();
 
   RefreshClock& clock_;
@@ -105,6 +111,7 @@ class View : public QWidget {
   std::vector<Listening> listening_;
   QShortcut* mnemonic_ = nullptr;
   QString mnemonicOf_, spoken_;
+  bool spokenChecked_ = false;
   QSize hint_;
   int wheelRest_ = 0;
   bool dirty_ = false, prompt_ = false, pressed_ = false, hovered_ = false, visible_ = true;

@@ -38,7 +38,6 @@ PanelWindow::PanelWindow(const ControlRegistry& registry, Events events)
   setWindowTitle("QUORLSDR");
   setObjectName("frmMain");
   setMouseTracking(true);
-  setFocusPolicy(Qt::ClickFocus);
   Build();
   clock_.AfterFlush = [this] { FollowControls(); };
   resize(kFirstWidth, kFirstHeight);
@@ -155,12 +154,12 @@ void PanelWindow::GiveFocus(const std::string& control) {
 }
 
 bool PanelWindow::FocusByKeyboard(const std::string& control) {
-  auto* view = findChild<QWidget*>(QString::fromStdString(control));
-  if (!view || !view->isVisibleTo(this) || !view->isEnabled()) return false;
-  const QWidget* taking = view->focusProxy() ? view->focusProxy() : view;
-  if (taking->focusPolicy() == Qt::NoFocus) return false;
-  view->setFocus(Qt::TabFocusReason);
-  return focusWidget() == taking;
+  auto* widget = findChild<QWidget*>(QString::fromStdString(control));
+  if (widget && widget->focusProxy()) widget = widget->focusProxy();
+  const auto* view = dynamic_cast<View*>(widget);
+  if (!view || !view->TakesKeys() || !view->isVisibleTo(this) || !view->isEnabled()) return false;
+  widget->setFocus(Qt::TabFocusReason);
+  return focusWidget() == widget;
 }
 
 void PanelWindow::PressKey(const Key& key, bool down) {
