@@ -14,7 +14,8 @@ namespace {
 
 // A block is not complete before its last sample, so that capture has nothing to do sooner.
 constexpr unsigned kCaptureFrames = 2048;
-constexpr unsigned kPlaybackFrames = 1024, kBuffersAhead = 3;  // the latter in the sound server: 64 ms
+// Ahead in the sound server: 64 ms. With two pieces a busy machine is heard.
+constexpr unsigned kPlaybackFrames = 1024, kBuffersAhead = 3;
 // A device that fails goes through its samples at once. Seconds that one may be ahead of its time, those that
 // it may catch up after it stood still, and how far its clock may be off.
 constexpr double kMostAhead = 1.0, kMostCredit = 5.0, kClockError = 0.01;
