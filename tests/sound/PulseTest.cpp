@@ -278,6 +278,11 @@ TEST_F(Pulse, ARestartedServerIsOneMessageToo) {
   Listener listener;
   ASSERT_FALSE(listener.Sound.StartSound());
   ASSERT_TRUE(listener.RunUntilBlock(6));
+  Failure refusal;
+  auto speaker = listener.System.CreatePlaybackBuffer(
+      listener.Sound.CurrentPlaybackDevice, {48000, 16, 1}, 16384, [](int) {}, refusal);
+  ASSERT_TRUE(speaker);
+  ASSERT_FALSE(speaker->Play());
   server_.reset();
   const std::int64_t blocks = listener.System.Statistics().CapturedBlocks;
   listener.Run(milliseconds(700));
@@ -287,6 +292,12 @@ TEST_F(Pulse, ARestartedServerIsOneMessageToo) {
   EXPECT_TRUE(listener.Sound.StartSound());
   listener.Sound.StopSound();
   EXPECT_EQ(listener.Lost.size(), 1U);
+  // Nobody waits for a loudspeaker's answer: each start that it refuses is told.
+  EXPECT_TRUE(speaker->Play());
+  EXPECT_EQ(listener.Lost.size(), 2U);
+  EXPECT_TRUE(speaker->Play());
+  EXPECT_EQ(listener.Lost.size(), 3U);
+  speaker.reset();
 
   server_.emplace();
   ASSERT_TRUE(server_->IsReady());
