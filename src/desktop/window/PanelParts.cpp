@@ -149,7 +149,7 @@ QLayout* MakeDialPart(Binder& bind) {
   auto* column = new QVBoxLayout;
   column->setSpacing(0);
   column->addStretch(1);
-  KnobView* knob = bind.Knob("dialtuner", 80);
+  KnobView* knob = bind.Knob("dialtuner", 84);
   if (knob) column->addWidget(knob, 0, Qt::AlignHCenter);
   if (LabelView* rate = bind.Word("lblTuneDialRate", "000.0 KHz")) {
     rate->SetAlignment(Qt::AlignHCenter);
@@ -183,7 +183,7 @@ QLayout* MakeStatistics(Binder& bind) {
   constexpr Place kPlaces[3][2] = {{{0, "00,000  -00 dB"}, {4, "000%"}},
                                    {{1, "00,000  -00 dB"}, {5, "00,000 uS"}},
                                    {{2, "000.00  00.0 dB"}, {3, "000 000 000 Hz"}}};
-  constexpr int kLeftWidth = 144;
+  constexpr int kLeftWidth = 150;
   auto* grid = new QGridLayout;
   grid->setVerticalSpacing(3);
   grid->setHorizontalSpacing(skin::kGrid);
@@ -224,7 +224,6 @@ QWidget* MakeTuningCard(Binder& bind) {
   if (rate) rate->SetAlignment(Qt::AlignRight);
   Put(foot, rate);
   Put(foot, bind.Sign("imgTuneStepLock", Symbol::Lock));
-  foot->addSpacing(skin::kGrid);
   foot->addWidget(Caption("BFO"));
   Put(foot, In("Hz", bind.Value("lblBFO", "-00000")));
   foot->addStretch(1);
