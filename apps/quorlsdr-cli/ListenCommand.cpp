@@ -18,8 +18,8 @@
 #include "platform/linux/system/LinuxEventQueue.h"
 #include "platform/linux/system/TerminalDialogs.h"
 #include "shared/AudioFile.h"
+#include "shared/HostMachine.h"
 #include "shared/JsonReport.h"
-#include "shared/RadioMachine.h"
 #include "support/Rounding.h"
 #include "support/Text.h"
 
@@ -53,8 +53,8 @@ void PrintReport(const LiveRadio& radio, const SoundStatistics& sound, const Mea
       .Add("seconds", blocks / BlocksPerSecond, 3)
       .Add("frequency_hz", radio.VFO()->TunedFrequency() / 10.0, 1)
       .Add("oscillator_hz", radio.VFO()->OscOut / 10.0, 1)
-      .Add("signal_level", radio.Radio.MeanSignalLevel(), 3)
-      .Add("agc_gain", radio.Radio.Vars.AGCMeterGain, 6)
+      .Add("signal_level", radio.Rx.MeanSignalLevel(), 3)
+      .Add("agc_gain", radio.Rx.Vars.AGCMeterGain, 6)
       .Add("us_per_block_mean", blocks > 0 ? measure.Microseconds / blocks : 0.0, 2)
       .Add("us_per_block_max", measure.Longest, 2)
       .Add("times_real_time", blocks / BlocksPerSecond / elapsed.count(), 1)
@@ -77,7 +77,7 @@ Failure TuneIn(const ListenOptions& options, clsVFO& vfo) {
 }
 
 // Receives until there is enough, the listener ends it or the sound is lost for good.
-int Receive(const ListenOptions& options, RadioMachine& machine, LiveRadio& radio, LinuxEventQueue& terminal,
+int Receive(const ListenOptions& options, HostMachine& machine, LiveRadio& radio, LinuxEventQueue& terminal,
             AudioFile* file) {
   const auto blocksWanted = static_cast<std::int64_t>(std::ceil(options.Seconds * BlocksPerSecond));
   Measure measure;
@@ -88,7 +88,7 @@ int Receive(const ListenOptions& options, RadioMachine& machine, LiveRadio& radi
   };
   ListenScreen screen(radio, static_cast<float>(options.Reception.Volume));
   radio.OnBlockOut = [&] {
-    measure.Add(radio.Radio.Pump.PumpMicroseconds);
+    measure.Add(radio.Rx.Pump.PumpMicroseconds);
     screen.ShowSoundPlays();
   };
   bool lost = false;
@@ -123,7 +123,7 @@ int Receive(const ListenOptions& options, RadioMachine& machine, LiveRadio& radi
   return lost ? ExitCode::Failed : ExitCode::Success;
 }
 
-int Listen(const ListenOptions& options, RadioMachine& machine, LinuxEventQueue& terminal, AudioFile* file) {
+int Listen(const ListenOptions& options, HostMachine& machine, LinuxEventQueue& terminal, AudioFile* file) {
   NoRecorder recorder;
   // In virtual time too the stop watch tells how long a block has taken.
   const LinuxClock stopWatch;
@@ -131,7 +131,7 @@ int Listen(const ListenOptions& options, RadioMachine& machine, LinuxEventQueue&
   Machine parts{all.Queue, stopWatch,  all.Boxes,   all.Storage, all.Instance,
                 all.Sound, all.Serial, all.Printer, all.Programs};
   LiveRadio radio(parts, recorder);
-  ApplyReceiveOptions(options.Reception, radio.Radio);
+  ApplyReceiveOptions(options.Reception, radio.Rx);
   radio.CreateSoundCard();
   radio.SetSoundFormat(options.ShortDelay);
   radio.SoundCard().CurrentCaptureDevice = machine.CaptureDevice();
@@ -143,7 +143,7 @@ int Listen(const ListenOptions& options, RadioMachine& machine, LinuxEventQueue&
   clsVFO& vfo = *radio.VFO();
   const bool storedSide = vfo.HiSideLO;
   if (options.Demo || options.Reception.LowSideLO) vfo.HiSideLO = !options.Reception.LowSideLO;
-  radio.Radio.SetLowSideLO(!vfo.HiSideLO);
+  radio.Rx.SetLowSideLO(!vfo.HiSideLO);
   int exitCode = ExitCode::Refused;
   if (const Failure failure = TuneIn(options, vfo)) {
     PrintFault(failure->Text);
@@ -159,8 +159,8 @@ int Listen(const ListenOptions& options, RadioMachine& machine, LinuxEventQueue&
   return exitCode;
 }
 
-RadioMachineOptions MachineOptions(const ListenOptions& options) {
-  RadioMachineOptions machine;
+HostMachineOptions MachineOptions(const ListenOptions& options) {
+  HostMachineOptions machine;
   machine.Demo = options.Demo;
   machine.VirtualTime =
       options.Demo && !options.Output.empty() && options.Playback.empty() && options.Seconds > 0.0;
@@ -206,8 +206,8 @@ int Run(const ListenOptions& options) {
   if (!options.Output.empty()) file = AudioFile::Create(files, options.Output, failure);
   LinuxEventQueue queue;
   TerminalDialogs boxes(std::cerr);
-  std::unique_ptr<RadioMachine> machine;
-  if (!failure) machine = RadioMachine::Create(MachineOptions(options), queue, boxes, failure);
+  std::unique_ptr<HostMachine> machine;
+  if (!failure) machine = HostMachine::Create(MachineOptions(options), queue, boxes, failure);
   if (!failure) failure = machine->Settings().Load();
   if (failure) {
     PrintFault(failure->Text);

@@ -10,7 +10,7 @@
 
 #include "Fault.h"
 #include "interaction/PanelTexts.h"
-#include "support/Picture.h"
+#include "support/NumberPicture.h"
 
 namespace quorl::cli {
 namespace {
@@ -136,18 +136,18 @@ void ListenScreen::ChangeStep(int places) {
 }
 
 void ListenScreen::NextMode() {
-  Receiver& receiver = radio_.Radio;
+  Receiver& receiver = radio_.Rx;
   receiver.SetDemodMode((receiver.Vars.CurrentDemodMode + 1) % DemodMode::Count);
 }
 
 void ListenScreen::NextFilter() {
-  Receiver& receiver = radio_.Radio;
+  Receiver& receiver = radio_.Rx;
   receiver.SetFilterMode((receiver.Vars.CurrentFilterMode + 1) % FilterModeCount);
 }
 
 void ListenScreen::ToggleNotch() {
   notch_ = !notch_;
-  Receiver& receiver = radio_.Radio;
+  Receiver& receiver = radio_.Rx;
   receiver.SwitchNotch(notch_);
   receiver.SetNotchMode(NotchModes::Auto);
   receiver.SetNotchWidth(kNotchWidth);
@@ -173,16 +173,16 @@ void ListenScreen::ShowSoundPlays() {
 void ListenScreen::ChangeVolume(float by) {
   muted_ = false;
   volume_ = std::clamp(volume_ + by, kMute, kLoudest);
-  radio_.Radio.SetVolume(volume_);
+  radio_.Rx.SetVolume(volume_);
 }
 
 void ListenScreen::ToggleMute() {
   muted_ = !muted_;
-  radio_.Radio.SetVolume(muted_ ? kMute : volume_);
+  radio_.Rx.SetVolume(muted_ ? kMute : volume_);
 }
 
 std::string ListenScreen::Line() const {
-  const Receiver& receiver = radio_.Radio;
+  const Receiver& receiver = radio_.Rx;
   const PublicVars& vars = receiver.Vars;
   const clsVFO& vfo = *radio_.VFO();
   const double level = receiver.MeanSignalLevel();

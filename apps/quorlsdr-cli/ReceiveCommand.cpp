@@ -10,10 +10,10 @@
 #include "Commands.h"
 #include "Fault.h"
 #include "InterruptWatcher.h"
+#include "OfflineReceiver.h"
 #include "OptionText.h"
 #include "Progress.h"
 #include "ReceiveOptions.h"
-#include "Reception.h"
 #include "platform/linux/system/LinuxFiles.h"
 #include "recorder/RawStream.h"
 #include "recorder/WavReader.h"
@@ -44,7 +44,7 @@ Output OpenOutput(Files& files, const ReceiveOptions& options, Failure& failure)
 }
 
 // Carries everything from reader to writer; returns the frames that went through.
-std::int64_t Carry(SampleReader& reader, SampleWriter& writer, Reception& reception, Failure& failure) {
+std::int64_t Carry(SampleReader& reader, SampleWriter& writer, OfflineReceiver& reception, Failure& failure) {
   std::array<std::int16_t, 2 * BlockFrames> interleaved;
   std::array<std::int16_t, BlockFrames> left, right{};
   Progress progress(reader.Frames());
@@ -105,7 +105,7 @@ int Run(const ReceiveOptions& options) {
   if (failure) return Stop(failure, ExitCode::Refused);
 
   watcher.Start(output.Temporary, options.Output);
-  Reception reception(options);
+  OfflineReceiver reception(options);
   const std::int64_t frames = Carry(*reader, *output.Writer, reception, failure);
   // Faults of the data have numbers below 0, those of the system above.
   if (failure) return Stop(failure, failure->Code < 0 ? ExitCode::Refused : ExitCode::Failed);

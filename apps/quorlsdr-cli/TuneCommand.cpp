@@ -22,7 +22,7 @@
 #include "platform/virtual/VirtualPrinterPort.h"
 #include "platform/virtual/VirtualSerialPort.h"
 #include "sim/SimulatedReceiver.h"
-#include "support/Picture.h"
+#include "support/NumberPicture.h"
 #include "support/Text.h"
 #include "tuning/TuningChain.h"
 

@@ -41,7 +41,7 @@ void LoadReport::NoteHousekeeping(double microseconds) {
   housekeepingMicroseconds_ += microseconds;
 }
 
-void LoadReport::Print(frmMain& frame, RadioMachine& machine, const WatchedApplication& application) const {
+void LoadReport::Print(frmMain& frame, HostMachine& machine, const WatchedApplication& application) const {
   const auto mean = [](double sum, std::int64_t count) {
     return count > 0 ? sum / static_cast<double>(count) : 0.0;
   };
@@ -62,7 +62,7 @@ void LoadReport::Print(frmMain& frame, RadioMachine& machine, const WatchedAppli
       .Add("resident_mb", static_cast<double>(Usage().ru_maxrss) / 1024.0, 1)
       .Add("overruns", sound.Overruns)
       .Add("underruns", sound.Underruns)
-      .Add("signal_level", frame.Radio().Radio.MeanSignalLevel(), 2)
+      .Add("signal_level", frame.Radio().Rx.MeanSignalLevel(), 2)
       .Print();
 }
 

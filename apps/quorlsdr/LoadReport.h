@@ -6,7 +6,7 @@
 
 #include "WatchedApplication.h"
 #include "core/frmMain.h"
-#include "shared/RadioMachine.h"
+#include "shared/HostMachine.h"
 
 namespace quorl {
 
@@ -19,7 +19,7 @@ class LoadReport {
   void NoteBlock(double microseconds);
   // Microseconds of one round of housekeeping.
   void NoteHousekeeping(double microseconds);
-  void Print(frmMain& frame, RadioMachine& machine, const WatchedApplication& application) const;
+  void Print(frmMain& frame, HostMachine& machine, const WatchedApplication& application) const;
 
  private:
   std::chrono::steady_clock::time_point begin_;

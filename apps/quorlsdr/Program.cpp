@@ -19,8 +19,8 @@
 #include "platform/linux/system/ApplicationFolder.h"
 #include "scripting/ScriptRunner.h"
 #include "shared/AudioFile.h"
+#include "shared/HostMachine.h"
 #include "shared/InstalledData.h"
-#include "shared/RadioMachine.h"
 
 namespace quorl {
 
@@ -61,11 +61,11 @@ class Program {
  private:
   Failure PutTogether() {
     Failure failure;
-    RadioMachineOptions wanted;
+    HostMachineOptions wanted;
     wanted.Demo = options_.Demo;
     wanted.VirtualTime = options_.VirtualTime;
     wanted.Settings = options_.Settings;
-    machine_ = RadioMachine::Create(wanted, queue_, boxes_, failure);
+    machine_ = HostMachine::Create(wanted, queue_, boxes_, failure);
     if (failure) return failure;
     const std::string folder =
         PrepareApplicationFolder(machine_->Storage(), options_.Folder, machine_->Directories().Data,
@@ -120,7 +120,7 @@ class Program {
     window_->show();
     frame_->Radio().OnHousekept = [this](double microseconds) { report_.NoteHousekeeping(microseconds); };
     frame_->Radio().OnAudio = [this](const std::int16_t* block, std::int32_t attenuation) {
-      report_.NoteBlock(frame_->Radio().Radio.Pump.PumpMicroseconds);
+      report_.NoteBlock(frame_->Radio().Rx.Pump.PumpMicroseconds);
       if (file_) file_->Take(block, attenuation);
     };
   }
@@ -181,7 +181,7 @@ class Program {
   QtDialogs personalBoxes_;
   ScriptDialogs boxes_;
   LoadReport report_;
-  std::unique_ptr<RadioMachine> machine_;
+  std::unique_ptr<HostMachine> machine_;
   std::unique_ptr<LogBook> log_;
   std::unique_ptr<AudioFile> file_;
   std::unique_ptr<frmMain> frame_;

@@ -12,7 +12,7 @@ constexpr int kHousekeepingDelay = 3;      // ms after a block has left: in the 
 }  // namespace
 
 LiveRadio::LiveRadio(Machine& machine, BlockRecorder& recorder, KernelSettings settings)
-    : Radio(
+    : Rx(
           machine.Time, *this, recorder, [&machine] { machine.Queue.Yield(); }, std::move(settings)),
       tmrPerfStats(machine.Queue,
                    [this] {
@@ -20,7 +20,7 @@ LiveRadio::LiveRadio(Machine& machine, BlockRecorder& recorder, KernelSettings s
                      Housekeeping();
                    }),
       machine_(machine) {
-  Radio.Tap.TunedFrequency = [this] { return VFO() == nullptr ? 0 : VFO()->TunedFrequency(); };
+  Rx.Tap.TunedFrequency = [this] { return VFO() == nullptr ? 0 : VFO()->TunedFrequency(); };
 }
 
 LiveRadio::~LiveRadio() = default;
@@ -46,8 +46,8 @@ bool LiveRadio::CreateTuning(SettingsStore& settings, std::int32_t interfaceType
   const TuningMachine machine{machine_.Serial, machine_.Printer, machine_.Queue, machine_.Boxes, settings};
   tuning_ = std::make_unique<TuningChain>(machine, log);
   const bool open = tuning_->OpenInterface(interfaceType, shaftEncoder, tellsPort);
-  tuning_->CreateVFO(Radio.Vars.SDRModelNo, interfaceType);
-  Radio.SetLowSideLO(!VFO()->HiSideLO);
+  tuning_->CreateVFO(Rx.Vars.SDRModelNo, interfaceType);
+  Rx.SetLowSideLO(!VFO()->HiSideLO);
   return open;
 }
 
@@ -69,13 +69,13 @@ void LiveRadio::Housekeeping() {
   ScopedFlag guard(inPerfStats_);
   const std::int64_t begin = machine_.Time.Microseconds();
   BeforeFilters();
-  const bool peakMoved = Radio.Housekeeping();
+  const bool peakMoved = Rx.Housekeeping();
   AfterFilters(peakMoved);
   if (OnHousekept) OnHousekept(static_cast<double>(machine_.Time.Microseconds() - begin));
 }
 
 void LiveRadio::SoundCard_DataReady(std::int16_t* samplesI, std::int16_t* samplesQ, std::int32_t) {
-  Radio.Pump.SoundCard_DataReady(samplesI, samplesQ);
+  Rx.Pump.SoundCard_DataReady(samplesI, samplesQ);
 }
 
 void LiveRadio::SoundCard_DataOut(std::int16_t*, std::int32_t, std::int32_t) {

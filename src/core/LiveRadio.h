@@ -1,4 +1,4 @@
-// The receiver on the air: engine, sound card and tuning road put together, with housekeeping after each
+// The receiver on the air: engine, sound card and tuning chain put together, with housekeeping after each
 // block.
 #pragma once
 
@@ -18,14 +18,14 @@
 namespace quorl {
 
 // Built in steps, so that whoever puts it together tells each step before it is taken. Without a sound card
-// it can be tuned; without a tuning road it can be heard.
+// it can be tuned; without a tuning chain it can be heard.
 class LiveRadio final : public SoundEvents, public SoundOutput {
  public:
   // Everything outlives the radio.
   LiveRadio(Machine& machine, BlockRecorder& recorder, KernelSettings settings = {});
   ~LiveRadio() override;
 
-  Receiver Radio;
+  Receiver Rx;
   Timer tmrPerfStats;  // armed by each block that leaves for the loudspeaker; one shot
 
   // The sound object. Opens nothing yet.
@@ -33,12 +33,12 @@ class LiveRadio final : public SoundEvents, public SoundOutput {
   // Gives it the format of the signal path. A short delay holds two blocks in the playback buffer instead of
   // four, and has half the time to bridge where the machine is busy.
   void SetSoundFormat(bool shortDelay = false);
-  // VFO, driver and interface of the board `Radio.Vars.SDRModelNo`; takes the LO side from the VFO. False
+  // VFO, driver and interface of the board `Rx.Vars.SDRModelNo`; takes the LO side from the VFO. False
   // where the interface can't be opened: frequencies are noted, but tune nothing. The log has the reason, and
   // the user has been told; `tellsPort` false leaves telling of a serial port to the caller.
   bool CreateTuning(SettingsStore& settings, std::int32_t interfaceType, bool shaftEncoder,
                     const SettingsStore::LogSink& log, bool tellsPort = true);
-  // Lets go of the road; its settings are stored by TuningChain::Save.
+  // Lets go of the chain; its settings are stored by TuningChain::Save.
   void ReleaseTuning();
 
   // Starts and stops reception. Start fails where a device can't be opened, which has been told to the user.

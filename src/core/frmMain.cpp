@@ -118,7 +118,7 @@ void frmMain::PowerOn() {
   on_ = true;
   PaintPower();
   RemoveCaption(stored_.FormCaptionOffOnPwrOn);
-  radio_->Radio.FilterMaker.MakeFilters();
+  radio_->Rx.FilterMaker.MakeFilters();
   (*optPwr_)(2).Enabled = false;
   if (!radio_->SoundCard().Prepared()) {
     CollectSettings();

@@ -48,7 +48,7 @@ void frmMain::LoadSteps() {
     ++loadStep_;
     Log(kLoad, text);
   };
-  PublicVars& vars = radio_->Radio.Vars;
+  PublicVars& vars = radio_->Rx.Vars;
   step(":Start");
   step(":Resizing");
   CreateForm();
@@ -117,7 +117,7 @@ void frmMain::LoadSteps() {
   filter_->ShowDefaults();
   step(":Call modWheelMouse.init");
   step(":Set up default values in the AGC delayline");
-  radio_->Radio.Agc.FillDelayLine();
+  radio_->Rx.Agc.FillDelayLine();
   step(":Call MouseOverS.lblFilterHi_Wheel");
   filter_->lblFilterHi_Wheel();
   step(":Call MouseOverS.lblFilterLo_Wheel");
@@ -187,12 +187,11 @@ void frmMain::CreateTuningPanel() {
   links.ActivateDisplay = [this] { scrollables_->Point(CtlIndex::Frequency); };
   links.ReviveDisplay = [this] { scrollables_->Revive(CtlIndex::Frequency); };
   links.DisplayIsActive = [this] { return scrollables_->ActiveCtl() == CtlIndex::Frequency; };
-  links.SetLowSideLO = [this](bool low) { radio_->Radio.SetLowSideLO(low); };
+  links.SetLowSideLO = [this](bool low) { radio_->Rx.SetLowSideLO(low); };
   links.ShowOscillator = [this](const std::string& text) {
     if (stats_) stats_->lblStatsVal(StatsPanel::kLO).Caption = text;
   };
-  tuning_ =
-      std::make_unique<TuningPanel>(registry_, machine_.Queue, machine_.Time, radio_->Radio.Vars, links);
+  tuning_ = std::make_unique<TuningPanel>(registry_, machine_.Queue, machine_.Time, radio_->Rx.Vars, links);
   scrollables_->BindKeys(CtlIndex::Frequency, tuning_->picFreqDisp);
   colours_->Add(tuning_->frFreqCtl);
   colours_->AddRepaint([this] {
@@ -203,7 +202,7 @@ void frmMain::CreateTuningPanel() {
 }
 
 void frmMain::CreateReceptionPanels() {
-  Receiver& receiver = radio_->Radio;
+  Receiver& receiver = radio_->Rx;
   const PanelContext context{registry_, *scrollables_, *colours_, receiver,
                              [this] { machine_.Queue.Yield(); }};
   ifFilter_ = std::make_unique<IFFilterPanel>(context);
@@ -222,7 +221,7 @@ void frmMain::CreateReceptionPanels() {
 }
 
 void frmMain::CreateTuningRoad() {
-  PublicVars& vars = radio_->Radio.Vars;
+  PublicVars& vars = radio_->Rx.Vars;
   store_.Read(kMainSection, "VFO1.IFType", stored_.IFType);
   store_.Read(kMainSection, "EnableShaftEncoder", tuning_->ShaftEnabled);
   store_.Read(kMainSection, "SDRModelNo", vars.SDRModelNo);

@@ -12,7 +12,7 @@ constexpr int kSaveRetry = 100;       // ms
 }  // namespace
 
 std::vector<StoredSetting> frmMain::SettingsTable() {
-  PublicVars& vars = radio_->Radio.Vars;
+  PublicVars& vars = radio_->Rx.Vars;
   MainOptions& o = stored_;
   std::vector<StoredSetting> table{
       {"SDRModelNo", true, &vars.SDRModelNo},
@@ -24,7 +24,7 @@ std::vector<StoredSetting> frmMain::SettingsTable() {
       {"FullDisplay", true, &o.FullDisplay},
       {"SpectrumAnalyserOn", true, &o.SpectrumAnalyserOn},
       {"PerfStatsOn", true, &o.PerfStatsOn},
-      {"UseSPL", true, &radio_->Radio.Settings.UseSPL},
+      {"UseSPL", true, &radio_->Rx.Settings.UseSPL},
       {"ShaftAutoRate", true, &tuning_->ShaftAutoRateOn},
       {"EnableShaftEncoder", true, &tuning_->ShaftEnabled},
       {"ScrollWheelEnableOverScope", true, &o.ScrollWheelEnableOverScope},
@@ -35,7 +35,7 @@ std::vector<StoredSetting> frmMain::SettingsTable() {
       {"AutoDDSRefresh", true, &o.AutoDDSRefresh},
       {"MouseOverS.HiLiteBorder", true, &scrollables_->HiLiteBorder},
       {"DRM.RunDreamOnDRM", true, &o.RunDreamOnDRM},
-      {"DRM.MuteAFOnDRM", true, &radio_->Radio.MuteAFOnDRM},
+      {"DRM.MuteAFOnDRM", true, &radio_->Rx.MuteAFOnDRM},
       {"DRM.CloseSoundcardOnDRM", true, &o.CloseSoundcardOnDRM},
       {"DRM.PathToDream", true, &o.PathToDream},
       {"DRM.DreamProgArgs", true, &o.DreamProgArgs},

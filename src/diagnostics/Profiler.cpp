@@ -1,6 +1,6 @@
 #include "diagnostics/Profiler.h"
 
-#include "support/Picture.h"
+#include "support/NumberPicture.h"
 
 namespace quorl {
 

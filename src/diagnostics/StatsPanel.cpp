@@ -4,7 +4,7 @@
 
 #include "config/ColourSchemes.h"
 #include "support/Decibels.h"
-#include "support/Picture.h"
+#include "support/NumberPicture.h"
 #include "support/Rounding.h"
 
 namespace quorl {

@@ -5,7 +5,7 @@
 
 #include "dsp/kernel/VectorKernel.h"
 #include "support/Decibels.h"
-#include "support/Picture.h"
+#include "support/NumberPicture.h"
 #include "support/Rounding.h"
 #include "support/ScopedFlag.h"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "support/Picture.h"
+#include "support/NumberPicture.h"
 #include "support/ScopedFlag.h"
 
 namespace quorl {

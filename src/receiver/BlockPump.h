@@ -11,7 +11,8 @@
 #include "diagnostics/Profiler.h"
 #include "dsp/chain/AnalyserTap.h"
 #include "dsp/chain/ReceiveChain.h"
-#include "receiver/PumpPorts.h"
+#include "receiver/BlockRecorder.h"
+#include "receiver/SoundOutput.h"
 #include "state/PublicVars.h"
 #include "state/PumpStatistics.h"
 

@@ -9,7 +9,8 @@
 #include "dsp/kernel/KernelSettings.h"
 #include "platform/Clock.h"
 #include "receiver/BlockPump.h"
-#include "receiver/PumpPorts.h"
+#include "receiver/BlockRecorder.h"
+#include "receiver/SoundOutput.h"
 
 namespace quorl {
 

@@ -1,6 +1,6 @@
 #include "reception/AGCPanel.h"
 
-#include "support/Picture.h"
+#include "support/NumberPicture.h"
 #include "support/ScopedFlag.h"
 #include "support/Text.h"
 

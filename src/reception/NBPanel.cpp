@@ -1,6 +1,6 @@
 #include "reception/NBPanel.h"
 
-#include "support/Picture.h"
+#include "support/NumberPicture.h"
 #include "support/ScopedFlag.h"
 
 namespace quorl {

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "support/Decibels.h"
-#include "support/Picture.h"
+#include "support/NumberPicture.h"
 #include "support/ScopedFlag.h"
 
 namespace quorl {

@@ -1,6 +1,6 @@
 #include "tuning/TuneStepTexts.h"
 
-#include "support/Picture.h"
+#include "support/NumberPicture.h"
 
 namespace quorl {
 

@@ -1,4 +1,4 @@
-// The road from a tuned frequency to the chip, built for one receiver board: VFO, chip driver, line
+// The chain from a tuned frequency to the chip, built for one receiver board: VFO, chip driver, line
 // interfaces.
 #pragma once
 

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "state/PublicConstants.h"
-#include "support/Picture.h"
+#include "support/NumberPicture.h"
 #include "support/Rounding.h"
 #include "tuning/TuneStepTexts.h"
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "support/Picture.h"
+#include "support/NumberPicture.h"
 #include "tuning/TuneStepTexts.h"
 #include "tuning/TuningPanel.h"
 

@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "support/CheckedMath.h"
-#include "support/Picture.h"
+#include "support/NumberPicture.h"
 #include "support/ScopedFlag.h"
 #include "support/Text.h"
 #include "tuning/TuningError.h"

@@ -118,7 +118,7 @@ class FrameRig {
   }
 
   frmMain& Frame() { return *frame_; }
-  PublicVars& Vars() { return frame_->Radio().Radio.Vars; }
+  PublicVars& Vars() { return frame_->Radio().Rx.Vars; }
   clsVFO& VFO() { return *frame_->Radio().VFO(); }
   SettingsStore& Store() { return *store_; }
 

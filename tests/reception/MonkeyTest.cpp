@@ -3,7 +3,7 @@
 #include <random>
 
 #include "reception/ReceptionRig.h"
-#include "support/Picture.h"
+#include "support/NumberPicture.h"
 
 namespace quorl {
 namespace {

@@ -19,10 +19,10 @@ struct ReceptionReport {
   double BlockMaxMicroseconds = 0.0;
 };
 
-class Reception {
+class OfflineReceiver {
  public:
-  explicit Reception(const ReceiveOptions& options);
-  ~Reception();
+  explicit OfflineReceiver(const ReceiveOptions& options);
+  ~OfflineReceiver();
 
   // One block of SamplesPerEvent samples a channel through pump and chain, then one pass of housekeeping.
   // The audio comes back in `left`.

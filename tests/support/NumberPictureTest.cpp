@@ -1,4 +1,4 @@
-#include "support/Picture.h"
+#include "support/NumberPicture.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "Reception.h"
+#include "OfflineReceiver.h"
 
 #include <algorithm>
 #include <cmath>
@@ -30,7 +30,7 @@ int Peak(const std::int16_t* block) {
 
 }  // namespace
 
-struct Reception::Parts {
+struct OfflineReceiver::Parts {
   LinuxClock Clock;
   FileOutput Sound;
   NoRecorder Recorder;
@@ -42,14 +42,14 @@ struct Reception::Parts {
   double MaxMicroseconds = 0.0;
 };
 
-Reception::Reception(const ReceiveOptions& options) : parts_(std::make_unique<Parts>()) {
+OfflineReceiver::OfflineReceiver(const ReceiveOptions& options) : parts_(std::make_unique<Parts>()) {
   ApplyReceiveOptions(options, parts_->Radio);
   parts_->Radio.Housekeeping();
 }
 
-Reception::~Reception() = default;
+OfflineReceiver::~OfflineReceiver() = default;
 
-void Reception::Process(std::int16_t* left, const std::int16_t* right) {
+void OfflineReceiver::Process(std::int16_t* left, const std::int16_t* right) {
   Parts& p = *parts_;
   p.PeakIn = std::max(p.PeakIn, Peak(left));
   p.Radio.Pump.SoundCard_DataReady(left, right);
@@ -61,7 +61,7 @@ void Reception::Process(std::int16_t* left, const std::int16_t* right) {
   p.MaxMicroseconds = std::max(p.MaxMicroseconds, p.Radio.Pump.PumpMicroseconds);
 }
 
-ReceptionReport Reception::Report() const {
+ReceptionReport OfflineReceiver::Report() const {
   const Parts& p = *parts_;
   ReceptionReport report;
   report.Blocks = p.Blocks;

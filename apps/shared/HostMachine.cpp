@@ -1,4 +1,4 @@
-#include "shared/RadioMachine.h"
+#include "shared/HostMachine.h"
 
 #include <algorithm>
 #include <charconv>
@@ -35,20 +35,20 @@ int DeviceNumber(const std::vector<std::string>& names, const std::string& wante
 
 }  // namespace
 
-RadioMachine::RadioMachine(EventQueue& queue, Dialogs& boxes)
+HostMachine::HostMachine(EventQueue& queue, Dialogs& boxes)
     : queue_(queue),
       boxes_(boxes),
       directories_(FindUserDirectories([](const char* name) -> const char* { return std::getenv(name); })) {}
 
-std::unique_ptr<RadioMachine> RadioMachine::Create(const RadioMachineOptions& options, EventQueue& queue,
-                                                   Dialogs& boxes, Failure& failure) {
-  std::unique_ptr<RadioMachine> machine(new RadioMachine(queue, boxes));
+std::unique_ptr<HostMachine> HostMachine::Create(const HostMachineOptions& options, EventQueue& queue,
+                                                 Dialogs& boxes, Failure& failure) {
+  std::unique_ptr<HostMachine> machine(new HostMachine(queue, boxes));
   failure = machine->PutTogether(options);
   return failure ? nullptr : std::move(machine);
 }
 
 // A demo can be tried by whoever has no home, or a full one. What it keeps then goes with it.
-void RadioMachine::FindRoomForDemo() {
+void HostMachine::FindRoomForDemo() {
   if (AreWritable(directories_)) return;
   auto scratch = std::make_unique<ScratchHome>();
   if (!AreWritable(scratch->Directories())) return;
@@ -58,7 +58,7 @@ void RadioMachine::FindRoomForDemo() {
   directories_ = scratch_->Directories();
 }
 
-Failure RadioMachine::PutTogether(const RadioMachineOptions& options) {
+Failure HostMachine::PutTogether(const HostMachineOptions& options) {
   if (options.Demo) FindRoomForDemo();
   const std::string usual = directories_.SettingsFile(options.Demo);
   const auto log = [](const std::string& line) { std::cerr << line << "\n"; };
@@ -68,7 +68,7 @@ Failure RadioMachine::PutTogether(const RadioMachineOptions& options) {
   return options.Demo ? ConnectDemo(options) : ConnectRadio(options);
 }
 
-std::string RadioMachine::LogFile() const {
+std::string HostMachine::LogFile() const {
   const std::string settings = files_.Resolve(settings_->Path());
   for (const bool demo : {false, true}) {
     if (settings == files_.Resolve(directories_.SettingsFile(demo))) return directories_.LogFile(demo);
@@ -76,7 +76,7 @@ std::string RadioMachine::LogFile() const {
   return settings + ".log";
 }
 
-SampleSource* RadioMachine::AntennaOf(const RadioMachineOptions& options, Failure& failure) {
+SampleSource* HostMachine::AntennaOf(const HostMachineOptions& options, Failure& failure) {
   if (options.Antenna.empty()) return &board_->Antenna();
   const auto open = [&files = files_,
                      path = options.Antenna](Failure& fault) -> std::unique_ptr<SampleReader> {
@@ -89,7 +89,7 @@ SampleSource* RadioMachine::AntennaOf(const RadioMachineOptions& options, Failur
   return recording_.get();
 }
 
-Failure RadioMachine::ConnectDemo(const RadioMachineOptions& options) {
+Failure HostMachine::ConnectDemo(const HostMachineOptions& options) {
   Failure failure;
   DemoBoard::Options board = options.Board;
   if (board.DataFolder.empty()) board.DataFolder = FindInstalledData(files_) + "/demo";
@@ -104,7 +104,7 @@ Failure RadioMachine::ConnectDemo(const RadioMachineOptions& options) {
   return {};
 }
 
-Failure RadioMachine::ConnectDemoSound(const RadioMachineOptions& options, SampleSource& antenna) {
+Failure HostMachine::ConnectDemoSound(const HostMachineOptions& options, SampleSource& antenna) {
   Failure failure;
   if (options.Loudspeaker && !virtualQueue_) {
     soundCard_ = std::make_unique<RtAudioSoundSystem>(queue_);
@@ -123,11 +123,11 @@ Failure RadioMachine::ConnectDemoSound(const RadioMachineOptions& options, Sampl
   return {};
 }
 
-void RadioMachine::ConnectAntenna(SoundSystem& speakers, SampleSource& antenna) {
+void HostMachine::ConnectAntenna(SoundSystem& speakers, SampleSource& antenna) {
   sourcedSound_ = std::make_unique<SourcedSoundSystem>(speakers, antenna, Queue(), Time(), kDemoAntenna);
 }
 
-Failure RadioMachine::ConnectRadio(const RadioMachineOptions& options) {
+Failure HostMachine::ConnectRadio(const HostMachineOptions& options) {
   Failure failure;
   serial_ = std::make_unique<LinuxSerialPort>(queue_, serialCalls_);
   printer_ = std::make_unique<LinuxPrinterPort>(printerCalls_);

@@ -25,7 +25,7 @@
 
 namespace quorl {
 
-struct RadioMachineOptions {
+struct HostMachineOptions {
   bool Demo = false;         // simulated board and band
   bool VirtualTime = false;  // demo only: as fast as the machine allows, and silent
   bool Loudspeaker = true;   // false plays silently in the demo
@@ -37,12 +37,12 @@ struct RadioMachineOptions {
 };
 
 // Without a loudspeaker the demo plays silently at the clock's pace.
-class RadioMachine {
+class HostMachine {
  public:
   // `queue` and `boxes` outlive the machine. In virtual time a queue of its own takes the place of `queue`.
   // Null with `failure` set where something that was asked for isn't there.
-  static std::unique_ptr<RadioMachine> Create(const RadioMachineOptions& options, EventQueue& queue,
-                                              Dialogs& boxes, Failure& failure);
+  static std::unique_ptr<HostMachine> Create(const HostMachineOptions& options, EventQueue& queue,
+                                             Dialogs& boxes, Failure& failure);
 
   Machine& Parts() { return *machine_; }
   SettingsStore& Settings() { return *settings_; }
@@ -57,14 +57,14 @@ class RadioMachine {
   bool IsVirtualTime() const { return virtualQueue_ != nullptr; }
 
  private:
-  RadioMachine(EventQueue& queue, Dialogs& boxes);
-  Failure PutTogether(const RadioMachineOptions& options);
+  HostMachine(EventQueue& queue, Dialogs& boxes);
+  Failure PutTogether(const HostMachineOptions& options);
   void FindRoomForDemo();
-  Failure ConnectDemo(const RadioMachineOptions& options);
-  Failure ConnectDemoSound(const RadioMachineOptions& options, SampleSource& antenna);
+  Failure ConnectDemo(const HostMachineOptions& options);
+  Failure ConnectDemoSound(const HostMachineOptions& options, SampleSource& antenna);
   void ConnectAntenna(SoundSystem& speakers, SampleSource& antenna);
-  Failure ConnectRadio(const RadioMachineOptions& options);
-  SampleSource* AntennaOf(const RadioMachineOptions& options, Failure& failure);
+  Failure ConnectRadio(const HostMachineOptions& options);
+  SampleSource* AntennaOf(const HostMachineOptions& options, Failure& failure);
   EventQueue& Queue() { return virtualQueue_ ? static_cast<EventQueue&>(*virtualQueue_) : queue_; }
   const Clock& Time() const { return virtualQueue_ ? static_cast<const Clock&>(virtualClock_) : clock_; }
 

@@ -1,14 +1,12 @@
-// What the block pump talks to: the recorder, the sound card and the timers that follow each block.
+// The recorder as the block pump sees it.
 #pragma once
 
 #include <cstdint>
 
 #include "dsp/chain/ChainPorts.h"
-#include "state/PublicConstants.h"
 
 namespace quorl {
 
-// The recorder as the pump sees it.
 class BlockRecorder : public PlaybackState {
  public:
   // PlayerModes: recording, playing, or anything else for neither.
@@ -19,14 +17,7 @@ class BlockRecorder : public PlaybackState {
   virtual std::int16_t AddSamples(const std::int16_t* block, std::int32_t n) = 0;
 };
 
-// The playback side of the sound card.
-class SoundOutput : public OutputLevel {
- public:
-  // One block of SamplesPerEvent samples a channel into the output ring.
-  virtual void Output(const std::int16_t* left, const std::int16_t* right) = 0;
-};
-
-// Recorder that neither records nor plays.
+// Neither records nor plays.
 class NoRecorder final : public BlockRecorder {
  public:
   bool IsPlaying() const override { return false; }

@@ -1,0 +1,16 @@
+// The playback side of the sound card as the block pump sees it.
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/chain/ChainPorts.h"
+
+namespace quorl {
+
+class SoundOutput : public OutputLevel {
+ public:
+  // One block of SamplesPerEvent samples a channel into the output ring.
+  virtual void Output(const std::int16_t* left, const std::int16_t* right) = 0;
+};
+
+}  // namespace quorl
