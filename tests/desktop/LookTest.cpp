@@ -110,7 +110,7 @@ TEST_F(LookTest, NumbersThatAreNotLaidOutLookAsIfTheyWere) {
   for (const QString text : {"16,384  -6 dB", "S9 +36 dB", "18:42:07", "\u65E5 0"}) {
     const QFont font = skin::NumberFont(15);
     const QFontMetricsF metrics(font);
-    const NumberText number(15);
+    const DrawnNumber number(15);
     EXPECT_NEAR(number.Width(text), metrics.horizontalAdvance('0') * double(text.size()), 0.5);
     std::array<QImage, 2> images;
     for (QImage& image : images) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "controls/Controls.h"
-#include "desktop/views/NumberText.h"
+#include "desktop/views/DrawnNumber.h"
 #include "desktop/views/View.h"
 
 namespace quorl {
@@ -42,7 +42,7 @@ class LabelView : public View {
   LabelStyle style_;
   QString widest_, unit_;
   int pixels_;
-  NumberText number_;
+  DrawnNumber number_;
   mutable QSize hint_;  // of the widest text, which never changes
   Qt::Alignment alignment_ = Qt::AlignLeft;
 };

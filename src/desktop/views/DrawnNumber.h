@@ -10,10 +10,10 @@ namespace quorl {
 
 // Every figure is as wide as the next, so that a text's width is its length and its glyphs stand side by
 // side.
-class NumberText {
+class DrawnNumber {
  public:
   // `pixels` is the height of the font.
-  explicit NumberText(int pixels);
+  explicit DrawnNumber(int pixels);
 
   double Width(const QString& text) const { return advance_ * static_cast<double>(text.size()); }
   // In the painter's pen, from `left`, in the middle of a line of that height.

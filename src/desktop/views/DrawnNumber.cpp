@@ -1,4 +1,4 @@
-#include "desktop/views/NumberText.h"
+#include "desktop/views/DrawnNumber.h"
 
 #include <QFontMetricsF>
 #include <QGlyphRun>
@@ -8,7 +8,7 @@
 
 namespace quorl {
 
-NumberText::NumberText(int pixels) : pixels_(pixels) {
+DrawnNumber::DrawnNumber(int pixels) : pixels_(pixels) {
   const QFont font = skin::NumberFont(pixels);
   const QFontMetricsF metrics(font);
   font_ = QRawFont::fromFont(font);
@@ -17,7 +17,7 @@ NumberText::NumberText(int pixels) : pixels_(pixels) {
   height_ = metrics.height();
 }
 
-void NumberText::Draw(QPainter& painter, double left, double lineHeight, const QString& text) const {
+void DrawnNumber::Draw(QPainter& painter, double left, double lineHeight, const QString& text) const {
   const QPointF base(left, (lineHeight - height_) / 2 + ascent_);
   const QList<quint32> glyphs = font_.glyphIndexesForString(text);
   if (glyphs.size() != text.size() || glyphs.contains(0)) {
