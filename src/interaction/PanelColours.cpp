@@ -13,7 +13,7 @@ void PanelColours::Add(Frame& frame) {
 }
 
 void PanelColours::UnFocusFrames() {
-  for (Label* frame : frames_) frame->ForeColour = scheme_.SDRFrameNormalColour;
+  for (Frame* frame : frames_) frame->ForeColour = scheme_.SDRFrameNormalColour;
 }
 
 void PanelColours::Frame_MouseMove(Frame& frame) {

@@ -20,8 +20,6 @@ class PanelColours {
 
   // The frame lights up under the pointer. Frames live as long as this object is used.
   void Add(Frame& frame);
-  // A label that takes the normal frame colour with the frames.
-  void AddCaption(Label& label) { frames_.push_back(&label); }
 
   // All frames in their normal colour.
   void UnFocusFrames();
@@ -39,7 +37,7 @@ class PanelColours {
   const ControlRegistry& registry_;
   const ColourSchemes& scheme_;
   ScrollableControls& scrollables_;
-  std::vector<Label*> frames_;
+  std::vector<Frame*> frames_;
   std::vector<std::function<void()>> repaints_;
 };
 

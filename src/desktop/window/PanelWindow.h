@@ -35,7 +35,6 @@ class PanelWindow : public QWidget {
 
   // Follows the pressed button of optDisplaySize by itself; this is for panels without one.
   void SetDisplaySize(DisplaySize size);
-  DisplaySize Size() const { return size_; }
   // Takes the title bar off or puts it back; the panel keeps its size and its place.
   void ShowCaption(bool shown);
   void ShowHelp();
