@@ -16,6 +16,10 @@ constexpr Colour kGreen = 0x00FF00, kYellow = 0x00FFFF, kRed = 0x0000FF;
 constexpr std::array<const char*, StatsPanel::kCount> kCaptions{
     "Peak In", "Peak Out", "AGC Gain", "LO",      "DSP Window", "DSP Window",
     "",        "",         "",         "Thread1", "Thread2",    "Thread3"};
+// What the ear needs where the eye has the value's place and form.
+constexpr std::array<const char*, StatsPanel::kCount> kNames{
+    "Peak In", "Peak Out", "AGC Gain", "LO",      "DSP Window, load", "DSP Window, time",
+    "",        "",         "",         "Thread1", "Thread2",          "Thread3"};
 constexpr char kPanelText[] = "0";  // what a read-out holds before it is first written
 
 constexpr double kRingEntries = 47.0;
@@ -44,7 +48,7 @@ StatsPanel::StatsPanel(ControlRegistry& registry, PublicVars& vars, const PumpSt
   for (int i = 0; i < kCount; ++i) {
     const std::string caption = kCaptions[static_cast<std::size_t>(i)];
     lblStats(i).Caption = caption;
-    lblStatsVal(i).AccessibleName = caption;
+    lblStatsVal(i).AccessibleName = kNames[static_cast<std::size_t>(i)];
     lblStats(i).Visible = lblStatsVal(i).Visible = !caption.empty();
     if (!caption.empty()) lblStatsVal(i).Caption = kPanelText;
   }

@@ -21,12 +21,12 @@ inline constexpr int LastByArrows = 20;
 
 struct ScrollableStart {
   const char* Label;     // name of the label, null for an entry that has none
-  const char* WhatItIs;  // as a screen reader says it
+  const char* WhatItIs;  // as a screen reader says it; the unit is in the value's text
   float MinValue, MaxValue, DefaultValue;
   float SmallStep, NormalStep, LargeStep;
   const char* Format;
   bool ShowValue;   // the table writes the label; where not, the owner's OnChange does in its own unit
-  double Unit = 1;  // of the value, in that of WhatItIs
+  double Unit = 1;  // of the value, in that of the label
 };
 
 inline constexpr float kHighestFrequency = 2147483647.0F;  // dHz
@@ -41,20 +41,20 @@ inline constexpr std::array<ScrollableStart, CtlIndex::Count> kScrollableStarts{
     {"lblScopeChn2Gain", "Channel 2 gain", 0, 99, 1, 0.01F, 0.1F, 1, "#0.0", true},
     {"lblScopeChn2Shift", "Channel 2 shift", -100, 100, 0, 0.1F, 1, 10, "#0", true},
     {"lblScopeXWidth", "Scope width", 10, 1023, 1023, 1, 10, 50, "#,###", true},
-    {"lblFilterHi", "Filter high edge, hertz", 0, 12000, 0, 1, 10, 50, "#0", true},
-    {"lblFilterLo", "Filter low edge, hertz", 0, 1999, 0, 1, 10, 50, "#0", true},
-    {"lblNB", "Noise blanker threshold, percent", 0, 10000, 0, 1, 10, 50, "#0.00", false, 0.002},
-    {"lblOutVol", "Volume, decibels", -10000, 8000, 0, 10, 50, 200, "0.0", false, 0.01},
-    {"lblNotchC", "Notch centre, hertz", 0, 6000, 1000, 1, 10, 50, "#0", true},
-    {"lblNotchW", "Notch width, hertz", 0, 5000, 100, 1, 10, 50, "#0", true},
-    {"lblAGCAttack", "AGC decay, seconds", 5, 100, 5, 1, 1, 10, "#0.0", false, 0.1},
-    {"lblAGCDecay", "AGC attack, milliseconds", 10, 200, 5, 1, 10, 50, "#0.0", false, 0.1},
+    {"lblFilterHi", "Filter high edge", 0, 12000, 0, 1, 10, 50, "#0", true},
+    {"lblFilterLo", "Filter low edge", 0, 1999, 0, 1, 10, 50, "#0", true},
+    {"lblNB", "Noise blanker threshold", 0, 10000, 0, 1, 10, 50, "#0.00", false, 0.002},
+    {"lblOutVol", "Volume", -10000, 8000, 0, 10, 50, 200, "0.0", false, 0.01},
+    {"lblNotchC", "Notch centre", 0, 6000, 1000, 1, 10, 50, "#0", true},
+    {"lblNotchW", "Notch width", 0, 5000, 100, 1, 10, 50, "#0", true},
+    {"lblAGCAttack", "AGC decay", 5, 100, 5, 1, 1, 10, "#0.0", false, 0.1},
+    {"lblAGCDecay", "AGC attack", 10, 200, 5, 1, 10, 50, "#0.0", false, 0.1},
     {"lblScopeXCentre", "Scope centre", 0, 1023, 511, 1, 10, 50, "#,###", true},
     {nullptr, "Scope", 0, 0, 0, 0, 0, 0, "", false},
-    {"lblIFHi", "IF filter high edge, hertz", 0, 6000, 0, 1, 10, 50, "#0", true},
-    {"lblIFLo", "IF filter low edge, hertz", 0, 6000, 0, 1, 10, 50, "#0", true},
+    {"lblIFHi", "IF filter high edge", 0, 6000, 0, 1, 10, 50, "#0", true},
+    {"lblIFLo", "IF filter low edge", 0, 6000, 0, 1, 10, 50, "#0", true},
     {"lblSpectrumSmooth", "Spectrum smoothing", 1, 24, 1, 1, 1, 4, "#0", true},
-    {"lblBFO", "BFO, hertz", -kBFOReach, kBFOReach, 0, 1, 20, 100, "#0", true},
+    {"lblBFO", "BFO", -kBFOReach, kBFOReach, 0, 1, 20, 100, "#0", true},
     {"lblY1Bright", "Channel 1 brightness", 1, 100, 100, 1, 2, 10, "#0", true},
     {"lblY2Bright", "Channel 2 brightness", 1, 100, 100, 1, 2, 10, "#0", true},
 }};

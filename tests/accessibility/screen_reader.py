@@ -122,8 +122,8 @@ def check_names_and_values(panel, fault):
             fault(f"{what}: no value")
         if role in ("spin button", "label") and "Text" not in pyatspi.listInterfaces(node):
             fault(f"{what}: no text")
-    for name, role, text in (("Filter high edge, hertz", "spin button", "5000 Hz"), ("Signal strength", "label", None),
-                             ("AGC decay, seconds", "spin button", "5.0 s"), ("Tuning step", "push button", "100 Hz")):
+    for name, role, text in (("Filter high edge", "spin button", "5000 Hz"), ("Signal strength", "label", None),
+                             ("AGC decay", "spin button", "5.0 s"), ("Tuning step", "push button", "100 Hz")):
         told = text_of(panel.named(name, role))
         if not told or (text and told != text):
             fault(f"{name} reads {told!r}, not {text!r}")
@@ -136,7 +136,7 @@ def check_events(panel, fault):
     told = []
     pyatspi.Registry.registerEventListener(lambda event: told.append((event.source.name, event.source.getRoleName())),
                                            "object:property-change:accessible-value")
-    edge = panel.named("Filter low edge, hertz", "spin button")
+    edge = panel.named("Filter low edge", "spin button")
     place = edge.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
     x, y = place.x + place.width // 2, place.y + place.height // 2
     before = value_of(edge)
@@ -166,7 +166,7 @@ def check_frequency(panel, fault):
     focused = wait_for(lambda: [node for node in panel.all() if is_focused(node)], "nothing has the focus")
     if [node.name for node in focused] != ["Digit 100 Hz"]:
         fault(f"the focus is on {[node.name for node in focused]}")
-    edge = panel.named("Filter high edge, hertz", "spin button")
+    edge = panel.named("Filter high edge", "spin button")
     edge.queryValue().currentValue = 4200
     wait_for(lambda: text_of(edge) == "4200 Hz", "the filter's edge can't be set")
 
