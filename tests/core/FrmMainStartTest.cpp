@@ -98,6 +98,8 @@ TEST(FrmMainStart, TheWindowOpensAtItsStepWithEveryControlAndBeforeTheBoxes) {
   rig.Serial.FailOpen(Error{5, "busy"});
   int forms = 0;
   ControlRegistry spare;
+  const auto slider = [&](const char* name) -> Slider& { return dynamic_cast<Slider&>(rig.At(name)); };
+  std::vector<std::pair<int, int>> leastAtLines;  // values of sldAGCAttack, sldAGCDecay
   rig.OnForm = [&] {
     ++forms;
     EXPECT_EQ(rig.Log->Lines().back(), "frmMain:frmMain:Form_Load:Making Form Visible");
@@ -107,15 +109,19 @@ TEST(FrmMainStart, TheWindowOpensAtItsStepWithEveryControlAndBeforeTheBoxes) {
       EXPECT_NE(rig.Frame().Controls().Find(name), nullptr) << name;
     }
     // What a later line tells has not been done yet.
-    const int unset = Slider(spare, "fresh").Max();
-    EXPECT_EQ(dynamic_cast<Slider&>(rig.At("sldAGCAttack")).Max(), unset);
-    EXPECT_EQ(dynamic_cast<Slider&>(rig.At("sldNotchWidth")).Max(), unset);
+    EXPECT_EQ(slider("sldNotchWidth").Max(), Slider(spare, "fresh").Max());
+    rig.Log->OnLine([&](const std::string& line) {
+      if (line.find(":Initialising sldAGC") != std::string::npos)
+        leastAtLines.emplace_back(slider("sldAGCAttack").Min(), slider("sldAGCDecay").Min());
+    });
   };
   ASSERT_TRUE(rig.Start());
   EXPECT_EQ(forms, 1);
   EXPECT_EQ(rig.Boxes.Messages.size(), 1U);
-  EXPECT_EQ(dynamic_cast<Slider&>(rig.At("sldAGCAttack")).Max(), 100);
-  EXPECT_EQ(dynamic_cast<Slider&>(rig.At("sldNotchWidth")).Max(), 5000);
+  // At the line of each slider its work is still to come.
+  EXPECT_EQ(leastAtLines, (std::vector<std::pair<int, int>>{{0, 0}, {5, 0}}));
+  EXPECT_EQ(slider("sldAGCDecay").Min(), 10);
+  EXPECT_EQ(slider("sldNotchWidth").Max(), 5000);
 }
 
 // What the loudspeaker plays.
