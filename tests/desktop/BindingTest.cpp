@@ -31,17 +31,18 @@ class BindingTest : public DesktopTest {
     Settle();
   }
 
-  DemoPanel panel;
+  RealPanel panel;
   std::vector<std::string> log;
-  PanelWindow window{panel.Registry, {[this](const std::string& line) { log.push_back(line); }, {}}};
+  PanelWindow window{panel.Registry(), {[this](const std::string& line) { log.push_back(line); }, {}}};
 };
 
 TEST_F(BindingTest, ButtonsTakeClicksAndKeysAndShowTheirState) {
   Open();
   EXPECT_TRUE(log.empty()) << log.front();
-  int commands = 0, modes = 0;
+  int commands = 0;
+  panel.At("cmdCalibrateSMeter").Enabled = true;  // as while it receives
+  window.Clock().Flush();
   panel.Get<CommandButton>("cmdCalibrateSMeter").Click = [&] { ++commands; };
-  panel.Group("optMode").Click = [&](int index) { modes = index; };
   auto& music = panel.Get<CheckBox>("chkMusic");
 
   QTest::mouseClick(Named("cmdCalibrateSMeter"), Qt::LeftButton);
@@ -51,9 +52,9 @@ TEST_F(BindingTest, ButtonsTakeClicksAndKeysAndShowTheirState) {
   QTest::mouseClick(Named("chkMusic"), Qt::LeftButton);
   EXPECT_TRUE(music.Value());
   QTest::mouseClick(Named("optMode(4)"), Qt::LeftButton);
-  EXPECT_EQ(modes, 4);
+  EXPECT_EQ(panel.Vars().CurrentDemodMode, 4);
   QTest::keyClick(Named("optMode(4)"), Qt::Key_Right);
-  EXPECT_EQ(panel.Group("optMode").Pressed(), 5);
+  EXPECT_EQ(panel.Pressed("optMode"), 5);
 
   // The other way: what code sets is what the view tells, once it has been refreshed.
   auto* view = dynamic_cast<View*>(Named("chkMusic"));
@@ -78,13 +79,13 @@ TEST_F(BindingTest, AClickOnAButtonLeavesTheKeysToTuning) {
     QTest::mouseClick(Named(name), Qt::LeftButton);
     QTest::keyClick(window.focusWidget(), Qt::Key_Up);
   }
-  EXPECT_EQ(panel.Group("optMode").Pressed(), 4);
+  EXPECT_EQ(panel.Pressed("optMode"), 4);
   EXPECT_EQ(downs, 3);
   // Tab comes to the pressed button, arrows go on from it, and stay within the group.
   window.Clock().Flush();
   ASSERT_TRUE(window.FocusByKeyboard("optMode(4)"));
   for (int i = 0; i < 3; ++i) QTest::keyClick(window.focusWidget(), Qt::Key_Down);
-  EXPECT_EQ(panel.Group("optMode").Pressed(), 5);
+  EXPECT_EQ(panel.Pressed("optMode"), 5);
   window.Clock().Flush();
   EXPECT_EQ(Named("optMode(5)")->focusPolicy(), Qt::TabFocus);
   EXPECT_EQ(Named("optMode(4)")->focusPolicy(), Qt::NoFocus);
@@ -93,7 +94,7 @@ TEST_F(BindingTest, AClickOnAButtonLeavesTheKeysToTuning) {
 TEST_F(BindingTest, AMnemonicPressesItsButton) {
   Open();
   QTest::keyClick(&window, Qt::Key_L, Qt::AltModifier);
-  EXPECT_EQ(panel.Group("optMode").Pressed(), 2);
+  EXPECT_EQ(panel.Pressed("optMode"), 2);
 }
 
 TEST_F(BindingTest, LabelsHearPointerWheelKeysAndRightClick) {
@@ -180,7 +181,7 @@ std::string Told(const MouseEvent& at) {
 }
 
 TEST_F(BindingTest, GesturesCarryPlaceButtonAndKeysAsThoseOfAHandWithoutAWindow) {
-  auto& label = panel.Get<Label>("lblNotch");
+  auto& label = panel.Get<Label>("lblClock");
   std::vector<std::string> heard;
   const auto note = [&heard](const char* what) {
     return [&heard, what](const MouseEvent& at) { heard.push_back(what + (" " + Told(at))); };
@@ -190,7 +191,7 @@ TEST_F(BindingTest, GesturesCarryPlaceButtonAndKeysAsThoseOfAHandWithoutAWindow)
   label.MouseUp = note("up");
   label.Click = note("click");
   Open();
-  QWidget* view = Named("lblNotch");
+  QWidget* view = Named("lblClock");
   view->setFixedSize(50, 20);
   const auto send = [view](QEvent::Type type, QPointF place, Qt::MouseButton button, Qt::MouseButtons held) {
     QMouseEvent event(type, place, view->mapToGlobal(place), button, held, Qt::ShiftModifier);
@@ -241,7 +242,7 @@ TEST_F(BindingTest, AControlKnowsWhereItIsSeen) {
 }
 
 TEST_F(BindingTest, TwoViewsOfOneControlBothFollowItAndLeaveWithTheirWindows) {
-  auto second = std::make_unique<PanelWindow>(panel.Registry, PanelWindow::Events{});
+  auto second = std::make_unique<PanelWindow>(panel.Registry(), PanelWindow::Events{});
   auto& label = panel.Get<Label>("lblNotch");
   label.ToolTip = std::string("first");
   window.Clock().Flush();
@@ -258,7 +259,7 @@ TEST_F(BindingTest, AScriptsKeysGoWhereTheKeyboardIs) {
   Open();
   EXPECT_TRUE(window.FocusByKeyboard("optMode(1)"));
   window.PressKey({Key::Right, {}}, true);
-  EXPECT_EQ(panel.Group("optMode").Pressed(), 2);
+  EXPECT_EQ(panel.Pressed("optMode"), 2);
   auto& label = panel.Get<Label>("lblFilterHi");
   std::vector<int> keys;
   label.KeyDown = [&](Key key) { keys.push_back(key.With.Ctrl ? -key.Code : key.Code); };
@@ -271,16 +272,17 @@ TEST_F(BindingTest, AScriptsKeysGoWhereTheKeyboardIs) {
 }
 
 TEST_F(BindingTest, SlidersAndKnobsTurnBothWays) {
+  panel.SwitchOn({"chkNB"});
   Open();
   auto& slider = panel.Get<Slider>("sldNB");
   int scrolls = 0;
   slider.Scroll = [&] { ++scrolls; };
   QWidget* view = Named("sldNB");
   QTest::mouseClick(view, Qt::LeftButton, Qt::NoModifier, QPoint(view->width() - 2, 8));
-  EXPECT_EQ(slider.Value(), 100);
+  EXPECT_EQ(slider.Value(), slider.Max());
   QTest::keyClick(view, Qt::Key_Left);
   Wheel(view, -120, Qt::ShiftModifier);
-  EXPECT_EQ(slider.Value(), 89);
+  EXPECT_EQ(slider.Value(), slider.Max() * 89 / 100);
   EXPECT_EQ(scrolls, 3);
   slider.SetValue(12);
   EXPECT_EQ(dynamic_cast<View*>(view)->SpokenRange()->Value, 12);
@@ -289,7 +291,7 @@ TEST_F(BindingTest, SlidersAndKnobsTurnBothWays) {
   // A slider whose number runs backwards is at its least value on the right.
   QWidget* edge = Named("sldBW(1)");
   QTest::mouseClick(edge, Qt::LeftButton, Qt::NoModifier, QPoint(edge->width() - 2, 8));
-  EXPECT_EQ(panel.Get<Slider>("sldBW(1)").Value(), 0);
+  EXPECT_EQ(panel.Get<Slider>("sldBW(1)").Value(), panel.Get<Slider>("sldBW(1)").Min());
 
   auto& dial = panel.Get<Dial>("dialtuner");
   QWidget* knob = Named("dialtuner");
@@ -375,6 +377,7 @@ TEST_F(BindingTest, TheKeyboardReachesTheDigitsMenuAndTheLock) {
   auto& lock = panel.Get<Picture>("imgTuneStepLock");
   lock.Click = [&] { ++unlocks; };
   lock.DblClick = [&] { ++unlocks; };
+  lock.Visible = true;
   Open();
   QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(), QPoint());
   QApplication::sendEvent(Named("picFreqDisp"), &menuKey);

@@ -6,9 +6,42 @@
 #include <QApplication>
 #include <QElapsedTimer>
 
-#include "DemoPanel.h"
+#include "core/FrameRig.h"
 
 namespace quorl {
+
+// The radio's own panel after its start, the power off. Its clock stands still, so that it changes by the
+// test's hand only.
+class RealPanel : public test::FrameRig {
+ public:
+  RealPanel() {
+    if (!Start()) throw std::runtime_error("the radio does not start");
+  }
+
+  const ControlRegistry& Registry() { return Frame().Controls(); }
+  template <class C>
+  C& Get(const std::string& name) {
+    return dynamic_cast<C&>(At(name));
+  }
+  // What is switched off takes no gestures.
+  void SwitchOn(std::initializer_list<const char*> names) {
+    for (const char* name : names) Get<CheckBox>(name).SetValue(true);
+  }
+  void Press(const std::string& group, int index) { Click(IndexedName(group, index)); }
+  int Pressed(const std::string& group) {
+    int index = 0;
+    while (!Get<OptionButton>(IndexedName(group, index)).Value()) ++index;
+    return index;
+  }
+  void ShowDigits(const std::string& nine) {
+    for (int i = 0; i < 9; ++i) {
+      Get<Label>(IndexedName("lbl7Seg", i)).Caption = nine.substr(static_cast<std::size_t>(i), 1);
+    }
+  }
+  void ShowSignal(int elements) {
+    for (int i = 0; i < 28; ++i) At(IndexedName("shpSMeterGrid", i)).Visible = i < elements;
+  }
+};
 
 class DesktopTest : public testing::Test {
  protected:

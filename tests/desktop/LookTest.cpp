@@ -36,9 +36,9 @@ class LookTest : public DesktopTest {
     return most;
   }
 
-  DemoPanel panel;
+  RealPanel panel;
   RefreshClock clock;
-  Binder bind{panel.Registry, clock, [](const std::string& line) { ADD_FAILURE() << line; }};
+  Binder bind{panel.Registry(), clock, [](const std::string& line) { ADD_FAILURE() << line; }};
 };
 
 TEST_F(LookTest, ContrastCountsFromOneToTwentyOne) {
@@ -48,6 +48,7 @@ TEST_F(LookTest, ContrastCountsFromOneToTwentyOne) {
 }
 
 TEST_F(LookTest, WordsThatAreSwitchedOffCanStillBeReadAndDoNotShine) {
+  panel.SwitchOn({"chkNotchOn"});
   for (const Colour hue : {0xFFFF00U, 0xC0C000U, 0x00FF00U, 0x00C000U, 0x0000FFU, 0x0000C0U, 0x303030U}) {
     for (const bool pressed : {false, true}) {
       auto& box = panel.Get<CheckBox>("chkNotchAuto");
@@ -91,12 +92,13 @@ TEST_F(LookTest, RedIsKeptForTheChosenDigitAndForFaults) {
     EXPECT_EQ(redPixels(PictureOf(*value)), 0) << name;
   }
   panel.Get<Label>("lblStatsVal(0)").ForeColour = 0x0000FFU;
+  panel.Get<Label>("lblStatsVal(0)").Caption = std::string("31,119   0 dB");
   const std::unique_ptr<LabelView> overload(bind.Reading("lblStatsVal(0)", "00,000"));
   EXPECT_GT(redPixels(PictureOf(*overload)), 100);
-  panel.Group("optPwr").Press(1);
+  panel.Press("optPwr", 1);
   const std::vector<FaceView*> power = bind.Options("optPwr", 3);
   for (const std::unique_ptr<FaceView> view(power[1]); const Colour off : {0x0000FFU, 0x0000C0U}) {
-    panel.Group("optPwr")(1).BackColour = off;
+    panel.At("optPwr(1)").BackColour = off;
     EXPECT_EQ(redPixels(PictureOf(*view)), 0);
   }
   delete power[0];

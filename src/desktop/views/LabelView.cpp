@@ -34,6 +34,15 @@ void LabelView::SetUnit(const QString& unit) {
   updateGeometry();
 }
 
+void LabelView::SetWord(const QString& word) {
+  word_ = word;
+  updateGeometry();
+}
+
+QString LabelView::Words() const {
+  return word_.isEmpty() ? QString::fromStdString(label_.Caption()) : word_;
+}
+
 QAccessible::Role LabelView::Role() const {
   if (label_.Number) return QAccessible::SpinBox;
   return style_ == LabelStyle::Value && label_.Click ? QAccessible::Button : QAccessible::StaticText;
@@ -41,11 +50,11 @@ QAccessible::Role LabelView::Role() const {
 
 QString LabelView::SpokenName() const {
   const bool named = !label_.AccessibleName().empty() || !label_.ToolTip().empty();
-  return style_ == LabelStyle::Word && !named ? QString::fromStdString(label_.Caption()) : View::SpokenName();
+  return style_ == LabelStyle::Word && !named ? Words() : View::SpokenName();
 }
 
 QString LabelView::SpokenValue() const {
-  return unit_.isEmpty() ? View::SpokenValue() : View::SpokenValue() + ' ' + unit_;
+  return unit_.isEmpty() ? Words() : Words() + ' ' + unit_;
 }
 
 std::optional<View::Range> LabelView::SpokenRange() const {
@@ -60,7 +69,7 @@ double LabelView::WidthOf(const QString& text) const {
 
 QSize LabelView::sizeHint() const {
   if (!widest_.isEmpty() && hint_.isValid()) return hint_;
-  const QString text = widest_.isEmpty() ? QString::fromStdString(label_.Caption()) : widest_;
+  const QString text = widest_.isEmpty() ? Words() : widest_;
   const int margin = style_ == LabelStyle::Value ? 2 * kValueMargin : 0;
   const int unit = unit_.isEmpty() ? 0 : kUnitGap + skin::TextWidth(skin::WordFont(kUnitPixels), unit_);
   return hint_ = {static_cast<int>(std::ceil(WidthOf(text))) + unit + margin, pixels_ + 5};
@@ -95,7 +104,7 @@ void LabelView::paintEvent(QPaintEvent*) {
   }
   painter.setPen(ink);
   const QRect line = rect().adjusted(margin, 0, -margin, 0);
-  const QString text = QString::fromStdString(label_.Caption());
+  const QString text = Words();
   if (style_ == LabelStyle::Word) {
     painter.setFont(skin::WordFont(pixels_));
     painter.drawText(line, alignment_ | Qt::AlignVCenter | Qt::TextSingleLine, text);

@@ -47,6 +47,11 @@ LabelView* In(const QString& unit, LabelView* value) {
   return value;
 }
 
+LabelView* Saying(const QString& word, LabelView* label) {
+  if (label) label->SetWord(word);
+  return label;
+}
+
 // A row for one value: its word, its number, and the slider of the same over all that is left.
 void PutValue(CardView* card, QWidget* word, LabelView* value, SliderView* slider) {
   QHBoxLayout* row = card->AddRow();
@@ -80,9 +85,9 @@ QWidget* MakeFilterCard(Binder& bind) {
   Put(card->TitleRow(), Small(bind.Toggle("chkMusic")));
   Put(card->TitleRow(), Small(bind.Toggle("chkDynFilter")));
   Put(card->AddRow(), bind.Options("optFilter", 5));
-  PutValue(card, Caption("Low"), In("Hz", bind.Value("lblFilterLo", "-00000")),
+  PutValue(card, Saying("Low", bind.Word("lblFLo")), In("Hz", bind.Value("lblFilterLo", "-00000")),
            Reversed(bind.Slide("sldBW(0)", 56)));
-  PutValue(card, Caption("High"), In("Hz", bind.Value("lblFilterHi", "-00000")),
+  PutValue(card, Saying("High", bind.Word("lblFHi")), In("Hz", bind.Value("lblFilterHi", "-00000")),
            Reversed(bind.Slide("sldBW(1)", 56)));
   return card;
 }
@@ -246,12 +251,7 @@ QWidget* MakeTuningCard(Binder& bind) {
 QWidget* MakeReceiverCard(Binder& bind) {
   CardView* card = bind.Card("frPwr", "Receiver", CardView::Title::None);
   card->setFixedHeight(kTopHeight);
-  QHBoxLayout* power = card->AddRow();
-  Put(power, bind.Options("optPwr", 3));
-  if (FaceView* config = bind.Button("cmdConfig")) {
-    power->addSpacing(skin::kGrid);
-    power->addWidget(config, 1);
-  }
+  Put(card->AddRow(), bind.Options("optPwr", 3));
   Put(card->AddRow(), bind.Options("optDisplaySize", 4));
   card->AddRow()->addLayout(MakeStatistics(bind));
   return card;
@@ -285,7 +285,6 @@ QWidget* MakeSetupStrip(Binder& bind) {
   CardView* card = bind.Card("", "Setup", CardView::Title::None);
   QHBoxLayout* row = card->AddRow();
   row->setSpacing(skin::kGrid);
-  Put(row, bind.Toggle("chkSpectrumAnalyser"));
   Put(row, bind.Toggle("chkPerfStatsOn"));
   row->addStretch(1);
   constexpr int kFirstThread = 9, kEnd = 12;

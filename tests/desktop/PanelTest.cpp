@@ -1,0 +1,59 @@
+// The window and the radio hold the same controls.
+#include <map>
+#include <set>
+
+#include "DesktopTest.h"
+#include "desktop/views/View.h"
+#include "desktop/window/PanelWindow.h"
+#include "desktop/window/SidePanels.h"
+
+namespace quorl {
+namespace {
+
+// Controls that have no view of their own, and why; of an array all, unless one is named.
+const std::map<std::string, std::string> kWithoutView = {
+    {"frmMain", "the window itself"},
+    {"frmLog", "the log's window itself"},
+    {"frDispMode", "the buttons of the sizes stand on the receiver's card"},
+    {"lbl7SegTop", "the frequency's view draws it, and it takes no gestures"},
+    {"lblStats(6)", "an empty place"},
+    {"lblStats(7)", "an empty place"},
+    {"lblStats(8)", "an empty place"},
+    {"lblStatsVal(6)", "an empty place"},
+    {"lblStatsVal(7)", "an empty place"},
+    {"lblStatsVal(8)", "an empty place"},
+    {"mnuVFOControlSub", "opens at the pointer when it is asked for"},
+    {"mnuVFOStepSub", "opens at the pointer when it is asked for"},
+    {"shpSMeterGrid", "one step of the bar that the meter's view draws"},
+};
+
+std::set<const Control*> ShownBy(std::initializer_list<const QWidget*> windows) {
+  std::set<const Control*> shown;
+  for (const QWidget* window : windows) {
+    for (const QWidget* widget : window->findChildren<QWidget*>()) {
+      if (const auto* view = dynamic_cast<const View*>(widget)) shown.insert(&view->Shown());
+    }
+  }
+  return shown;
+}
+
+TEST_F(DesktopTest, EveryViewHasItsControlAndEveryControlItsView) {
+  RealPanel panel;
+  const auto missing = [](const std::string& line) { ADD_FAILURE() << line; };
+  PanelWindow window(panel.Registry(), {.Log = missing});
+  LogWindow log(panel.Registry(), missing);
+  const std::set<const Control*> shown = ShownBy({&window, &log});
+  std::set<std::string> met;
+  for (const Control* control : panel.Registry().All()) {
+    const std::string& name = control->Name();
+    const std::string key = kWithoutView.contains(name) ? name : name.substr(0, name.find('('));
+    const bool excused = kWithoutView.contains(key);
+    if (excused) met.insert(key);
+    EXPECT_NE(shown.contains(control), excused)
+        << name << (excused ? " has a view by now" : " can't be seen");
+  }
+  EXPECT_EQ(met.size(), kWithoutView.size()) << "a control of the list is gone";
+}
+
+}  // namespace
+}  // namespace quorl
