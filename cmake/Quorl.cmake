@@ -44,7 +44,7 @@ endfunction()
 
 # quorl_tests(FOLDER [SERIAL suite] [LINKS folder...] [EXTERNAL target...])
 # One test program of tests/FOLDER, its cases registered with CTest one by one. The suite after SERIAL runs on
-# real time, and so by itself.
+# real time: one case after the other, begun first, so that the rest is done beside it.
 function(quorl_tests FOLDER)
   cmake_parse_arguments(ARG "" "SERIAL" "LINKS;EXTERNAL" ${ARGN})
   string(REPLACE "/" "_" NAME ${FOLDER})
@@ -60,7 +60,7 @@ function(quorl_tests FOLDER)
   target_compile_definitions(test_${NAME} PRIVATE QUORL_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
   set(REGISTRATION DISCOVERY_MODE PRE_TEST TEST_PREFIX ${NAME}. PROPERTIES TIMEOUT 300)
   if(ARG_SERIAL)
-    gtest_discover_tests(test_${NAME} TEST_FILTER ${ARG_SERIAL}.* ${REGISTRATION} RUN_SERIAL TRUE)
+    gtest_discover_tests(test_${NAME} TEST_FILTER ${ARG_SERIAL}.* ${REGISTRATION} RESOURCE_LOCK real-time COST 1000)
     gtest_discover_tests(test_${NAME} TEST_FILTER -${ARG_SERIAL}.* ${REGISTRATION})
   else()
     gtest_discover_tests(test_${NAME} ${REGISTRATION})

@@ -111,6 +111,14 @@ struct Listener {
     }
     return std::chrono::duration_cast<milliseconds>(longest);
   }
+  // Tried again and again: a server that was let go has first to answer what piled up.
+  bool StartsInTime() {
+    for (const auto end = SteadyClock::now() + std::chrono::seconds(5); SteadyClock::now() < end;) {
+      if (!Sound.StartSound()) return true;
+      Run(milliseconds(50));
+    }
+    return false;
+  }
   // A null sink takes up to two seconds to find its pace.
   bool RunUntilBlock(std::int64_t block) { return RunUntil(Pump.Blocks, block); }
   bool RunUntil(const std::int64_t& count, std::int64_t atLeast) {
@@ -252,7 +260,10 @@ TEST_F(Pulse, AServerThatHangsIsToldAndHoldsNobodyUp) {
   ASSERT_FALSE(listener.Sound.StartSound());
   ASSERT_TRUE(listener.RunUntilBlock(6));
   server_->Hang(true);
-  const milliseconds turn = listener.LongestTurn(milliseconds(4500));
+  milliseconds turn{};
+  const auto hung = SteadyClock::now();
+  while (listener.Lost.empty() && SteadyClock::now() - hung < milliseconds(4500))
+    turn = std::max(turn, listener.LongestTurn(milliseconds(100)));
   EXPECT_LT(turn, milliseconds(500));
   ASSERT_EQ(listener.Lost.size(), 1U);
   EXPECT_NE(listener.Lost[0].find("does not answer"), std::string::npos) << listener.Lost[0];
@@ -268,8 +279,7 @@ TEST_F(Pulse, AServerThatHangsIsToldAndHoldsNobodyUp) {
   std::cout << "held up: " << turn.count() << " ms while it hangs, " << refusal.count() << " ms by a start\n";
 
   server_->Hang(false);
-  listener.Run(milliseconds(1000));
-  ASSERT_FALSE(listener.Sound.StartSound());
+  ASSERT_TRUE(listener.StartsInTime());
   EXPECT_TRUE(listener.RunUntilBlock(listener.Pump.Blocks + 10));
   EXPECT_EQ(listener.Lost.size(), 1U);
 }
