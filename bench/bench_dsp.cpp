@@ -162,6 +162,7 @@ class NoSound final : public SoundOutput {
 class Block {
  public:
   explicit Block(const std::function<void(Receiver&)>& settings) {
+    radio_.Initialise();
     settings(radio_);
     radio_.Housekeeping();
     const SampleBuffer noise = Noise(kPoints);

@@ -51,8 +51,8 @@ void PrintReport(const LiveRadio& radio, const SoundStatistics& sound, const Mea
   JsonReport()
       .Add("blocks", measure.Blocks)
       .Add("seconds", blocks / BlocksPerSecond, 3)
-      .Add("frequency_hz", radio.VFO()->TunedFrequency() / 10.0, 1)
-      .Add("oscillator_hz", radio.VFO()->OscOut / 10.0, 1)
+      .Add("frequency_hz", radio.VFO().TunedFrequency() / 10.0, 1)
+      .Add("oscillator_hz", radio.VFO().OscOut / 10.0, 1)
       .Add("signal_level", radio.Rx.MeanSignalLevel(), 3)
       .Add("agc_gain", radio.Rx.Vars.AGCMeterGain, 6)
       .Add("us_per_block_mean", blocks > 0 ? measure.Microseconds / blocks : 0.0, 2)
@@ -130,17 +130,17 @@ int Listen(const ListenOptions& options, HostMachine& machine, LinuxEventQueue& 
   const Machine& all = machine.Parts();
   Machine parts{all.Queue, stopWatch,  all.Boxes,   all.Storage, all.Instance,
                 all.Sound, all.Serial, all.Printer, all.Programs};
-  LiveRadio radio(parts, recorder);
+  LiveRadio radio(parts, machine.Settings(), recorder, [](const std::string& line) { PrintFault(line); });
+  radio.Rx.Initialise();
   ApplyReceiveOptions(options.Reception, radio.Rx);
-  radio.CreateSoundCard();
   radio.SetSoundFormat(options.ShortDelay);
+  radio.SoundCard().RefreshDevices();
   radio.SoundCard().CurrentCaptureDevice = machine.CaptureDevice();
   radio.SoundCard().CurrentPlaybackDevice = machine.PlaybackDevice();
-  radio.CreateTuning(machine.Settings(), InterfaceType::Serial, false,
-                     [](const std::string& line) { PrintFault(line); });
+  radio.CreateTuning(InterfaceType::Serial, false);
   // The side of the oscillator is the stored one, but for the demo's board, which is made for the option. An
   // option holds for this run and isn't stored.
-  clsVFO& vfo = *radio.VFO();
+  clsVFO& vfo = radio.VFO();
   const bool storedSide = vfo.HiSideLO;
   if (options.Demo || options.Reception.LowSideLO) vfo.HiSideLO = !options.Reception.LowSideLO;
   radio.Rx.SetLowSideLO(!vfo.HiSideLO);

@@ -127,11 +127,11 @@ void ListenScreen::TakeKey(const std::string& key) {
 }
 
 void ListenScreen::Tune(double steps) {
-  radio_.Tuning().Tune().StepBy(steps * radio_.VFO()->TuneStep());
+  radio_.Tuning().Tune().StepBy(steps * radio_.VFO().TuneStep());
 }
 
 void ListenScreen::ChangeStep(int places) {
-  clsVFO& vfo = *radio_.VFO();
+  clsVFO& vfo = radio_.VFO();
   vfo.SetTuneStep(std::clamp(vfo.TuneStep() * std::pow(10.0, places), 10.0, 1e6));
 }
 
@@ -184,7 +184,7 @@ void ListenScreen::ToggleMute() {
 std::string ListenScreen::Line() const {
   const Receiver& receiver = radio_.Rx;
   const PublicVars& vars = receiver.Vars;
-  const clsVFO& vfo = *radio_.VFO();
+  const clsVFO& vfo = radio_.VFO();
   const double level = receiver.MeanSignalLevel();
   const std::string step =
       soundLost_ ? "NO SOUND, p reopens" : FormatPicture(vfo.TuneStep() / 10.0, "#,##0 Hz") + " step";

@@ -43,6 +43,7 @@ struct OfflineReceiver::Parts {
 };
 
 OfflineReceiver::OfflineReceiver(const ReceiveOptions& options) : parts_(std::make_unique<Parts>()) {
+  parts_->Radio.Initialise();
   ApplyReceiveOptions(options, parts_->Radio);
   parts_->Radio.Housekeeping();
 }

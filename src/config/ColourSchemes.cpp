@@ -12,4 +12,8 @@ void ColourSchemes::Defaults() {
   ScrollableLabelFocusColour = 0x0000FF;
 }
 
+void ColourSchemes::AddSettings(SettingsTable& table) {
+  for (const ColourSetting& colour : kColourSettings) table.AddColour(colour.Key, this->*colour.Field);
+}
+
 }  // namespace quorl

@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include "config/SettingsTable.h"
 #include "controls/Control.h"
 
 namespace quorl {
@@ -29,6 +30,7 @@ struct ColourSchemes {
   ColourSchemes() { Defaults(); }
   // Back to the night theme.
   void Defaults();
+  void AddSettings(SettingsTable& table);
 };
 
 // The settings keys of the colours, in the order in which they are read.

@@ -1,5 +1,6 @@
 #include "core/LiveRadio.h"
 
+#include "sound/FindDevice.h"
 #include "support/ScopedFlag.h"
 
 namespace quorl {
@@ -11,56 +12,88 @@ constexpr int kHousekeepingDelay = 3;      // ms after a block has left: in the 
 
 }  // namespace
 
-LiveRadio::LiveRadio(Machine& machine, BlockRecorder& recorder, KernelSettings settings)
-    : Rx(
-          machine.Time, *this, recorder, [&machine] { machine.Queue.Yield(); }, std::move(settings)),
+LiveRadio::LiveRadio(Machine& machine, SettingsStore& settings, BlockRecorder& recorder,
+                     SettingsStore::LogSink log)
+    : Rx(machine.Time, *this, recorder, [&machine] { machine.Queue.Yield(); }),
       tmrPerfStats(machine.Queue,
                    [this] {
                      tmrPerfStats.SetEnabled(false);
                      Housekeeping();
                    }),
-      machine_(machine) {
-  Rx.Tap.TunedFrequency = [this] { return VFO() == nullptr ? 0 : VFO()->TunedFrequency(); };
-}
-
-LiveRadio::~LiveRadio() = default;
-
-void LiveRadio::CreateSoundCard() {
-  soundCard_ = std::make_unique<QUORLDX8>(machine_.Sound, machine_.Queue, machine_.Boxes, *this);
-  soundEvents_ = std::make_unique<frmDX8Events>(*soundCard_);
+      machine_(machine),
+      soundCard_(machine.Sound, machine.Queue, machine.Boxes, *this),
+      soundEvents_(soundCard_),
+      tuning_({machine.Serial, machine.Printer, machine.Queue, machine.Boxes, settings}, std::move(log)) {
+  Rx.Tap.TunedFrequency = [this] { return VFO().TunedFrequency(); };
 }
 
 void LiveRadio::SetSoundFormat(bool shortDelay) {
-  QUORLDX8& card = *soundCard_;
-  card.FSampling = FSampling;
-  card.NoChannelsIn = NoChannelsIn;
-  card.NoChannelsOut = NoChannelsOut;
-  card.NoBlocksInBuffer = NoBlocksInBuffer;
-  card.SetSamplesPerEvent(SamplesPerEvent);
-  card.BitsPerSample = BitsPerSample;
-  card.Inp2OutpBufferRatio = shortDelay ? 1 : Inp2OutpBufferRatio;
+  soundCard_.FSampling = FSampling;
+  soundCard_.NoChannelsIn = NoChannelsIn;
+  soundCard_.NoChannelsOut = NoChannelsOut;
+  soundCard_.NoBlocksInBuffer = NoBlocksInBuffer;
+  soundCard_.SetSamplesPerEvent(SamplesPerEvent);
+  soundCard_.BitsPerSample = BitsPerSample;
+  soundCard_.Inp2OutpBufferRatio = shortDelay ? 1 : Inp2OutpBufferRatio;
 }
 
-bool LiveRadio::CreateTuning(SettingsStore& settings, std::int32_t interfaceType, bool shaftEncoder,
-                             const SettingsStore::LogSink& log, bool tellsPort) {
-  const TuningMachine machine{machine_.Serial, machine_.Printer, machine_.Queue, machine_.Boxes, settings};
-  tuning_ = std::make_unique<TuningChain>(machine, log);
-  const bool open = tuning_->OpenInterface(interfaceType, shaftEncoder, tellsPort);
-  tuning_->CreateVFO(Rx.Vars.SDRModelNo, interfaceType);
-  Rx.SetLowSideLO(!VFO()->HiSideLO);
+bool LiveRadio::CreateTuning(std::int32_t interfaceType, bool shaftEncoder, bool tellsPort) {
+  const bool open = tuning_.OpenInterface(interfaceType, shaftEncoder, tellsPort);
+  tuning_.CreateVFO(Rx.Vars.SDRModelNo, interfaceType);
+  Rx.SetLowSideLO(!VFO().HiSideLO);
   return open;
 }
 
 void LiveRadio::ReleaseTuning() {
-  tuning_.reset();
+  tuning_.SerialIF().ClosePort();
+}
+
+void LiveRadio::AddSettings(SettingsTable& table) {
+  table.Add("CurrentPlaybackDevice", playback_.Number);
+  table.Add("CurrentPlaybackDeviceName", playback_.Name);
+  table.Add("CurrentCaptureDevice", capture_.Number);
+  table.Add("CurrentCaptureDeviceName", capture_.Name);
+  table.Add("ShortDelay", ShortDelay);
+  table.Add<bool>(
+      "AutoDDSRefresh", [this] { return VFO().AutoUpdate; }, [this](bool on) { VFO().AutoUpdate = on; });
+  table.AddWritten<std::int32_t>("LastTunedFrequency", [this] { return VFO().TunedFrequency(); });
+}
+
+void LiveRadio::NoteDevices() {
+  const auto note = [](const std::vector<std::string>& names, std::int32_t number, StoredDevice& device) {
+    if (number < 1 || number > static_cast<std::int32_t>(names.size())) return;
+    device = {number, names[static_cast<std::size_t>(number - 1)]};
+  };
+  std::vector<std::string> names;
+  soundCard_.GetPlayDeviceNames(names);
+  note(names, soundCard_.CurrentPlaybackDevice, playback_);
+  soundCard_.GetCapDeviceNames(names);
+  note(names, soundCard_.CurrentCaptureDevice, capture_);
+}
+
+std::string LiveRadio::DeviceText() const {
+  const auto text = [](const StoredDevice& device, std::int32_t number) {
+    return std::to_string(number) + (device.Name.empty() ? "" : " \"" + device.Name + "\"");
+  };
+  return "Capture device " + text(capture_, soundCard_.CurrentCaptureDevice) + ", playback device " +
+         text(playback_, soundCard_.CurrentPlaybackDevice);
+}
+
+void LiveRadio::ChooseDevices() {
+  soundCard_.RefreshDevices();
+  std::vector<std::string> names;
+  soundCard_.GetPlayDeviceNames(names);
+  soundCard_.CurrentPlaybackDevice = FindDevice(names, playback_.Name, playback_.Number);
+  soundCard_.GetCapDeviceNames(names);
+  soundCard_.CurrentCaptureDevice = FindDevice(names, capture_.Name, capture_.Number);
 }
 
 Failure LiveRadio::Start() {
-  return soundCard_->StartSound();
+  return soundCard_.StartSound();
 }
 
 void LiveRadio::Stop() {
-  if (soundCard_) soundCard_->StopSound();
+  soundCard_.StopSound();
   tmrPerfStats.SetEnabled(false);
 }
 
@@ -87,7 +120,7 @@ void LiveRadio::SoundCard_DataOut(std::int16_t*, std::int32_t, std::int32_t) {
 void LiveRadio::SetOutputAttenuation(std::int32_t hundredthsOfDecibel) {
   volume_ = hundredthsOfDecibel;
   attenuation_ = muted_ ? kSilence : volume_;
-  if (soundCard_) soundCard_->SetOutputAttenuation(attenuation_);
+  soundCard_.SetOutputAttenuation(attenuation_);
 }
 
 void LiveRadio::SetMuted(bool muted) {
@@ -97,7 +130,7 @@ void LiveRadio::SetMuted(bool muted) {
 
 void LiveRadio::Output(const std::int16_t* left, const std::int16_t* right) {
   if (OnAudio) OnAudio(left, attenuation_);
-  if (soundCard_) soundCard_->Output(left, right);
+  soundCard_.Output(left, right);
 }
 
 }  // namespace quorl

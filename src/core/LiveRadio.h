@@ -4,9 +4,9 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
 
+#include "config/SettingsTable.h"
 #include "controls/Timer.h"
 #include "platform/Machine.h"
 #include "receiver/Receiver.h"
@@ -17,29 +17,35 @@
 
 namespace quorl {
 
-// Built in steps, so that whoever puts it together tells each step before it is taken. Without a sound card
-// it can be tuned; without a tuning chain it can be heard.
+// All of it is there from the start, but reads, opens and makes nothing before its step, so that whoever puts
+// it together tells each step before it is taken.
 class LiveRadio final : public SoundEvents, public SoundOutput {
  public:
   // Everything outlives the radio.
-  LiveRadio(Machine& machine, BlockRecorder& recorder, KernelSettings settings = {});
-  ~LiveRadio() override;
+  LiveRadio(Machine& machine, SettingsStore& settings, BlockRecorder& recorder, SettingsStore::LogSink log);
 
   Receiver Rx;
   Timer tmrPerfStats;  // armed by each block that leaves for the loudspeaker; one shot
 
-  // The sound object. Opens nothing yet.
-  void CreateSoundCard();
-  // Gives it the format of the signal path. A short delay holds two blocks in the playback buffer instead of
-  // four, and has half the time to bridge where the machine is busy.
+  // Gives the sound card the format of the signal path. A short delay holds two blocks in the playback buffer
+  // instead of four, and has half the time to bridge where the machine is busy.
   void SetSoundFormat(bool shortDelay = false);
   // VFO, driver and interface of the board `Rx.Vars.SDRModelNo`; takes the LO side from the VFO. False
   // where the interface can't be opened: frequencies are noted, but tune nothing. The log has the reason, and
   // the user has been told; `tellsPort` false leaves telling of a serial port to the caller.
-  bool CreateTuning(SettingsStore& settings, std::int32_t interfaceType, bool shaftEncoder,
-                    const SettingsStore::LogSink& log, bool tellsPort = true);
-  // Lets go of the chain; its settings are stored by TuningChain::Save.
+  bool CreateTuning(std::int32_t interfaceType, bool shaftEncoder, bool tellsPort = true);
+  // Closes the port; its settings are stored by TuningChain::Save.
   void ReleaseTuning();
+
+  // The devices and the sound's delay.
+  void AddSettings(SettingsTable& table);
+  // Finds the stored devices among those that are there now.
+  void ChooseDevices();
+  // Takes the sound card's devices for those to be stored.
+  void NoteDevices();
+  // Both devices, for the log: the number that was tried and the name that was wanted.
+  std::string DeviceText() const;
+  bool ShortDelay = false;  // of the sound, at the next start
 
   // Starts and stops reception. Start fails where a device can't be opened, which has been told to the user.
   Failure Start();
@@ -48,10 +54,10 @@ class LiveRadio final : public SoundEvents, public SoundOutput {
   // Silences the loudspeaker whatever the volume; what is recorded goes on.
   void SetMuted(bool muted);
 
-  QUORLDX8& SoundCard() { return *soundCard_; }
-  bool HasSoundCard() const { return soundCard_ != nullptr; }
-  TuningChain& Tuning() { return *tuning_; }
-  clsVFO* VFO() const { return tuning_ ? tuning_->VFO().get() : nullptr; }
+  QUORLDX8& SoundCard() { return soundCard_; }
+  TuningChain& Tuning() { return tuning_; }
+  // That of the board that was made last.
+  clsVFO& VFO() const { return *tuning_.VFO(); }
 
   // One round of housekeeping: `BeforeFilters`, the waits and rebuilds, `AfterFilters`. Not re-entered.
   void Housekeeping();
@@ -71,10 +77,17 @@ class LiveRadio final : public SoundEvents, public SoundOutput {
   void Output(const std::int16_t* left, const std::int16_t* right) override;
 
  private:
+  // A device that is gone keeps its name, so that it is found again when it is back.
+  struct StoredDevice {
+    std::int32_t Number = 1;
+    std::string Name;  // decides where it is still there
+  };
+
   Machine& machine_;
-  std::unique_ptr<QUORLDX8> soundCard_;
-  std::unique_ptr<frmDX8Events> soundEvents_;
-  std::unique_ptr<TuningChain> tuning_;
+  QUORLDX8 soundCard_;
+  frmDX8Events soundEvents_;
+  TuningChain tuning_;
+  StoredDevice playback_, capture_;
   std::int32_t volume_ = 0;  // what the receiver wants, and what is in force
   std::int32_t attenuation_ = 0;
   bool muted_ = false;

@@ -15,7 +15,39 @@ constexpr const char* kInitialize = "Form_Initialize";
 }  // namespace
 
 frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptions options)
-    : machine_(machine), store_(store), log_(log), options_(std::move(options)) {}
+    : machine_(machine),
+      store_(store),
+      log_(log),
+      options_(std::move(options)),
+      radio_(machine_, store, recorder_, [&log](const std::string& line) { log.AddLog(line); }),
+      logPanel_(registry_, log),
+      form_(registry_, "frmMain"),
+      frPwr_(registry_, "frPwr"),
+      frDispMode_(registry_, "frDispMode"),
+      optPwr_(registry_, "optPwr", static_cast<int>(PowerTexts.size())),
+      optDisplaySize_(registry_, "optDisplaySize", static_cast<int>(DisplaySizeTexts.size())),
+      scrollables_(scheme_),
+      colours_(registry_, scheme_, scrollables_),
+      context_{registry_, scrollables_, colours_, radio_.Rx, [this] { machine_.Queue.Yield(); }},
+      tuning_(registry_, machine_.Queue, machine_.Time, radio_.Rx.Vars, LinksOfTuning()),
+      ifFilter_(context_),
+      filter_(context_),
+      demod_(context_),
+      notch_(context_),
+      nb_(context_),
+      agc_(context_),
+      volume_(context_),
+      bfo_(context_),
+      stats_(registry_, radio_.Rx.Vars, radio_.Rx.Pump.Statistics),
+      smeter_(registry_, radio_.Rx.Vars),
+      tmrSaveSettings_(machine_.Queue, [this] { SaveNow(); }) {
+  logPanel_.frmLog.Visible = false;
+  volume_.OnMute = [this](bool muted) { radio_.SetMuted(muted); };
+  ConnectForm();
+  ConnectColours();
+  ConnectHousekeeping();
+  AddSettings();
+}
 
 frmMain::~frmMain() {
   Form_Unload();
@@ -27,8 +59,7 @@ void frmMain::Log(const char* routine, const std::string& text) {
 
 bool frmMain::Form_Initialize() {
   const bool trace = options_.CommandLine.find("trace") != std::string::npos;
-  logPanel_ = std::make_unique<LogPanel>(registry_, log_);
-  logPanel_->frmLog.Visible = trace;
+  logPanel_.frmLog.Visible = trace;
   if (machine_.Instance.Acquire(store_.Path())) {
     machine_.Boxes.ShowMessage(
         {.Text = std::string(kProductName) + " is already running", .Title = kProductName});
@@ -52,7 +83,7 @@ bool frmMain::Form_Initialize() {
     return false;
   }
   Log(kInitialize, ":Initialising Digital Filter Objects");
-  radio_ = std::make_unique<LiveRadio>(machine_, recorder_, kernel_);
+  radio_.Rx.Initialise();
   Log(kInitialize, ":Creating Profiler Object");
   Log(kInitialize, ":Initialising Tuning Step Array");
   OnSplash(false);
@@ -65,8 +96,9 @@ bool frmMain::Form_Initialize() {
 // The outside vector library is not looked for: the kernel's own routines are faster on what runs this
 // program.
 void frmMain::INIT() {
-  kernel_.SPLAvailable = kernel_.UseSPL = false;
-  kernel_.Report = [this](const std::string& text) {
+  KernelSettings& kernel = radio_.Rx.Settings;
+  kernel.SPLAvailable = kernel.UseSPL = false;
+  kernel.Report = [this](const std::string& text) {
     machine_.Boxes.ShowMessage({.Text = text, .Title = kProductName});
   };
 }
@@ -94,7 +126,7 @@ void frmMain::optPwr_Click(int index) {
   if (index < 2) {
     SwitchPower(index == 0);
   } else if (!closes) {
-    optPwr_->Press(powerWanted_ ? 0 : 1);
+    optPwr_.Press(powerWanted_ ? 0 : 1);
   }
   log_.AddLog("optPwr_click : End");
   if (closes) OnClose();
@@ -118,69 +150,63 @@ void frmMain::PowerOn() {
   on_ = true;
   PaintPower();
   RemoveCaption(stored_.FormCaptionOffOnPwrOn);
-  radio_->Rx.FilterMaker.MakeFilters();
-  (*optPwr_)(2).Enabled = false;
-  if (!radio_->SoundCard().Prepared()) {
-    CollectSettings();
-    ChooseDevices();
+  radio_.Rx.FilterMaker.MakeFilters();
+  optPwr_(2).Enabled = false;
+  if (!radio_.SoundCard().Prepared()) {
+    radio_.NoteDevices();
+    radio_.ChooseDevices();
   }
-  const Failure failure = radio_->Start();
+  const Failure failure = radio_.Start();
   if (!failure) return;
   LogSoundFailure(*failure);
   // What can't be opened has been told, but not what was open and doesn't start. The panel goes back to Off
   // and stays tunable.
-  if (radio_->SoundCard().Prepared()) {
-    radio_->SoundCard().ReleaseDevices();
+  if (radio_.SoundCard().Prepared()) {
+    radio_.SoundCard().ReleaseDevices();
     machine_.Boxes.ShowMessage({.Text = failure->Text, .Title = kProductName, .Icon = MessageIcon::Warning});
   }
-  optPwr_->Press(1);
+  optPwr_.Press(1);
 }
 
 void frmMain::LogSoundFailure(const Error& failure) {
-  const auto device = [](const std::string& name, std::int32_t number) {
-    return std::to_string(number) + (name.empty() ? "" : " \"" + name + "\"");
-  };
-  const QUORLDX8& card = radio_->SoundCard();
-  log_.AddLog("The sound does not start: " + failure.Text + ". Capture device " +
-              device(stored_.CurrentCaptureDeviceName, card.CurrentCaptureDevice) + ", playback device " +
-              device(stored_.CurrentPlaybackDeviceName, card.CurrentPlaybackDevice) + ", " +
-              std::to_string(card.FSampling) + " Hz");
+  log_.AddLog("The sound does not start: " + failure.Text + ". " + radio_.DeviceText() + ", " +
+              std::to_string(radio_.SoundCard().FSampling) + " Hz");
 }
 
 // The button in force is dark green or dark red, the other one is lit.
 void frmMain::PaintPower() {
-  (*optPwr_)(0).BackColour = on_ ? 0x00C000 : 0x00FF00;
-  (*optPwr_)(1).BackColour = on_ ? 0x0000FF : 0x0000C0;
+  optPwr_(0).BackColour = on_ ? 0x00C000 : 0x00FF00;
+  optPwr_(1).BackColour = on_ ? 0x0000FF : 0x0000C0;
 }
 
 // A radio that is off shows nothing of what it last heard.
 void frmMain::RestMeters() {
-  smeter_->Rest();
-  stats_->Rest();
+  smeter_.Rest();
+  stats_.Rest();
 }
 
 void frmMain::PowerOff() {
-  radio_->Stop();
+  radio_.Stop();
   on_ = false;
   PaintPower();
   RestMeters();
-  (*optPwr_)(2).Enabled = true;
+  optPwr_(2).Enabled = true;
   RemoveCaption(false);
   SaveNow();
 }
 
 void frmMain::Form_Unload() {
-  if (unloaded_ || !radio_ || !tuning_ || !bfo_) return;
-  radio_->tmrPerfStats.SetEnabled(false);
-  radio_->Stop();
-  if (radio_->HasSoundCard()) radio_->SoundCard().ReleaseDevices();
+  if (unloaded_ || !formed_) return;
+  radio_.tmrPerfStats.SetEnabled(false);
+  radio_.Stop();
+  radio_.SoundCard().ReleaseDevices();
   machine_.Sound.OnDeviceLost([](const Error&) {});
   if (!loading_) SaveSettings();
   unloaded_ = true;
-  tuning_->SetEncoder(nullptr);
-  tuning_->SetTuner(nullptr);
-  if (radio_->VFO() != nullptr) radio_->Tuning().Save();
-  radio_->ReleaseTuning();
+  tuning_.SetEncoder(nullptr);
+  tuning_.SetTuner(nullptr);
+  radio_.Tuning().Save();
+  radio_.ReleaseTuning();
   if (const Failure failure = store_.Save()) {
     log_.AddLog(failure->Text);
     machine_.Boxes.ShowMessage({.Text = failure->Text, .Title = kProductName, .Icon = MessageIcon::Warning});

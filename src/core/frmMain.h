@@ -3,16 +3,16 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "config/ColourSchemes.h"
 #include "config/SettingsStore.h"
+#include "config/SettingsTable.h"
 #include "controls/ControlRegistry.h"
 #include "controls/Controls.h"
 #include "core/LiveRadio.h"
-#include "core/MainSettings.h"
+#include "core/MainOptions.h"
 #include "core/StartOptions.h"
 #include "diagnostics/LogBook.h"
 #include "diagnostics/LogPanel.h"
@@ -44,8 +44,9 @@ struct MainBand {
   std::int32_t Index = 0;
 };
 
-// States: loading (until Form_Load ends), Off, On. Every step of the start writes its line to the log first:
-// those lines are what a user sends in when a start fails.
+// States: loading (until Form_Load ends), Off, On. All parts are there from construction as shells, which
+// read, open and make nothing. Every step of the start writes its line to the log, then does its work: those
+// lines are what a user sends in when a start fails.
 class frmMain {
  public:
   // Everything outlives the panel. `store` is loaded here.
@@ -80,9 +81,9 @@ class frmMain {
   std::function<void()> OnForm = [] {};
 
   ControlRegistry& Controls() { return registry_; }
-  LiveRadio& Radio() { return *radio_; }
-  TuningPanel& Tuning() { return *tuning_; }
-  ScrollableControls& Scrollables() { return *scrollables_; }
+  LiveRadio& Radio() { return radio_; }
+  TuningPanel& Tuning() { return tuning_; }
+  ScrollableControls& Scrollables() { return scrollables_; }
   const std::vector<MainBand>& MainBands() const { return mainBands_; }
   bool IsOn() const { return on_; }
   bool CaptionRemoved() const { return captionRemoved_; }
@@ -93,15 +94,14 @@ class frmMain {
   bool FindBandPlans();
   bool Form_Load();
   void LoadSteps();
-  void CreateForm();
-  void CreateControls();
-  void CreateTuningPanel();
-  void CreateReceptionPanels();
-  void CreateTuningRoad();
+  void ConnectForm();
+  void ConnectColours();
+  void AddSettings();
+  TuningPanelLinks LinksOfTuning();
+  void MakeTuning();
+  void TellTuningFaults(bool open);
   void ApplySettings();
-  void RestoreVolume();
   void InitialiseSoundCard();
-  void ChooseDevices();
   void ConnectHousekeeping();
   void EnableTimers();
   void SwitchPower(bool on);
@@ -115,8 +115,6 @@ class frmMain {
   void SaveNow();
   void Form_KeyDown(const Key& key);
   void ReportLoadError(const std::string& text);
-  std::vector<StoredSetting> SettingsTable();
-  void CollectSettings();
 
   Machine machine_;
   SettingsStore& store_;
@@ -125,36 +123,39 @@ class frmMain {
   NoRecorder recorder_;  // the recorder's place
   MainOptions stored_;
   std::vector<MainBand> mainBands_;
-  KernelSettings kernel_;
   bool loading_ = true;
   bool on_ = false;
   bool powerWanted_ = false;  // what the last click asked for
   bool switching_ = false;
   bool captionRemoved_ = false;
+  bool formed_ = false;  // the form is there: what follows has to be let go
   bool unloaded_ = false;
+  int wantedSize_ = 0;  // optDisplaySize
   int loadStep_ = 0;
 
   ControlRegistry registry_;
   ColourSchemes scheme_;
-  std::unique_ptr<LiveRadio> radio_;
-  std::unique_ptr<LogPanel> logPanel_;
-  std::unique_ptr<Picture> form_;  // the window itself: keys and pointer that no control took
-  std::unique_ptr<OptionGroup> optPwr_, optDisplaySize_;
-  std::unique_ptr<Frame> frPwr_, frDispMode_;
-  std::unique_ptr<ScrollableControls> scrollables_;
-  std::unique_ptr<PanelColours> colours_;
-  std::unique_ptr<TuningPanel> tuning_;
-  std::unique_ptr<StatsPanel> stats_;
-  std::unique_ptr<SMeterPanel> smeter_;
-  std::unique_ptr<IFFilterPanel> ifFilter_;
-  std::unique_ptr<FilterPanel> filter_;
-  std::unique_ptr<DemodPanel> demod_;
-  std::unique_ptr<NotchPanel> notch_;
-  std::unique_ptr<NBPanel> nb_;
-  std::unique_ptr<AGCPanel> agc_;
-  std::unique_ptr<VolumePanel> volume_;
-  std::unique_ptr<BFOPanel> bfo_;
-  std::unique_ptr<Timer> tmrSaveSettings_;
+  LiveRadio radio_;
+  LogPanel logPanel_;
+  Picture form_;  // the window itself: keys and pointer that no control took
+  Frame frPwr_, frDispMode_;
+  OptionGroup optPwr_, optDisplaySize_;
+  ScrollableControls scrollables_;
+  PanelColours colours_;
+  PanelContext context_;
+  TuningPanel tuning_;
+  IFFilterPanel ifFilter_;
+  FilterPanel filter_;
+  DemodPanel demod_;
+  NotchPanel notch_;
+  NBPanel nb_;
+  AGCPanel agc_;
+  VolumePanel volume_;
+  BFOPanel bfo_;
+  StatsPanel stats_;
+  SMeterPanel smeter_;
+  Timer tmrSaveSettings_;
+  SettingsTable settings_;
 };
 
 }  // namespace quorl

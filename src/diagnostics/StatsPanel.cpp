@@ -101,4 +101,10 @@ void StatsPanel::ShowOscOut(std::int32_t oscOut) {
   lblStatsVal(kLO).Caption = FormatPicture(oscOut / 10.0, "#0 000 000 Hz");
 }
 
+void StatsPanel::AddSettings(SettingsTable& table) {
+  table.Add<std::int32_t>(
+      "PerfStatsOn", [this] { return chkPerfStatsOn.Value() ? 1 : 0; },
+      [this](std::int32_t on) { chkPerfStatsOn.SetValue(on != 0); });
+}
+
 }  // namespace quorl

@@ -1,6 +1,7 @@
 // Levels, gain, oscillator and load in numbers.
 #pragma once
 
+#include "config/SettingsTable.h"
 #include "controls/Controls.h"
 #include "state/PublicVars.h"
 #include "state/PumpStatistics.h"
@@ -27,6 +28,7 @@ class StatsPanel {
   void Rest();
   // The oscillator's output, dHz.
   void ShowOscOut(std::int32_t oscOut);
+  void AddSettings(SettingsTable& table);
 
  private:
   template <typename Ring>

@@ -99,4 +99,14 @@ void SMeterPanel::DrawSMeterScale() {
   picSmeter.Caption = picSmeter.ToolTip = Backoff();
 }
 
+void SMeterPanel::AddSettings(SettingsTable& table) {
+  constexpr double kScale = 100000.0;  // the store holds the floor as a whole number
+  table.Add<std::int32_t>(
+      "NoiseFloor", [this] { return RoundHalfEven(NoiseFloor * kScale); },
+      [this](std::int32_t stored) {
+        NoiseFloor = static_cast<float>(stored / kScale);
+        DrawSMeterScale();
+      });
+}
+
 }  // namespace quorl

@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include "config/SettingsTable.h"
 #include "controls/Controls.h"
 #include "state/PublicVars.h"
 
@@ -38,6 +39,7 @@ class SMeterPanel {
   void DrawSMeter(float level);
   // Writes the scale, and the caption for the floor in force.
   void DrawSMeterScale();
+  void AddSettings(SettingsTable& table);
 
  private:
   std::string Backoff() const;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "config/ColourSchemes.h"
+#include "config/SettingsTable.h"
 #include "controls/Controls.h"
 #include "interaction/ScrollableTable.h"
 
@@ -95,6 +96,8 @@ class ScrollableControls {
 
   // Takes focus and normal colours from the scheme and paints all labels.
   void ReColour();
+
+  void AddSettings(SettingsTable& table) { table.Add("MouseOverS.HiLiteBorder", HiLiteBorder); }
 
  private:
   Colour RestColour(int index) const;

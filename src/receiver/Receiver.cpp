@@ -15,15 +15,16 @@ constexpr std::int32_t kFirstNotchWidth = 100;  // Hz
 }  // namespace
 
 Receiver::Receiver(const Clock& clock, SoundOutput& sound, BlockRecorder& recorder,
-                   std::function<void()> yield, KernelSettings settings)
-    : Settings(std::move(settings)),
-      Tap(Vars),
+                   std::function<void()> yield)
+    : Tap(Vars),
       Filters(Settings),
       Agc(Vars, sound),
       Chain(Vars, Filters, Agc, Tap, recorder),
       FilterMaker(Vars, Filters, Tap, yield),
       Profiler1(clock),
-      Pump(Vars, Chain, Tap, recorder, sound, Profiler1, yield) {
+      Pump(Vars, Chain, Tap, recorder, sound, Profiler1, yield) {}
+
+void Receiver::Initialise() {
   Filters.Initialise();
   Agc.ApplyPreset(Vars.AGCMode);
   Agc.FillDelayLine();

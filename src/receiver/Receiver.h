@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 
+#include "config/SettingsTable.h"
 #include "controls/Event.h"
 #include "dsp/chain/VariableFilters.h"
 #include "dsp/kernel/KernelSettings.h"
@@ -22,10 +23,12 @@ enum class ReceiverPart { Side, BFO, Mode, Filter, IFFilter, Notch, NoiseBlanker
 // rebuilds them.
 class Receiver {
  public:
-  // All arguments but `settings` are used as long as the receiver lives. `yield` delivers waiting events
-  // once.
-  Receiver(const Clock& clock, SoundOutput& sound, BlockRecorder& recorder, std::function<void()> yield,
-           KernelSettings settings = {});
+  // All arguments are used as long as the receiver lives. `yield` delivers waiting events once. Blocks and
+  // routines come after Initialise.
+  Receiver(const Clock& clock, SoundOutput& sound, BlockRecorder& recorder, std::function<void()> yield);
+  // Makes the filters and takes every part's first values.
+  void Initialise();
+  void AddSettings(SettingsTable& table);
 
   KernelSettings Settings;
   PublicVars Vars;

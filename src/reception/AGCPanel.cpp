@@ -115,4 +115,9 @@ void AGCPanel::sldAGCDecay_Scroll() {
   context_.Scrollables.SetValue(CtlIndex::AGCDecay, static_cast<float>(sldAGCDecay.Value()));
 }
 
+void AGCPanel::AddSettings(SettingsTable& table) {
+  table.AddWritten("AGCAttack", context_.Scrollables(CtlIndex::AGCAttack).Value);
+  table.AddWritten("AGCDecay", context_.Scrollables(CtlIndex::AGCDecay).Value);
+}
+
 }  // namespace quorl

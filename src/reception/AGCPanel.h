@@ -1,6 +1,7 @@
 // The AGC: on or off, its presets, and the two times that make a preset.
 #pragma once
 
+#include "config/SettingsTable.h"
 #include "interaction/PanelContext.h"
 
 namespace quorl {
@@ -28,6 +29,7 @@ class AGCPanel {
   void sldAGCDecay_Scroll();
   void lblAGCAttack_Wheel();
   void lblAGCDecay_Wheel();
+  void AddSettings(SettingsTable& table);
 
  private:
   const AGCSettingsRecord& Preset() const;

@@ -84,4 +84,8 @@ void NBPanel::dialNB_Change() {
   TakeThreshold(dialNB.Value());
 }
 
+void NBPanel::AddSettings(SettingsTable& table) {
+  table.AddWritten("NB", context_.Scrollables(CtlIndex::NB).Value);
+}
+
 }  // namespace quorl

@@ -1,6 +1,7 @@
 // The noise blanker and its threshold.
 #pragma once
 
+#include "config/SettingsTable.h"
 #include "interaction/PanelContext.h"
 
 namespace quorl {
@@ -19,6 +20,7 @@ class NBPanel {
   void sldNB_Scroll();
   void dialNB_Change();
   void lblNB_Wheel();
+  void AddSettings(SettingsTable& table);
 
  private:
   void Show();

@@ -182,4 +182,12 @@ void NotchPanel::ShowPeak() {
   sldNotch.ToolTip = "Fcentre : " + FormatPicture(vars_.PeakFrequency, kTipPicture);
 }
 
+void NotchPanel::AddSettings(SettingsTable& table) {
+  const auto whole = [this](int index) {
+    return [this, index] { return WholeValue(context_.Scrollables, index); };
+  };
+  table.AddWritten<std::int32_t>("NotchCentre", whole(CtlIndex::NotchC));
+  table.AddWritten<std::int32_t>("NotchWidth", whole(CtlIndex::NotchW));
+}
+
 }  // namespace quorl

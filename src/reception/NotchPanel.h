@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "config/SettingsTable.h"
 #include "interaction/PanelContext.h"
 
 namespace quorl {
@@ -42,6 +43,7 @@ class NotchPanel {
 
   // Shows PeakFrequency; for after a NotchHousekeeping that has found a new one.
   void ShowPeak();
+  void AddSettings(SettingsTable& table);
 
  private:
   void ConnectButtons();

@@ -1,5 +1,7 @@
 #include "reception/VolumePanel.h"
 
+#include <algorithm>
+
 #include <cmath>
 
 #include "support/Decibels.h"
@@ -85,6 +87,18 @@ void VolumePanel::dialOutVol_Change() {
 
 void VolumePanel::sldOutVolume_Scroll() {
   TakeVolume(sldOutVolume.Value());
+}
+
+void VolumePanel::AddSettings(SettingsTable& table) {
+  const auto volume = [this] { return WholeValue(context_.Scrollables, CtlIndex::OutVol); };
+  table.AddWritten<std::int32_t>("OutputVolume", volume);
+  table.Add<std::int32_t>("LastOutputVolume", volume, [this](std::int32_t value) { lastVolume_ = value; });
+}
+
+void VolumePanel::Restore() {
+  const ScrollableControl& control = context_.Scrollables(CtlIndex::OutVol);
+  context_.Scrollables.SetValue(
+      CtlIndex::OutVol, std::clamp(static_cast<float>(lastVolume_), control.MinValue, control.MaxValue));
 }
 
 }  // namespace quorl

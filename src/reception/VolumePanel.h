@@ -1,9 +1,11 @@
 // The output level: attenuation in the sound card below the middle, gain in software above; and mute.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
+#include "config/SettingsTable.h"
 #include "interaction/PanelContext.h"
 
 namespace quorl {
@@ -25,6 +27,10 @@ class VolumePanel {
   void dialOutVol_Change();
   void sldOutVolume_Scroll();
 
+  // The volume of the last time, kept until Restore.
+  void AddSettings(SettingsTable& table);
+  void Restore();
+
  private:
   void Show();
   void TakeVolume(int value);
@@ -32,7 +38,8 @@ class VolumePanel {
 
   PanelContext context_;
   std::string gestures_;
-  bool moving_ = false;  // slider and dial are being moved by code
+  std::int32_t lastVolume_ = 0;  // of the control
+  bool moving_ = false;          // slider and dial are being moved by code
   Listening listening_;
 };
 

@@ -26,12 +26,7 @@ void Renumber(const std::vector<std::string>& before, const std::vector<std::str
 }  // namespace
 
 QUORLDX8::QUORLDX8(SoundSystem& system, EventQueue& queue, Dialogs& dialogs, SoundEvents& events)
-    : system_(system),
-      queue_(queue),
-      dialogs_(dialogs),
-      events_(events),
-      captureNames_(system.CaptureDeviceNames()),
-      playNames_(system.PlaybackDeviceNames()) {
+    : system_(system), queue_(queue), dialogs_(dialogs), events_(events) {
   SetSamplesPerEvent(2048);
 }
 

@@ -65,7 +65,7 @@ class QUORLDX8 {
   void ReleaseDevices();
   bool Prepared() const { return prepared_; }
 
-  // Entry i is device number i + 1. Taken when the object is made, and by RefreshDevices.
+  // Entry i is device number i + 1. Empty before the first RefreshDevices.
   void GetPlayDeviceNames(std::vector<std::string>& deviceNames) const { deviceNames = playNames_; }
   void GetCapDeviceNames(std::vector<std::string>& deviceNames) const { deviceNames = captureNames_; }
   // Looks again which devices there are. The current devices keep their names: their numbers follow.

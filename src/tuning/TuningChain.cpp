@@ -38,11 +38,11 @@ TuningChain::TuningChain(TuningMachine machine, SettingsStore::LogSink log)
       log_(std::move(log)),
       serial_(
           std::make_shared<clsDDSSerialIF>(machine.Serial, machine.Events, machine.Boxes, machine.Settings)),
-      parallel_(std::make_shared<clsDDSParallelIF>(machine.Printer, machine.Events, machine.Settings)) {
+      parallel_(std::make_shared<clsDDSParallelIF>(machine.Printer, machine.Events, machine.Settings)),
+      vfo_(std::make_shared<clsVFO>(machine.Settings)),
+      tuner_(std::make_unique<Tuner>(vfo_)) {
   serial_->Name = "DDSSerialIF";
-  serial_->RestoreSettings();
   parallel_->Name = "DDSParallelIF";
-  parallel_->RestoreSettings();
 }
 
 void TuningChain::Log(const std::string& line) const {
@@ -57,6 +57,8 @@ void TuningChain::Tell(const std::string& text, MessageIcon icon) {
 }
 
 bool TuningChain::OpenInterface(std::int32_t interfaceType, bool shaftEncoder, bool tellsPort) {
+  serial_->RestoreSettings();
+  parallel_->RestoreSettings();
   if (interfaceType == InterfaceType::Serial) {
     return OpenSerial(shaftEncoder, tellsPort);
   }
@@ -95,7 +97,7 @@ void TuningChain::FollowPort(const Failure& vanished) {
     return;
   }
   Log(port + "The serial port is back");
-  if (vfo_) {
+  if (driver_) {
     driver_->Initialise();
     vfo_->Refresh();
   }
@@ -158,10 +160,9 @@ void TuningChain::CreateVFO(std::int32_t SDRModelNo, std::int32_t interfaceType)
 }
 
 void TuningChain::Save() const {
-  if (vfo_) {
-    vfo_->SaveSettings();
-    driver_->Save();
-  }
+  if (!driver_) return;
+  vfo_->SaveSettings();
+  driver_->Save();
   serial_->Save();
   parallel_->Save();
 }

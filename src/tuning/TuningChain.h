@@ -35,12 +35,13 @@ struct TuningMachine {
 // anew and gets the frequency of then.
 class TuningChain {
  public:
-  // Makes both interfaces with their stored settings; nothing is opened yet.
+  // Both interfaces and a VFO without a chip: nothing is read, opened or sent yet.
   TuningChain(TuningMachine machine, SettingsStore::LogSink log);
 
-  // Opens the interface of that type; a serial port in event mode where a shaft encoder is to be read from
-  // it. False where it couldn't be opened or the type is unknown: the log has the reason then, and a message
-  // has told it; `tellsPort` false leaves the message of a serial port to the caller.
+  // Takes the stored settings of both interfaces and opens the one of that type; a serial port in event mode
+  // where a shaft encoder is to be read from it. False where it couldn't be opened or the type is unknown:
+  // the log has the reason then, and a message has told it; `tellsPort` false leaves the message of a serial
+  // port to the caller.
   bool OpenInterface(std::int32_t interfaceType, bool shaftEncoder, bool tellsPort = true);
   // Makes driver and VFO of the board `SDRModelNo` on that interface, with their stored settings, and
   // initialises the chip. Tunes nothing. What can't work goes to the log in one line, and the chain still
@@ -52,12 +53,13 @@ class TuningChain {
   // What keeps the board that was made last from being tuned: its clock is too low for its IF.
   const Failure& Fault() const { return fault_; }
 
-  // The way to the tuned frequency; call CreateVFO first.
+  // The way to the tuned frequency. Another one after each CreateVFO.
   Tuner& Tune() { return *tuner_; }
   clsDDSSerialIF& SerialIF() { return *serial_; }
   clsDDSParallelIF& ParallelIF() { return *parallel_; }
-  // Empty before CreateVFO.
+  // Another one after each CreateVFO.
   const std::shared_ptr<clsVFO>& VFO() const { return vfo_; }
+  // Empty before CreateVFO.
   const std::shared_ptr<Oscillator>& Driver() const { return driver_; }
 
  private:

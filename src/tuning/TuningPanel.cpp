@@ -300,4 +300,10 @@ void TuningPanel::tmrShaft_Timer() {
   Step(steps * vfo_->TuneStep());
 }
 
+void TuningPanel::AddSettings(SettingsTable& table) {
+  table.Add("ShaftAutoRate", ShaftAutoRateOn);
+  table.Add("EnableShaftEncoder", ShaftEnabled);
+  table.Add("KBDSupport", KBDSupport);
+}
+
 }  // namespace quorl

@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 
+#include "config/SettingsTable.h"
 #include "controls/Controls.h"
 #include "controls/Timer.h"
 #include "diagnostics/Profiler.h"
@@ -88,6 +89,7 @@ class TuningPanel {
   // Page Up and Page Down tune by the step, with Shift by ten, with Ctrl by a tenth of it. False for other
   // keys.
   bool TuneByKey(const Key& key);
+  void AddSettings(SettingsTable& table);
 
  private:
   void ConnectDigits();

@@ -89,8 +89,8 @@ class FrameRig {
   }
   ~FrameRig() { Stop(); }
 
-  // False where the program would end.
-  bool Start() {
+  // The frame as it stands before its start.
+  void Make() {
     lock_ = std::make_unique<FileInstanceLock>(Storage);
     store_ = std::make_unique<SettingsStore>(Storage, kSettings, lock_.get());
     Log = std::make_unique<LogBook>(Storage, Clock, "log/quorl.log");
@@ -100,6 +100,10 @@ class FrameRig {
     frame_->OnSplash = [this](bool visible) { Splash.push_back(visible); };
     frame_->OnClose = [this] { ++Closed; };
     frame_->OnForm = [this] { OnForm(); };
+  }
+  // False where the program would end.
+  bool Start() {
+    Make();
     const bool started = frame_->Form_Initialize();
     if (started) Hear();
     return started;
@@ -119,7 +123,7 @@ class FrameRig {
 
   frmMain& Frame() { return *frame_; }
   PublicVars& Vars() { return frame_->Radio().Rx.Vars; }
-  clsVFO& VFO() { return *frame_->Radio().VFO(); }
+  clsVFO& VFO() { return frame_->Radio().VFO(); }
   SettingsStore& Store() { return *store_; }
 
   Control& At(const std::string& name) {

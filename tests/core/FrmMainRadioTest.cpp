@@ -127,7 +127,7 @@ TEST_F(FrmMainRadio, TheFilterTakesAToneOutAndTheSidebandIsTheRightOne) {
   EXPECT_GT(rig.Tone(500.0), 10.0);
   // The talker's sideband lies below 7100 kHz.
   for (int i = 0; i < 9; ++i) rig.At("imgTuneStepLock").DblClick({});
-  rig.Frame().Radio().VFO()->SetTunedFrequency(71000000);
+  rig.Frame().Radio().VFO().SetTunedFrequency(71000000);
   rig.Click("optFilter(2)");
   rig.Click("optMode(2)");
   rig.Run(1.5);

@@ -93,6 +93,22 @@ TEST(FrmMainStart, ThePowerWaitsForTheEndOfTheStart) {
   EXPECT_EQ(rig.Text("lblFHi"), "Fhi : 5,000 Hz");
 }
 
+TEST(FrmMainStart, BeforeItsStartAFrameReadsOpensAndWritesNothing) {
+  FrameRig rig;
+  rig.Make();
+  EXPECT_FALSE(rig.Serial.IsOpen());
+  EXPECT_TRUE(rig.Log->Lines().empty());
+  EXPECT_TRUE(rig.Boxes.Messages.empty());
+  EXPECT_EQ(rig.VFO().TunedFrequency(), 100000000);  // not the stored one
+  EXPECT_EQ(rig.Vars().FilterHi, FilterDefaults[0].High);
+  rig.Click("lbl7Seg(3)");
+  rig.Wheel("lbl7Seg(3)", 1);
+  rig.Click("optMode(1)");
+  rig.Frame().SetSeen(true);
+  rig.Stop();
+  EXPECT_EQ(rig.Storage.Writes, 0);
+}
+
 TEST(FrmMainStart, TheWindowOpensAtItsStepWithEveryControlAndBeforeTheBoxes) {
   FrameRig rig("[DDSSerialIF]\nPortNo=3\n");
   rig.Serial.FailOpen(Error{5, "busy"});

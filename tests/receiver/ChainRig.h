@@ -60,6 +60,7 @@ class ChainRig {
   // AGC off, so that levels are the chain's own.
   explicit ChainRig(std::int32_t model = SDRModel::DRT1, std::int32_t mode = DemodMode::AM,
                     bool lowSideLO = false) {
+    Radio.Initialise();
     Radio.Vars.SDRModelNo = model;
     Radio.Vars.AGCON = false;
     Radio.SetLowSideLO(lowSideLO);

@@ -55,6 +55,7 @@ struct Book : BlockRecorder, SoundOutput, AnalyserInput {
 class PumpTest : public testing::Test {
  protected:
   PumpTest() {
+    radio.Initialise();
     radio.Tap.Analyser = &book;
     radio.Tap.TunedFrequency = [] { return 60750005; };
     radio.Housekeeping();

@@ -26,6 +26,7 @@ struct ReceptionRig {
   };
 
   ReceptionRig() {
+    radio.Initialise();
     notch.InitialiseDefaults();
     agcPanel.InitialiseSlider(agcPanel.sldAGCAttack, CtlIndex::AGCAttack);
     agcPanel.InitialiseSlider(agcPanel.sldAGCDecay, CtlIndex::AGCDecay);

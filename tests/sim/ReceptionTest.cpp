@@ -26,6 +26,7 @@ class Radio {
   Radio(int model, std::unique_ptr<SimulatedBand> band, bool lowSide = false)
       : bench_(model, InterfaceType::Serial, std::move(band), lowSide),
         receiver_(bench_.Clock, sound_, recorder_, [] {}) {
+    receiver_.Initialise();
     receiver_.Vars.SDRModelNo = model;
     receiver_.Vars.AGCON = false;
     receiver_.SetLowSideLO(lowSide);

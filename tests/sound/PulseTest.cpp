@@ -92,6 +92,7 @@ struct Listener {
     Pump.Sound = &Sound;
     System.OnDeviceLost([this](const Error& error) { Lost.push_back(error.Text); });
     SetUpMono(Sound);
+    Sound.RefreshDevices();
     std::vector<std::string> names;
     Sound.GetCapDeviceNames(names);
     Sound.CurrentCaptureDevice = FindDevice(names, "Monitor of Antenna", 1);

@@ -88,6 +88,7 @@ struct SoundBench {
       : Queue(Clock), System(Queue, Clock), Sound((AddDevices(), System), Queue, Dialogs, Pump), Form(Sound) {
     Pump.Sound = &Sound;
     SetUpMono(Sound);
+    Sound.RefreshDevices();
   }
   void AddDevices() {
     System.AddCaptureDevice("Line In", Source);

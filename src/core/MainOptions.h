@@ -1,0 +1,28 @@
+// Options of the panel as a whole, and those that wait for their owner.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "config/SettingsTable.h"
+
+namespace quorl {
+
+struct MainOptions {
+  bool FormCaptionOffOnPwrOn = false, AutoStartSDR = false;
+  std::int32_t IFType = 0;                         // InterfaceType
+  std::int32_t WindowWidth = 0, WindowHeight = 0;  // pixels; 0 for the first start
+
+  // Of the scope, the memories and the decoder.
+  std::int32_t SpectrumAnalyserOn = 0;  // a check box
+  bool ScrollWheelEnableOverScope = false;
+  bool AutoTrackPresets = true;
+  bool RunDreamOnDRM = false, CloseSoundcardOnDRM = false, DreamCloseOnExit = true,
+       DreamCloseOnModeChange = false;
+  std::string PathToDream, DreamProgArgs;
+  std::int32_t DreamWindowStyle = 1;
+
+  void AddSettings(SettingsTable& table);
+};
+
+}  // namespace quorl
