@@ -21,6 +21,7 @@
 #include "interaction/PanelColours.h"
 #include "interaction/PanelTexts.h"
 #include "interaction/ScrollableControls.h"
+#include "memories/MainBand.h"
 #include "platform/Machine.h"
 #include "reception/AGCPanel.h"
 #include "reception/BFOPanel.h"
@@ -36,13 +37,6 @@ namespace quorl {
 
 // Stands before the routine's name in the log lines of the start.
 inline constexpr char kFrameTag[] = "frmMain:frmMain:";
-
-// A band plan file as start-up finds it.
-struct MainBand {
-  std::string Path;
-  std::string Name;  // the file's name without its ending
-  std::int32_t Index = 0;
-};
 
 // States: loading (until Form_Load ends), Off, On. All parts are there from construction as shells, which
 // read, open and make nothing. Every step of the start writes its line to the log, then does its work: those

@@ -26,6 +26,12 @@ class QueueSignal {
   virtual void Raise() = 0;
 };
 
+// Stops its watch when destroyed; the handler itself may destroy it.
+class FileWatch {
+ public:
+  virtual ~FileWatch() = default;
+};
+
 // All handlers run on the thread that runs the queue. Everything but QueueSignal::Raise belongs to it.
 class EventQueue {
  public:
@@ -40,6 +46,10 @@ class EventQueue {
   virtual void Wait(std::chrono::milliseconds atMost) = 0;
   virtual std::unique_ptr<QueueTimer> CreateTimer(Task onTick) = 0;
   virtual std::unique_ptr<QueueSignal> CreateSignal(Task onRaise) = 0;
+  // `onReadable` runs whenever the open file or socket can be read without waiting, also at its end: a
+  // handler that reads 0 bytes drops the watch. `file`, the system's number for it, stays the caller's, and
+  // outlives the watch. On a virtual machine there are none, and it never runs.
+  virtual std::unique_ptr<FileWatch> WatchFile(int file, Task onReadable) = 0;
 };
 
 }  // namespace quorl

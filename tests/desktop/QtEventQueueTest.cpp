@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <string>
 #include <thread>
 
@@ -24,6 +26,28 @@ class QtEventQueueTest : public DesktopTest {
   }
   QtEventQueue queue;
 };
+
+TEST_F(QtEventQueueTest, AWatchTellsOfWhatCanBeReadUntilItGoes) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  std::string got;
+  std::unique_ptr<FileWatch> watch = queue.WatchFile(ends[0], [&] {
+    char letter = 0;
+    if (read(ends[0], &letter, 1) == 1) {
+      got += letter;
+    } else {
+      got += ".";
+      watch.reset();
+    }
+  });
+  ASSERT_EQ(write(ends[1], "ab", 2), 2);
+  EXPECT_TRUE(Until([&] { return got == "ab"; }));
+  close(ends[1]);
+  EXPECT_TRUE(Until([&] { return watch == nullptr; }));
+  queue.Wait(20ms);
+  EXPECT_EQ(got, "ab.");
+  close(ends[0]);
+}
 
 TEST_F(QtEventQueueTest, TasksRunInOrderAlsoThroughAYieldInside) {
   std::string order;

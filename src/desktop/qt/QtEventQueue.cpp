@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QSocketNotifier>
 #include <cerrno>
+#include <optional>
 #include <system_error>
 
 namespace quorl {
@@ -30,23 +31,39 @@ class QtEventQueue::Timer : public QueueTimer {
   std::shared_ptr<Task> onTick_;
 };
 
+class QtEventQueue::Watch : public FileWatch {
+ public:
+  Watch(int file, Task onReadable)
+      : notifier_(std::make_unique<QSocketNotifier>(file, QSocketNotifier::Read)) {
+    auto task = std::make_shared<Task>(std::move(onReadable));
+    QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(), [task] {
+      // The handler may destroy this watch, and with it the task that is running.
+      const std::shared_ptr<Task> kept = task;
+      (*kept)();
+    });
+  }
+  ~Watch() override {
+    // Qt goes on using a notifier whose handler is running until that handler returns.
+    notifier_->setEnabled(false);
+    notifier_.release()->deleteLater();
+  }
+
+ private:
+  std::unique_ptr<QSocketNotifier> notifier_;
+};
+
 class QtEventQueue::Signal : public QueueSignal {
  public:
   explicit Signal(Task onRaise) : file_(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
     if (file_ < 0) throw std::system_error(errno, std::generic_category(), "eventfd");
-    notifier_ = std::make_unique<QSocketNotifier>(file_, QSocketNotifier::Read);
-    auto task = std::make_shared<Task>(std::move(onRaise));
-    QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(), [file = file_, task] {
+    watch_.emplace(file_, [file = file_, handler = std::move(onRaise)] {
       std::uint64_t raises = 0;
       // Emptied before the handler looks, so that a raise from then on is a call of its own.
-      const std::shared_ptr<Task> kept = task;
-      if (read(file, &raises, sizeof raises) == sizeof raises) (*kept)();
+      if (read(file, &raises, sizeof raises) == sizeof raises) handler();
     });
   }
   ~Signal() override {
-    // Qt goes on using a notifier whose handler is running until that handler returns.
-    notifier_->setEnabled(false);
-    notifier_.release()->deleteLater();
+    watch_.reset();
     close(file_);
   }
   void Raise() override {
@@ -59,7 +76,7 @@ class QtEventQueue::Signal : public QueueSignal {
 
  private:
   int file_;
-  std::unique_ptr<QSocketNotifier> notifier_;
+  std::optional<Watch> watch_;
 };
 
 QtEventQueue::QtEventQueue() {
@@ -108,6 +125,10 @@ std::unique_ptr<QueueTimer> QtEventQueue::CreateTimer(Task onTick) {
 
 std::unique_ptr<QueueSignal> QtEventQueue::CreateSignal(Task onRaise) {
   return std::make_unique<Signal>(std::move(onRaise));
+}
+
+std::unique_ptr<FileWatch> QtEventQueue::WatchFile(int file, Task onReadable) {
+  return std::make_unique<Watch>(file, std::move(onReadable));
 }
 
 }  // namespace quorl

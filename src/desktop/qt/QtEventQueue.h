@@ -27,10 +27,12 @@ class QtEventQueue : public EventQueue {
   // Raise is one write to an eventfd: it may also be called from a signal handler, and leaves errno alone.
   // Where the process has no file descriptor left, this throws std::system_error.
   std::unique_ptr<QueueSignal> CreateSignal(Task onRaise) override;
+  std::unique_ptr<FileWatch> WatchFile(int file, Task onReadable) override;
 
  private:
   class Timer;
   class Signal;
+  class Watch;
   struct Entry {
     std::uint64_t Number = 0;
     Task Run;

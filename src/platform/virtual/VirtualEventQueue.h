@@ -27,6 +27,7 @@ class VirtualEventQueue : public EventQueue {
   void Wait(std::chrono::milliseconds atMost) override;
   std::unique_ptr<QueueTimer> CreateTimer(Task onTick) override;
   std::unique_ptr<QueueSignal> CreateSignal(Task onRaise) override;
+  std::unique_ptr<FileWatch> WatchFile(int, Task) override { return std::make_unique<FileWatch>(); }
 
   // Runs everything that comes due up to and including that moment, with the clock at each event's own time.
   void AdvanceBy(std::chrono::microseconds step);

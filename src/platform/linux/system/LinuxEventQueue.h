@@ -10,12 +10,6 @@
 
 namespace quorl {
 
-// Stops its watch when destroyed; the handler itself may destroy it.
-class FileWatch {
- public:
-  virtual ~FileWatch() = default;
-};
-
 // Tasks, timers, signals and watched files share one line: what comes due is queued behind what is there,
 // timers in the order of their due times. A Yield from inside a handler goes on with that same line, so
 // nothing is overtaken. Delivery stops at what was due when Yield or Wait began: a task that posts itself
@@ -33,9 +27,7 @@ class LinuxEventQueue : public EventQueue {
   // Where the process has no file descriptor left, this throws std::system_error.
   std::unique_ptr<QueueSignal> CreateSignal(Task onRaise) override;
 
-  // `onReadable` runs whenever `file` can be read without waiting, also at its end: a handler that reads 0
-  // bytes drops the watch. `file` stays the caller's, and outlives the watch.
-  std::unique_ptr<FileWatch> WatchFile(int file, Task onReadable);
+  std::unique_ptr<FileWatch> WatchFile(int file, Task onReadable) override;
 
   // Delivers until a handler calls Quit. What was due together with that handler is delivered first.
   void Run();
