@@ -206,11 +206,30 @@ TEST_F(WindowTest, TheTitleBarGoesAndComesWithoutThePanelMoving) {
   }
 }
 
+TEST_F(WindowTest, FiguresThatAreReadFollowSlowerThanWhatIsTurned) {
+  window.show();
+  Pass(300);
+  struct Case {
+    const char* Name;
+    long Least, Most;  // refreshes in 0.8 s
+  };
+  for (const Case& each : {Case{"lblSMeter", 3, 6}, Case{"lblNB", 12, 21}}) {
+    const long before = window.Clock().TakenOver();
+    for (int i = 0; i < 80; ++i) {
+      panel.Get<Label>(each.Name).Caption = std::to_string(i);
+      Pass(10);
+    }
+    EXPECT_GE(window.Clock().TakenOver() - before, each.Least) << each.Name;
+    EXPECT_LE(window.Clock().TakenOver() - before, each.Most) << each.Name;
+    Pass(200);
+  }
+}
+
 TEST_F(WindowTest, ManyChangesAreOneRefresh) {
   window.show();
   Pass(100);
   const long before = window.Clock().TakenOver();
-  for (int i = 0; i < 1000; ++i) panel.Get<Label>("lblNotch").Caption = std::to_string(i);
+  for (int i = 0; i < 1000; ++i) panel.Get<Label>("lblNB").Caption = std::to_string(i);
   Pass(100);
   EXPECT_EQ(window.Clock().TakenOver() - before, 1);
 }

@@ -25,6 +25,7 @@ LabelView::LabelView(RefreshClock& clock, Label& label, LabelStyle style, const 
                                           : kNumberPixels),
       number_(pixels_) {
   if (style == LabelStyle::Value) setFocusPolicy(Qt::StrongFocus);
+  if (style == LabelStyle::Reading) SetRead();
   SetSizes(widest_.isEmpty() ? QSizePolicy::Preferred : QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 

@@ -57,6 +57,7 @@ class View : public QWidget {
   virtual View* FocusedPart() const { return nullptr; }
 
   bool IsPrompt() const { return prompt_; }
+  bool IsRead() const { return read_; }
 
  protected:
   // Text with its '&'; empty where the control has none.
@@ -81,6 +82,8 @@ class View : public QWidget {
   bool IsPressed() const { return pressed_; }
   // It answers the hand: what changes shows before the next refresh of all.
   void SetPrompt() { prompt_ = true; }
+  // It shows figures that an eye reads: a few times a second is enough.
+  void SetRead() { read_ = true; }
   bool IsHovered() const { return hovered_; }
 
   bool event(QEvent* event) override;
@@ -114,7 +117,7 @@ class View : public QWidget {
   bool spokenChecked_ = false;
   QSize hint_;
   int wheelRest_ = 0;
-  bool dirty_ = false, prompt_ = false, pressed_ = false, hovered_ = false, visible_ = true;
+  bool dirty_ = false, prompt_ = false, read_ = false, pressed_ = false, hovered_ = false, visible_ = true;
 };
 
 }  // namespace quorl
