@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 #include "platform/linux/system/LinuxClock.h"
 #include "receiver/Receiver.h"
@@ -24,8 +25,9 @@ class FileOutput final : public SoundOutput {
 
 // Largest magnitude of a block.
 int Peak(const std::int16_t* block) {
-  const auto [low, high] = std::minmax_element(block, block + SamplesPerEvent);
-  return std::max(-int{*low}, int{*high});
+  int peak = 0;
+  for (int n = 0; n < SamplesPerEvent; ++n) peak = std::max(peak, std::abs(int{block[n]}));
+  return peak;
 }
 
 }  // namespace
