@@ -83,7 +83,7 @@ bool frmMain::Form_Initialize() {
     return false;
   }
   Log(kInitialize, ":Initialising Digital Filter Objects");
-  radio_.Rx.Initialise();
+  radio_.Rx.InitialiseFilters();
   Log(kInitialize, ":Creating Profiler Object");
   Log(kInitialize, ":Initialising Tuning Step Array");
   OnSplash(false);

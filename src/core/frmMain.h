@@ -108,6 +108,7 @@ class frmMain {
   void StartSaving();
   void SaveNow();
   void Form_KeyDown(const Key& key);
+  bool IsTuningKey(const Key& key);
   void ReportLoadError(const std::string& text);
 
   Machine machine_;

@@ -77,6 +77,7 @@ void frmMain::LoadSteps() {
   radio_.SoundCard().RefreshDevices();
   step(":New clsFFTReal");
   step(":Initialising FFTReal");
+  radio_.Rx.InitialiseFFTReal();
   step(" : Initialising Interface Objects");
   MakeTuning();
   step(":Initialising sldAGCAttack");
@@ -146,13 +147,21 @@ void frmMain::ConnectForm() {
   optDisplaySize_.Click = [this](int index) { PaintButtons(optDisplaySize_, index); };
 }
 
+// Where no value is being turned, the keys that turn one tune.
+bool frmMain::IsTuningKey(const Key& key) {
+  const bool turns = key.Code == Key::Up || key.Code == Key::Down || key.Code == Key::A || key.Code == Key::Z;
+  if (!turns || scrollables_.ActiveCtl() != CtlIndex::None) return false;
+  scrollables_.Point(CtlIndex::Frequency);
+  return true;
+}
+
 void frmMain::Form_KeyDown(const Key& key) {
   if (tuning_.TuneByKey(key)) return;
   if (key.Code == kMuteKey && !key.With.Ctrl && !key.With.Alt) {
     volume_.chkMute.UserClick();
   } else if (tuning_.cboTuningSteps.Visible()) {
     Raise(tuning_.cboTuningSteps.KeyDown, key);
-  } else if (scrollables_.ActiveCtl() == CtlIndex::Frequency) {
+  } else if (scrollables_.ActiveCtl() == CtlIndex::Frequency || IsTuningKey(key)) {
     Raise(tuning_.picFreqDisp.KeyDown, key);
   } else {
     scrollables_.KeyDown(key);

@@ -2,6 +2,8 @@
 // ReceiverFilters.cpp, those of the notch in ReceiverNotch.cpp.
 #include "receiver/Receiver.h"
 
+#include <utility>
+
 #include "dsp/chain/NoiseBlanker.h"
 #include "dsp/kernel/VectorKernel.h"
 #include "support/Rounding.h"
@@ -22,9 +24,18 @@ Receiver::Receiver(const Clock& clock, SoundOutput& sound, BlockRecorder& record
       Chain(Vars, Filters, Agc, Tap, recorder),
       FilterMaker(Vars, Filters, Tap, yield),
       Profiler1(clock),
-      Pump(Vars, Chain, Tap, recorder, sound, Profiler1, yield) {}
+      Pump(Vars, Chain, Tap, recorder, sound, Profiler1, std::move(yield)) {}
 
 void Receiver::Initialise() {
+  InitialiseFFTReal();
+  InitialiseFilters();
+}
+
+void Receiver::InitialiseFFTReal() {
+  Filters.FFTReal.FFTInit(SegmentSize);
+}
+
+void Receiver::InitialiseFilters() {
   Filters.Initialise();
   Agc.ApplyPreset(Vars.AGCMode);
   Agc.FillDelayLine();

@@ -26,8 +26,10 @@ class Receiver {
   // All arguments are used as long as the receiver lives. `yield` delivers waiting events once. Blocks and
   // routines come after Initialise.
   Receiver(const Clock& clock, SoundOutput& sound, BlockRecorder& recorder, std::function<void()> yield);
-  // Makes the filters and takes every part's first values.
+  // Makes filters and transform and takes every part's first values: both steps, or one after the other.
   void Initialise();
+  void InitialiseFilters();
+  void InitialiseFFTReal();
   void AddSettings(SettingsTable& table);
 
   KernelSettings Settings;

@@ -451,6 +451,21 @@ TEST(FrmMainStart, PageKeysTuneWhereverThePointerIs) {
   EXPECT_EQ(rig.Digits(), "072060000");
 }
 
+TEST(FrmMainStart, AClickOnAModeLeavesUpAndDownToTuning) {
+  FrameRig rig;
+  ASSERT_TRUE(rig.Start());
+  rig.At("lbl7Seg(4)").MouseMove({});
+  rig.At("frDemod").MouseMove({});
+  rig.Click("optMode(1)");
+  rig.At("frmMain").KeyDown({Key::Up, {}});
+  rig.At("frmMain").KeyUp({Key::Up, {}});
+  EXPECT_EQ(rig.Digits(), "072060000");
+  rig.At("lblOutVol").MouseMove({});  // a value under the pointer has the keys
+  rig.At("frmMain").KeyDown({Key::Up, {}});
+  rig.Run(0.1);
+  EXPECT_EQ(rig.Digits(), "072060000");
+}
+
 TEST(FrmMainEnd, DevicesAreFoundByNameAndADeviceThatIsGoneKeepsItsPlace) {
   FrameRig rig(
       "[frmMain]\nCurrentCaptureDevice=1\nCurrentCaptureDeviceName=Microphone\n"

@@ -37,9 +37,9 @@ class QtEventQueue::Watch : public FileWatch {
       : notifier_(std::make_unique<QSocketNotifier>(file, QSocketNotifier::Read)) {
     auto task = std::make_shared<Task>(std::move(onReadable));
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(), [task] {
-      // The handler may destroy this watch, and with it the task that is running.
-      const std::shared_ptr<Task> kept = task;
-      (*kept)();
+      // The handler may destroy this watch, and with it the task that is running: a copy lives as long as
+      // that.
+      (*std::shared_ptr<Task>(task))();
     });
   }
   ~Watch() override {

@@ -65,7 +65,6 @@ void FilterBank::Initialise() {
   }
   HilbertI.Load(kHilbertLength, SamplesPerEvent);
   HilbertQ.Load(kHilbertLength, SamplesPerEvent);
-  FFTReal.FFTInit(SegmentSize);
 }
 
 void FilterBank::ActivateForMode(std::int32_t demodMode) {
