@@ -1,0 +1,34 @@
+// The keys that no control takes.
+#include <gtest/gtest.h>
+
+#include "core/FrameRig.h"
+
+namespace quorl::test {
+namespace {
+
+TEST(FrmMainKeys, PageKeysTuneWhereverThePointerIs) {
+  FrameRig rig;
+  ASSERT_TRUE(rig.Start());
+  rig.At("lblNB").MouseMove({});
+  rig.At("frmMain").KeyDown({Key::PageUp, {.Shift = true}});
+  rig.Run(0.1);
+  EXPECT_EQ(rig.Digits(), "072060000");
+}
+
+TEST(FrmMainKeys, AClickOnAModeLeavesUpAndDownToTuning) {
+  FrameRig rig;
+  ASSERT_TRUE(rig.Start());
+  rig.At("lbl7Seg(4)").MouseMove({});
+  rig.At("frDemod").MouseMove({});
+  rig.Click("optMode(1)");
+  rig.At("frmMain").KeyDown({Key::Up, {}});
+  rig.At("frmMain").KeyUp({Key::Up, {}});
+  EXPECT_EQ(rig.Digits(), "072060000");
+  rig.At("lblOutVol").MouseMove({});  // a value under the pointer has the keys
+  rig.At("frmMain").KeyDown({Key::Up, {}});
+  rig.Run(0.1);
+  EXPECT_EQ(rig.Digits(), "072060000");
+}
+
+}  // namespace
+}  // namespace quorl::test
