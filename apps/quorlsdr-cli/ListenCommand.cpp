@@ -98,6 +98,12 @@ int Receive(const ListenOptions& options, HostMachine& machine, LiveRadio& radio
     screen.ShowSoundLost();
     lost = !screen.HasKeys();
   });
+  // They refer to what ends with this routine.
+  const std::shared_ptr<void> deaf(nullptr, [&](void*) {
+    radio.OnAudio = nullptr;
+    radio.OnBlockOut = [] {};
+    machine.Parts().Sound.OnDeviceLost({});
+  });
   radio.Housekeeping();
   if (const Failure failure = radio.Start()) {
     PrintFault(failure->Text);
@@ -117,9 +123,6 @@ int Receive(const ListenOptions& options, HostMachine& machine, LiveRadio& radio
   screen.Finish();
   radio.Stop();
   if (options.Reception.Report) PrintReport(radio, machine.Parts().Sound.Statistics(), measure);
-  radio.OnAudio = nullptr;
-  radio.OnBlockOut = [] {};
-  machine.Parts().Sound.OnDeviceLost({});
   return lost ? ExitCode::Failed : ExitCode::Success;
 }
 
@@ -128,8 +131,8 @@ int Listen(const ListenOptions& options, HostMachine& machine, LinuxEventQueue& 
   // In virtual time too the stop watch tells how long a block has taken.
   const LinuxClock stopWatch;
   const Machine& all = machine.Parts();
-  Machine parts{all.Queue, stopWatch,  all.Boxes,   all.Storage, all.Instance,
-                all.Sound, all.Serial, all.Printer, all.Programs};
+  Machine parts{all.Queue,    stopWatch, all.Boxes,  all.Storage, all.Beside,
+                all.Instance, all.Sound, all.Serial, all.Printer, all.Programs};
   LiveRadio radio(parts, machine.Settings(), recorder, [](const std::string& line) { PrintFault(line); });
   radio.Rx.Initialise();
   ApplyReceiveOptions(options.Reception, radio.Rx);

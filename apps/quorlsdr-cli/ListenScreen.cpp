@@ -9,36 +9,33 @@
 #include <cstdio>
 
 #include "Fault.h"
+#include "display/SMeterPanel.h"
 #include "interaction/PanelTexts.h"
+#include "support/Decibels.h"
 #include "support/NumberPicture.h"
 
 namespace quorl::cli {
 namespace {
 
-constexpr std::array<const char*, DemodMode::Count> kModeNames{"AM", "USB", "LSB", "DRM", "FM", "BC"};
 constexpr int kMeterBars = 10;  // a full sound card fills them
 constexpr double kDbPerBar = 9.0;
-constexpr double kDbPerSUnit = 6.0;
-constexpr double kS9 = 54.0;      // dB of the meter's scale
 constexpr int kNotchWidth = 100;  // Hz
 constexpr float kMute = -10000.0F, kLoudest = 8000.0F;
 
-double Decibels(double ratio) {
-  return ratio > 0.0 ? 20.0 * std::log10(ratio) : -99.0;
+// A bar and the reading of a level over the noise floor, both of fixed width.
+std::string SMeter(float level) {
+  const int bars = std::clamp(static_cast<int>(Decibels(level) / kDbPerBar), 0, kMeterBars);
+  std::string reading = SMeterReading(level);
+  reading.resize(std::size("S9 +00 dB") - 1, ' ');
+  return "[" + std::string(static_cast<std::size_t>(bars), '#') +
+         std::string(static_cast<std::size_t>(kMeterBars - bars), '-') + "] " + reading;
 }
 
-std::string SMeter(double level) {
-  const double db = std::max(0.0, Decibels(level));
-  const int bars = std::clamp(static_cast<int>(db / kDbPerBar), 0, kMeterBars);
-  std::string text = "[" + std::string(static_cast<std::size_t>(bars), '#') +
-                     std::string(static_cast<std::size_t>(kMeterBars - bars), '-') + "] ";
-  char reading[16];
-  if (db > kS9) {
-    std::snprintf(reading, sizeof reading, "S9+%02.0f", db - kS9);
-  } else {
-    std::snprintf(reading, sizeof reading, "S%-4d", static_cast<int>(db / kDbPerSUnit));
-  }
-  return text + reading;
+// The caption of the mode's button without its mnemonic.
+std::string ModeName(std::int32_t mode) {
+  std::string name = DemodModeTexts[static_cast<std::size_t>(mode)].Caption;
+  std::erase(name, '&');
+  return name;
 }
 
 }  // namespace
@@ -185,17 +182,16 @@ std::string ListenScreen::Line() const {
   const Receiver& receiver = radio_.Rx;
   const PublicVars& vars = receiver.Vars;
   const clsVFO& vfo = radio_.VFO();
-  const double level = receiver.MeanSignalLevel();
+  const float level = std::max(receiver.MeanSignalLevel() - SMeterPanel::kFloor, 0.0F);
   const std::string step =
       soundLost_ ? "NO SOUND, p reopens" : FormatPicture(vfo.TuneStep() / 10.0, "#,##0 Hz") + " step";
   char text[240];
-  std::snprintf(text, sizeof text, "%s %-3s %-7s %s %2.0f dB load %4.1f%% %s%s%s",
+  std::snprintf(text, sizeof text, "%s %-3s %-7s %s load %4.1f%% %s%s%s",
                 FormatPicture(radio_.Tuning().Tune().Wanted() / 10.0, "#0 000 000.0 Hz").c_str(),
-                kModeNames[static_cast<std::size_t>(vars.CurrentDemodMode)],
+                ModeName(vars.CurrentDemodMode).c_str(),
                 FilterModeTexts[static_cast<std::size_t>(vars.CurrentFilterMode)].Caption,
-                SMeter(level).c_str(), std::max(0.0, Decibels(level)),
-                100.0 * static_cast<double>(receiver.Pump.PumpLoad), step.c_str(), muted_ ? " muted" : "",
-                notch_ ? " notch" : "");
+                SMeter(level).c_str(), 100.0 * static_cast<double>(receiver.Pump.PumpLoad), step.c_str(),
+                muted_ ? " muted" : "", notch_ ? " notch" : "");
   return text;
 }
 

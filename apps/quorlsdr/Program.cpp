@@ -43,7 +43,10 @@ class Program {
       return ExitCode::Refused;
     }
     for (const std::string& notice : machine_->Notices()) Complain(notice);
-    if (!frame_->Form_Initialize()) return ExitCode::Refused;
+    if (!frame_->Form_Initialize()) {
+      frame_->Form_Unload();  // while the window that it talks to is still there
+      return ExitCode::Refused;
+    }
     window_->setAttribute(Qt::WA_TransparentForMouseEvents, false);
     int exitCode = options_.Script.empty() ? WaitForClose() : RunScript();
     frame_->Form_Unload();

@@ -65,6 +65,11 @@ Failure HostMachine::PutTogether(const HostMachineOptions& options) {
   settings_ = std::make_unique<SettingsStore>(files_, options.Settings.empty() ? usual : options.Settings,
                                               &lock_, log);
   if (options.VirtualTime) virtualQueue_ = std::make_unique<VirtualEventQueue>(virtualClock_);
+  if (virtualQueue_) {
+    fileWorker_ = std::make_unique<VirtualFileWorker>(*virtualQueue_);
+  } else {
+    fileWorker_ = std::make_unique<LinuxFileWorker>(queue_);
+  }
   return options.Demo ? ConnectDemo(options) : ConnectRadio(options);
 }
 
@@ -99,8 +104,9 @@ Failure HostMachine::ConnectDemo(const HostMachineOptions& options) {
   if (failure) return failure;
   failure = ConnectDemoSound(options, *antenna);
   if (failure) return failure;
-  machine_ = std::make_unique<Machine>(Machine{Queue(), Time(), boxes_, files_, lock_, *sourcedSound_,
-                                               board_->Serial(), board_->Printer(), processes_});
+  machine_ =
+      std::make_unique<Machine>(Machine{Queue(), Time(), boxes_, files_, *fileWorker_, lock_, *sourcedSound_,
+                                        board_->Serial(), board_->Printer(), processes_});
   return {};
 }
 
@@ -138,8 +144,8 @@ Failure HostMachine::ConnectRadio(const HostMachineOptions& options) {
   if (!failure && !options.Playback.empty())
     playbackDevice_ = DeviceNumber(soundCard_->PlaybackDeviceNames(), options.Playback, "playback", failure);
   if (failure) return failure;
-  machine_ = std::make_unique<Machine>(
-      Machine{queue_, clock_, boxes_, files_, lock_, *soundCard_, *serial_, *printer_, processes_});
+  machine_ = std::make_unique<Machine>(Machine{queue_, clock_, boxes_, files_, *fileWorker_, lock_,
+                                               *soundCard_, *serial_, *printer_, processes_});
   return {};
 }
 

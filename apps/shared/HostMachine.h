@@ -13,12 +13,14 @@
 #include "platform/linux/lines/LinuxSerialPort.h"
 #include "platform/linux/sound/RtAudioSoundSystem.h"
 #include "platform/linux/system/LinuxClock.h"
+#include "platform/linux/system/LinuxFileWorker.h"
 #include "platform/linux/system/LinuxFiles.h"
 #include "platform/linux/system/LinuxProcesses.h"
 #include "platform/linux/system/ScratchHome.h"
 #include "platform/linux/system/UserDirectories.h"
 #include "platform/virtual/SourcedSoundSystem.h"
 #include "platform/virtual/VirtualEventQueue.h"
+#include "platform/virtual/VirtualFileWorker.h"
 #include "platform/virtual/VirtualSoundSystem.h"
 #include "shared/DemoBoard.h"
 #include "sim/RecordingSource.h"
@@ -88,6 +90,7 @@ class HostMachine {
   std::unique_ptr<VirtualSoundSystem> virtualSound_;
   std::unique_ptr<SourcedSoundSystem> sourcedSound_;
   std::unique_ptr<SettingsStore> settings_;
+  std::unique_ptr<FileWorker> fileWorker_;
   std::unique_ptr<Machine> machine_;
   int captureDevice_ = 1, playbackDevice_ = 1;
   std::vector<std::string> notices_;

@@ -84,24 +84,16 @@ SettingsStore::SettingsStore(Files& files, std::string path, InstanceLock* lock,
       refusal_(Error{kNotLoaded, path_ + ": the settings have not been read yet"}) {}
 
 void SettingsStore::Log(const std::string& line) const {
-  if (log_) {
-    log_(line);
-  }
+  if (log_) log_(line);
 }
 
 Failure SettingsStore::Load() {
-  if (!files_) {
-    return {};
-  }
+  if (!files_) return {};
   refusal_ = lock_ ? lock_->Acquire(path_) : Failure{};
-  if (lock_ && lock_->IsHeld()) {
-    RemoveLeftovers(*files_, path_);
-  }
+  if (lock_ && lock_->IsHeld()) RemoveLeftovers(*files_, path_);
   if (files_->Exists(path_)) {
     Failure failure = ReadFile();
-    if (failure && !refusal_) {
-      refusal_ = std::move(failure);
-    }
+    if (failure && !refusal_) refusal_ = std::move(failure);
   }
   return refusal_;
 }
@@ -113,39 +105,43 @@ Failure SettingsStore::ReadFile() {
                  "Can't read " + path_ + ": it is no ordinary file. Name another settings file."};
   }
   Failure failure;
-  if (const auto content = files_->Read(path_, failure)) {
-    Parse(*content);
-  }
+  if (const auto content = files_->Read(path_, failure)) Parse(*content);
   return failure;
 }
 
 Failure SettingsStore::Save() {
-  if (!files_ || !changed_) {
-    return {};
-  }
-  if (refusal_) {
-    return refusal_;
-  }
-  const std::string file = files_->Resolve(path_);
-  if (const auto slash = file.rfind('/'); slash != std::string::npos && slash > 0) {
-    if (auto failure = files_->MakeDirectory(file.substr(0, slash))) {
-      return failure;
-    }
-  }
+  if (!files_ || !IsChanged()) return {};
+  if (refusal_) return refusal_;
+  if (auto failure = MakeFolder()) return failure;
   auto failure = files_->Replace(path_, Serialise());
-  changed_ = failure.has_value();
+  if (!failure) saved_ = version_;
   return failure;
+}
+
+Failure SettingsStore::MakeFolder() {
+  const std::string file = files_->Resolve(path_);
+  const auto slash = file.rfind('/');
+  return slash == std::string::npos || slash == 0 ? Failure() : files_->MakeDirectory(file.substr(0, slash));
+}
+
+void SettingsStore::SaveBeside(PostedFiles& files, std::function<void(const Failure&)> done) {
+  if (!files_ || !IsChanged() || saving_) return;
+  const Failure refused = refusal_ ? refusal_ : MakeFolder();
+  if (refused) return done(refused);
+  saving_ = true;
+  files.Replace(path_, Serialise(),
+                [this, version = version_, done = std::move(done)](const Failure& failure) {
+                  saving_ = false;
+                  if (!failure) saved_ = std::max(saved_, version);
+                  done(failure);
+                });
 }
 
 const std::string* SettingsStore::Find(std::string_view section, std::string_view key) const {
   for (const Section& each : sections_) {
-    if (each.Unreadable || !EqualsNoCase(each.Name, section)) {
-      continue;
-    }
+    if (each.Unreadable || !EqualsNoCase(each.Name, section)) continue;
     for (const Line& line : each.Lines) {
-      if (!line.Verbatim && EqualsNoCase(line.Key, key)) {
-        return &line.Value;
-      }
+      if (!line.Verbatim && EqualsNoCase(line.Key, key)) return &line.Value;
     }
   }
   return nullptr;
@@ -159,11 +155,9 @@ std::string SettingsStore::GetSetting(std::string_view section, std::string_view
 
 void SettingsStore::SaveSetting(std::string_view section, std::string_view key, std::string_view value) {
   const std::string* present = Find(section, key);
-  if (present && *present == value) {
-    return;
-  }
+  if (present && *present == value) return;
   Put(SectionNamed(section), key, value);
-  changed_ = true;
+  ++version_;
 }
 
 SettingsStore::Section& SettingsStore::SectionNamed(std::string_view name) {
@@ -189,43 +183,31 @@ void SettingsStore::Put(Section& section, std::string_view key, std::string_view
 }
 
 void SettingsStore::Read(std::string_view section, std::string_view key, std::int32_t& value) const {
-  if (const auto* text = Find(section, key)) {
-    value = ParseInt32(*text).value_or(value);
-  }
+  if (const auto* text = Find(section, key)) value = ParseInt32(*text).value_or(value);
 }
 
 void SettingsStore::Read(std::string_view section, std::string_view key, double& value) const {
-  if (const auto* text = Find(section, key)) {
-    value = ParseDouble(*text).value_or(value);
-  }
+  if (const auto* text = Find(section, key)) value = ParseDouble(*text).value_or(value);
 }
 
 void SettingsStore::Read(std::string_view section, std::string_view key, float& value) const {
   const auto* text = Find(section, key);
   const auto number = text ? ParseDouble(*text) : std::nullopt;
-  if (number && std::abs(*number) <= std::numeric_limits<float>::max()) {
-    value = static_cast<float>(*number);
-  }
+  if (number && std::abs(*number) <= std::numeric_limits<float>::max()) value = static_cast<float>(*number);
 }
 
 void SettingsStore::Read(std::string_view section, std::string_view key, bool& value) const {
-  if (const auto* text = Find(section, key)) {
-    value = ParseFlag(*text).value_or(value);
-  }
+  if (const auto* text = Find(section, key)) value = ParseFlag(*text).value_or(value);
 }
 
 void SettingsStore::Read(std::string_view section, std::string_view key, std::string& value) const {
-  if (const auto* text = Find(section, key)) {
-    value = *text;
-  }
+  if (const auto* text = Find(section, key)) value = *text;
 }
 
 void SettingsStore::ReadColour(std::string_view section, std::string_view key, std::uint32_t& value) const {
   std::int32_t number = -1;
   Read(section, key, number);
-  if (number >= 0 && number <= 0xFFFFFF) {
-    value = static_cast<std::uint32_t>(number);
-  }
+  if (number >= 0 && number <= 0xFFFFFF) value = static_cast<std::uint32_t>(number);
 }
 
 std::string SettingsStore::Serialise() const {
@@ -246,13 +228,11 @@ std::string SettingsStore::Serialise() const {
 void SettingsStore::Parse(std::string_view text) {
   preamble_.clear();
   sections_.clear();
-  changed_ = false;
+  saved_ = version_;
   Section* section = nullptr;
   IniReader lines(text);
   while (const auto line = lines.Next()) {
-    if (TakeLine(*line, section)) {
-      continue;
-    }
+    if (TakeLine(*line, section)) continue;
     Log(path_ + ", line " + std::to_string(line->Number) +
         " isn't a setting and stays in the file as it stands: \"" +
         Escape(line->Text.substr(0, kMostQuoted), "") + "\"");

@@ -10,6 +10,7 @@
 
 #include "platform/Files.h"
 #include "platform/InstanceLock.h"
+#include "platform/files/PostedFiles.h"
 #include "support/IniReader.h"
 
 namespace quorl {
@@ -45,7 +46,11 @@ class SettingsStore {
   Failure Load();
   // Writes the file where anything has changed since it was loaded or saved, and makes its directory.
   Failure Save();
-  bool IsChanged() const { return changed_; }
+  // The same beside the sound: `done` is told the outcome, from the queue of `files`; nothing is where
+  // nothing has changed or such a save is out already. Whoever calls Save after it lets that one finish
+  // first.
+  void SaveBeside(PostedFiles& files, std::function<void(const Failure&)> done);
+  bool IsChanged() const { return saved_ != version_; }
   // Sends the log's lines elsewhere from now on.
   void SetLog(LogSink log) { log_ = std::move(log); }
   const std::string& Path() const { return path_; }
@@ -83,6 +88,7 @@ class SettingsStore {
   Section& SectionNamed(std::string_view name);
   static void Put(Section& section, std::string_view key, std::string_view value);
   Failure ReadFile();
+  Failure MakeFolder();
   // False where the line isn't understood. `section` is the one that the next lines belong to.
   bool TakeLine(const IniLine& line, Section*& section);
   void Log(const std::string& line) const;
@@ -93,7 +99,8 @@ class SettingsStore {
   LogSink log_;
   std::vector<Line> preamble_;  // what stands before the first section
   std::vector<Section> sections_;
-  bool changed_ = false;
+  std::int64_t version_ = 0, saved_ = 0;  // what is in memory, and what is in the file
+  bool saving_ = false;
   Failure refusal_;
 };
 

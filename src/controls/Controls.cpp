@@ -20,7 +20,7 @@ std::optional<int> NumberIn(const std::string& text) {
   int number = 0;
   const char* end = text.data() + text.size();
   const auto [stop, fault] = std::from_chars(text.data(), end, number);
-  if (fault != std::errc() || stop != end) return std::nullopt;
+  if (fault != std::errc() || stop != end) return {};
   return number;
 }
 
@@ -30,7 +30,7 @@ std::optional<int> ItemIn(const std::vector<std::string>& items, const std::stri
   if (found != items.end()) return static_cast<int>(found - items.begin());
   const std::optional<int> number = NumberIn(text);
   if (number && *number >= 0 && *number < static_cast<int>(items.size())) return number;
-  return std::nullopt;
+  return {};
 }
 
 }  // namespace

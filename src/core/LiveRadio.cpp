@@ -40,6 +40,8 @@ void LiveRadio::SetSoundFormat(bool shortDelay) {
 bool LiveRadio::CreateTuning(std::int32_t interfaceType, bool shaftEncoder, bool tellsPort) {
   const bool open = tuning_.OpenInterface(interfaceType, shaftEncoder, tellsPort);
   tuning_.CreateVFO(Rx.Vars.SDRModelNo, interfaceType);
+  // The grid comes with the step: a stored step finer than the usual grid would tune back and forth.
+  VFO().SetTuneStep(VFO().TuneStep());
   Rx.SetLowSideLO(!VFO().HiSideLO);
   return open;
 }

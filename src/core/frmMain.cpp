@@ -207,6 +207,7 @@ void frmMain::Form_Unload() {
   tuning_.SetTuner(nullptr);
   radio_.Tuning().Save();
   radio_.ReleaseTuning();
+  machine_.Beside.Finish();  // an older state never lands on the last one
   if (const Failure failure = store_.Save()) {
     log_.AddLog(failure->Text);
     machine_.Boxes.ShowMessage({.Text = failure->Text, .Title = kProductName, .Icon = MessageIcon::Warning});

@@ -23,6 +23,7 @@
 #include "interaction/ScrollableControls.h"
 #include "memories/MainBand.h"
 #include "platform/Machine.h"
+#include "platform/files/PostedFiles.h"
 #include "reception/AGCPanel.h"
 #include "reception/BFOPanel.h"
 #include "reception/DemodPanel.h"
@@ -113,6 +114,7 @@ class frmMain {
 
   Machine machine_;
   SettingsStore& store_;
+  PostedFiles beside_{machine_.Storage, machine_.Beside};
   LogBook& log_;
   StartOptions options_;
   NoRecorder recorder_;  // the recorder's place
@@ -151,6 +153,7 @@ class frmMain {
   SMeterPanel smeter_;
   Timer tmrSaveSettings_;
   SettingsTable settings_;
+  Listening following_;
 };
 
 }  // namespace quorl

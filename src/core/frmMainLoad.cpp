@@ -233,6 +233,10 @@ void frmMain::ApplySettings() {
 }
 
 void frmMain::ConnectHousekeeping() {
+  // Whoever moves the receiver to the other side takes the oscillator along.
+  following_ = radio_.Rx.Changed.Listen([this](ReceiverPart part) {
+    if (part == ReceiverPart::Side && !loading_) tuning_.chkTuneLo.SetValue(radio_.Rx.Vars.LowSideLO);
+  });
   radio_.BeforeFilters = [this] {
     smeter_.Update();
     stats_.Update();

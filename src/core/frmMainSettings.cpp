@@ -58,7 +58,7 @@ void frmMain::StartSaving() {
   tmrSaveSettings_.SetEnabled(true);
 }
 
-// On the disk, too: what a power cut would cost otherwise.
+// On the disk, too: what a power cut would cost otherwise. While the sound plays the disk is not waited for.
 void frmMain::SaveNow() {
   if (loading_ || unloaded_) return;
   // A step holds the chip's refreshing back until it has been sent: that is not what the user chose.
@@ -67,7 +67,12 @@ void frmMain::SaveNow() {
   if (sending) return;
   SaveSettings();
   radio_.VFO().SaveSettings();
-  if (const Failure failure = store_.Save()) log_.AddLog(failure->Text);
+  const auto tell = [this](const Failure& failure) {
+    if (failure) log_.AddLog(failure->Text);
+  };
+  if (on_) return store_.SaveBeside(beside_, tell);
+  machine_.Beside.Finish();
+  tell(store_.Save());
 }
 
 }  // namespace quorl

@@ -19,15 +19,15 @@ constexpr int kS9Element = 9;
 constexpr std::array<int, 5> kMarkedUnits{1, 3, 5, 7, kS9Element};
 constexpr std::array<int, 5> kMarkedOverS9{20, 40, 60, 80, 100};
 
-std::string Reading(float level) {
+}  // namespace
+
+std::string SMeterReading(float level) {
   const int decibels = RoundDown(Decibels(level));
   const int sUnits = std::clamp(decibels / SMeterPanel::kStep, 0, kS9Element);
   const int over = decibels - RoundHalfEven(SMeterPanel::kS9);
   const std::string text = "S" + std::to_string(sUnits);
   return over > 0 ? text + " +" + std::to_string(over) + " dB" : text;
 }
-
-}  // namespace
 
 SMeterPanel::SMeterPanel(ControlRegistry& registry, const PublicVars& vars)
     : picSmeter(registry, "picSmeter"),
@@ -88,7 +88,7 @@ void SMeterPanel::DrawSMeter(float level) {
   ScopedFlag guard(inDraw_);
   const int last = std::clamp(RoundDown(Decibels(level)) / kStep, 0, kElements - 1);
   for (int i = 0; i < kElements; ++i) shpSMeterGrid(i).Visible = last >= 1 && i <= last;
-  lblSMeter.Caption = Reading(level);
+  lblSMeter.Caption = SMeterReading(level);
 }
 
 void SMeterPanel::DrawSMeterScale() {

@@ -2,12 +2,16 @@
 #pragma once
 
 #include <array>
+#include <string>
 
 #include "config/SettingsTable.h"
 #include "controls/Controls.h"
 #include "state/PublicVars.h"
 
 namespace quorl {
+
+// A level over the noise floor, in 16-bit units, as an operator says it: "S7", "S9 +12 dB".
+std::string SMeterReading(float level);
 
 class SMeterPanel {
  public:

@@ -43,6 +43,7 @@ enum class OpenMode {
   Read,    // the file must exist
   Create,  // nothing of that name may exist
   Update,  // reads and writes; made where it is missing
+  Append,  // writes at the end, wherever others have moved it to; made where it is missing
   Feed,    // writes only, in order: for pipes and devices
 };
 

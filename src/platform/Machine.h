@@ -6,6 +6,7 @@ namespace quorl {
 class Clock;
 class Dialogs;
 class EventQueue;
+class FileWorker;
 class Files;
 class InstanceLock;
 class PrinterPort;
@@ -19,6 +20,7 @@ struct Machine {
   const Clock& Time;
   Dialogs& Boxes;
   Files& Storage;
+  FileWorker& Beside;  // works on files while the sound plays
   InstanceLock& Instance;
   SoundSystem& Sound;
   SerialPort& Serial;

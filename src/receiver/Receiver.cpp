@@ -69,6 +69,7 @@ void Receiver::SetLowSideLO(bool low) {
 }
 
 void Receiver::SetDemodMode(std::int32_t mode) {
+  if (mode < 0 || mode >= DemodMode::Count) return;
   const std::int32_t from = Vars.CurrentDemodMode;
   Vars.CurrentDemodMode = mode;
   Filters.ActivateForMode(mode);
@@ -100,7 +101,7 @@ void Receiver::SwitchAGC(bool on) {
 }
 
 void Receiver::SetAGCPreset(std::int32_t mode) {
-  if (!Vars.AGCON) return;
+  if (!Vars.AGCON || mode < 0 || mode >= static_cast<std::int32_t>(Vars.AGCSettings.size())) return;
   Agc.ApplyPreset(mode);
   Changed(ReceiverPart::AGC);
 }

@@ -20,7 +20,7 @@ enum class ReceiverPart { Side, BFO, Mode, Filter, IFFilter, Notch, NoiseBlanker
 
 // Whoever changes the receiver (a panel, the command line, a memory, a remote client) does it through the
 // routines below, and whoever shows it listens to Changed. They mark the filters, and the next Housekeeping
-// rebuilds them.
+// rebuilds them. A mode, type or preset that doesn't exist changes nothing.
 class Receiver {
  public:
   // All arguments are used as long as the receiver lives. `yield` delivers waiting events once. Blocks and

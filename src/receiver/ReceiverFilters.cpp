@@ -13,6 +13,7 @@ FilterSettingsRecord& Receiver::IFFilterRecord() {
 }
 
 void Receiver::SetFilterMode(std::int32_t mode) {
+  if (mode < 0 || mode >= FilterModeCount) return;
   Vars.CurrentFilterMode = mode;
   TakeFilter();
   Changed(ReceiverPart::Filter);
@@ -69,7 +70,7 @@ void Receiver::TakeMusic(bool on) {
 }
 
 void Receiver::SetMusic(bool on) {
-  TakeMusic(on);
+  if (on != Vars.MusicMode) TakeMusic(on);
   Changed(ReceiverPart::Filter);
 }
 
@@ -96,7 +97,7 @@ void Receiver::SwitchIFFilter(bool on) {
 }
 
 void Receiver::SetIFFilterMode(std::int32_t mode) {
-  if (!Vars.IFFilterActive) return;
+  if (!Vars.IFFilterActive || mode < 0 || mode >= IFFilterMode::Count) return;
   Vars.CurrentIFFilterMode = mode;
   Filters.IFFilterI.Active = mode != IFFilterMode::Off;
   if (mode == IFFilterMode::Manual) {

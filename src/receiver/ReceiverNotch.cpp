@@ -19,7 +19,7 @@ void Receiver::SwitchNotch(bool on) {
 }
 
 void Receiver::SetNotchMode(std::int32_t mode) {
-  if (!Vars.NotchActive) return;
+  if (!Vars.NotchActive || (mode != NotchModes::Manual && mode != NotchModes::Auto)) return;
   Vars.NotchMode = mode;
   // The tracker hears audio only.
   if (mode == NotchModes::Auto) Vars.NotchType = NotchTypes::Audio;
@@ -31,6 +31,7 @@ void Receiver::SetNotchMode(std::int32_t mode) {
 
 void Receiver::SetNotchType(std::int32_t type) {
   if (!Vars.NotchActive || Vars.NotchMode == NotchModes::Auto) return;
+  if (type != NotchTypes::Audio && type != NotchTypes::IF) return;
   Vars.NotchType = type;
   PlaceNotch();
   Vars.NotchDirty = true;

@@ -33,7 +33,7 @@ Failure RawWriter::Commit() {
 }
 
 Failure RawWriter::Check() {
-  if (out_) return std::nullopt;
+  if (out_) return {};
   return IoError(name_, "can't be written");
 }
 

@@ -16,7 +16,7 @@ class RawReader final : public SampleReader {
       : in_(in), name_(std::move(name)), channels_(channels) {}
 
   int Channels() const override { return channels_; }
-  std::optional<std::int64_t> Frames() const override { return std::nullopt; }
+  std::optional<std::int64_t> Frames() const override { return {}; }
   int Read(std::int16_t* interleaved, int frames, Failure& failure) override;
 
  private:

@@ -107,7 +107,7 @@ Failure ChunkWalk::TakeData(std::uint32_t size) {
   Layout.DataAt = at_;
   Layout.DataBytes = size;
   if (const auto bytes = file_.Size()) Layout.BytesThere = std::clamp<std::int64_t>(*bytes - at_, 0, size);
-  return std::nullopt;
+  return {};
 }
 
 Failure ChunkWalk::Fill(unsigned char* bytes, int count, const std::string& where) {
@@ -133,7 +133,7 @@ Failure ChunkWalk::SkipPipe(std::int64_t bytes, const std::string& where) {
     if (Failure failure = Fill(passed.data(), part, where)) return failure;
     bytes -= part;
   }
-  return std::nullopt;
+  return {};
 }
 
 }  // namespace
@@ -141,7 +141,7 @@ Failure ChunkWalk::SkipPipe(std::int64_t bytes, const std::string& where) {
 std::optional<WavLayout> ReadWavLayout(OpenFile& file, Failure& failure) {
   ChunkWalk walk(file);
   failure = walk.ToSamples();
-  if (failure) return std::nullopt;
+  if (failure) return {};
   return walk.Layout;
 }
 

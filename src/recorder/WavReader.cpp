@@ -12,9 +12,7 @@ std::string Misfit(const WavFormat& format, const WavNeeds& needs) {
   if (format.Tag != WavFormat::Pcm) {
     return "samples are coded in format " + std::to_string(format.Tag) + "; 16-bit PCM is needed";
   }
-  if (format.Bits != 16) {
-    return "samples have " + std::to_string(format.Bits) + " bits; 16 are needed";
-  }
+  if (format.Bits != 16) return "samples have " + std::to_string(format.Bits) + " bits; 16 are needed";
   if (format.Rate != static_cast<std::uint32_t>(needs.SampleRate)) {
     return "the sample rate is " + std::to_string(format.Rate) + " Hz; " + std::to_string(needs.SampleRate) +
            " Hz is needed";
@@ -52,7 +50,7 @@ Failure Check(const OpenFile& file, const WavLayout& layout, const WavNeeds& nee
                      " bytes of samples; a whole number of frames of " +
                      std::to_string(layout.Format.FrameBytes) + " bytes is needed");
   }
-  return std::nullopt;
+  return {};
 }
 
 }  // namespace

@@ -106,7 +106,7 @@ std::string Rest(const std::vector<std::string>& words, std::size_t from) {
 }  // namespace
 
 std::optional<std::string> ScriptDialogs::NextAnswer() {
-  if (answers_.empty()) return std::nullopt;
+  if (answers_.empty()) return {};
   std::string answer = std::move(answers_.front());
   answers_.pop_front();
   return answer;

@@ -65,7 +65,7 @@ void SimulatedAD9835::LoadFrequency(unsigned address, std::uint8_t upper) {
 }
 
 std::optional<double> SimulatedAD9835::OutputHz() const {
-  if (asleep_ || reset_) return std::nullopt;
+  if (asleep_ || reset_) return {};
   return SynthesisedHz(TuningWord(), clockHz_ * (1.0 + clockError_ * 1e-6));
 }
 

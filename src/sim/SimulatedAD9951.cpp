@@ -71,12 +71,12 @@ std::optional<double> SimulatedAD9951::SystemClockHz() const {
   const bool upperRange = (active_[Cfr2] & 0x4U) != 0;
   const double lowest = upperRange ? 250e6 : 100e6;
   const double highest = upperRange ? 400e6 : 250e6;
-  if (multiplied < lowest || multiplied > highest) return std::nullopt;
+  if (multiplied < lowest || multiplied > highest) return {};
   return multiplied;
 }
 
 std::optional<double> SimulatedAD9951::OutputHz() const {
-  if ((active_[Cfr1] & kPowerDownBits) != 0) return std::nullopt;
+  if ((active_[Cfr1] & kPowerDownBits) != 0) return {};
   const std::optional<double> clock = SystemClockHz();
   return clock ? SynthesisedHz(active_[Ftw0], *clock) : std::nullopt;
 }

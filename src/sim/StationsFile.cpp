@@ -62,7 +62,7 @@ std::string_view NextWord(std::string_view& text) {
 std::optional<double> Number(std::string_view text) {
   double value = 0.0;
   const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (fault != std::errc() || end != text.data() + text.size() || !std::isfinite(value)) return std::nullopt;
+  if (fault != std::errc() || end != text.data() + text.size() || !std::isfinite(value)) return {};
   return value;
 }
 
@@ -106,7 +106,7 @@ class Parser {
     switch (line.Kind) {
       case IniKind::Empty:
       case IniKind::Comment:
-        return std::nullopt;
+        return {};
       case IniKind::Section:
         return OpenSection(line.Name, quoted);
       case IniKind::Entry:
@@ -135,7 +135,7 @@ class Parser {
     constexpr std::string_view kStation = "station ";
     if (name == "band") {
       section_ = Section::Band;
-      return std::nullopt;
+      return {};
     }
     if (!name.starts_with(kStation))
       return Fault(quoted + " is no section of this file; write [band] or [station NAME]");
@@ -146,11 +146,11 @@ class Parser {
     band_.Stations.back().Name = Trim(name.substr(kStation.size()));
     band_.Stations.back().Line = line_;
     modeSeen_ = false;
-    return std::nullopt;
+    return {};
   }
 
   Failure CloseSection() {
-    if (section_ != Section::Station) return std::nullopt;
+    if (section_ != Section::Station) return {};
     const StationDefinition& station = band_.Stations.back();
     const std::string name = "station " + Quoted(station.Name);
     if (station.FrequencyKhz == 0.0)
@@ -162,7 +162,7 @@ class Parser {
       return Fault(station.Line, name + " has nothing to send; add a line such as programme = melody 20");
     if (station.Mode == StationMode::Cw && station.Text.empty())
       return Fault(station.Line, name + " has no text; add a line such as text = CQ CQ");
-    return std::nullopt;
+    return {};
   }
 
   Failure TakeNumber(std::string_view key, std::string_view value, double least, double most,
@@ -173,7 +173,7 @@ class Parser {
                    " to " + Shown(most));
     }
     target = *number;
-    return std::nullopt;
+    return {};
   }
 
   Failure TakeBandKey(std::string_view key, std::string_view value) {
@@ -192,7 +192,7 @@ class Parser {
     if (key == "programme") return TakeProgramme(value, station);
     if (key == "text") {
       station.Text = value;
-      return std::nullopt;
+      return {};
     }
     std::string known = "mode, programme, text";
     for (const NumberKey& each : kStationKeys) known.append(", ").append(each.Key);
@@ -205,7 +205,7 @@ class Parser {
       if (each.Name == value) {
         station.Mode = each.Mode;
         modeSeen_ = true;
-        return std::nullopt;
+        return {};
       }
       known.append(known.empty() ? "" : ", ").append(each.Name);
     }
@@ -220,7 +220,7 @@ class Parser {
       if (Failure failure = TakeItem(Trim(value.substr(0, comma)), station)) return failure;
       value.remove_prefix(std::min(comma + 1, value.size()));
     }
-    return std::nullopt;
+    return {};
   }
 
   Failure TakeItem(std::string_view text, StationDefinition& station) {
@@ -249,7 +249,7 @@ class Parser {
           "0.01 to 600 seconds");
     }
     station.Programme.push_back(std::move(item));
-    return std::nullopt;
+    return {};
   }
 
   const std::string& fileName_;
@@ -265,7 +265,7 @@ Failure ParseStations(std::string_view text, const std::string& fileName, BandDe
   BandDefinition fresh;
   if (Failure failure = Parser(fileName, fresh).Parse(text)) return failure;
   band = std::move(fresh);
-  return std::nullopt;
+  return {};
 }
 
 }  // namespace quorl

@@ -65,13 +65,13 @@ SoundNotifier QUORLDX8::Notifier() {
 }
 
 Failure QUORLDX8::PrepareDevices() {
-  if (prepared_) return std::nullopt;
+  if (prepared_) return {};
   Failure failure;
   CreateSoundObjects(failure);
   if (failure) return failure;
   SetNotifications();
   prepared_ = true;
-  return std::nullopt;
+  return {};
 }
 
 void QUORLDX8::CreateSoundObjects(Failure& failure) {
@@ -120,12 +120,10 @@ void QUORLDX8::SetNotifications() {
 }
 
 void QUORLDX8::DropNotifications(std::vector<SoundNotification>& notifications) {
-  for (std::size_t i = 0; i < notifications.size(); ++i) {
-    if (notifications[i].EventId == 0) continue;
-    queue_.Yield();
-    notifications[i].EventId = 0;
+  // What the queue runs meanwhile may come here too.
+  for (const SoundNotification& each : std::exchange(notifications, {{}})) {
+    if (each.EventId != 0) queue_.Yield();
   }
-  notifications.assign(1, {});
 }
 
 void QUORLDX8::ReleaseDevices() {
@@ -135,11 +133,11 @@ void QUORLDX8::ReleaseDevices() {
   DropNotifications(outputNotifications_);
   playbackBuffer_.reset();
   captureBuffer_.reset();
-  prepared_ = false;
+  prepared_ = InAction = false;
 }
 
 Failure QUORLDX8::StartSound() {
-  if (InAction) return std::nullopt;
+  if (InAction) return {};
   if (auto failure = PrepareDevices()) return failure;
   writePtr_ = readPtr_ = 0;
   writePtrWrap_ = readPtrWrap_ = false;
@@ -147,7 +145,10 @@ Failure QUORLDX8::StartSound() {
   InAction = true;
   OutDelay = StartDelay();
   auto failure = captureBuffer_->Start();
-  if (failure) LastErr = failure->Code;
+  if (failure) {
+    LastErr = failure->Code;
+    InAction = false;
+  }
   return failure;
 }
 

@@ -33,7 +33,7 @@ IniReader::IniReader(std::string_view text) : rest_(text) {
 }
 
 std::optional<IniLine> IniReader::Next() {
-  if (rest_.empty()) return std::nullopt;
+  if (rest_.empty()) return {};
   IniLine line;
   line.Number = ++number_;
   const auto end = std::min(rest_.find('\n'), rest_.size());

@@ -66,9 +66,7 @@ Decimal RoundHalfAway(double magnitude, int places) {
   digits.resize(kept, '0');
   if (up) {
     auto digit = digits.rbegin();
-    for (; digit != digits.rend() && *digit == '9'; ++digit) {
-      *digit = '0';
-    }
+    for (; digit != digits.rend() && *digit == '9'; ++digit) *digit = '0';
     if (digit == digits.rend()) {
       digits.insert(0, 1, '1');
       ++wholeDigits;
@@ -105,9 +103,7 @@ class WholeWriter {
   void Digit(char digit, int left) {
     started_ = true;
     text_ += digit;
-    if (grouped_ && left > 1 && left % 3 == 1) {
-      text_ += ',';
-    }
+    if (grouped_ && left > 1 && left % 3 == 1) text_ += ',';
   }
 
   std::string& text_;
@@ -121,9 +117,7 @@ class WholeWriter {
 }  // namespace
 
 std::string FormatPicture(double value, std::string_view picture) {
-  if (!std::isfinite(value)) {
-    return std::isnan(value) ? "NaN" : value < 0 ? "-Inf" : "Inf";
-  }
+  if (!std::isfinite(value)) return std::isnan(value) ? "NaN" : value < 0 ? "-Inf" : "Inf";
   const Shape shape = ShapeOf(picture);
   const Decimal number = RoundHalfAway(std::fabs(shape.Percent ? value * 100 : value), shape.DecimalPlaces);
   const bool isZero = number.Whole.empty() && number.Fraction.find_first_not_of('0') == std::string::npos;
@@ -135,15 +129,11 @@ std::string FormatPicture(double value, std::string_view picture) {
   for (std::size_t i = 0; i < picture.size(); ++i) {
     const char c = picture[i];
     if (!IsPlace(c)) {
-      if (c != ',' || !shape.Grouped || i > shape.Point) {
-        text += c;
-      }
+      if (c != ',' || !shape.Grouped || i > shape.Point) text += c;
     } else if (i < shape.Point) {
       whole.Place(c);
     } else {
-      if (c == '0' || decimal < significant) {
-        text += number.Fraction[decimal];
-      }
+      if (c == '0' || decimal < significant) text += number.Fraction[decimal];
       ++decimal;
     }
   }

@@ -41,9 +41,7 @@ std::string_view Trim(std::string_view text) {
 
 std::optional<double> ParseDouble(std::string_view text) {
   text = Trim(text);
-  if (text.starts_with('+') && !text.starts_with("+-")) {
-    text.remove_prefix(1);
-  }
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
   double value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error != std::errc{} || end != text.data() + text.size() || !std::isfinite(value)) {
@@ -59,12 +57,8 @@ std::optional<std::int32_t> ParseInt32(std::string_view text) {
 
 std::optional<bool> ParseFlag(std::string_view text) {
   const auto word = Trim(text);
-  if (EqualsNoCase(word, "True")) {
-    return true;
-  }
-  if (EqualsNoCase(word, "False")) {
-    return false;
-  }
+  if (EqualsNoCase(word, "True")) return true;
+  if (EqualsNoCase(word, "False")) return false;
   const auto number = ParseDouble(word);
   return number ? std::optional{*number != 0} : std::nullopt;
 }

@@ -32,9 +32,7 @@ Failure Oscillator::SetClkIn(double hertz) {
     return Fail(TuningError::Overflow, Name + ": a clock of " + NumberText(hertz) + " Hz is too high");
   }
   MaxFreq = *maxFreq;
-  if (clock_ == 0) {
-    return Fail(TuningError::DivisionByZero, Name + ": the clock must not be 0 Hz");
-  }
+  if (clock_ == 0) return Fail(TuningError::DivisionByZero, Name + ": the clock must not be 0 Hz");
   factor_ = kTwoTo32 / clock_;
   return {};
 }
@@ -42,9 +40,7 @@ Failure Oscillator::SetClkIn(double hertz) {
 Failure Oscillator::RestoreClock() {
   const std::string text = settings_.GetSetting(Name, "ClkIn", kDefaultClkIn);
   const auto hertz = ParseDouble(text);
-  if (hertz && *hertz >= kLowestClkIn && *hertz <= kHighestClkIn) {
-    return SetClkIn(*hertz);
-  }
+  if (hertz && *hertz >= kLowestClkIn && *hertz <= kHighestClkIn) return SetClkIn(*hertz);
   SetClkIn(*ParseDouble(kDefaultClkIn));
   return Fail(TuningError::Overflow, Name + ": the stored ClkIn '" + text + "' is no clock from " +
                                          NumberText(kLowestClkIn) + " to " + NumberText(kHighestClkIn) +
@@ -52,9 +48,7 @@ Failure Oscillator::RestoreClock() {
 }
 
 void Oscillator::Save() const {
-  if (HasFactor()) {
-    settings_.SaveSetting(Name, "CLKIn", NumberText(ClkIn()));
-  }
+  if (HasFactor()) settings_.SaveSetting(Name, "CLKIn", NumberText(ClkIn()));
 }
 
 double Oscillator::ClkIn() const {
@@ -66,9 +60,7 @@ std::int32_t Oscillator::TuningWord(std::int32_t dHz) const {
 }
 
 std::int32_t Oscillator::SetFrequency(std::int32_t dHz) {
-  if (busy_) {
-    return dHz;
-  }
+  if (busy_) return dHz;
   const ScopedFlag busy(busy_);
   if (!HasFactor()) {
     dialogs_.ShowMessage(

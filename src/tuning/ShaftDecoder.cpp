@@ -37,9 +37,7 @@ constexpr Rate kSlowest = {0, 0, 1000, 1000};
 int ShaftDecoder::Decode(std::uint32_t status) {
   // Off lines are the encoder's ones. Dividing the complement towards 0 turns two of the four states round.
   const int lines = (static_cast<std::int32_t>(~status) / 16) & 3;
-  if (lines == lines_) {
-    return 0;
-  }
+  if (lines == lines_) return 0;
   code_ = lines_ * 4 | lines;
   lines_ = lines;
   return kDirections[static_cast<std::size_t>(code_)];
@@ -53,9 +51,7 @@ ShaftStep ShaftAutoRate::StepAfter(double microseconds) {
   std::shift_right(ShaftIntervals.begin(), ShaftIntervals.end(), 1);
   ShaftIntervals[0] = microseconds;
   double sum = 0;
-  for (int i = 0; i < kIntervalsInMean; ++i) {
-    sum += ShaftIntervals[static_cast<std::size_t>(i)];
-  }
+  for (int i = 0; i < kIntervalsInMean; ++i) sum += ShaftIntervals[static_cast<std::size_t>(i)];
   const std::int64_t mean = std::llrint(sum) / kIntervalsInMean;
   const auto row = std::find_if(kRates.begin(), kRates.end(),
                                 [mean](const Rate& rate) { return mean >= rate.From && mean <= rate.To; });

@@ -38,9 +38,7 @@ std::int32_t Tuner::Ask(double dHz, bool isStep) {
   const double highest = Highest();
   wish_ = Wish{RoundHalfEven(std::clamp(dHz, 0.0, highest)), isStep};
   OnWanted();
-  if (dHz > highest) {
-    OnStop();
-  }
+  if (dHz > highest) OnStop();
   Settle();
   return Wanted();
 }
@@ -61,14 +59,14 @@ bool Tuner::IsChipAstray() const {
 }
 
 void Tuner::Settle() {
-  if (working_) {
-    return;
-  }
+  if (working_) return;
   const ScopedFlag working(working_);
   bool tried = false;
-  while (wish_ || (!tried && IsChipAstray())) {
-    tried = !wish_;
-    if (wish_) {
+  while (wish_ || chipLost_ || (!tried && IsChipAstray())) {
+    tried = !wish_ && !chipLost_;
+    if (std::exchange(chipLost_, false)) {
+      if (vfo_->OscType) vfo_->OscType->Initialise();
+    } else if (wish_) {
       CarryOut(*std::exchange(wish_, std::nullopt));
     } else {
       vfo_->Refresh();
@@ -76,10 +74,13 @@ void Tuner::Settle() {
   }
 }
 
+void Tuner::Revive() {
+  chipLost_ = true;
+  Settle();
+}
+
 void Tuner::Resend() {
-  if (working_ || !vfo_->OscType) {
-    return;
-  }
+  if (working_ || !vfo_->OscType) return;
   {
     const ScopedFlag working(working_);
     vfo_->OscType->Refresh();

@@ -42,6 +42,9 @@ class Tuner {
 
   // Sends the chip's last frame once more; nothing while another one is out.
   void Resend();
+  // The chip may have lost all that it held: initialises it, and sends what the VFO asks for. Waits for a
+  // frame that is out.
+  void Revive();
   // Sends what the VFO asks for where the chip holds something else and can be reached. Once: what fails is
   // for the next call.
   void Settle();
@@ -61,6 +64,7 @@ class Tuner {
 
   std::shared_ptr<clsVFO> vfo_;
   std::optional<Wish> wish_;
+  bool chipLost_ = false;
   bool working_ = false;
 };
 

@@ -46,9 +46,7 @@ TuningChain::TuningChain(TuningMachine machine, SettingsStore::LogSink log)
 }
 
 void TuningChain::Log(const std::string& line) const {
-  if (log_) {
-    log_(line);
-  }
+  if (log_) log_(line);
 }
 
 void TuningChain::Tell(const std::string& text, MessageIcon icon) {
@@ -59,12 +57,8 @@ void TuningChain::Tell(const std::string& text, MessageIcon icon) {
 bool TuningChain::OpenInterface(std::int32_t interfaceType, bool shaftEncoder, bool tellsPort) {
   serial_->RestoreSettings();
   parallel_->RestoreSettings();
-  if (interfaceType == InterfaceType::Serial) {
-    return OpenSerial(shaftEncoder, tellsPort);
-  }
-  if (interfaceType == InterfaceType::Parallel) {
-    return CheckParallel();
-  }
+  if (interfaceType == InterfaceType::Serial) return OpenSerial(shaftEncoder, tellsPort);
+  if (interfaceType == InterfaceType::Parallel) return CheckParallel();
   Tell("Unknown DDSIFType specified in Registry - Check DDSIFType key - No interface initialised",
        MessageIcon::None);
   return false;
@@ -81,9 +75,7 @@ bool TuningChain::OpenSerial(bool shaftEncoder, bool tells) {
 
 bool TuningChain::CheckParallel() {
   const Failure failure = machine_.Printer.Check(parallel_->PortAddress);
-  if (failure) {
-    Tell(failure->Text, MessageIcon::Warning);
-  }
+  if (failure) Tell(failure->Text, MessageIcon::Warning);
   return !failure;
 }
 
@@ -97,10 +89,7 @@ void TuningChain::FollowPort(const Failure& vanished) {
     return;
   }
   Log(port + "The serial port is back");
-  if (driver_) {
-    driver_->Initialise();
-    vfo_->Refresh();
-  }
+  if (driver_) tuner_->Revive();
 }
 
 std::shared_ptr<Oscillator> TuningChain::CreateAD9951(std::int32_t interfaceType) {
@@ -111,9 +100,7 @@ std::shared_ptr<Oscillator> TuningChain::CreateAD9951(std::int32_t interfaceType
   } else {
     Log(driver->Name + ": this chip can only be tuned over the serial interface - No interface initialised");
   }
-  if (const auto failure = driver->RestoreSettings()) {
-    Log(failure->Text);
-  }
+  if (const auto failure = driver->RestoreSettings()) Log(failure->Text);
   return driver;
 }
 
@@ -134,9 +121,7 @@ void TuningChain::CreateVFO(std::int32_t SDRModelNo, std::int32_t interfaceType)
   tuner_ = std::make_unique<Tuner>(vfo_);
   driver_ = board.Driver == Chip::AD9951 ? CreateAD9951(interfaceType) : CreateAD9835(interfaceType);
   vfo_->OscType = driver_;
-  if (const auto failure = driver_->Initialise()) {
-    Log(failure->Text);
-  }
+  if (const auto failure = driver_->Initialise()) Log(failure->Text);
 
   vfo_->Name = board.VFOName;
   vfo_->SetCalibOffset(0);

@@ -48,9 +48,7 @@ void clsAD9835::Refresh() {
 
 void clsAD9835::SendTuningWord(std::int32_t word) {
   const auto handler = IFHandler;
-  if (!handler) {
-    return;
-  }
+  if (!handler) return;
   const auto bits = static_cast<std::uint32_t>(word);
   const auto with = [bits](std::uint16_t command, int shift) {
     return static_cast<std::uint16_t>(command | ((bits >> shift) & 0xFF));
@@ -71,15 +69,11 @@ void clsAD9835::SendTuningWord(std::int32_t word) {
     handler->IOUPD(1);
   }
   CurrentTuningWord = word;
-  if (handler->IsOpen()) {
-    wordSent_ = word;
-  }
+  if (handler->IsOpen()) wordSent_ = word;
 }
 
 void clsAD9835::SendCommand(const std::vector<std::uint8_t>& command) {
-  if (sending_) {
-    return;
-  }
+  if (sending_) return;
   const ScopedFlag sending(sending_);
   const auto handler = IFHandler;
   if (!handler) {
@@ -89,9 +83,7 @@ void clsAD9835::SendCommand(const std::vector<std::uint8_t>& command) {
   }
   lastCommand_ = command;
   handler->IOUPD(0);
-  for (const std::uint8_t byte : command) {
-    handler->Send(byte);
-  }
+  for (const std::uint8_t byte : command) handler->Send(byte);
   handler->IOUPD(1);
 }
 

@@ -43,9 +43,7 @@ Failure clsAD9951::Initialise() {
 void clsAD9951::Refresh() {
   const std::vector<std::uint8_t> command = lastCommand_;
   const std::optional<std::int32_t> word = lastWord_;
-  if (SendCommand(command) && word) {
-    wordSent_ = word;
-  }
+  if (SendCommand(command) && word) wordSent_ = word;
 }
 
 void clsAD9951::SendTuningWord(std::int32_t word) {
@@ -54,9 +52,7 @@ void clsAD9951::SendTuningWord(std::int32_t word) {
   const std::array<std::uint8_t, 5> command = {
       kFtw0, static_cast<std::uint8_t>(bits >> 24), static_cast<std::uint8_t>(bits >> 16),
       static_cast<std::uint8_t>(bits >> 8), static_cast<std::uint8_t>(bits)};
-  if (SendCommand(command)) {
-    wordSent_ = word;
-  }
+  if (SendCommand(command)) wordSent_ = word;
   lastCommand_.assign(command.begin(), command.end());
   lastWord_ = word;
 }
@@ -64,14 +60,10 @@ void clsAD9951::SendTuningWord(std::int32_t word) {
 // Whether it went out whole.
 bool clsAD9951::SendCommand(std::span<const std::uint8_t> command) {
   const auto handler = IFHandler;
-  if (sending_ || !handler) {
-    return false;
-  }
+  if (sending_ || !handler) return false;
   const ScopedFlag sending(sending_);
   handler->IOUPD(0);
-  for (const std::uint8_t byte : command) {
-    handler->Send(byte);
-  }
+  for (const std::uint8_t byte : command) handler->Send(byte);
   handler->IOUPD(1);
   return handler->IsOpen();
 }

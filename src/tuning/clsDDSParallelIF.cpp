@@ -21,9 +21,7 @@ void clsDDSParallelIF::Save() const {
 void clsDDSParallelIF::RestoreSettings() {
   std::int32_t address = PortAddress;
   settings_.Read(Name, "PortAddress", address);
-  if (address >= 0 && address <= UINT16_MAX) {
-    PortAddress = static_cast<std::uint16_t>(address);
-  }
+  if (address >= 0 && address <= UINT16_MAX) PortAddress = static_cast<std::uint16_t>(address);
   settings_.Read(Name, "WaitTime", WaitTime);
   NonInverting = ParseFlag(settings_.GetSetting(Name, "NonInverting", "False")).value_or(NonInverting);
 }
@@ -63,9 +61,7 @@ void clsDDSParallelIF::SetFSync(int state) {
 }
 
 void clsDDSParallelIF::Out8(std::uint8_t ByteToSend) {
-  for (int mask = 128; mask > 0; mask /= 2) {
-    SendDataBit(ByteToSend & mask);
-  }
+  for (int mask = 128; mask > 0; mask /= 2) SendDataBit(ByteToSend & mask);
 }
 
 int clsDDSParallelIF::Send(std::uint8_t ByteToSend) {
@@ -76,9 +72,7 @@ int clsDDSParallelIF::Send(std::uint8_t ByteToSend) {
 void clsDDSParallelIF::Out16(std::uint16_t WordToSend) {
   SetClock();
   SetFSync(1);
-  for (int mask = 32768; mask > 0; mask /= 2) {
-    SendDataBit(WordToSend & mask);
-  }
+  for (int mask = 32768; mask > 0; mask /= 2) SendDataBit(WordToSend & mask);
   SetFSync(0);
 }
 
@@ -102,9 +96,7 @@ void clsDDSParallelIF::EndSequence() {
 }
 
 void clsDDSParallelIF::Delay(double DELAYTIME) {
-  if (DELAYTIME != 0) {
-    events_.Yield();
-  }
+  if (DELAYTIME != 0) events_.Yield();
 }
 
 }  // namespace quorl

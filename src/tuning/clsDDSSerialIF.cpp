@@ -45,15 +45,11 @@ std::string clsDDSSerialIF::DevicePath(const std::string& portName) const {
 
 std::int32_t clsDDSSerialIF::OpenPort(bool eventMode, bool tells) {
   EventMode = eventMode;
-  if (hComm_ > 0) {
-    return hComm_;
-  }
+  if (hComm_ > 0) return hComm_;
   listening_ = true;
   port_.OnPresence([this](const Failure& vanished) { FollowPresence(vanished); });
   port_.OnStatusChange([this] {
-    if (EventMode && OnComm) {
-      OnComm();
-    }
+    if (EventMode && OnComm) OnComm();
   });
   const std::string number = std::to_string(PortNo);
   const std::string name = EventMode ? "COM" + number : ("COM" + number + ":").substr(0, 4);
@@ -85,23 +81,15 @@ void clsDDSSerialIF::RestSignals() {
 
 void clsDDSSerialIF::FollowPresence(const Failure& vanished) {
   vanished_ = vanished.has_value();
-  if (!vanished_) {
-    RestSignals();
-  }
-  if (OnPresence) {
-    OnPresence(vanished);
-  }
+  if (!vanished_) RestSignals();
+  if (OnPresence) OnPresence(vanished);
 }
 
 void clsDDSSerialIF::ClosePort() {
-  if (hComm_ <= 0) {
-    return;
-  }
+  if (hComm_ <= 0) return;
   port_.Close();
   vanished_ = false;
-  if (!EventMode) {
-    hComm_ = 0;
-  }
+  if (!EventMode) hComm_ = 0;
 }
 
 void clsDDSSerialIF::IOUPD(int State) {
@@ -121,9 +109,7 @@ void clsDDSSerialIF::EndSequence() {
 }
 
 int clsDDSSerialIF::Send(std::uint8_t ByteToSend) {
-  if (hComm_ <= 0 || vanished_) {
-    return 1;
-  }
+  if (hComm_ <= 0 || vanished_) return 1;
   Out8(ByteToSend);
   return 0;
 }
@@ -170,9 +156,7 @@ void clsDDSSerialIF::Out32(std::int32_t WordToSend) {
 }
 
 void clsDDSSerialIF::Delay(double DELAYTIME) {
-  if (DELAYTIME != 0) {
-    events_.Yield();
-  }
+  if (DELAYTIME != 0) events_.Yield();
 }
 
 std::uint32_t clsDDSSerialIF::GetEncoderBits() const {

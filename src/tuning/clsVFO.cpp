@@ -23,9 +23,7 @@ std::int32_t InHertz(std::int32_t dHz) {
 
 Failure StoreHertz(std::int32_t hertz, std::int32_t& field) {
   const auto dHz = Multiply(hertz, kDeciHertz);
-  if (!dHz) {
-    return Fail(TuningError::Overflow, NumberText(hertz) + " Hz is beyond the VFO's range");
-  }
+  if (!dHz) return Fail(TuningError::Overflow, NumberText(hertz) + " Hz is beyond the VFO's range");
   field = *dHz;
   return {};
 }
@@ -44,22 +42,16 @@ Failure clsVFO::SetTunedFrequency(std::int32_t dHz) {
   }
   const ScopedFlag setting(setting_);
   const auto magnitude = Absolute(dHz);
-  if (!magnitude) {
-    return Fail(TuningError::Overflow, NumberText(dHz) + " dHz is beyond the VFO's range");
-  }
+  if (!magnitude) return Fail(TuningError::Overflow, NumberText(dHz) + " dHz is beyond the VFO's range");
   tunedFrequency_ = *magnitude;
-  if (!OscType) {
-    return Fail(TuningError::ObjectNotSet, "The VFO has no oscillator");
-  }
+  if (!OscType) return Fail(TuningError::ObjectNotSet, "The VFO has no oscillator");
   // The test takes the IF in hertz and the clamp in dHz: requests between the two limits pass.
   const auto limit = Subtract(OscType->MaxFreq, IFFrequency());
   const auto clamped = Subtract(OscType->MaxFreq, Multiply(IFFrequency(), kDeciHertz));
   if (!limit || (tunedFrequency_ > *limit && !clamped)) {
     return Fail(TuningError::Overflow, "The VFO's upper limit is beyond its range");
   }
-  if (tunedFrequency_ > *limit) {
-    tunedFrequency_ = std::max(*clamped, 0);
-  }
+  if (tunedFrequency_ > *limit) tunedFrequency_ = std::max(*clamped, 0);
   Refresh();
   return {};
 }
@@ -85,9 +77,7 @@ void clsVFO::SetTuneStep(double dHz) {
 }
 
 void clsVFO::SetTuneStepLSD(double dHz) {
-  if (!TuneStepLock) {
-    tuneStepLSD_ = std::min(dHz, kLargestGrid);
-  }
+  if (!TuneStepLock) tuneStepLSD_ = std::min(dHz, kLargestGrid);
 }
 
 std::string clsVFO::FormattedTunedFreq() const {
@@ -113,9 +103,7 @@ std::int64_t clsVFO::HighestNoted() const {
 }
 
 std::int64_t clsVFO::Reach() const {
-  if (!OscType) {
-    return 0;
-  }
+  if (!OscType) return 0;
   const std::int64_t multiplier = std::max<std::int64_t>(std::abs(std::int64_t{OscMultiplier}), 1);
   const std::int64_t oscillator = (std::int64_t{OscType->MaxFreq} - 1) / multiplier;
   return oscillator - calibOffset_ - (HiSideLO ? ifFrequency_ : -ifFrequency_);
@@ -123,9 +111,7 @@ std::int64_t clsVFO::Reach() const {
 
 void clsVFO::Refresh() {
   OscOut = OscillatorFor(tunedFrequency_);
-  if (const auto oscillator = OscType) {
-    oscillator->SetFrequency(OscOut);
-  }
+  if (const auto oscillator = OscType) oscillator->SetFrequency(OscOut);
 }
 
 double clsVFO::Inc_Freq(double Increment) {
@@ -138,16 +124,12 @@ double clsVFO::Inc_Freq(double Increment) {
   }
   AutoUpdate = autoUpdate;
   --stepsUnderWay_;
-  if (!IsSuperseded()) {
-    Refresh();
-  }
+  if (!IsSuperseded()) Refresh();
   return tunedFrequency_;
 }
 
 double clsVFO::Dec_Freq(double& Decrement) {
-  if (Decrement == 0) {
-    Decrement = tuneStep_;
-  }
+  if (Decrement == 0) Decrement = tuneStep_;
   Decrement = -std::fabs(Decrement);
   return Inc_Freq(Decrement);
 }

@@ -73,9 +73,7 @@ TEST_F(Store, AnyTextComesBackAsItWas) {
   const std::string alphabet("a\n\r\t =[]#;\\x4\0\xC3\xA4\x7F\"", 19);
   const auto text = [&] {
     std::string result;
-    for (auto length = random() % 6; length > 0; --length) {
-      result += alphabet[random() % alphabet.size()];
-    }
+    for (auto length = random() % 6; length > 0; --length) result += alphabet[random() % alphabet.size()];
     return result;
   };
   SettingsStore store;
@@ -159,9 +157,7 @@ TEST_F(Store, SurvivesTenThousandEditsCutAnywhere) {
   }
   const std::string whole = text;
   for (int i = 0; i < 10000; ++i) {
-    if (i % 50 == 0) {
-      text = whole;
-    }
+    if (i % 50 == 0) text = whole;
     const auto at = random() % (text.size() + 1);
     switch (random() % 3) {
       case 0:

@@ -17,6 +17,7 @@
 #include "platform/files/FileInstanceLock.h"
 #include "platform/virtual/VirtualDialogs.h"
 #include "platform/virtual/VirtualEventQueue.h"
+#include "platform/virtual/VirtualFileWorker.h"
 #include "platform/virtual/VirtualFiles.h"
 #include "platform/virtual/VirtualPrinterPort.h"
 #include "platform/virtual/VirtualProcesses.h"
@@ -95,8 +96,8 @@ class FrameRig {
     store_ = std::make_unique<SettingsStore>(Storage, kSettings, lock_.get());
     Log = std::make_unique<LogBook>(Storage, Clock, "log/quorl.log");
     frame_ = std::make_unique<frmMain>(
-        Machine{Queue, Clock, Boxes, Storage, *lock_, Sound, Serial, Printer, Programs}, *store_, *Log,
-        Options);
+        Machine{Queue, Clock, Boxes, Storage, Worker, *lock_, Sound, Serial, Printer, Programs}, *store_,
+        *Log, Options);
     frame_->OnSplash = [this](bool visible) { Splash.push_back(visible); };
     frame_->OnClose = [this] { ++Closed; };
     frame_->OnForm = [this] { OnForm(); };
@@ -164,6 +165,7 @@ class FrameRig {
   VirtualEventQueue Queue{Clock};
   VirtualDialogs Boxes;
   CountingFiles Storage;
+  VirtualFileWorker Worker{Queue};
   VirtualSerialPort Serial{Clock, Queue};
   VirtualPrinterPort Printer{Clock};
   VirtualProcesses Programs;

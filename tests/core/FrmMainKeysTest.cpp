@@ -15,6 +15,15 @@ TEST(FrmMainKeys, PageKeysTuneWhereverThePointerIs) {
   EXPECT_EQ(rig.Digits(), "072060000");
 }
 
+// The step of the last time, finer than the grid that a board starts with.
+TEST(FrmMainKeys, AStoredFineStepTunesOnAndOn) {
+  FrameRig rig("TuneStep=10\n");
+  ASSERT_TRUE(rig.Start());
+  for (int i = 0; i < 3; ++i) rig.At("frmMain").KeyDown({Key::PageUp, {}});
+  rig.Run(0.1);
+  EXPECT_EQ(rig.Digits(), "072050030");
+}
+
 TEST(FrmMainKeys, AClickOnAModeLeavesUpAndDownToTuning) {
   FrameRig rig;
   ASSERT_TRUE(rig.Start());

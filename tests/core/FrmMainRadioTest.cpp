@@ -297,6 +297,14 @@ TEST_F(FrmMainRadio, AStalledSoundServerStopsNothingElse) {
   EXPECT_GT(rig.Loudness(), 50.0);
 }
 
+// As a memory or a remote client does it.
+TEST_F(FrmMainRadio, TheOscillatorFollowsTheReceiverToTheOtherSide) {
+  rig.Frame().Radio().Rx.SetLowSideLO(true);
+  EXPECT_EQ(rig.Text("chkTuneLo"), "1");
+  rig.Run(0.1);
+  EXPECT_EQ(rig.Oscillator(), 450000000 - 72050000);
+}
+
 TEST_F(FrmMainRadio, ADeviceThatVanishesSwitchesOffAndIsOpenedAnewWhenItIsBack) {
   rig.Sound.Unplug("Line In");
   EXPECT_FALSE(rig.Frame().IsOn());

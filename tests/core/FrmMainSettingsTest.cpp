@@ -86,7 +86,9 @@ TEST(FrmMainSettings, WhatTheTableReadsBackIsThereAgain) {
 TEST(FrmMainSettings, DefaultsFillWhatAStoredFileLacks) {
   FrameRig rig;
   rig.Options.Defaults = [](SettingsStore& store) {
-    if (store.GetSetting("VFO1.DRT1", "TunedFrequency", "").empty()) ADD_FAILURE() << "not read yet";
+    if (store.GetSetting("VFO1.DRT1", "TunedFrequency", "").empty()) {
+      ADD_FAILURE() << "not read yet";
+    }
     store.SaveSetting("frmMain", "AutoStartSDR", "True");
   };
   ASSERT_TRUE(rig.Start());
@@ -135,6 +137,22 @@ TEST(FrmMainSettings, APowerCutCostsAMinuteAtMost) {
   rig.Wheel("lbl7Seg(4)", 1);
   rig.Click("optPwr(1)");
   EXPECT_EQ(rig.Storage.Writes, 2);
+  EXPECT_NE(rig.StoredText().find("\nTunedFrequency=72070000\n"), std::string::npos);
+}
+
+TEST(FrmMainSettings, ADiskThatStallsHoldsUpNeitherSoundNorTheLastSave) {
+  FrameRig rig("[frmMain]\nAutoStartSDR=True\n");
+  ASSERT_TRUE(rig.Start());
+  rig.Worker.Stall();
+  rig.Wheel("lbl7Seg(4)", 1);
+  const std::int64_t before = rig.Blocks;
+  rig.Run(130.0);
+  EXPECT_GE(rig.Blocks - before, 130 * 48000 / 2048 - 1);
+  EXPECT_EQ(rig.Storage.Writes, 0);
+  EXPECT_EQ(rig.Worker.Waiting(), 1);  // not one each minute
+  rig.Wheel("lbl7Seg(4)", 1);
+  rig.Worker.Resume();
+  rig.Stop();
   EXPECT_NE(rig.StoredText().find("\nTunedFrequency=72070000\n"), std::string::npos);
 }
 

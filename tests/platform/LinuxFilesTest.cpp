@@ -51,6 +51,14 @@ TEST_F(LinuxFilesTest, ReplaceKeepsPermissionsAndLinksAndLeavesNothingBeside) {
   EXPECT_EQ(files_.List(scratch_.Path(), ""), (std::vector<std::string>{"link.ini", "settings.ini"}));
   EXPECT_FALSE(files_.Append(path, "er"));
   EXPECT_EQ(Content(Path("link.ini")), "newer");
+  // Two who write the same log: neither takes the other's place.
+  Failure failure;
+  const auto one = files_.Open(path, OpenMode::Append, failure),
+             other = files_.Open(path, OpenMode::Append, failure);
+  ASSERT_FALSE(failure);
+  EXPECT_FALSE(one->WriteAt(0, "+", 1));
+  EXPECT_FALSE(other->Append("-", 1));
+  EXPECT_EQ(Content(path), "newer+-");
 }
 
 TEST_F(LinuxFilesTest, FailuresNameThePathAndWhatToDo) {

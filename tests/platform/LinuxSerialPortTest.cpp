@@ -286,6 +286,24 @@ TEST(LinuxSerialPortPresence, APortThatVanishesIsToldOnceAndTakenAtRestWhenItIsB
   }
 }
 
+TEST(LinuxSerialPortPresence, TheLossIsToldBeforeTheReturnAlsoWhereTheProgramHasStoodStill) {
+  VirtualClock clock;
+  VirtualEventQueue queue(clock);
+  MemoryTty tty;
+  LinuxSerialPort port(queue, tty);
+  std::string told;
+  port.OnPresence([&](const Failure& vanished) { told += vanished ? "gone " : "back "; });
+  ASSERT_FALSE(port.Open("/dev/ttyUSB0"));
+  tty.AwaitWaiter();
+  tty.lineError = -EIO;
+  port.SetLine(SerialLine::Rts, false);
+  tty.lineError = 0;
+  clock.Advance(std::chrono::seconds(2));
+  queue.AdvanceBy(std::chrono::seconds(2));
+  EXPECT_EQ(told, "gone back ");
+  EXPECT_TRUE(port.IsOpen());
+}
+
 // A pseudo terminal opens, locks and keeps its settings as every tty does, but has no lines to move.
 class LinesOfItsOwn : public LinuxSerialCalls {
  public:

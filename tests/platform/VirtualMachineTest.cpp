@@ -118,9 +118,7 @@ TEST_F(VirtualQueue, SignalsOfAnotherThreadArriveOnceAndNotAfterTheirEnd) {
 
 TEST_F(VirtualQueue, PollingLoopsEndWhereYieldsTakeTime) {
   queue.SetYieldTime(100us);
-  while (clock.Microseconds() < 1000) {
-    queue.Yield();
-  }
+  while (clock.Microseconds() < 1000) queue.Yield();
   EXPECT_EQ(queue.YieldCount(), 10);
 }
 

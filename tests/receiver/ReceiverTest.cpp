@@ -289,6 +289,35 @@ TEST(Receiver, APresetMovesARunningDynamicFilterAndNoNotchOfTheHand) {
   EXPECT_EQ(radio.Vars.NotchCentre, 1200);
 }
 
+TEST(Receiver, AVerbSaidTwiceOrWithoutSenseChangesNothing) {
+  ChainRig rig;
+  rig.SetFilter(300, 3300);
+  PublicVars& vars = rig.Radio.Vars;
+  const std::int32_t low = vars.FilterLo;
+  rig.Radio.SetMusic(false);
+  EXPECT_EQ(vars.FilterLo, low);
+  rig.Radio.SetMusic(true);
+  rig.Radio.SetMusic(true);
+  EXPECT_EQ(vars.FilterLo, Receiver::kMusicLow);
+  rig.Radio.SetMusic(false);
+  EXPECT_EQ(vars.FilterLo, low);
+  rig.Radio.SwitchIFFilter(true);
+  rig.Radio.SwitchNotch(true);
+  rig.Radio.SwitchAGC(true);
+  for (const std::int32_t mode : {-1, 99}) {
+    rig.Radio.SetDemodMode(mode);
+    rig.Radio.SetFilterMode(mode);
+    rig.Radio.SetIFFilterMode(mode);
+    rig.Radio.SetNotchMode(mode);
+    rig.Radio.SetNotchType(mode);
+    rig.Radio.SetAGCPreset(mode);
+  }
+  EXPECT_EQ(vars.CurrentDemodMode, DemodMode::AM);
+  EXPECT_EQ(vars.NotchMode, NotchModes::Manual);
+  EXPECT_LT(vars.CurrentFilterMode, FilterModeCount);
+  rig.Step();
+}
+
 TEST(Receiver, AutoNotchStaysForSmallMoves) {
   ChainRig rig(SDRModel::DRT1, DemodMode::USB);
   rig.SetFilter(300, 3300);

@@ -72,9 +72,7 @@ TEST_F(Serial, BytesAndWordsGoOutBitByBit) {
   EXPECT_EQ(CallsOf([&] { EXPECT_EQ(line.Send(0xFF), 0); }), "brBbrBbrBbrBbrBbrBbrBbrBb");
 
   std::string zeros;
-  for (int i = 0; i < 14; ++i) {
-    zeros += "rBb";
-  }
+  for (int i = 0; i < 14; ++i) zeros += "rBb";
   EXPECT_EQ(CallsOf([&] { line.Out16(0x8001); }), "DRBb" + zeros + "RBbd");
   EXPECT_EQ(yields, 48);
   // Each round looks at all places from its own upwards.
@@ -179,9 +177,7 @@ class Parallel : public ::testing::Test, protected TuningRig {
     action();
     yields = Queue.YieldCount() - yields;
     std::string writes;
-    for (const PrinterLevel& level : Printer.Levels()) {
-      writes += static_cast<char>('0' + level.Value);
-    }
+    for (const PrinterLevel& level : Printer.Levels()) writes += static_cast<char>('0' + level.Value);
     return writes;
   }
 
@@ -212,9 +208,7 @@ TEST_F(Parallel, BytesAndWords) {
             "575"
             "464");
   std::string zeros;
-  for (int i = 0; i < 14; ++i) {
-    zeros += "575";
-  }
+  for (int i = 0; i < 14; ++i) zeros += "575";
   EXPECT_EQ(WritesOf([&] { line.Out16(0x8001); }), "00464" + zeros + "4644");
   EXPECT_EQ(yields, 2 + 2 + 16 * 2 + 2);
   EXPECT_EQ(WritesOf([&] { line.Out32(0xFFFF8001); }), "00" + zeros + "575575" + "464" + zeros + "464" + "4");

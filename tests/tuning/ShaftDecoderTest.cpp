@@ -50,9 +50,7 @@ TEST(ShaftAutoRate, MeanOfFiveIntervalsPicksTheFirstFittingRow) {
   for (const auto& each : cases) {
     ShaftAutoRate rate;
     ShaftStep step;
-    for (int i = 0; i < 5; ++i) {
-      step = rate.StepAfter(each.Interval);
-    }
+    for (int i = 0; i < 5; ++i) step = rate.StepAfter(each.Interval);
     EXPECT_DOUBLE_EQ(step.TuneStep, each.TuneStep) << each.Interval;
     EXPECT_DOUBLE_EQ(step.TuneStepLSD, each.TuneStepLSD) << each.Interval;
   }

@@ -100,6 +100,21 @@ TEST_F(TunerTest, AChipThatStandsElsewhereIsSetRight) {
   EXPECT_TRUE(Serial.Levels().empty()) << "nothing is sent where all is well";
 }
 
+// A plug that wobbles cuts the board's power too.
+TEST_F(TunerTest, AChipThatLosesItsPowerInTheMiddleOfAFrameIsBroughtUpAgain) {
+  During([&] {
+    Serial.Unplug();
+    Serial.SetListener(nullptr);
+    board.emplace(0, nullptr, BoardOfModel(0));
+    Serial.SetListener(&board->Cable());
+    Serial.Plug();
+    Tune().StepBy(1000);
+  });
+  Tune().MoveTo(73000000);
+  Queue.AdvanceBy(std::chrono::milliseconds(10));
+  EXPECT_NEAR(Received(), 73001000, 1);
+}
+
 TEST_F(TunerTest, TuningStopsWhereChipAndIFEnd) {
   struct {
     int Model;

@@ -31,9 +31,7 @@ std::uint32_t WordOf(const std::vector<WireTap::Frame>& frames) {
   const auto byte = [&](std::size_t frame, std::size_t index) {
     return static_cast<std::uint32_t>(frames.at(frame).at(index));
   };
-  if (frames.back().size() == 5) {
-    return byte(0, 1) << 24 | byte(0, 2) << 16 | byte(0, 3) << 8 | byte(0, 4);
-  }
+  if (frames.back().size() == 5) return byte(0, 1) << 24 | byte(0, 2) << 16 | byte(0, 3) << 8 | byte(0, 4);
   return byte(4, 1) << 24 | byte(3, 1) << 16 | byte(2, 1) << 8 | byte(1, 1);
 }
 

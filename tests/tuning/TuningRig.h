@@ -43,9 +43,7 @@ class WireTap : public LineListener {
  private:
   void Select(bool state) {
     if (state && !select_) {
-      if (bits_ != 0) {
-        frame_.push_back(-1);
-      }
+      if (bits_ != 0) frame_.push_back(-1);
       Frames.push_back(frame_);
     }
     if (state != select_) {

@@ -29,9 +29,7 @@ class FakeOscillator : public Oscillator {
  private:
   void SendTuningWord(std::int32_t) override {
     ++Sends;
-    if (WhileSending) {
-      WhileSending();
-    }
+    if (WhileSending) WhileSending();
   }
 };
 

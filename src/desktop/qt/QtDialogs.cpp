@@ -107,7 +107,7 @@ std::optional<std::string> QtDialogs::AskOpenFile(const FileRequest& request) {
   const QString path =
       QFileDialog::getOpenFileName(window_, QString::fromStdString(request.Title),
                                    StartOf(request, lastDirectory_), QtFilterOf(request.Filter));
-  if (path.isEmpty()) return std::nullopt;
+  if (path.isEmpty()) return {};
   lastDirectory_ = QFileInfo(path).path();
   return path.toStdString();
 }
@@ -116,7 +116,7 @@ std::optional<std::string> QtDialogs::AskSaveFile(const FileRequest& request) {
   const QString path =
       QFileDialog::getSaveFileName(window_, QString::fromStdString(request.Title),
                                    StartOf(request, lastDirectory_), QtFilterOf(request.Filter));
-  if (path.isEmpty()) return std::nullopt;
+  if (path.isEmpty()) return {};
   lastDirectory_ = QFileInfo(path).path();
   return path.toStdString();
 }
@@ -125,7 +125,7 @@ std::optional<std::uint32_t> QtDialogs::AskColour(std::uint32_t suggestion) {
   const QColor start(static_cast<int>(suggestion & 0xFF), static_cast<int>(suggestion >> 8 & 0xFF),
                      static_cast<int>(suggestion >> 16 & 0xFF));
   const QColor colour = QColorDialog::getColor(start, window_);
-  if (!colour.isValid()) return std::nullopt;
+  if (!colour.isValid()) return {};
   return static_cast<std::uint32_t>(colour.red() | colour.green() << 8 | colour.blue() << 16);
 }
 

@@ -59,7 +59,7 @@ QString LabelView::SpokenValue() const {
 }
 
 std::optional<View::Range> LabelView::SpokenRange() const {
-  if (!label_.Number) return std::nullopt;
+  if (!label_.Number) return {};
   const Label::TurnedNumber number = label_.Number();
   return Range{number.Value, number.Minimum, number.Maximum};
 }

@@ -44,7 +44,7 @@ class View : public QWidget {
     double Value = 0, Minimum = 0, Maximum = 0;
   };
   // For values with ends.
-  virtual std::optional<Range> SpokenRange() const { return std::nullopt; }
+  virtual std::optional<Range> SpokenRange() const { return {}; }
   virtual bool IsChecked() const { return false; }
   // What a screen reader's user can do.
   virtual void Press();

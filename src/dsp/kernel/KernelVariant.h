@@ -180,9 +180,7 @@ void PowerSpectrum_S_2(const float* re, const float* im, float* out, std::int32_
 
 void MovingRoot_S_2(const float* in, float* __restrict out, std::int32_t width, float scale, std::int32_t n) {
   QUORL_EACH out[i] = in[i];
-  for (std::int32_t k = 1; k < width; ++k) {
-    QUORL_EACH out[i] += in[i + k];
-  }
+  for (std::int32_t k = 1; k < width; ++k) QUORL_EACH out[i] += in[i + k];
   QUORL_EACH out[i] = scale * __builtin_sqrtf(out[i]);
 }
 

@@ -3,9 +3,9 @@
 namespace quorl {
 
 Failure FileInstanceLock::Acquire(const std::string& path) {
-  if (IsHeld()) return std::nullopt;
+  if (IsHeld()) return {};
   const std::string file = files_.Resolve(path);
-  if (files_.Exists(file) && files_.Kind(file) != FileKind::Regular) return std::nullopt;
+  if (files_.Exists(file) && files_.Kind(file) != FileKind::Regular) return {};
   if (const auto slash = file.rfind('/'); slash != std::string::npos && slash > 0) {
     files_.MakeDirectory(file.substr(0, slash));
   }
@@ -18,7 +18,7 @@ Failure FileInstanceLock::Acquire(const std::string& path) {
                                     "settings file."};
   }
   if (!failure) file_ = std::move(lock);
-  return std::nullopt;
+  return {};
 }
 
 }  // namespace quorl

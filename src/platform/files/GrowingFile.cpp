@@ -48,7 +48,7 @@ Failure GrowingFile::OpenBeside() {
     file_ = files_.Open(temporary_, OpenMode::Create, failure);
     if (file_ || failure->Code != EEXIST) break;
   }
-  if (file_) return std::nullopt;
+  if (file_) return {};
   failure = Named(failure);
   temporary_.clear();
   return failure;
@@ -69,12 +69,12 @@ Failure GrowingFile::Commit() {
 }
 
 Failure GrowingFile::Finish() {
-  if (direct_) return std::nullopt;
+  if (direct_) return {};
   if (Failure failure = file_->Sync()) return Named(failure);
   file_.reset();
   if (Failure failure = files_.Rename(temporary_, target_)) return Named(failure);
   temporary_.clear();
-  return std::nullopt;
+  return {};
 }
 
 void GrowingFile::Discard() {

@@ -27,7 +27,7 @@ std::optional<std::string> WholeFiles::Read(const std::string& path, Failure& fa
     }
     if (failure) break;
   }
-  if (failure) return std::nullopt;
+  if (failure) return {};
   return content;
 }
 
@@ -40,7 +40,7 @@ Failure WholeFiles::Replace(const std::string& path, const std::string& content)
 
 Failure WholeFiles::Append(const std::string& path, const std::string& content) {
   Failure failure;
-  const auto file = Open(path, OpenMode::Update, failure);
+  const auto file = Open(path, OpenMode::Append, failure);
   return failure ? failure : file->Append(content.data(), static_cast<std::int64_t>(content.size()));
 }
 

@@ -35,11 +35,11 @@ void StreamCaptureBuffer::SetNotificationPositions(const std::vector<SoundNotifi
 }
 
 Failure StreamCaptureBuffer::Start() {
-  if (IsRunning()) return std::nullopt;
+  if (IsRunning()) return {};
   marks_.Drop(marks_.Readable());
   line_.Drop(line_.Readable());
   run_.fetch_add(1, std::memory_order_release);
-  return std::nullopt;
+  return {};
 }
 
 void StreamCaptureBuffer::Stop() {

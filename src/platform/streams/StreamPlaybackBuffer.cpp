@@ -38,11 +38,11 @@ void StreamPlaybackBuffer::SetNotificationPositions(const std::vector<SoundNotif
 }
 
 Failure StreamPlaybackBuffer::Play() {
-  if (IsRunning()) return std::nullopt;
+  if (IsRunning()) return {};
   marks_.Drop(marks_.Readable());
   cursor_ = played_.load(std::memory_order_acquire);
   run_.fetch_add(1, std::memory_order_release);
-  return std::nullopt;
+  return {};
 }
 
 void StreamPlaybackBuffer::Stop() {

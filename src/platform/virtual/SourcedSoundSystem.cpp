@@ -31,7 +31,7 @@ class SourcedSoundSystem::Capture : public StreamCaptureBuffer {
   }
 
   Failure Start() override {
-    if (IsRunning()) return std::nullopt;
+    if (IsRunning()) return {};
     auto failure = StreamCaptureBuffer::Start();
     system_.Pace();
     return failure;

@@ -19,9 +19,7 @@ LocalTime VirtualClock::Now() const {
 }
 
 void VirtualClock::Advance(microseconds step) {
-  if (step.count() > 0) {
-    now_ += step.count();
-  }
+  if (step.count() > 0) now_ += step.count();
 }
 
 void VirtualClock::SetNow(const LocalTime& time) {

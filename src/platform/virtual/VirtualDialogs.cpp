@@ -18,12 +18,8 @@ MessageAnswer Declined(MessageButtons buttons) {
 
 template <typename Answer>
 Answer Next(std::deque<Answer>& script, Answer otherwise, const std::function<void()>& whileOpen) {
-  if (whileOpen) {
-    whileOpen();
-  }
-  if (script.empty()) {
-    return otherwise;
-  }
+  if (whileOpen) whileOpen();
+  if (script.empty()) return otherwise;
   Answer answer = std::move(script.front());
   script.pop_front();
   return answer;

@@ -77,9 +77,7 @@ void VirtualEventQueue::CollectSignals() {
     const auto state = weak.lock();
     if (state->Raised.exchange(false, std::memory_order_acquire)) {
       Post([weak] {
-        if (const auto alive = weak.lock()) {
-          alive->OnRaise();
-        }
+        if (const auto alive = weak.lock()) alive->OnRaise();
       });
     }
   }
@@ -101,9 +99,7 @@ void VirtualEventQueue::Yield() {
   for (;;) {
     const auto next = std::find_if(events_.begin(), events_.end(),
                                    [last](const auto& event) { return event.first.second <= last; });
-    if (next == events_.end() || next->first.first > now) {
-      return;
-    }
+    if (next == events_.end() || next->first.first > now) return;
     const Task task = std::move(next->second);
     events_.erase(next);
     task();

@@ -52,7 +52,7 @@ class VirtualFiles::Handle : public OpenFile {
 
   const std::string& Name() const override { return name_; }
   std::optional<std::int64_t> Size() const override {
-    if (node_->Pipe) return std::nullopt;
+    if (node_->Pipe) return {};
     return static_cast<std::int64_t>(node_->Content.size());
   }
 
@@ -156,7 +156,7 @@ std::unique_ptr<OpenFile> VirtualFiles::Open(const std::string& path, OpenMode m
   if (found != disk_->Files.end() && mode == OpenMode::Create)
     failure = Error{kExists, path + ": File exists"};
   if (Kind(target) == FileKind::Directory) failure = Error{kIsDirectory, path + ": Is a directory"};
-  const bool makes = mode == OpenMode::Create || mode == OpenMode::Update;
+  const bool makes = mode == OpenMode::Create || mode == OpenMode::Update || mode == OpenMode::Append;
   if (found == disk_->Files.end() && !makes) failure = NoSuchFile(path);
   if (failure) return nullptr;
   if (found == disk_->Files.end()) {
@@ -233,9 +233,7 @@ std::vector<std::string> VirtualFiles::List(const std::string& directory, const 
 }
 
 void VirtualFiles::Put(const std::string& path, std::string content) {
-  for (std::string each = Parent(path); !each.empty(); each = Parent(each)) {
-    directories_.insert(each);
-  }
+  for (std::string each = Parent(path); !each.empty(); each = Parent(each)) directories_.insert(each);
   disk_->Files[path] = std::make_shared<Node>(Node{content, content});
 }
 

@@ -9,9 +9,7 @@ void VirtualPrinterPort::Write(std::uint16_t address, std::uint8_t value) {
   if (recording_) {
     levels_.push_back({clock_.Microseconds(), address, value, changed});
   }
-  if (changed && listener_) {
-    listener_->OnPrinterData(value);
-  }
+  if (changed && listener_) listener_->OnPrinterData(value);
 }
 
 }  // namespace quorl

@@ -6,16 +6,12 @@ namespace quorl {
 
 VirtualSerialPort::VirtualSerialPort(VirtualClock& clock, EventQueue& queue)
     : clock_(clock), queue_(queue), statusSignal_(queue_.CreateSignal([this] {
-        if (open_ && onStatusChange_) {
-          onStatusChange_();
-        }
+        if (open_ && onStatusChange_) onStatusChange_();
       })) {}
 
 Failure VirtualSerialPort::Open(const std::string& device) {
   opened_.push_back(device);
-  if (openFailure_) {
-    return openFailure_;
-  }
+  if (openFailure_) return openFailure_;
   open_ = true;
   std::fill(std::begin(lines_), std::end(lines_), false);
   return {};
@@ -45,9 +41,7 @@ void VirtualSerialPort::Plug() {
 }
 
 void VirtualSerialPort::SetLine(SerialLine line, bool on) {
-  if (!open_) {
-    return;
-  }
+  if (!open_) return;
   clock_.Advance(lineTime_);
   bool& level = lines_[static_cast<std::size_t>(line)];
   const bool changed = level != on;
@@ -55,9 +49,7 @@ void VirtualSerialPort::SetLine(SerialLine line, bool on) {
   if (recording_) {
     levels_.push_back({clock_.Microseconds(), line, on, changed});
   }
-  if (changed && listener_) {
-    listener_->OnSerialLine(line, on);
-  }
+  if (changed && listener_) listener_->OnSerialLine(line, on);
 }
 
 std::optional<std::uint32_t> VirtualSerialPort::Status() const {
@@ -70,9 +62,7 @@ std::optional<std::uint32_t> VirtualSerialPort::Status() const {
 void VirtualSerialPort::SetStatus(std::uint32_t bits) {
   const std::uint32_t changed = status_ ^ bits;
   status_ = bits;
-  if (open_ && (changed & (ModemStatus::Cts | ModemStatus::Dsr)) != 0) {
-    statusSignal_->Raise();
-  }
+  if (open_ && (changed & (ModemStatus::Cts | ModemStatus::Dsr)) != 0) statusSignal_->Raise();
 }
 
 }  // namespace quorl

@@ -52,7 +52,7 @@ class VirtualSoundSystem::Runner {
     origin_ = system_.clock_.Microseconds();
     done_ = 0;
     drift_ = drift;
-    return std::nullopt;
+    return {};
   }
   virtual void Move(int frames, std::int64_t time) = 0;
 
@@ -73,7 +73,7 @@ class VirtualSoundSystem::Capture : public StreamCaptureBuffer, public VirtualSo
         Runner(system, device, format) {}
 
   Failure Start() override {
-    if (IsRunning()) return std::nullopt;
+    if (IsRunning()) return {};
     if (auto failure = Begin(0.0)) return failure;
     auto failure = StreamCaptureBuffer::Start();
     system_.Arm();
@@ -102,7 +102,7 @@ class VirtualSoundSystem::Playback : public StreamPlaybackBuffer, public Virtual
         Runner(system, device, format) {}
 
   Failure Play() override {
-    if (IsRunning()) return std::nullopt;
+    if (IsRunning()) return {};
     if (auto failure = Begin(system_.playbackDrift_)) return failure;
     auto failure = StreamPlaybackBuffer::Play();
     system_.Arm();

@@ -9,7 +9,7 @@
 namespace quorl {
 
 Failure LinuxPrinterPort::Check(std::uint16_t address) {
-  if (Prepare(address) != Access::None) return std::nullopt;
+  if (Prepare(address) != Access::None) return {};
   std::array<char, 8> digits{};
   std::snprintf(digits.data(), digits.size(), "0x%X", unsigned{address});
   return SystemError("reach the printer port at address " + std::string(digits.data()), EACCES,

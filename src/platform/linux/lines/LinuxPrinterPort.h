@@ -8,9 +8,9 @@
 
 namespace quorl {
 
-// The way is chosen at the first write to an address and kept until another address is written: the driver's
-// port of that address (works for members of group lp), else raw access (needs privileges), else none, and
-// every write to it is ignored.
+// The way to an address is chosen when it is first checked or written, and kept until another one is: the
+// driver's port of that address (works for members of group lp), else raw access (needs privileges), else
+// none, and every write to it is ignored.
 class LinuxPrinterPort : public PrinterPort {
  public:
   enum class Access { None, Driver, Raw };

@@ -157,14 +157,14 @@ Failure LinuxSerialPort::Take() {
   }
   int bits = 0;
   if (calls_.ModemBits(file, bits) >= 0) watcher_ = std::make_unique<Watcher>(calls_, file, bits, *changed_);
-  return std::nullopt;
+  return {};
 }
 
 // A pseudo terminal opens as a port does, but has no lines that a board could hear.
 Failure LinuxSerialPort::RestLines() {
   int error = calls_.SetBreak(file_, false);
   if (error >= 0) error = calls_.SetModemBits(file_, TIOCM_RTS | TIOCM_DTR, true);
-  if (error >= 0) return std::nullopt;
+  if (error >= 0) return {};
   return SystemError("move the lines of " + device_, -error,
                      "Choose a serial port that has RTS, DTR and TXD.");
 }
@@ -182,13 +182,17 @@ void LinuxSerialPort::Leave() {
   file_ = -1;
 }
 
-void LinuxSerialPort::OnSignal() {
-  if (watcher_ && watcher_->IsLost()) Vanish();
-  if (std::exchange(untold_, false) && onPresence_) {
-    const auto handler = onPresence_;
+void LinuxSerialPort::TellLoss() {
+  // A copy: the handler may set another one.
+  const auto handler = onPresence_;
+  if (std::exchange(untold_, false) && handler) {
     handler(Error{ENODEV, "The serial port " + device_ + " has vanished"});
   }
-  // A copy: the handler may set another one.
+}
+
+void LinuxSerialPort::OnSignal() {
+  if (watcher_ && watcher_->IsLost()) Vanish();
+  TellLoss();
   const auto handler = onStatusChange_;
   if (IsOpen() && handler) handler();
 }
@@ -206,10 +210,12 @@ void LinuxSerialPort::Vanish() {
 }
 
 void LinuxSerialPort::LookAgain() {
-  if (Take()) return;
+  // Where the program has stood still, the timer may come before the signal of the loss.
+  TellLoss();
+  if (IsOpen() || Take()) return;
   lookAgain_->Stop();
   const auto handler = onPresence_;
-  if (handler) handler(std::nullopt);
+  if (handler) handler({});
 }
 
 void LinuxSerialPort::SetLine(SerialLine line, bool on) {
@@ -229,7 +235,7 @@ void LinuxSerialPort::SetLine(SerialLine line, bool on) {
 
 std::optional<std::uint32_t> LinuxSerialPort::Status() const {
   int bits = 0;
-  if (!IsOpen() || calls_.ModemBits(file_, bits) < 0) return std::nullopt;
+  if (!IsOpen() || calls_.ModemBits(file_, bits) < 0) return {};
   std::uint32_t status = 0;
   for (const LineBit& bit : kStatusBits) {
     if ((bits & bit.Modem) != 0) status |= bit.Status;

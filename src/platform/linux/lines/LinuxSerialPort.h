@@ -40,6 +40,7 @@ class LinuxSerialPort : public SerialPort {
   Failure Take();
   Failure RestLines();
   void OnSignal();
+  void TellLoss();
   void OnLineCall(int result);
   void Vanish();
   void LookAgain();

@@ -61,7 +61,7 @@ class RtAudioSoundSystem::Capture : public StreamCaptureBuffer, public RtAudioSo
   ~Capture() override { Leave(); }
 
   Failure Start() override {
-    if (IsRunning()) return std::nullopt;
+    if (IsRunning()) return {};
     if (auto failure = StartStream()) return failure;
     system_.WakePlayback();
     return StreamCaptureBuffer::Start();
@@ -82,7 +82,7 @@ class RtAudioSoundSystem::Playback : public StreamPlaybackBuffer, public RtAudio
   ~Playback() override { Leave(); }
 
   Failure Play() override {
-    if (IsRunning()) return std::nullopt;
+    if (IsRunning()) return {};
     if (auto failure = StartStream()) {
       // It comes in the middle of a run, where nobody waits for an answer, and once for each start.
       system_.told_ = false;
@@ -157,7 +157,7 @@ Failure RtAudioSoundSystem::Choose(const std::vector<std::string>& names, int de
   const auto chosen = names.begin() + (device - 1);
   request.Name = *chosen;
   request.Occurrence = static_cast<int>(std::count(names.begin(), chosen, *chosen));
-  return std::nullopt;
+  return {};
 }
 
 std::unique_ptr<CaptureBuffer> RtAudioSoundSystem::CreateCaptureBuffer(int device, const SoundFormat& format,

@@ -116,7 +116,7 @@ RtAudioStream::~RtAudioStream() {
 }
 
 Failure RtAudioStream::Open() {
-  if (line_ && !lost_.load()) return std::nullopt;
+  if (line_ && !lost_.load()) return {};
   Close();
   struct Answer {
     Line Opened;
@@ -133,7 +133,7 @@ Failure RtAudioStream::Open() {
       static_cast<std::size_t>(line_->Frames) * static_cast<std::size_t>(request_.Format.Channels), 0);
   prioritised_ = lost_ = false;
   line_->Target = this;
-  return std::nullopt;
+  return {};
 }
 
 Failure RtAudioStream::OpenLine(RtAudioDevices& devices, const RtAudioRequest& request, Line& line) {
@@ -172,17 +172,17 @@ Failure RtAudioStream::OpenDevice(RtAudioDevices& devices, const RtAudioRequest&
     return Error{kErrorOpen, what + ": " + error.getMessage()};
   }
   if (!line.Audio->isStreamOpen()) return Error{kErrorOpen, what};
-  return std::nullopt;
+  return {};
 }
 
 Failure RtAudioStream::Start() {
   if (auto failure = Open()) return failure;
-  if (line_->Audio->isStreamRunning()) return std::nullopt;
+  if (line_->Audio->isStreamRunning()) return {};
   lastCall_ = Microseconds();
   ahead_ = 0.0;
   lastHeard_.store(lastCall_, std::memory_order_release);
   const bool answered = errands_.Run([line = line_] { line->Audio->startStream(); });
-  if (answered && line_->Audio->isStreamRunning()) return std::nullopt;
+  if (answered && line_->Audio->isStreamRunning()) return {};
   Close();
   return answered ? Error{kErrorOpen, "\"" + request_.Name + "\" does not start"} : NoAnswer(request_.Name);
 }

@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 constexpr const char* kFilledMark = "/.filled";
 
 Failure CopyMissing(Files& files, const fs::path& source, const std::string& target) {
-  if (files.Exists(target)) return std::nullopt;
+  if (files.Exists(target)) return {};
   return files.Copy(source.string(), target);
 }
 

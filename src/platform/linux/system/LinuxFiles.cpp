@@ -54,11 +54,11 @@ std::unique_ptr<OpenFile> LinuxFiles::Open(const std::string& path, OpenMode mod
 Failure LinuxFiles::Rename(const std::string& from, const std::string& to) {
   if (rename(from.c_str(), to.c_str()) != 0) return SystemError("write " + to, errno);
   SyncDirectory(fs::path(to).parent_path());
-  return std::nullopt;
+  return {};
 }
 
 Failure LinuxFiles::Remove(const std::string& path) {
-  if (unlink(path.c_str()) == 0) return std::nullopt;
+  if (unlink(path.c_str()) == 0) return {};
   return SystemError("remove " + path, errno);
 }
 
@@ -72,7 +72,7 @@ Failure LinuxFiles::MakeDirectory(const std::string& path) {
   fs::create_directories(path, error);
   if (!error && !fs::is_directory(path, error) && !error)
     error = std::make_error_code(std::errc::file_exists);
-  if (!error) return std::nullopt;
+  if (!error) return {};
   return SystemError("make the directory " + path, error.value());
 }
 

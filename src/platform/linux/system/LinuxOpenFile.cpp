@@ -22,6 +22,8 @@ int FlagsOf(OpenMode mode) {
       return O_RDWR | O_CREAT | O_EXCL;
     case OpenMode::Update:
       return O_RDWR | O_CREAT;
+    case OpenMode::Append:
+      return O_WRONLY | O_CREAT | O_APPEND;
     case OpenMode::Feed:
       break;
   }
@@ -49,14 +51,18 @@ Failure LinuxOpenFile::Told(const char* what, int error) const {
 
 std::optional<std::int64_t> LinuxOpenFile::Size() const {
   struct stat facts {};
-  if (!seeks_ || fstat(file_.Get(), &facts) != 0) return std::nullopt;
+  if (!seeks_ || fstat(file_.Get(), &facts) != 0) return {};
   return facts.st_size;
 }
 
 std::int64_t LinuxOpenFile::ReadAt(std::int64_t at, void* destination, std::int64_t bytes, Failure& failure) {
+  if (!seeks_ && at != done_) {
+    failure = Told("read ", ESPIPE);
+    return 0;
+  }
   char* to = static_cast<char*>(destination);
   std::int64_t done = 0;
-  int error = seeks_ || at == done_ ? 0 : ESPIPE;
+  int error = 0;
   while (done < bytes && error == 0) {
     const auto left = static_cast<std::size_t>(bytes - done);
     const ssize_t got =
@@ -101,7 +107,7 @@ Failure LinuxOpenFile::Sync() {
 
 Failure LinuxOpenFile::Lock() {
   static_assert(kLockedElsewhere == EWOULDBLOCK);
-  if (flock(file_.Get(), LOCK_EX | LOCK_NB) == 0) return std::nullopt;
+  if (flock(file_.Get(), LOCK_EX | LOCK_NB) == 0) return {};
   return SystemError("lock " + name_, errno, "Another running program may be using it.");
 }
 

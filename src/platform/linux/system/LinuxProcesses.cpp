@@ -138,7 +138,7 @@ Failure LinuxProcesses::Start(const std::string& program, const std::string& arg
   writing.Close();
   while (waitpid(between, nullptr, 0) < 0 && errno == EINTR) continue;
   const std::optional<int> error = ReadReport(reading.Get());
-  if (!error) return std::nullopt;
+  if (!error) return {};
   return SystemError("start " + program, *error, "Check its path and that it may be run.");
 }
 

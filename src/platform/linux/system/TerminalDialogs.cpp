@@ -23,19 +23,19 @@ MessageAnswer TerminalDialogs::ShowMessage(const MessageRequest& request) {
 
 std::optional<std::string> TerminalDialogs::AskText(const std::string&, const std::string&,
                                                     const std::string&) {
-  return std::nullopt;
+  return {};
 }
 
 std::optional<std::string> TerminalDialogs::AskOpenFile(const FileRequest&) {
-  return std::nullopt;
+  return {};
 }
 
 std::optional<std::string> TerminalDialogs::AskSaveFile(const FileRequest&) {
-  return std::nullopt;
+  return {};
 }
 
 std::optional<std::uint32_t> TerminalDialogs::AskColour(std::uint32_t) {
-  return std::nullopt;
+  return {};
 }
 
 }  // namespace quorl
