@@ -18,6 +18,8 @@ class Clock {
   // Microseconds of a steady clock with an arbitrary origin: for intervals. Never steps back.
   virtual std::int64_t Microseconds() const = 0;
   virtual LocalTime Now() const = 0;
+  // Microseconds since 1970-01-01 00:00 UTC; steps where somebody sets the clock.
+  virtual std::int64_t UtcMicroseconds() const = 0;
 };
 
 }  // namespace quorl

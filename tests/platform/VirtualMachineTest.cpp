@@ -134,6 +134,7 @@ TEST(VirtualClock, CalendarRunsAlong) {
   EXPECT_EQ(now.Day, 1);
   EXPECT_EQ(now.Hour + now.Minute + now.Second, 0);
   EXPECT_EQ(now.Millisecond, 50);
+  EXPECT_EQ(clock.UtcMicroseconds(), 1704067200050000);
 }
 
 struct Listener : LineListener {

@@ -13,6 +13,8 @@ struct FrequencyScale {
   std::int32_t StartX = 0, StopX = 0;  // bins at the left and right edge
   bool OnAir = false;                  // radio frequencies; otherwise plain audio
 
+  bool operator==(const FrequencyScale&) const = default;
+
   double Width() const { return StopX - StartX; }
   // X in bins from the left edge of the picture.
   double FrequencyAt(double x) const { return Offset + HertzPerBin * (StartX + x); }

@@ -12,6 +12,7 @@
 #include "display/analyser/FrequencyScale.h"
 #include "display/analyser/ModeSettings.h"
 #include "display/analyser/ScopeFrame.h"
+#include "display/analyser/SpectrumLine.h"
 #include "display/canvas/Canvas.h"
 #include "dsp/chain/ChainPorts.h"
 #include "dsp/fft/clsFFTReal.h"
@@ -20,13 +21,6 @@
 namespace quorl {
 
 enum class SpectrumWindow { None, Hann, BlackmanHarris };
-
-// A spectrum line as it leaves the transform, before smoothing and gain: the waterfall's food.
-struct SpectrumLine {
-  std::span<const float> Bins;  // magnitudes, upwards in the transform's own order
-  FrequencyScale Frequencies;
-  bool Ascending = true;  // element 0 is the lowest frequency; otherwise the highest
-};
 
 // Construct, hand in the surfaces, init; then samples in, and Display once for each picture. Nothing is drawn
 // before init, and nothing happens while it isn't Active. One thread; a frame delivers waiting events every

@@ -13,6 +13,8 @@ class VirtualClock : public Clock {
  public:
   std::int64_t Microseconds() const override { return now_; }
   LocalTime Now() const override;
+  // The calendar time is that of a place on the meridian.
+  std::int64_t UtcMicroseconds() const override { return origin_.time_since_epoch().count() + now_; }
 
   // Steps the clock without running any timer: what a busy thread does. Negative steps are ignored.
   void Advance(std::chrono::microseconds step);

@@ -24,4 +24,10 @@ LocalTime LinuxClock::Now() const {
           static_cast<int>(now.tv_nsec / 1000000)};
 }
 
+std::int64_t LinuxClock::UtcMicroseconds() const {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  return static_cast<std::int64_t>(now.tv_sec) * 1000000 + now.tv_nsec / 1000;
+}
+
 }  // namespace quorl

@@ -9,6 +9,7 @@ class LinuxClock : public Clock {
  public:
   std::int64_t Microseconds() const override;
   LocalTime Now() const override;
+  std::int64_t UtcMicroseconds() const override;
 };
 
 }  // namespace quorl
