@@ -40,9 +40,9 @@ LabelView* Binder::Word(const std::string& name, const QString& widest, int pixe
   return control ? new LabelView(clock_, *control, LabelStyle::Word, widest, pixels) : nullptr;
 }
 
-LabelView* Binder::Value(const std::string& name, const QString& widest) {
+LabelView* Binder::Value(const std::string& name, const QString& widest, int pixels) {
   auto* control = Find<Label>(name);
-  return control ? new LabelView(clock_, *control, LabelStyle::Value, widest) : nullptr;
+  return control ? new LabelView(clock_, *control, LabelStyle::Value, widest, pixels) : nullptr;
 }
 
 LabelView* Binder::Reading(const std::string& name, const QString& widest, int pixels) {
@@ -110,23 +110,54 @@ SMeterView* Binder::SMeter(const std::string& surface, const std::string& elemen
   return control ? new SMeterView(clock_, *control, std::move(bar), label) : nullptr;
 }
 
-void Binder::PopupMenu(const std::string& name, QWidget* window) {
+ScopeView* Binder::Scope(const std::string& name) {
+  auto* control = Find<CanvasPicture>(name);
+  return control ? new ScopeView(clock_, *control) : nullptr;
+}
+
+SplitterView* Binder::Splitter(const std::string& name) {
+  auto* control = Find<Slider>(name);
+  return control ? new SplitterView(clock_, *control) : nullptr;
+}
+
+FloatingLabelView* Binder::Floating(const std::string& name, QWidget* anchor) {
+  auto* control = Find<FloatingLabel>(name);
+  return control && anchor ? new FloatingLabelView(clock_, *control, anchor) : nullptr;
+}
+
+EntryView* Binder::Entry(const std::string& name, QWidget* anchor) {
+  auto* control = Find<TextBox>(name);
+  return control && anchor ? new EntryView(clock_, *control, anchor) : nullptr;
+}
+
+namespace {
+
+// The caller shows it; it goes by itself.
+QMenu* MakeMenu(const Menu& control, QWidget* window) {
+  auto* menu = new QMenu(window);
+  menu->setFont(skin::WordFont());
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  for (int i = 0; i < static_cast<int>(control.Captions().size()); ++i) {
+    const QString caption = QString::fromStdString(control.Captions()[static_cast<std::size_t>(i)]);
+    if (caption == "-") {
+      menu->addSeparator();
+      continue;
+    }
+    QAction* action = menu->addAction(caption);
+    QObject::connect(action, &QAction::triggered, window, [&control, i] { control.UserChoose(i); });
+  }
+  return menu;
+}
+
+}  // namespace
+
+void Binder::PopupMenu(const std::string& name, QWidget* window, QWidget* button) {
   auto* control = Find<Menu>(name);
   if (!control) return;
-  Listening opening = control->OnPopup.Listen([control, window] {
-    auto* menu = new QMenu(window);
-    menu->setFont(skin::WordFont());
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    for (int i = 0; i < static_cast<int>(control->Captions().size()); ++i) {
-      const QString caption = QString::fromStdString(control->Captions()[static_cast<std::size_t>(i)]);
-      if (caption == "-") {
-        menu->addSeparator();
-      } else {
-        QObject::connect(menu->addAction(caption), &QAction::triggered, window,
-                         [control, i] { control->UserChoose(i); });
-      }
-    }
-    menu->popup(QCursor::pos());
+  Listening opening = control->OnPopup.Listen([control, window, button] {
+    const bool byKeyboard = button && button->hasFocus();
+    MakeMenu(*control, window)
+        ->popup(byKeyboard ? button->mapToGlobal(QPoint(0, button->height())) : QCursor::pos());
   });
   QObject::connect(window, &QObject::destroyed, [opening]() mutable { opening.reset(); });
 }

@@ -9,8 +9,10 @@
 #include "controls/ControlRegistry.h"
 #include "desktop/views/CardView.h"
 #include "desktop/views/ChoiceView.h"
+#include "desktop/views/EntryView.h"
 #include "desktop/views/FaceView.h"
 #include "desktop/views/FieldViews.h"
+#include "desktop/views/FloatingLabelView.h"
 #include "desktop/views/FrequencyView.h"
 #include "desktop/views/KnobView.h"
 #include "desktop/views/LabelView.h"
@@ -18,7 +20,9 @@
 #include "desktop/views/NoteView.h"
 #include "desktop/views/RefreshClock.h"
 #include "desktop/views/SMeterView.h"
+#include "desktop/views/ScopeView.h"
 #include "desktop/views/SliderView.h"
+#include "desktop/views/SplitView.h"
 
 namespace quorl {
 
@@ -36,7 +40,7 @@ class Binder {
   // name(0) .. name(count-1), of which some may be missing.
   std::vector<FaceView*> Options(const std::string& name, int count);
   LabelView* Word(const std::string& name, const QString& widest = {}, int pixels = 0);
-  LabelView* Value(const std::string& name, const QString& widest);
+  LabelView* Value(const std::string& name, const QString& widest, int pixels = 0);
   LabelView* Reading(const std::string& name, const QString& widest, int pixels = 0);
   KnobView* Knob(const std::string& name, int diameter);
   SliderView* Slide(const std::string& name, int width);
@@ -51,8 +55,14 @@ class Binder {
                      const std::string& reading);
   // A few words that come up under `anchor` for a while.
   NoteView* Note(const std::string& name, QWidget* anchor);
-  // Pops up at the pointer when the control asks for it.
-  void PopupMenu(const std::string& name, QWidget* window);
+  ScopeView* Scope(const std::string& name);
+  SplitterView* Splitter(const std::string& name);
+  // Stands over the picture that it names, in the window of `anchor`.
+  FloatingLabelView* Floating(const std::string& name, QWidget* anchor);
+  // A line to type into, over `anchor`.
+  EntryView* Entry(const std::string& name, QWidget* anchor);
+  // Pops up when the control asks for it: at the pointer, or under `button` where that has the keyboard.
+  void PopupMenu(const std::string& name, QWidget* window, QWidget* button = nullptr);
   // A card always comes: without a frame of that name it has one of its own.
   CardView* Card(const std::string& frame, const QString& title,
                  CardView::Title shown = CardView::Title::Shown);

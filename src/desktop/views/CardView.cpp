@@ -18,8 +18,9 @@ CardView::CardView(RefreshClock& clock, Frame& frame, const QString& title, Titl
   rows_->setContentsMargins(kPadding, skin::kGrid, kPadding, skin::kGrid);
   rows_->setSpacing(4);
   rows_->addStretch(1);
-  SetSizes(QSizePolicy::Preferred, QSizePolicy::Preferred, false);
+  SetSizes(QSizePolicy::Preferred, QSizePolicy::Preferred, shown == Title::Flat);
   TakeColours();
+  if (shown == Title::Flat) rows_->setContentsMargins(0, 0, 0, 0);
   if (shown == Title::Beside) {
     const int width = skin::TextWidth(skin::TitleFont(), TitleText().toUpper());
     rows_->setContentsMargins(kPadding + width + kPadding, skin::kGrid, kPadding, skin::kGrid);
@@ -70,6 +71,7 @@ void CardView::TakeOver() {
 }
 
 void CardView::paintEvent(QPaintEvent* event) {
+  if (shown_ == Title::Flat) return;
   QPainter painter(this);
   // Mostly a card is the ground of a number that has changed.
   const QRect inside = rect().adjusted(kCorner, kCorner, -kCorner, -kCorner);

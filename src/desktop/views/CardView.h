@@ -11,7 +11,9 @@ namespace quorl {
 // Title and edge take the frame's colour, so that the card under the pointer shows in the focus colour.
 class CardView : public View {
  public:
-  enum class Title { Shown, Beside, None };  // beside: left of the only row
+  // Beside: left of the only row. Flat: neither title nor ground nor edge, within another card, where it
+  // keeps its place while it is hidden.
+  enum class Title { Shown, Beside, None, Flat };
 
   // `title` stands where the frame has no caption.
   CardView(RefreshClock& clock, Frame& frame, const QString& title, Title shown = Title::Shown);

@@ -35,6 +35,16 @@ void LabelView::SetUnit(const QString& unit) {
   updateGeometry();
 }
 
+void LabelView::SetName(const QString& name) {
+  name_ = name;
+  hint_ = {};
+  updateGeometry();
+}
+
+int LabelView::NameWidth() const {
+  return name_.isEmpty() ? 0 : skin::TextWidth(skin::WordFont(kUnitPixels), name_) + kUnitGap;
+}
+
 void LabelView::SetWord(const QString& word) {
   word_ = word;
   updateGeometry();
@@ -73,7 +83,7 @@ QSize LabelView::sizeHint() const {
   const QString text = widest_.isEmpty() ? Words() : widest_;
   const int margin = style_ == LabelStyle::Value ? 2 * kValueMargin : 0;
   const int unit = unit_.isEmpty() ? 0 : kUnitGap + skin::TextWidth(skin::WordFont(kUnitPixels), unit_);
-  return hint_ = {static_cast<int>(std::ceil(WidthOf(text))) + unit + margin, pixels_ + 5};
+  return hint_ = {NameWidth() + static_cast<int>(std::ceil(WidthOf(text))) + unit + margin, pixels_ + 5};
 }
 
 QColor LabelView::Ink() const {
@@ -98,13 +108,19 @@ void LabelView::paintEvent(QPaintEvent*) {
   };
   const QColor ink = shown(Ink());
   const int margin = style_ == LabelStyle::Value ? kValueMargin : 0;
+  const QRect place = rect().adjusted(NameWidth(), 0, 0, 0);
   if (label_.Border()) {
     painter.setPen(QPen(ink, 1));
     painter.setBrush(skin::Mixed(QColor(skin::kCard), ink, 0.12));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
+    painter.drawRoundedRect(QRectF(place).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
+  }
+  if (!name_.isEmpty()) {
+    painter.setPen(shown(QColor(skin::kQuietInk)));
+    painter.setFont(skin::WordFont(kUnitPixels));
+    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, name_);
   }
   painter.setPen(ink);
-  const QRect line = rect().adjusted(margin, 0, -margin, 0);
+  const QRect line = place.adjusted(margin, 0, -margin, 0);
   const QString text = Words();
   if (style_ == LabelStyle::Word) {
     painter.setFont(skin::WordFont(pixels_));

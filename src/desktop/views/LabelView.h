@@ -21,6 +21,8 @@ class LabelView : public View {
   void SetAlignment(Qt::Alignment alignment) { alignment_ = alignment; }
   // Stands after a left-aligned number, shown and spoken.
   void SetUnit(const QString& unit);
+  // Stands before the number, and goes with it; not spoken.
+  void SetName(const QString& name);
   // Stands in place of a caption that says more than there is room for; the ink stays the label's.
   void SetWord(const QString& word);
   QAccessible::Role Role() const override;
@@ -38,12 +40,13 @@ class LabelView : public View {
 
  private:
   QString Words() const;
+  int NameWidth() const;
   double WidthOf(const QString& text) const;
   QColor Ink() const;
 
   Label& label_;
   LabelStyle style_;
-  QString widest_, unit_, word_;
+  QString widest_, unit_, word_, name_;
   int pixels_;
   DrawnNumber number_;
   mutable QSize hint_;  // of the widest text, which never changes

@@ -19,7 +19,7 @@ constexpr Colour kSelected = 0xFFFF00, kUnselected = 0xC0C000;
 
 inline constexpr QRgb kGround = 0xFF090C0F, kCard = 0xFF12171B, kFace = 0xFF0D1114, kCardEdge = 0xFF20282E;
 inline constexpr QRgb kQuietInk = 0xFF84929D, kInk = 0xFFE9EFF2, kDarkInk = 0xFF061012, kUnlit = 0xFF1B2329;
-inline constexpr QRgb kNeutral = 0xFFA9B7C0;
+inline constexpr QRgb kNeutral = 0xFFA9B7C0, kScopeGround = 0xFF080B0D;
 inline constexpr QRgb kAccent = 0xFF06E4E4, kGood = 0xFF24CF95, kStrong = 0xFFFF9838, kOver = 0xFFFF5145;
 constexpr double kDisabledOpacity = 0.45;
 // What a word at least stands out from its ground: one that is switched off, a title.

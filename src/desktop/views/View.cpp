@@ -128,7 +128,7 @@ void View::TakeOver() {
     updateGeometry();
   }
   Speak();
-  update();
+  ShowChange();
 }
 
 void View::TakeOverMnemonic() {

@@ -66,6 +66,8 @@ class View : public QWidget {
   virtual bool OnKey(int, Modifiers) { return false; }
   // What the wheel does where the panel doesn't handle it.
   virtual bool OnWheel(int, Modifiers) { return false; }
+  // The control has changed; what can be seen of that is to be painted.
+  virtual void ShowChange() { update(); }
   // A left press and release inside.
   virtual void OnClick(const MouseEvent&) { Press(); }
   // The keyboard's way to what the right button does.
@@ -77,6 +79,8 @@ class View : public QWidget {
   // This view is to be marked when `control`, another one, changes. It outlives the view.
   void Watch(Control& control);
   void MarkDirty();
+  // Tells the control where it is seen.
+  void TellPlace();
   // Disabled, or without effect at present.
   bool LooksOff() const { return !isEnabled() || control_.Faded(); }
   bool IsPressed() const { return pressed_; }
@@ -104,7 +108,6 @@ class View : public QWidget {
  private:
   friend class RefreshClock;
   void TakeKeysOnHover();
-  void TellPlace();
   void TakeOverMnemonic();
   bool IsTurned() const;
   void Speak();

@@ -6,6 +6,7 @@
 #include <QWidget>
 #include <cmath>
 
+#include "desktop/views/ScopeView.h"
 #include "desktop/window/PanelWindow.h"
 
 namespace quorl {
@@ -15,12 +16,20 @@ bool GrabShot(QWidget& window, const std::string& path, double scale) {
   window.ensurePolished();
   if (auto* panel = dynamic_cast<PanelWindow*>(&window)) panel->Clock().Flush();
   QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);  // what it has moved
+  const QList<QWidget*> widgets = window.findChildren<QWidget*>() << &window;
+  const auto setRatio = [&widgets](double ratio) {
+    for (QWidget* widget : widgets) {
+      if (auto* scope = dynamic_cast<ScopeView*>(widget)) scope->SetRatio(ratio);
+    }
+  };
+  setRatio(scale);
   const QSize pixels(static_cast<int>(std::lround(window.width() * scale)),
                      static_cast<int>(std::lround(window.height() * scale)));
   QPixmap picture(pixels);
   picture.setDevicePixelRatio(scale);
   picture.fill(Qt::black);
   window.render(&picture);
+  setRatio(0);
   return picture.save(QString::fromStdString(path), "PNG");
 }
 

@@ -1,0 +1,73 @@
+#include "desktop/views/FloatingLabelView.h"
+
+#include <QPainter>
+#include <cmath>
+
+#include "desktop/views/Skin.h"
+
+namespace quorl {
+
+namespace {
+
+constexpr int kPixels = 13, kMargin = 8, kHeight = 22;
+
+}  // namespace
+
+FloatingLabelView::FloatingLabelView(RefreshClock& clock, FloatingLabel& label, QWidget* anchor)
+    : View(clock, label, anchor->window()), label_(label), words_(kPixels), anchor_(anchor) {
+  setAttribute(Qt::WA_TransparentForMouseEvents);
+  SetPrompt();
+  hide();
+}
+
+void FloatingLabelView::TakeOver() {
+  // The panel places it by its size, before it is seen for the first time.
+  resize(sizeHint());
+  TellPlace();
+  const Control* picture = label_.Over();
+  QWidget* window = anchor_ ? anchor_->window() : nullptr;
+  StandOver(window && picture ? window->findChild<QWidget*>(QString::fromStdString(picture->Name()))
+                              : nullptr);
+  left_ = left_ && leftAt_ == Corner();
+  if (!label_.Visible() || label_.Caption().empty() || left_ || !over_ || !over_->isVisibleTo(window)) {
+    hide();
+    return;
+  }
+  if (parentWidget() != window) setParent(window);
+  move(over_->mapTo(window, Corner()));
+  show();
+  raise();
+  update();
+}
+
+void FloatingLabelView::StandOver(QWidget* picture) {
+  if (picture == over_) return;
+  if (over_) over_->removeEventFilter(this);
+  over_ = picture;
+  if (over_) over_->installEventFilter(this);
+}
+
+bool FloatingLabelView::eventFilter(QObject*, QEvent* event) {
+  if (event->type() == QEvent::Leave) {
+    left_ = true;
+    leftAt_ = Corner();
+    hide();
+  }
+  return false;
+}
+
+QSize FloatingLabelView::sizeHint() const {
+  return {static_cast<int>(std::ceil(words_.Width(Words()))) + 2 * kMargin, kHeight};
+}
+
+void FloatingLabelView::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(QColor(skin::kCardEdge), 1));
+  painter.setBrush(skin::Faded(QColor(skin::kCard), 0.92));
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), skin::kRadius, skin::kRadius);
+  painter.setPen(QColor(skin::kInk));
+  words_.Draw(painter, kMargin, height(), Words());
+}
+
+}  // namespace quorl
