@@ -27,7 +27,8 @@ class Event {
   // The handler of the panel that the control belongs to, in place of the one before; null for none.
   template <typename F>
   Event& operator=(F handler) {
-    handler_ = Adapted(std::move(handler));
+    Handler adapted = Adapted(std::move(handler));
+    handler_ = adapted ? std::make_shared<Handler>(std::move(adapted)) : nullptr;
     return *this;
   }
   // Whether the panel handles it; who only listens doesn't count.
@@ -43,16 +44,27 @@ class Event {
   }
 
   void operator()(Arguments... arguments) const {
-    if (handler_) handler_(arguments...);
-    ++raising_;
+    // Kept while it runs: it may put another one in its place.
+    if (const auto handler = handler_) (*handler)(arguments...);
+    const Raising raising(raising_);
     // By number, as a listener may bring others.
     for (std::size_t i = 0; i < listeners_.size(); ++i) {
       if (const auto listener = listeners_[i].lock()) (*listener)(arguments...);
     }
-    --raising_;
   }
 
  private:
+  class Raising {
+   public:
+    explicit Raising(int& depth) : depth_(depth) { ++depth_; }
+    Raising(const Raising&) = delete;
+    Raising& operator=(const Raising&) = delete;
+    ~Raising() { --depth_; }
+
+   private:
+    int& depth_;
+  };
+
   template <typename F>
   static Handler Adapted(F handler) {
     if constexpr (sizeof...(Arguments) > 0 && std::is_invocable_v<F&>) {
@@ -62,7 +74,7 @@ class Event {
     }
   }
 
-  Handler handler_;
+  std::shared_ptr<Handler> handler_;
   std::vector<std::weak_ptr<Handler>> listeners_;
   mutable int raising_ = 0;
 };
