@@ -182,32 +182,44 @@ void SettingsStore::Put(Section& section, std::string_view key, std::string_view
   section.Lines.insert(end, Line{std::string(key), std::string(value), false});
 }
 
-void SettingsStore::Read(std::string_view section, std::string_view key, std::int32_t& value) const {
-  if (const auto* text = Find(section, key)) value = ParseInt32(*text).value_or(value);
+template <typename T, typename Parser>
+bool SettingsStore::ReadAs(std::string_view section, std::string_view key, T& value, Parser parse) const {
+  const std::string* text = Find(section, key);
+  const std::optional<T> read = text ? parse(*text) : std::nullopt;
+  if (read) value = *read;
+  return read.has_value();
 }
 
-void SettingsStore::Read(std::string_view section, std::string_view key, double& value) const {
-  if (const auto* text = Find(section, key)) value = ParseDouble(*text).value_or(value);
+bool SettingsStore::Read(std::string_view section, std::string_view key, std::int32_t& value) const {
+  return ReadAs(section, key, value, ParseInt32);
 }
 
-void SettingsStore::Read(std::string_view section, std::string_view key, float& value) const {
-  const auto* text = Find(section, key);
-  const auto number = text ? ParseDouble(*text) : std::nullopt;
-  if (number && std::abs(*number) <= std::numeric_limits<float>::max()) value = static_cast<float>(*number);
+bool SettingsStore::Read(std::string_view section, std::string_view key, double& value) const {
+  return ReadAs(section, key, value, ParseDouble);
 }
 
-void SettingsStore::Read(std::string_view section, std::string_view key, bool& value) const {
-  if (const auto* text = Find(section, key)) value = ParseFlag(*text).value_or(value);
+bool SettingsStore::Read(std::string_view section, std::string_view key, float& value) const {
+  return ReadAs(section, key, value, [](std::string_view text) -> std::optional<float> {
+    const auto number = ParseDouble(text);
+    if (!number || std::abs(*number) > std::numeric_limits<float>::max()) return std::nullopt;
+    return static_cast<float>(*number);
+  });
 }
 
-void SettingsStore::Read(std::string_view section, std::string_view key, std::string& value) const {
-  if (const auto* text = Find(section, key)) value = *text;
+bool SettingsStore::Read(std::string_view section, std::string_view key, bool& value) const {
+  return ReadAs(section, key, value, ParseFlag);
 }
 
-void SettingsStore::ReadColour(std::string_view section, std::string_view key, std::uint32_t& value) const {
-  std::int32_t number = -1;
-  Read(section, key, number);
-  if (number >= 0 && number <= 0xFFFFFF) value = static_cast<std::uint32_t>(number);
+bool SettingsStore::Read(std::string_view section, std::string_view key, std::string& value) const {
+  return ReadAs(section, key, value, [](std::string_view text) { return std::optional(std::string(text)); });
+}
+
+bool SettingsStore::ReadColour(std::string_view section, std::string_view key, std::uint32_t& value) const {
+  return ReadAs(section, key, value, [](std::string_view text) -> std::optional<std::uint32_t> {
+    const auto number = ParseInt32(text);
+    if (!number || *number < 0 || *number > 0xFFFFFF) return std::nullopt;
+    return static_cast<std::uint32_t>(*number);
+  });
 }
 
 std::string SettingsStore::Serialise() const {

@@ -59,14 +59,15 @@ class SettingsStore {
   std::string GetSetting(std::string_view section, std::string_view key, std::string_view otherwise) const;
   void SaveSetting(std::string_view section, std::string_view key, std::string_view value);
 
-  // Each leaves `value` as it was where the key is missing or its text isn't one of that type.
-  void Read(std::string_view section, std::string_view key, std::int32_t& value) const;
-  void Read(std::string_view section, std::string_view key, double& value) const;
-  void Read(std::string_view section, std::string_view key, float& value) const;
-  void Read(std::string_view section, std::string_view key, bool& value) const;
-  void Read(std::string_view section, std::string_view key, std::string& value) const;
+  // Each leaves `value` as it was, and returns false, where the key is missing or its text isn't one of that
+  // type.
+  bool Read(std::string_view section, std::string_view key, std::int32_t& value) const;
+  bool Read(std::string_view section, std::string_view key, double& value) const;
+  bool Read(std::string_view section, std::string_view key, float& value) const;
+  bool Read(std::string_view section, std::string_view key, bool& value) const;
+  bool Read(std::string_view section, std::string_view key, std::string& value) const;
   // A colour as a number of 24 bits, blue in the high byte.
-  void ReadColour(std::string_view section, std::string_view key, std::uint32_t& value) const;
+  bool ReadColour(std::string_view section, std::string_view key, std::uint32_t& value) const;
 
   // The file's text, and the store that such a text makes (line numbers of broken lines go to the log).
   std::string Serialise() const;
@@ -85,6 +86,8 @@ class SettingsStore {
   };
 
   const std::string* Find(std::string_view section, std::string_view key) const;
+  template <typename T, typename Parser>
+  bool ReadAs(std::string_view section, std::string_view key, T& value, Parser parse) const;
   Section& SectionNamed(std::string_view name);
   static void Put(Section& section, std::string_view key, std::string_view value);
   Failure ReadFile();

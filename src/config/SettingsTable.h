@@ -31,13 +31,11 @@ class SettingsTable {
   // are read and the stored text fits.
   template <typename T>
   void Add(const std::string& key, std::function<T()> get, std::function<void(T)> set) {
-    rows_.push_back(
-        {key, [get] { return Text(get()); },
-         [get, set](const SettingsStore& store, const std::string& section, const std::string& name) {
-           T value = get();
-           store.Read(section, name, value);
-           set(value);
-         }});
+    rows_.push_back({key, [get] { return Text(get()); },
+                     [set](const SettingsStore& store, const std::string& section, const std::string& name) {
+                       T value{};
+                       if (store.Read(section, name, value)) set(value);
+                     }});
   }
   // Only written, for who reads the file: the value returns by another way, such as the memories.
   template <typename T>

@@ -2,12 +2,12 @@
 
 namespace quorl {
 
-void MainOptions::AddSettings(SettingsTable& table) {
+void MainOptions::AddSettings(SettingsTable& table, SettingsTable& early) {
   table.Add("FormCaptionOffOnPwrOn", FormCaptionOffOnPwrOn);
   table.Add("AutoStartSDR", AutoStartSDR);
-  table.AddWritten("VFO1.IFType", IFType);  // read when the interface is made
-  table.Add("WindowWidth", WindowWidth);
-  table.Add("WindowHeight", WindowHeight);
+  early.Add("VFO1.IFType", IFType);
+  early.Add("WindowWidth", WindowWidth);
+  early.Add("WindowHeight", WindowHeight);
   table.Add("SpectrumAnalyserOn", SpectrumAnalyserOn);
   table.Add("ScrollWheelEnableOverScope", ScrollWheelEnableOverScope);
   table.Add("AutoTrackPresets", AutoTrackPresets);

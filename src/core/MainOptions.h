@@ -22,7 +22,8 @@ struct MainOptions {
   std::string PathToDream, DreamProgArgs;
   std::int32_t DreamWindowStyle = 1;
 
-  void AddSettings(SettingsTable& table);
+  // `early` is read before the window opens and the interface is made.
+  void AddSettings(SettingsTable& table, SettingsTable& early);
 };
 
 }  // namespace quorl

@@ -152,7 +152,8 @@ class frmMain {
   StatsPanel stats_;
   SMeterPanel smeter_;
   Timer tmrSaveSettings_;
-  SettingsTable settings_;
+  SettingsTable early_;     // read before window and tuning are made of it: colours, size, board, interface
+  SettingsTable settings_;  // the rest, read at its own step
   Listening following_;
 };
 

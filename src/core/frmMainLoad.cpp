@@ -49,12 +49,8 @@ void frmMain::LoadSteps() {
   step(":Resizing");
   formed_ = true;
   step(":Restoring SDR Colour Settings from Registry");
-  for (const ColourSetting& colour : kColourSettings) {
-    store_.ReadColour(kMainSection, colour.Key, scheme_.*colour.Field);
-  }
+  early_.Read(store_);
   step(":Making Form Visible");
-  store_.Read(kMainSection, "WindowWidth", stored_.WindowWidth);
-  store_.Read(kMainSection, "WindowHeight", stored_.WindowHeight);
   OnForm();
   step(":Setting Colour Scheme");
   step(":Initialising MouseOverS");
@@ -149,8 +145,7 @@ void frmMain::ConnectForm() {
 
 // Where no value is being turned, the keys that turn one tune.
 bool frmMain::IsTuningKey(const Key& key) {
-  const bool turns = key.Code == Key::Up || key.Code == Key::Down || key.Code == Key::A || key.Code == Key::Z;
-  if (!turns || scrollables_.ActiveCtl() != CtlIndex::None) return false;
+  if (!TuningPanel::TurnsFrequency(key) || scrollables_.ActiveCtl() != CtlIndex::None) return false;
   scrollables_.Point(CtlIndex::Frequency);
   return true;
 }
@@ -191,9 +186,6 @@ void frmMain::ConnectColours() {
 }
 
 void frmMain::MakeTuning() {
-  store_.Read(kMainSection, "VFO1.IFType", stored_.IFType);
-  store_.Read(kMainSection, "EnableShaftEncoder", tuning_.ShaftEnabled);
-  store_.Read(kMainSection, "SDRModelNo", radio_.Rx.Vars.SDRModelNo);
   TellTuningFaults(radio_.CreateTuning(stored_.IFType, tuning_.ShaftEnabled, false));
   tuning_.SetTuner(&radio_.Tuning().Tune());
   tuning_.SetEncoder(&radio_.Tuning().SerialIF());

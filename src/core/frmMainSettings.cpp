@@ -24,12 +24,12 @@ void frmMain::AddSettings() {
           if (chosen && size != kStandardSize) wantedSize_ = size;
         });
   }
-  stored_.AddSettings(settings_);
-  scheme_.AddSettings(settings_);
+  stored_.AddSettings(settings_, early_);
+  scheme_.AddSettings(early_);
   radio_.AddSettings(settings_);
-  radio_.Rx.AddSettings(settings_);
+  radio_.Rx.AddSettings(settings_, early_);
   scrollables_.AddSettings(settings_);
-  tuning_.AddSettings(settings_);
+  tuning_.AddSettings(settings_, early_);
   stats_.AddSettings(settings_);
   smeter_.AddSettings(settings_);
   notch_.AddSettings(settings_);
@@ -50,6 +50,7 @@ void frmMain::NoteWindowSize(std::int32_t width, std::int32_t height) {
 
 void frmMain::SaveSettings() {
   radio_.NoteDevices();
+  early_.Write(store_);
   settings_.Write(store_);
 }
 

@@ -30,7 +30,8 @@ class Receiver {
   void Initialise();
   void InitialiseFilters();
   void InitialiseFFTReal();
-  void AddSettings(SettingsTable& table);
+  // `early` is read before the board's chain is made.
+  void AddSettings(SettingsTable& table, SettingsTable& early);
 
   KernelSettings Settings;
   PublicVars Vars;

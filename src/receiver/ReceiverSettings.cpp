@@ -20,8 +20,8 @@ void AddIFFilterSettings(SettingsTable& table, PublicVars& vars) {
 
 }  // namespace
 
-void Receiver::AddSettings(SettingsTable& table) {
-  table.Add("SDRModelNo", Vars.SDRModelNo);
+void Receiver::AddSettings(SettingsTable& table, SettingsTable& early) {
+  early.Add("SDRModelNo", Vars.SDRModelNo);
   table.Add("CurrentMainBandIndex", Vars.CurrentMainBandIndex);
   table.Add("UseSPL", Settings.UseSPL);
   table.Add("DRM.MuteAFOnDRM", MuteAFOnDRM);

@@ -213,24 +213,19 @@ void TuningPanel::picFreqDisp_KeyDown(Key key) {
     digitFromRate_ = true;
     if (TuneRate >= 1.0F) TuneDigit = DigitOfRate();
   }
-  switch (key.Code) {
-    case Key::A:
-    case Key::Up:
-      PressTuneKey(key.Code, 1);
-      break;
-    case Key::Z:
-    case Key::Down:
-      PressTuneKey(key.Code, -1);
-      break;
-    case Key::Left:
-    case Key::Right:
-      TuneDigit = (TuneDigit + (key.Code == Key::Left ? kDigits - 1 : 1)) % kDigits;
-      SetTuneDigit(TuneDigit, 1.0F);
-      break;
-    default:
-      break;
+  if (TurnsFrequency(key)) {
+    PressTuneKey(key.Code, key.Code == Key::A || key.Code == Key::Up ? 1 : -1);
+  } else if ((key.Code == Key::Left || key.Code == Key::Right) && !key.With.Alt) {
+    TuneDigit = (TuneDigit + (key.Code == Key::Left ? kDigits - 1 : 1)) % kDigits;
+    SetTuneDigit(TuneDigit, 1.0F);
   }
   if (vfo_ != nullptr) TuneRate = static_cast<float>(vfo_->TuneStep());
+}
+
+bool TuningPanel::TurnsFrequency(const Key& key) {
+  const bool letter = key.Code == Key::A || key.Code == Key::Z;
+  const bool arrow = key.Code == Key::Up || key.Code == Key::Down;
+  return (letter && !key.With.Ctrl && !key.With.Alt) || (arrow && !key.With.Alt);
 }
 
 // The first press tunes at once, however short it is; the repeats of a held key wait for the tick.
@@ -300,9 +295,9 @@ void TuningPanel::tmrShaft_Timer() {
   Step(steps * vfo_->TuneStep());
 }
 
-void TuningPanel::AddSettings(SettingsTable& table) {
+void TuningPanel::AddSettings(SettingsTable& table, SettingsTable& early) {
   table.Add("ShaftAutoRate", ShaftAutoRateOn);
-  table.Add("EnableShaftEncoder", ShaftEnabled);
+  early.Add("EnableShaftEncoder", ShaftEnabled);
   table.Add("KBDSupport", KBDSupport);
 }
 

@@ -86,10 +86,14 @@ class TuningPanel {
   void SetNextTuningRate(bool override) { SetTuningRate(TuneStepIndex + 1, override); }
   void DecodeShaft();
   void chkTuneLo_Click();
+  // Whether a key tunes up or down where the digits have the keys. With Ctrl letters are the window's, with
+  // Alt letters and arrows a menu's.
+  static bool TurnsFrequency(const Key& key);
   // Page Up and Page Down tune by the step, with Shift by ten, with Ctrl by a tenth of it. False for other
   // keys.
   bool TuneByKey(const Key& key);
-  void AddSettings(SettingsTable& table);
+  // `early` is read before the chain is made.
+  void AddSettings(SettingsTable& table, SettingsTable& early);
 
  private:
   void ConnectDigits();
@@ -120,6 +124,7 @@ class TuningPanel {
   void HighlightDigit(std::int32_t digit);
   void ShowRate(std::int32_t digit);
   void ShowDial();
+  void ShowLock();
   void ShaftAutoRateStep();
 
   const Clock& clock_;

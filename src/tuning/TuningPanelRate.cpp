@@ -45,11 +45,7 @@ std::string RateText(double step, std::int32_t digit) {
 }  // namespace
 
 void TuningPanel::ConnectRate() {
-  for (std::int32_t i = 0; i < kDigits; ++i) {
-    lbl7Seg(i).ToolTip =
-        "Wheel tunes by " + RateText(Weight(i), i) + ", Click to Lock Tune Rate, Right Click for more";
-  }
-  imgTuneStepLock.Visible = false;
+  ShowLock();
   imgTuneStepLock.ToolTip = "Click to Unlock Tune Rate";
   for (auto* gesture : {&imgTuneStepLock.Click, &imgTuneStepLock.DblClick}) {
     *gesture = [this] { imgTuneStepLock_DblClick(); };
@@ -112,8 +108,21 @@ void TuningPanel::ShowRate(std::int32_t digit) {
   ShowDial();
 }
 
+// While a step is held, the wheel tunes by it over any digit.
+void TuningPanel::ShowLock() {
+  const bool stepHeld = vfo_ != nullptr && vfo_->TuneStepLock;
+  imgTuneStepLock.Visible = stepHeld;
+  for (std::int32_t i = 0; i < kDigits; ++i) {
+    lbl7Seg(i).ToolTip =
+        stepHeld || TuningRateLocked
+            ? "Wheel tunes by " + lblTuningRate.Caption() + ", the locked step, Right Click for more"
+            : "Wheel tunes by " + RateText(Weight(i), i) + ", Click to Lock Tune Rate, Right Click for more";
+  }
+}
+
 // The dial tunes while the rate is locked; while it is free, the dial looks as if held.
 void TuningPanel::ShowDial() {
+  ShowLock();
   dialtuner.Faded = !TuningRateLocked;
   dialtuner.AccessibleName = std::string(TuningRateLocked ? "Tuning dial" : "Tuning dial, held");
   dialtuner.ToolTip = TuningRateLocked
@@ -136,15 +145,13 @@ void TuningPanel::lbl7Seg_DblClick(std::int32_t index) {
   } else if (index != lockedDigit_) {
     LockDigit(index);
   }
-  SetRateLocked(true);
   vfo_->TuneStepLock = true;
-  imgTuneStepLock.Visible = true;
+  SetRateLocked(true);
 }
 
 void TuningPanel::imgTuneStepLock_DblClick() {
-  SetRateLocked(false);
   if (vfo_ != nullptr) vfo_->TuneStepLock = false;
-  imgTuneStepLock.Visible = false;
+  SetRateLocked(false);
 }
 
 void TuningPanel::lblTuningRate_Click() {
@@ -170,7 +177,7 @@ void TuningPanel::mnuVFOControlSub_Click(std::int32_t index) {
     SetRateLocked(false);
     vfo_->TuneStepLock = false;
   }
-  imgTuneStepLock.Visible = vfo_->TuneStepLock;
+  ShowLock();
 }
 
 // Nothing is chosen when it opens, so that the step of last time can be chosen again; the one in force is
@@ -207,7 +214,7 @@ void TuningPanel::SetTuningRate(std::int32_t index, bool override) {
   }
   TuneRate = static_cast<float>(vfo_->TuneStep());
   vfo_->TuneStepLock = true;
-  imgTuneStepLock.Visible = true;
+  ShowLock();
 }
 
 }  // namespace quorl

@@ -43,5 +43,27 @@ TEST(SettingsTable, RowsComeBackAndUnfitTextsLeaveTheValue) {
   EXPECT_EQ(heard, 3);
 }
 
+TEST(SettingsTable, WhatIsMissingOrUnfitIsHandedToNobody) {
+  std::vector<std::string> heard;
+  SettingsTable table("panel");
+  table.Add<std::int32_t>(
+      "Whole", [] { return 3; }, [&](std::int32_t) { heard.push_back("whole"); });
+  table.Add<bool>(
+      "Flag", [] { return true; }, [&](bool) { heard.push_back("flag"); });
+  table.Add<double>(
+      "Number", [] { return 0.5; }, [&](double) { heard.push_back("number"); });
+  table.Add<std::string>(
+      "Name", [] { return std::string(); }, [&](const std::string&) { heard.push_back("name"); });
+  SettingsStore store;
+  table.Read(store);
+  EXPECT_TRUE(heard.empty());
+  for (const char* key : {"Whole", "Flag", "Number"}) store.SaveSetting("panel", key, "perhaps");
+  table.Read(store);
+  EXPECT_TRUE(heard.empty());
+  for (const char* key : {"Whole", "Flag", "Number", "Name"}) store.SaveSetting("panel", key, "0");
+  table.Read(store);
+  EXPECT_EQ(heard, (std::vector<std::string>{"whole", "flag", "number", "name"}));
+}
+
 }  // namespace
 }  // namespace quorl

@@ -39,5 +39,23 @@ TEST(FrmMainKeys, AClickOnAModeLeavesUpAndDownToTuning) {
   EXPECT_EQ(rig.Digits(), "072060000");
 }
 
+TEST(FrmMainKeys, KeysOfTheWindowOrOfAMenuDoNotTune) {
+  FrameRig rig;
+  ASSERT_TRUE(rig.Start());
+  for (const char* under : {"lbl7Seg(4)", "frDemod"}) {
+    for (const Key& key :
+         {Key{Key::A, {.Ctrl = true}}, Key{Key::Z, {.Ctrl = true}}, Key{Key::A, {.Alt = true}},
+          Key{Key::Up, {.Alt = true}}, Key{Key::Down, {.Alt = true}}, Key{Key::Left, {.Alt = true}}}) {
+      rig.At(under).MouseMove({});
+      rig.At("frmMain").KeyDown(key);
+      rig.At("frmMain").KeyUp(key);
+      EXPECT_EQ(rig.Digits(), "072050000") << under << " " << key.Code;
+      EXPECT_EQ(rig.Text("lblTuningRate"), "1 KHz") << under << " " << key.Code;
+    }
+  }
+  rig.At("frmMain").KeyDown({Key::Up, {.Ctrl = true}});
+  EXPECT_EQ(rig.Digits(), "072060000");
+}
+
 }  // namespace
 }  // namespace quorl::test

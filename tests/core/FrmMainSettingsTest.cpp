@@ -95,6 +95,21 @@ TEST(FrmMainSettings, DefaultsFillWhatAStoredFileLacks) {
   EXPECT_TRUE(rig.Frame().IsOn());
 }
 
+TEST(FrmMainSettings, WhatTheWindowTellsWhileItOpensIsNotReadOver) {
+  FrameRig rig("[frmMain]\nWindowWidth=1200\nWindowHeight=760\nSDRModelNo=0\nEnableShaftEncoder=True\n");
+  rig.OnForm = [&] {
+    EXPECT_EQ(rig.Frame().WindowWidth(), 1200);
+    rig.Frame().NoteWindowSize(1100, 720);  // the screen is a smaller one by now
+  };
+  ASSERT_TRUE(rig.Start());
+  EXPECT_EQ(rig.Frame().WindowWidth(), 1100);
+  EXPECT_TRUE(rig.Frame().Tuning().ShaftEnabled);
+  rig.Frame().Tuning().ShaftEnabled = false;
+  rig.Stop();
+  EXPECT_NE(rig.StoredText().find("\nWindowHeight=720\n"), std::string::npos);
+  EXPECT_NE(rig.StoredText().find("\nEnableShaftEncoder=False\n"), std::string::npos);
+}
+
 TEST(FrmMainSettings, ThePanelsRefreshOptionWinsOverTheVFOs) {
   FrameRig rig("AutoUpdate=True\n[frmMain]\nAutoDDSRefresh=False\n");
   ASSERT_TRUE(rig.Start());

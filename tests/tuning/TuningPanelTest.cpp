@@ -196,7 +196,13 @@ TEST_F(TuningPanelTest, LocksHoldTheStepUntilTheyAreReleased) {
   EXPECT_EQ(Highlighted(), 6);
   At("lbl7Seg(6)").Wheel(1, {});
   EXPECT_EQ(Digits(), "072050100");
+  const auto tipOf = [this](int digit) { return At(IndexedName("lbl7Seg", digit)).ToolTip().substr(0, 32); };
+  EXPECT_EQ(tipOf(4), "Wheel tunes by 10 Hz, the locked");
   At("imgTuneStepLock").UserClick();
+  EXPECT_EQ(tipOf(4), "Wheel tunes by 1 KHz, Click to L");
+  At("lblTuningRate").UserClick();
+  EXPECT_EQ(tipOf(4), "Wheel tunes by 10 Hz, the locked");
+  At("lblTuningRate").UserClick();
   EXPECT_FALSE(At("imgTuneStepLock").Visible());
   EXPECT_FALSE(panel->TuningRateLocked);
   EXPECT_EQ(At("lblTuningRate").ForeColour(), kFocus);
@@ -246,13 +252,14 @@ TEST_F(TuningPanelTest, TheSelectorTakesEveryStepAndOverridesALock) {
     At("lbl7Seg(3)").Wheel(1, {});
     EXPECT_EQ(VFO().TunedFrequency(), 72000000 + storedStep) << step.Item;
   }
-  EXPECT_EQ(At("lbl7Seg(3)").ToolTip(),
-            "Wheel tunes by 10 KHz, Click to Lock Tune Rate, Right Click for more");
+  EXPECT_EQ(At("lbl7Seg(3)").ToolTip(), "Wheel tunes by 1 dHz, the locked step, Right Click for more");
   At("lblTuningRate").MouseDown({.Button = MouseButton::Right});
   EXPECT_EQ(panel->cboTuningSteps.Marked(), 16);
   EXPECT_EQ(panel->cboTuningSteps.ListIndex(), -1);
   // The same one again, after the digits have been gone over.
   At("imgTuneStepLock").DblClick({});
+  EXPECT_EQ(At("lbl7Seg(3)").ToolTip(),
+            "Wheel tunes by 10 KHz, Click to Lock Tune Rate, Right Click for more");
   Hover(3);
   At("lblTuningRate").MouseDown({.Button = MouseButton::Right});
   ASSERT_TRUE(At("cboTuningSteps").UserSet("1 dHz"));
