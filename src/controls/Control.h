@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "controls/Event.h"
 #include "controls/Property.h"
@@ -70,6 +71,7 @@ class Control {
   Property<Colour> ForeColour{*this, 0};
   Property<Colour> BackColour{*this, 0};
   Property<std::string> AccessibleName{*this};  // empty: the view takes caption and tool tip
+  Property<std::string> AccessibleText{*this};  // how its value is said, with its unit; empty: as it stands
 
   // Gestures that panels handle. Each is raised by the view or a script, never by code that sets a value.
   Event<const MouseEvent&> MouseMove, MouseDown, MouseUp, DblClick;
@@ -83,20 +85,28 @@ class Control {
   Event<> OnChanged;
   void Changed() const { OnChanged(); }
 
-  // Its size, and its corner within its frame (of a frame: within what holds the frames). The view tells it;
-  // kUnseen where there is none.
+  // Its size, and its corner within its frame (of a frame: within what holds the frames). Each view tells its
+  // own, by whatever address it likes, and takes it back when it ends; the latest counts. kUnseen where there
+  // is none.
   static constexpr PixelRect kUnseen{0, 0, 640, 400};
-  const PixelRect& Place() const { return place_; }
-  void SetPlace(const PixelRect& place);
+  const PixelRect& Place() const { return places_.empty() ? kUnseen : places_.back().Rect; }
+  void SetPlace(const PixelRect& place, const void* view = nullptr);
+  void LeavePlace(const void* view);
   Event<> Resized;  // another width or height
 
  protected:
   virtual void OnUserClick(const MouseEvent&) {}
 
  private:
+  struct Seen {
+    const void* View;
+    PixelRect Rect;
+  };
+  void TellResized(const PixelRect& before);
+
   ControlRegistry& registry_;
   std::string name_;
-  PixelRect place_ = kUnseen;
+  std::vector<Seen> places_;
 };
 
 template <typename T>

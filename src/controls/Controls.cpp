@@ -110,7 +110,8 @@ void Slider::UserScroll(int value) {
 }
 
 bool Slider::UserTurn(int notches, Modifiers with) {
-  if (Enabled()) UserScroll(value_ + notches * WheelStep(std::abs(Max() - Min()), with));
+  const int steps = (Reversed() ? -notches : notches) * WheelStep(std::abs(Max() - Min()), with);
+  if (Enabled()) UserScroll(value_ + steps);
   return true;
 }
 

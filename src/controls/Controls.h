@@ -125,6 +125,9 @@ class Slider : public Control {
   int Value() const { return value_; }
   void SetValue(int value);    // clamped to Min .. Max; raises Change
   void UserScroll(int value);  // the same by hand: raises Scroll, then Change
+  // Its number runs against what it means: the view has its least value on the right, and a notch away from
+  // the user takes it down.
+  Property<bool> Reversed{*this, false};
   // A hundredth of the range for each notch, ten with Shift; with Ctrl 1.
   bool UserTurn(int notches, Modifiers with) override;
   Event<> Scroll, Change;

@@ -35,7 +35,15 @@ void Click(Control& control, const MouseEvent& at) {
 
 void DoubleClick(Control& control, MouseEvent at) {
   at.Button = MouseButton::Left;
-  if (Reaches(control)) control.DblClick(at);
+  Click(control, at);
+  if (!Reaches(control)) return;
+  if (control.DblClick) {
+    control.DblClick(at);
+    control.MouseUp(at);
+  } else {
+    control.MouseDown(at);
+    LetGo(control, at);
+  }
 }
 
 bool Turn(Control& control, int notches, const MouseEvent& at) {

@@ -14,6 +14,7 @@ bool Reaches(const Control& control);
 void Hover(Control& control, const MouseEvent& at = {});
 // Press and release of at.Button; of the left one a click, too.
 void Click(Control& control, const MouseEvent& at = {.Button = MouseButton::Left});
+// A click, and the double click where the panel handles it, else a second click.
 void DoubleClick(Control& control, MouseEvent at = {});
 // One notch a message, positive away from the user; the control's own turning where its panel has no handler.
 // False where there is nothing to turn.

@@ -44,7 +44,7 @@ inline constexpr std::array<ScrollableStart, CtlIndex::Count> kScrollableStarts{
     {"lblFilterHi", "Filter high edge", 0, 12000, 0, 1, 10, 50, "#0", true},
     {"lblFilterLo", "Filter low edge", 0, 1999, 0, 1, 10, 50, "#0", true},
     {"lblNB", "Noise blanker threshold", 0, 10000, 0, 1, 10, 50, "#0.00", false, 0.002},
-    {"lblOutVol", "Volume", -10000, 8000, 0, 10, 50, 200, "0.0", false, 0.01},
+    {"lblOutVol", "Volume", -10000, 8000, 0, 10, 50, 200, "0.0", false},  // its panel tells the decibels
     {"lblNotchC", "Notch centre", 0, 6000, 1000, 1, 10, 50, "#0", true},
     {"lblNotchW", "Notch width", 0, 5000, 100, 1, 10, 50, "#0", true},
     {"lblAGCAttack", "AGC decay", 5, 100, 5, 1, 1, 10, "#0.0", false, 0.1},

@@ -56,6 +56,7 @@ void FilterPanel::ConnectSliders() {
     Slider& slider = sldBW(i);
     slider.Min = static_cast<int>(scrollables(kEdgeEntry[static_cast<std::size_t>(i)]).MinValue);
     slider.Max = static_cast<int>(scrollables(kEdgeEntry[static_cast<std::size_t>(i)]).MaxValue);
+    slider.Reversed = true;
     slider.ToolTip = i == kLow ? "Low edge of the filter; right click to go back"
                                : "High edge of the filter; right click to go back";
     slider.Change = [this, i] { sldBW_Change(i); };

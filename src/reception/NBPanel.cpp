@@ -42,6 +42,7 @@ void NBPanel::Show() {
   dialNB.Enabled = sldNB.Enabled = vars.NBOn;
   context_.Scrollables.SetEnabled(CtlIndex::NB, vars.NBOn);
   lblNB.Caption = FormatPicture(double{vars.NBThreshold} * 100.0, control.Format);
+  dialNB.AccessibleText = sldNB.AccessibleText = lblNB.Caption() + " %";
   if (moving_) return;
   ScopedFlag guard(moving_);
   control.Value = vars.NBLevel;

@@ -10,6 +10,25 @@
 
 namespace quorl {
 
+namespace {
+
+constexpr float kLeastCut = -50.0F, kLeastBoost = 1.0F;  // of the control's value; between them stands 0
+
+// The decibels that the label shows for a value of the control: cuts by the value as a ratio to -100, boosts
+// by the gain that is applied.
+double ShownDecibels(float value) {
+  if (value < kLeastCut) return -std::fabs(Decibels(std::fabs(value) / 100.0));
+  return value > kLeastBoost ? Decibels(value / 1000.0 + 1.0) : 0.0;
+}
+
+// The other way round.
+double ValueShowing(double decibels) {
+  if (decibels < 0.0) return -100.0 * Ratio(-decibels);
+  return 1000.0 * (Ratio(decibels) - 1.0);
+}
+
+}  // namespace
+
 VolumePanel::VolumePanel(const PanelContext& context)
     : frAFOut(context.Registry, "frAFOut"),
       dialOutVol(context.Registry, "dialOutVol"),
@@ -21,6 +40,16 @@ VolumePanel::VolumePanel(const PanelContext& context)
   context_.Colours.Add(frAFOut);
   context_.Scrollables.Bind(CtlIndex::OutVol, lblOutVol, [this] { lblOutVol_Wheel(); });
   gestures_ = lblOutVol.ToolTip;
+  lblOutVol.Number = [this] {
+    const ScrollableControl& entry = context_.Scrollables(CtlIndex::OutVol);
+    return Label::TurnedNumber{ShownDecibels(entry.Value), ShownDecibels(entry.MinValue),
+                               ShownDecibels(entry.MaxValue)};
+  };
+  lblOutVol.SetNumber = [this](double decibels) {
+    const ScrollableControl& entry = context_.Scrollables(CtlIndex::OutVol);
+    const double value = std::clamp(ValueShowing(decibels), double{entry.MinValue}, double{entry.MaxValue});
+    context_.Scrollables.SetValue(CtlIndex::OutVol, static_cast<float>(value));
+  };
   const ScrollableControl& control = context_.Scrollables(CtlIndex::OutVol);
   dialOutVol.Min = sldOutVolume.Min = static_cast<int>(control.MinValue);
   dialOutVol.Max = sldOutVolume.Max = static_cast<int>(control.MaxValue);
@@ -61,14 +90,15 @@ void VolumePanel::Show() {
   chkMute.SetValue(false);
   ScrollableControl& control = context_.Scrollables(CtlIndex::OutVol);
   const float value = control.Value = context_.Rx.Vars.OutputVolume;
-  if (value < -50.0F) {
-    const double decibels = std::fabs(Decibels(std::fabs(value) / 100.0));
+  const double decibels = std::fabs(ShownDecibels(value));
+  if (value < kLeastCut) {
     lblOutVol.Caption = "-" + FormatPicture(decibels, control.Format);
-  } else if (value > 1.0F) {
-    lblOutVol.Caption = "+" + FormatPicture(Decibels(context_.Rx.Vars.OutputAttenuation), control.Format);
+  } else if (value > kLeastBoost) {
+    lblOutVol.Caption = "+" + FormatPicture(decibels, control.Format);
   } else if (value >= -1.0F) {
     lblOutVol.Caption = FormatPicture(0.0, control.Format);
   }
+  dialOutVol.AccessibleText = sldOutVolume.AccessibleText = lblOutVol.Caption() + " dB";
   dialOutVol.ToolTip = sldOutVolume.ToolTip = Effect();
   lblOutVol.ToolTip = Effect() + "\n" + gestures_;
   const int whole = WholeValue(context_.Scrollables, CtlIndex::OutVol);

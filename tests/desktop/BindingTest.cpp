@@ -91,6 +91,20 @@ TEST_F(BindingTest, AClickOnAButtonLeavesTheKeysToTuning) {
   EXPECT_EQ(Named("optMode(4)")->focusPolicy(), Qt::NoFocus);
 }
 
+TEST_F(BindingTest, AnArrowKeyNeverClosesTheProgram) {
+  Open();
+  ASSERT_TRUE(window.FocusByKeyboard("optPwr(1)"));
+  for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Down}) QTest::keyClick(window.focusWidget(), key);
+  EXPECT_EQ(panel.Closed, 0);
+  EXPECT_EQ(panel.Pressed("optPwr"), 1);
+  ASSERT_TRUE(window.FocusByKeyboard("optPwr(2)"));
+  for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Up}) QTest::keyClick(window.focusWidget(), key);
+  EXPECT_EQ(panel.Pressed("optPwr"), 1);
+  EXPECT_EQ(panel.Closed, 0);
+  QTest::keyClick(Named("optPwr(2)"), Qt::Key_Space);
+  EXPECT_EQ(panel.Closed, 1);
+}
+
 TEST_F(BindingTest, AMnemonicPressesItsButton) {
   Open();
   QTest::keyClick(&window, Qt::Key_L, Qt::AltModifier);
@@ -214,6 +228,19 @@ TEST_F(BindingTest, GesturesCarryPlaceButtonAndKeysAsThoseOfAHandWithoutAWindow)
     EXPECT_EQ(byView[1], button == MouseButton::Left ? "down 20,25 left shift" : "down 20,25 middle shift");
     heard.clear();
   }
+  for (const bool handled : {false, true}) {
+    if (handled) label.DblClick = note("double");
+    send(QEvent::MouseMove, {10, 5}, Qt::NoButton, Qt::NoButton);
+    for (const auto press : {QEvent::MouseButtonPress, QEvent::MouseButtonDblClick}) {
+      send(press, {10, 5}, Qt::LeftButton, Qt::LeftButton);
+      send(QEvent::MouseButtonRelease, {10, 5}, Qt::LeftButton, Qt::NoButton);
+    }
+    const auto byView = std::exchange(heard, {});
+    hand::DoubleClick(label, {.X = 0.2, .Y = 0.25, .With = {.Shift = true}});
+    EXPECT_EQ(byView, heard);
+    EXPECT_EQ(byView.size(), handled ? 6U : 7U);
+    heard.clear();
+  }
 }
 
 TEST_F(BindingTest, AControlKnowsWhereItIsSeen) {
@@ -249,7 +276,14 @@ TEST_F(BindingTest, TwoViewsOfOneControlBothFollowItAndLeaveWithTheirWindows) {
   second->Clock().Flush();
   EXPECT_EQ(Named("lblNotch")->toolTip(), "first");
   EXPECT_EQ(second->findChild<QWidget*>("lblNotch")->toolTip(), "first");
+  second->resize(1600, 900);
+  second->show();
+  Open();
+  Settle();
+  EXPECT_EQ(label.Place().Width, Named("lblNotch")->width());
   second.reset();
+  EXPECT_NE(label.Place(), Control::kUnseen) << "the first window still shows it";
+  EXPECT_EQ(label.Place().Width, Named("lblNotch")->width());
   label.ToolTip = std::string("second");
   window.Clock().Flush();
   EXPECT_EQ(Named("lblNotch")->toolTip(), "second");
@@ -373,11 +407,11 @@ TEST_F(BindingTest, TheKeyboardReachesTheDigitsMenuAndTheLock) {
   panel.Get<Label>("lbl7Seg(3)").MouseDown = [&](const MouseEvent& at) {
     rightClicks += at.Button == MouseButton::Right ? 1 : 0;
   };
-  panel.Get<FrequencyDisplay>("picFreqDisp").ChosenDigit = 3;
+  panel.At("lbl7Seg(3)").MouseMove({});
+  panel.Click("lbl7Seg(3)");  // locks the step to it
   auto& lock = panel.Get<Picture>("imgTuneStepLock");
   lock.Click = [&] { ++unlocks; };
   lock.DblClick = [&] { ++unlocks; };
-  lock.Visible = true;
   Open();
   QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(), QPoint());
   QApplication::sendEvent(Named("picFreqDisp"), &menuKey);

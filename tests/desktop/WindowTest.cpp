@@ -13,6 +13,7 @@
 #include <set>
 
 #include "DesktopTest.h"
+#include "desktop/views/FocusRing.h"
 #include "desktop/window/PanelWindow.h"
 #include "desktop/window/Shot.h"
 #include "desktop/window/SidePanels.h"
@@ -106,8 +107,35 @@ TEST_F(WindowTest, AScreenReaderWorksTheControls) {
   Access("optMode(2)").actionInterface()->doAction(QAccessibleActionInterface::pressAction());
   EXPECT_TRUE(Access("optMode(2)").state().checked);
   EXPECT_FALSE(Access("optMode(1)").state().checked);
-  Access("sldNB").valueInterface()->setCurrentValue(77);
-  EXPECT_EQ(panel.Get<Slider>("sldNB").Value(), 77);
+  Access("sldNB").valueInterface()->setCurrentValue(5000);
+  EXPECT_EQ(panel.Get<Slider>("sldNB").Value(), 5000);
+  for (const char* name : {"sldNB", "dialNB"}) {
+    EXPECT_EQ(Spoken(name, QAccessible::Value), "10.00 %") << name;
+    ASSERT_NE(Access(name).textInterface(), nullptr) << name;
+    EXPECT_EQ(Access(name).textInterface()->text(0, 7), "10.00 %") << name;
+  }
+  panel.Set("sldOutVolume", "-1000");
+  EXPECT_EQ(Spoken("sldOutVolume", QAccessible::Value), "-20.0 dB");
+  EXPECT_EQ(Spoken("dialOutVol", QAccessible::Value), "-20.0 dB");
+}
+
+TEST_F(WindowTest, AScreenReaderIsOfferedWhatDoesSomething) {
+  panel.SwitchOn({"chkNB"});
+  panel.Press("optDisplaySize", 3);
+  window.Clock().Flush();
+  const auto canPress = [this](const char* name) {
+    return Access(name).actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction());
+  };
+  for (const char* name : {"optMode(1)", "chkMusic", "lblTuningRate", "lbl7Seg(4)", "imgTuneStepLock"}) {
+    EXPECT_TRUE(canPress(name)) << name;
+  }
+  for (const char* name : {"sldNB", "dialNB", "lblFilterHi", "lblClock", "frNotch", "picFreqDisp"}) {
+    EXPECT_FALSE(canPress(name)) << name;
+  }
+  Access("lbl7Seg(3)").valueInterface()->setCurrentValue(9);
+  EXPECT_EQ(panel.Digits(), "072950000") << "the other digits stay";
+  panel.Get<Label>("lbl7Seg(3)").Caption = std::string();
+  EXPECT_EQ(Access("lbl7Seg(3)").valueInterface(), nullptr) << "a dark digit has no value";
 }
 
 TEST_F(WindowTest, EveryControlHasANameAndTheKeyboardReachesIt) {
@@ -336,6 +364,42 @@ TEST_F(WindowTest, ASizeThatAHandChoseIsToldAndTheSlidersGainFromIt) {
   window.resize(1100, window.height());
   Settle();
   EXPECT_EQ(sizes.back(), QSize(1100, 760)) << "the height of the sizes that can be chosen";
+}
+
+TEST_F(WindowTest, TheRingStaysAroundItsControlWhenTheWindowGrows) {
+  window.resize(1024, 700);
+  window.show();
+  Settle();
+  window.PressKey({Key::Right, {}}, true);  // the keyboard is in use
+  ASSERT_TRUE(window.FocusByKeyboard("sldBW(1)"));
+  const QWidget* ring = nullptr;
+  for (const QWidget* child : window.findChildren<QWidget*>()) {
+    if (dynamic_cast<const FocusRing*>(child)) ring = child;
+  }
+  ASSERT_TRUE(ring && ring->isVisible());
+  for (const int width : {1024, 1700, 1100}) {
+    window.resize(width, 760);
+    Settle();
+    const QWidget* slider = window.focusWidget();
+    const QRect around(slider->mapTo(&window, QPoint(0, 0)), slider->size());
+    EXPECT_EQ(ring->geometry().adjusted(3, 3, -3, -3), around) << width;
+  }
+}
+
+TEST_F(WindowTest, AnotherSizeLeavesTheKeyboardWhereItIsUnlessThatHides) {
+  window.show();
+  Settle();
+  ASSERT_TRUE(window.FocusByKeyboard("optDisplaySize(1)"));
+  window.PressKey({Key::Right, {}}, true);
+  window.Clock().Flush();
+  EXPECT_EQ(panel.Pressed("optDisplaySize"), 2);
+  EXPECT_EQ(window.focusWidget(), window.findChild<QWidget*>("optDisplaySize(2)"));
+  window.PressKey({Key::Left, {}}, true);
+  window.Clock().Flush();
+  ASSERT_TRUE(window.FocusByKeyboard("sldBW(1)"));
+  panel.Press("optDisplaySize", 2);
+  window.Clock().Flush();
+  EXPECT_EQ(window.focusWidget(), &window) << "no neighbour takes it";
 }
 
 TEST_F(WindowTest, MMutesWhereverTheKeyboardIsButForWhereOneTypes) {

@@ -210,5 +210,14 @@ TEST_F(FilterPanelTest, TheBFOShiftsMixerAndFiltersBySide) {
   EXPECT_EQ(vars.MixerFrequency, IFCentre);
 }
 
+TEST_F(FilterPanelTest, AwayFromTheUserWidensByTheSliderToo) {
+  for (const int edge : {FilterPanel::kLow, FilterPanel::kHigh}) {
+    const std::int32_t low = vars.FilterLo, high = vars.FilterHi;
+    Wheel(IndexedName("sldBW", edge), 1);
+    EXPECT_EQ(vars.FilterLo > low, edge == FilterPanel::kLow);
+    EXPECT_EQ(vars.FilterHi > high, edge == FilterPanel::kHigh);
+  }
+}
+
 }  // namespace
 }  // namespace quorl

@@ -3,6 +3,7 @@
 
 #include "dsp/chain/NoiseBlanker.h"
 #include "reception/ReceptionRig.h"
+#include "support/Text.h"
 
 namespace quorl {
 namespace {
@@ -116,6 +117,40 @@ TEST_F(LevelPanelsTest, VolumeIsAttenuationBelowTheMiddleAndGainAbove) {
   EXPECT_EQ(Text("sldOutVolume"), "50");
   RightClick("lblOutVol");
   EXPECT_EQ(Text("lblOutVol"), "0.0");
+}
+
+TEST_F(LevelPanelsTest, WhatALabelReadsIsWhatItIsSetBy) {
+  Set("chkNB", "1");
+  Set("chkNotchOn", "1");
+  int read = 0;
+  for (int index = 1; index < CtlIndex::Count; ++index) {
+    const ScrollableControl& control = mouse(index);
+    if (control.Label == nullptr || control.NoFocus) continue;
+    Label& label = *control.Label;
+    for (const float share : {0.0F, 0.1F, 0.37F, 0.5F, 0.8F, 1.0F}) {
+      mouse.SetValue(index, control.MinValue + share * (control.MaxValue - control.MinValue));
+      const std::string text = label.Text();
+      const Label::TurnedNumber number = label.Number();
+      EXPECT_NEAR(ParseDouble(text).value(), number.Value, 0.51) << label.Name() << " " << text;
+      EXPECT_LE(number.Minimum, number.Value + 1e-6) << label.Name();
+      EXPECT_GE(number.Maximum, number.Value - 1e-6) << label.Name();
+      EXPECT_TRUE(label.UserSet(text));
+      EXPECT_EQ(label.Text(), text) << label.Name();
+      ++read;
+    }
+  }
+  EXPECT_GE(read, 6 * 8);
+}
+
+TEST_F(LevelPanelsTest, TheVolumeIsReadAndSetInTheDecibelsThatItShows) {
+  for (const char* text : {"-26.0", "-40.0", "0.0", "+6.0", "+19.1"}) {
+    EXPECT_TRUE(At("lblOutVol").UserSet(text));
+    EXPECT_EQ(Text("lblOutVol"), text);
+  }
+  EXPECT_TRUE(At("lblOutVol").UserSet("-26.02"));
+  EXPECT_NEAR(vars.OutputAttenuation, -2000.0F, 1.0F);
+  EXPECT_TRUE(At("lblOutVol").UserSet("-99"));
+  EXPECT_EQ(vars.OutputAttenuation, -10000.0F);
 }
 
 }  // namespace

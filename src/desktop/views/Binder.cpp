@@ -25,11 +25,15 @@ FaceView* Binder::Loudspeaker(const std::string& name) {
   return control ? new LoudspeakerView(clock_, *control) : nullptr;
 }
 
+FaceView* Binder::Option(const std::string& name) {
+  auto* control = Find<OptionButton>(name);
+  return control ? new FaceView(clock_, *control) : nullptr;
+}
+
 std::vector<FaceView*> Binder::Options(const std::string& name, int count) {
   std::vector<FaceView*> views;
   for (int i = 0; i < count; ++i) {
-    if (auto* control = Find<OptionButton>(IndexedName(name, i)))
-      views.push_back(new FaceView(clock_, *control));
+    if (FaceView* view = Option(IndexedName(name, i))) views.push_back(view);
   }
   for (FaceView* view : views) view->SetGroup(views);
   return views;

@@ -37,8 +37,10 @@ class Binder {
   FaceView* Button(const std::string& name);
   FaceView* Toggle(const std::string& name);
   FaceView* Loudspeaker(const std::string& name);
-  // name(0) .. name(count-1), of which some may be missing.
+  // name(0) .. name(count-1), of which some may be missing; arrow keys go from one to the next.
   std::vector<FaceView*> Options(const std::string& name, int count);
+  // One that no arrow key comes to, as it does something of its own.
+  FaceView* Option(const std::string& name);
   LabelView* Word(const std::string& name, const QString& widest = {}, int pixels = 0);
   LabelView* Value(const std::string& name, const QString& widest, int pixels = 0);
   LabelView* Reading(const std::string& name, const QString& widest, int pixels = 0);

@@ -18,6 +18,7 @@ class ChoiceView : public View {
 
   QAccessible::Role Role() const override { return QAccessible::ComboBox; }
   bool IsText() const override { return true; }
+  bool CanPress() const override { return !box_.Items().empty(); }
   void Press() override;
   void Step(int steps) override;
   QSize sizeHint() const override { return {width_, 24}; }

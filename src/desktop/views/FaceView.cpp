@@ -50,7 +50,7 @@ void FaceView::TakeOver() {
   if (!group_.empty()) FindTabStop();
 }
 
-// The next one past what can't be pressed; not round the end, where off or close may stand.
+// The next one past what can't be pressed; not round the end.
 FaceView* FaceView::Neighbour(int direction) const {
   const auto count = static_cast<int>(group_.size());
   auto at = static_cast<int>(std::find(group_.begin(), group_.end(), this) - group_.begin());
@@ -67,7 +67,8 @@ void FaceView::SetSmall() {
 }
 
 QAccessible::Role FaceView::Role() const {
-  return option_ ? QAccessible::RadioButton : box_ ? QAccessible::CheckBox : QAccessible::Button;
+  const bool oneOfSeveral = option_ && !group_.empty();
+  return oneOfSeveral ? QAccessible::RadioButton : box_ ? QAccessible::CheckBox : QAccessible::Button;
 }
 
 bool FaceView::IsChecked() const {
@@ -75,7 +76,9 @@ bool FaceView::IsChecked() const {
 }
 
 QString FaceView::SpokenValue() const {
-  return button_ ? QString() : IsChecked() ? QStringLiteral("on") : QStringLiteral("off");
+  return Role() == QAccessible::Button ? QString()
+         : IsChecked()                 ? QStringLiteral("on")
+                                       : QStringLiteral("off");
 }
 
 QString FaceView::Caption() const {

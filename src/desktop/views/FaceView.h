@@ -28,6 +28,7 @@ class FaceView : public View {
   QAccessible::Role Role() const override;
   QString SpokenValue() const override;
   bool IsChecked() const override;
+  bool CanPress() const override { return true; }
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
 

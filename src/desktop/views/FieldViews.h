@@ -49,6 +49,7 @@ class SymbolView : public View {
   QAccessible::Role Role() const override {
     return picture_.DblClick ? QAccessible::Button : QAccessible::Graphic;
   }
+  bool CanPress() const override { return bool(picture_.DblClick); }
   void Press() override;  // what a double click does
   QSize sizeHint() const override { return {20, 24}; }
   QSize minimumSizeHint() const override { return sizeHint(); }

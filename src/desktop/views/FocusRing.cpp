@@ -37,8 +37,10 @@ bool FocusRing::eventFilter(QObject* object, QEvent* event) {
   } else if (type == QEvent::KeyPress || type == QEvent::MouseButtonPress) {
     // A control that hides hands its focus on for the same reason that a Tab key would give.
     byKeyboard_ = type == QEvent::KeyPress;
-  } else if ((type == QEvent::Move || type == QEvent::Resize) && object == around_) {
-    Surround(around_);
+  } else if ((type == QEvent::Move || type == QEvent::Resize) && around_ && object->isWidgetType()) {
+    // What holds it moves it along.
+    const auto* moved = static_cast<const QWidget*>(object);
+    if (moved == around_ || moved->isAncestorOf(around_)) Surround(around_);
   }
   return false;
 }

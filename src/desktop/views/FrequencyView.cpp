@@ -1,6 +1,7 @@
 #include "desktop/views/FrequencyView.h"
 
 #include <QPainter>
+#include <cmath>
 
 #include "desktop/views/Skin.h"
 
@@ -56,6 +57,16 @@ QString DigitView::SpokenName() const {
 bool DigitView::HasKeyboard() const {
   const auto* display = dynamic_cast<const FrequencyView*>(parentWidget());
   return display && display->hasFocus() && display->FocusedPart() == this;
+}
+
+std::optional<View::Range> DigitView::SpokenRange() const {
+  if (!Figure().isDigit()) return std::nullopt;
+  return Range{double(Figure().digitValue()), 0, 9};
+}
+
+void DigitView::SetSpoken(double value) {
+  auto* display = dynamic_cast<FrequencyView*>(parentWidget());
+  if (display && Shown().Enabled()) display->SetFigure(index_, static_cast<int>(std::lround(value)));
 }
 
 QChar DigitView::Figure() const {
@@ -135,6 +146,13 @@ QString FrequencyView::SpokenValue() const {
 
 std::optional<View::Range> FrequencyView::SpokenRange() const {
   return Range{Figures().toDouble() / 10, 0, 214748364.7};
+}
+
+void FrequencyView::SetFigure(int index, int figure) {
+  QString figures = Figures();
+  if (figure < 0 || figure > 9) return;
+  figures[figures.size() - kDigits + index] = QChar('0' + figure);
+  SetSpoken(figures.toDouble() / 10);
 }
 
 QSize FrequencyView::sizeHint() const {

@@ -17,7 +17,9 @@ class DigitView : public View {
   void TakeOver() override;
   QAccessible::Role Role() const override { return QAccessible::SpinBox; }
   QString SpokenName() const override;
-  std::optional<Range> SpokenRange() const override { return Range{double(Figure().digitValue()), 0, 9}; }
+  std::optional<Range> SpokenRange() const override;  // none while it is dark
+  void SetSpoken(double value) override;              // the other figures stay
+  bool CanPress() const override { return bool(digit_.Click); }
   bool IsText() const override { return true; }
   // Whether the keyboard tunes by it.
   bool HasKeyboard() const;
@@ -55,6 +57,8 @@ class FrequencyView : public View {
   void Step(int steps) override;  // of the chosen figure
   int ChosenDigit() const;        // -1 for none
   DigitView* Digit(int index) const { return views_.at(static_cast<std::size_t>(index)); }
+  // Tunes to what stands there with that figure, 0 to 9, in the place of `index`.
+  void SetFigure(int index, int figure);
 
  protected:
   void OnClick(const MouseEvent&) override {}

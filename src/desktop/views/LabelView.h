@@ -30,6 +30,7 @@ class LabelView : public View {
   QString SpokenValue() const override;
   std::optional<Range> SpokenRange() const override;  // of a number that is turned
   bool IsText() const override { return true; }
+  bool CanPress() const override { return bool(label_.Click); }
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
 

@@ -21,7 +21,7 @@ SliderView::SliderView(RefreshClock& clock, Slider& slider, int width)
 }
 
 std::optional<View::Range> SliderView::SpokenRange() const {
-  const int value = reversed_ ? slider_.Max() + slider_.Min() - slider_.Value() : slider_.Value();
+  const int value = slider_.Reversed() ? slider_.Max() + slider_.Min() - slider_.Value() : slider_.Value();
   return Range{double(value), double(slider_.Min()), double(slider_.Max())};
 }
 
@@ -30,38 +30,38 @@ void SliderView::Set(int value) {
 }
 
 QString SliderView::SpokenValue() const {
-  return QString::number(SpokenRange()->Value);
+  return slider_.Reversed() ? QString::number(SpokenRange()->Value) : View::SpokenValue();
 }
 
 void SliderView::SetSpoken(double value) {
   const int whole = static_cast<int>(std::lround(value));
-  Set(reversed_ ? slider_.Max() + slider_.Min() - whole : whole);
+  Set(slider_.Reversed() ? slider_.Max() + slider_.Min() - whole : whole);
 }
 
 void SliderView::Step(int steps) {
-  slider_.UserTurn(reversed_ ? -steps : steps, {});
+  slider_.UserTurn(steps, {});
 }
 
 bool SliderView::OnKey(int code, Modifiers with) {
   const int direction = code == Key::Up || code == Key::Right    ? 1
                         : code == Key::Down || code == Key::Left ? -1
                                                                  : 0;
-  return direction != 0 && slider_.UserTurn(reversed_ ? -direction : direction, with);
+  return direction != 0 && slider_.UserTurn(direction, with);
 }
 
 bool SliderView::OnWheel(int notches, Modifiers with) {
-  return slider_.UserTurn(reversed_ ? -notches : notches, with);
+  return slider_.UserTurn(notches, with);
 }
 
 double SliderView::ShareOfRange() const {
   const double range = slider_.Max() - slider_.Min();
   const double share = range == 0 ? 0 : (slider_.Value() - slider_.Min()) / range;
-  return reversed_ ? 1 - share : share;
+  return slider_.Reversed() ? 1 - share : share;
 }
 
 void SliderView::MoveTo(double x) {
   double share = std::clamp((x - kHandle) / std::max(1.0, width() - 2 * kHandle), 0.0, 1.0);
-  if (reversed_) share = 1 - share;
+  if (slider_.Reversed()) share = 1 - share;
   Set(slider_.Min() + static_cast<int>(std::lround(share * (slider_.Max() - slider_.Min()))));
 }
 

@@ -10,8 +10,6 @@ class SliderView : public View {
  public:
   SliderView(RefreshClock& clock, Slider& slider, int width);
 
-  // Its least value stands on the right, for a control whose number runs against what it means.
-  void SetReversed() { reversed_ = true; }
   QAccessible::Role Role() const override { return QAccessible::Slider; }
   QString SpokenValue() const override;
   std::optional<Range> SpokenRange() const override;
@@ -35,7 +33,6 @@ class SliderView : public View {
 
   Slider& slider_;
   int width_;
-  bool reversed_ = false;
 };
 
 }  // namespace quorl

@@ -99,7 +99,7 @@ View::View(RefreshClock& clock, Control& control, QWidget* parent)
 
 View::~View() {
   clock_.Forget(*this);
-  control_.SetPlace(Control::kUnseen);
+  control_.LeavePlace(this);
 }
 
 void View::SetSizes(QSizePolicy::Policy across, QSizePolicy::Policy down, bool keepsPlace) {
@@ -179,7 +179,8 @@ QString View::SpokenName() const {
 }
 
 QString View::SpokenValue() const {
-  return QString::fromStdString(control_.Text());
+  const std::string& said = control_.AccessibleText();
+  return QString::fromStdString(said.empty() ? control_.Text() : said);
 }
 
 void View::Press() {
@@ -304,7 +305,7 @@ void View::leaveEvent(QEvent*) {
 void View::TellPlace() {
   const QWidget* frame = FrameAround(*this);
   const QPoint corner = frame ? mapTo(frame, QPoint(0, 0)) : QPoint(0, 0);
-  control_.SetPlace({corner.x(), corner.y(), width(), height()});
+  control_.SetPlace({corner.x(), corner.y(), width(), height()}, this);
 }
 
 void View::moveEvent(QMoveEvent*) {

@@ -47,12 +47,13 @@ class View : public QWidget {
   virtual std::optional<Range> SpokenRange() const { return {}; }
   virtual bool IsChecked() const { return false; }
   // What a screen reader's user can do.
+  virtual bool CanPress() const { return false; }
   virtual void Press();
   virtual void Step(int steps);
   virtual void SetSpoken(double value);
   virtual bool TakesKeys() const { return focusPolicy() != Qt::NoFocus; }
   // Whether its value is read as a text.
-  virtual bool IsText() const { return false; }
+  virtual bool IsText() const { return !control_.AccessibleText().empty(); }
   // The part that has the keyboard while this view has it; null where that is the view itself.
   virtual View* FocusedPart() const { return nullptr; }
 

@@ -54,7 +54,7 @@ class ViewAccess : public QAccessibleWidget, public QAccessibleValueInterface, p
     QStringList names = QAccessibleWidget::actionNames();
     if (!view_.isEnabled()) return names;
     if (IsTurned()) names << increaseAction() << decreaseAction();
-    names << pressAction();
+    if (view_.CanPress()) names << pressAction();
     return names;
   }
 

@@ -21,7 +21,9 @@ constexpr std::array kLines{
     HelpLine{nullptr, "Frequency"},
     HelpLine{"Pointer on a digit", "chooses the digit that is tuned"},
     HelpLine{"Wheel on a digit", "one step of that digit for each notch"},
-    HelpLine{"Click", "locks the rate to the digit; a click on the lock releases it"},
+    HelpLine{"Click",
+             "locks the rate to the digit: the wheel tunes by it over any other; a click on the lock "
+             "releases it"},
     HelpLine{"Right click", "menu of the tuning rate"},
     HelpLine{"A or Up, Z or Down", "tune up and down, as long as the key is held"},
     HelpLine{"Left, Right", "the digit to the left, to the right; from the ends to the other end"},

@@ -37,11 +37,6 @@ FaceView* Small(FaceView* view) {
   return view;
 }
 
-SliderView* Reversed(SliderView* view) {
-  if (view) view->SetReversed();
-  return view;
-}
-
 LabelView* In(const QString& unit, LabelView* value) {
   if (value) value->SetUnit(unit);
   return value;
@@ -86,9 +81,9 @@ QWidget* MakeFilterCard(Binder& bind) {
   Put(card->TitleRow(), Small(bind.Toggle("chkDynFilter")));
   Put(card->AddRow(), bind.Options("optFilter", 5));
   PutValue(card, Saying("Low", bind.Word("lblFLo")), In("Hz", bind.Value("lblFilterLo", "-00000")),
-           Reversed(bind.Slide("sldBW(0)", 56)));
+           bind.Slide("sldBW(0)", 56));
   PutValue(card, Saying("High", bind.Word("lblFHi")), In("Hz", bind.Value("lblFilterHi", "-00000")),
-           Reversed(bind.Slide("sldBW(1)", 56)));
+           bind.Slide("sldBW(1)", 56));
   return card;
 }
 
@@ -251,7 +246,9 @@ QWidget* MakeTuningCard(Binder& bind) {
 QWidget* MakeReceiverCard(Binder& bind) {
   CardView* card = bind.Card("frPwr", "Receiver", CardView::Title::None);
   card->setFixedHeight(kTopHeight);
-  Put(card->AddRow(), bind.Options("optPwr", 3));
+  QHBoxLayout* power = card->AddRow();
+  Put(power, bind.Options("optPwr", 2));
+  Put(power, bind.Option("optPwr(2)"), 1);
   Put(card->AddRow(), bind.Options("optDisplaySize", 4));
   card->AddRow()->addLayout(MakeStatistics(bind));
   return card;

@@ -84,16 +84,21 @@ void PanelWindow::SetDisplaySize(DisplaySize size) {
   const bool compact = size == DisplaySize::Compact, wasCompact = size_ == DisplaySize::Compact;
   if (compact && !wasCompact) heightBefore_ = height();
   size_ = size;
-  // What is about to be hidden would hand the keyboard to any neighbour.
-  if (!hasFocus()) setFocus(Qt::OtherFocusReason);
-  scope_->setVisible(!compact);
-  column_->setVisible(size == DisplaySize::Standard || size == DisplaySize::Full);
-  setup_->setVisible(size == DisplaySize::Extended || size == DisplaySize::Full);
+  ShowRegion(*scope_, !compact);
+  ShowRegion(*column_, size == DisplaySize::Standard || size == DisplaySize::Full);
+  ShowRegion(*setup_, size == DisplaySize::Extended || size == DisplaySize::Full);
   setMinimumSize(kLeastWidth, compact ? kCompactHeight : kLeastHeight);
   setMaximumHeight(compact ? kCompactHeight : kMostHeight);
   if (compact) resize(width(), kCompactHeight);
   if (wasCompact && !compact && heightBefore_ > 0) resize(width(), heightBefore_);
   body_->layout()->activate();
+}
+
+void PanelWindow::ShowRegion(QWidget& region, bool shown) {
+  // What is about to be hidden would hand the keyboard to any neighbour.
+  const QWidget* focused = focusWidget();
+  if (!focused || (!shown && region.isAncestorOf(focused))) setFocus(Qt::OtherFocusReason);
+  region.setVisible(shown);
 }
 
 void PanelWindow::FollowControls() {

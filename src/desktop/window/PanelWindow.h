@@ -62,6 +62,7 @@ class PanelWindow : public QWidget {
 
  private:
   void Build();
+  void ShowRegion(QWidget& region, bool shown);
   void FollowControls();
   void UpdateAwake();
   bool TakePanelKey(const QObject* receiver, const QKeyEvent& key);
