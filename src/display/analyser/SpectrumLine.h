@@ -10,7 +10,9 @@ namespace quorl {
 struct SpectrumLine {
   std::span<const float> Bins;  // magnitudes, upwards in the transform's own order
   FrequencyScale Frequencies;
-  bool Ascending = true;  // element 0 is the lowest frequency; otherwise the highest
+  // Element k is picture bin k (Offset + k x HertzPerBin); otherwise picture bin Bins.size() - k, and picture
+  // bin 0 takes the highest element there is.
+  bool Ascending = true;
 };
 
 }  // namespace quorl

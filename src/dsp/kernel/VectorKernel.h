@@ -64,6 +64,9 @@ void PolarToCart_S_2(const float* mag, const float* phase, float* re, float* im,
 // out(i) := scale x square root of (in(i) + ... + in(i + width - 1)); in holds n + width - 1 elements.
 void MovingRoot_S_2(const float* in, float* out, std::int32_t width, float scale, std::int32_t n);
 
+// out(i) := log10 of |in(i)|, good to 1e-6 for results around 1; what is smaller than 1.2e-38 counts as that.
+void Log10_S_2(const float* in, float* out, std::int32_t n);
+
 // Sample formats. FloatToInt16_S_2 rounds half to even, saturates and makes NaN 0.
 void Int16ToFloat_S_2(const std::int16_t* in, float* out, std::int32_t n);
 void FloatToInt16_S_2(const float* in, std::int16_t* out, std::int32_t n);
