@@ -10,7 +10,8 @@
 namespace quorl {
 namespace {
 
-constexpr int kHilbertHalf = 63;  // odd taps to each side: flat from about 130 Hz on
+constexpr std::int64_t kLongest = 10 * 60 * 8000;  // samples: a programme for a demo, not an archive
+constexpr int kHilbertHalf = 63;                   // odd taps to each side: flat from about 130 Hz on
 
 // G.711: sign, three bits of exponent, four of mantissa, all inverted.
 float FromMuLaw(unsigned char code) {
@@ -61,8 +62,10 @@ Failure DecodeSpeech(OpenFile& file, std::vector<float>& samples) {
   const WavFormat& format = layout->Format;
   if (format.Tag != WavFormat::MuLaw || format.Channels != 1 || format.Rate != 8000 || format.Bits != 8)
     return fault(" has another sample format");
-  std::vector<unsigned char> codes(static_cast<std::size_t>(layout->BytesThere.value_or(0)));
-  file.ReadAt(layout->DataAt, codes.data(), static_cast<std::int64_t>(codes.size()), failure);
+  const std::int64_t count = layout->BytesThere.value_or(0);
+  if (count > kLongest) return fault(" is longer than ten minutes");
+  std::vector<unsigned char> codes(static_cast<std::size_t>(count));
+  file.ReadAt(layout->DataAt, codes.data(), count, failure);
   samples.resize(codes.size());
   std::transform(codes.begin(), codes.end(), samples.begin(), FromMuLaw);
   return failure;

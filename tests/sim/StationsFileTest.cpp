@@ -157,6 +157,9 @@ TEST(SpeechClip, DecodesMuLawAndRefusesTheRest) {
   std::string pcm = file;
   pcm[20] = 1;
   EXPECT_NE(decode(pcm)->Text.find("clip has another sample format"), std::string::npos);
+  std::string endless = file + std::string(5'000'000, '\xFF');
+  endless.replace(40, 4, "\xFF\xFF\xFF\x7F", 4);
+  EXPECT_NE(decode(endless)->Text.find("clip is longer than ten minutes"), std::string::npos);
 }
 
 }  // namespace
