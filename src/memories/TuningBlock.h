@@ -1,0 +1,30 @@
+// The keys of a TuningSettings block, as a plan's file holds them.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "memories/BandPlan.h"
+#include "memories/clsINIFile.h"
+
+namespace quorl {
+
+// The keys of one section. A text that isn't what its key needs ends the block: the fields behind it stay
+// what they were. Frequencies whose tenfold leaves 32 bits are no frequencies.
+// Returns the key that ended the block; empty where all is well.
+std::string LoadTuningSettings(const clsINIFile& file, std::string_view section, TuningSettings& block);
+
+using PutKey = std::function<void(std::string_view key, const std::string& value)>;
+// Nothing of a block that has not been captured.
+void SaveTuningSettings(const TuningSettings& block, const PutKey& put);
+
+// Whether a block knows the key, in any case.
+bool IsTuningKey(std::string_view key);
+
+// A frequency in hertz, which the radio can hold in dHz.
+std::optional<std::int32_t> ParseHertz(std::string_view text);
+
+}  // namespace quorl
