@@ -16,6 +16,7 @@ void AddReceiveCommand(CLI::App& app, int& exitCode);
 void AddFilterCommand(CLI::App& app, int& exitCode);
 void AddListenCommand(CLI::App& app, int& exitCode);
 void AddTuneCommand(CLI::App& app, int& exitCode);
+void AddPlanCommand(CLI::App& app, int& exitCode);
 void AddDevicesCommand(CLI::App& app, int& exitCode);
 
 }  // namespace quorl::cli

@@ -16,7 +16,8 @@ int main(int argc, char** argv) {
   std::ios::sync_with_stdio(false);
 
   CLI::App app(
-      "QUORLSDR on the command line: receives live and from recordings, tunes boards, designs filters",
+      "QUORLSDR on the command line: receives live and from recordings, tunes boards, designs filters, "
+      "checks band plans",
       "quorlsdr-cli");
   app.set_version_flag("--version", "quorlsdr-cli " QUORL_VERSION);
   int exitCode = ExitCode::Success;
@@ -24,11 +25,12 @@ int main(int argc, char** argv) {
   AddFilterCommand(app, exitCode);
   AddListenCommand(app, exitCode);
   AddTuneCommand(app, exitCode);
+  AddPlanCommand(app, exitCode);
   AddDevicesCommand(app, exitCode);
   try {
     app.parse(argc, argv);
     if (app.get_subcommands().empty())
-      throw CLI::RequiredError("A subcommand, receive, filter, listen, tune or devices,");
+      throw CLI::RequiredError("A subcommand, receive, filter, listen, tune, plan or devices,");
   } catch (const CLI::Success& shown) {  // help or version
     return app.exit(shown);
   } catch (const CLI::ValidationError& error) {  // of ours: says itself what is needed

@@ -119,6 +119,12 @@ void SaveTuningSettings(const TuningSettings& block, const PutKey& put) {
   for (const char* key : kWriteOrder) put(key, TextOf(ItemOf(key), block));
 }
 
+std::vector<std::string> TuningKeys() {
+  std::vector<std::string> keys;
+  for (const Item& item : kItems) keys.emplace_back(item.Key);
+  return keys;
+}
+
 bool IsTuningKey(std::string_view key) {
   return std::any_of(kItems.begin(), kItems.end(),
                      [key](const Item& item) { return EqualsNoCase(key, item.Key); });

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "memories/BandPlan.h"
 #include "memories/clsINIFile.h"
@@ -21,7 +22,8 @@ using PutKey = std::function<void(std::string_view key, const std::string& value
 // Nothing of a block that has not been captured.
 void SaveTuningSettings(const TuningSettings& block, const PutKey& put);
 
-// Whether a block knows the key, in any case.
+// The keys of a block, in the order of reading; and whether one is among them, in any case.
+std::vector<std::string> TuningKeys();
 bool IsTuningKey(std::string_view key);
 
 // A frequency in hertz, which the radio can hold in dHz.
