@@ -45,7 +45,10 @@ const std::string* ProfileText::Find(std::string_view section, std::string_view 
   return nullptr;
 }
 
-void ProfileText::Put(std::string_view section, std::string_view key, std::string_view value) {
+void ProfileText::Put(std::string_view section, std::string_view key, std::string value) {
+  std::replace_if(
+      value.begin(), value.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  value = Trim(value);
   const auto [place, isNew] = places_.emplace(ToLower(section), sections_.size());
   if (isNew) sections_.push_back({'[' + std::string(section) + ']', {}});
   std::vector<Line>& lines = sections_[place->second].Lines;
@@ -61,7 +64,7 @@ void ProfileText::Put(std::string_view section, std::string_view key, std::strin
   // Before the empty lines that part the section from the next one.
   auto end = lines.end();
   while (end != lines.begin() && Trim(std::prev(end)->Text).empty()) --end;
-  lines.insert(end, {std::string(key) + '=' + std::string(value), wanted, std::string(value)});
+  lines.insert(end, {std::string(key) + '=' + value, wanted, value});
 }
 
 std::string ProfileText::Text() const {

@@ -16,8 +16,8 @@ class ProfileText {
  public:
   explicit ProfileText(std::string_view content = {});
 
-  // Values and names as UTF-8, without line breaks.
-  void Put(std::string_view section, std::string_view key, std::string_view value);
+  // Names and values as UTF-8; a line break in a value becomes a blank.
+  void Put(std::string_view section, std::string_view key, std::string value);
   // Null where there is none; as long as nothing is put.
   const std::string* Find(std::string_view section, std::string_view key) const;
   std::string Text() const;
