@@ -9,6 +9,7 @@
 #include "state/PublicConstants.h"
 #include "support/NumberPicture.h"
 #include "support/Rounding.h"
+#include "tuning/FrequencyText.h"
 #include "tuning/TuneStepTexts.h"
 
 namespace quorl {
@@ -63,7 +64,7 @@ TuningPanel::TuningPanel(ControlRegistry& registry, EventQueue& queue, const Clo
   dialtuner.Change = [this] { dialtuner_Change(); };
   picFreqDisp.KeyDown = [this](Key key) {
     links_.ReviveDisplay();
-    picFreqDisp_KeyDown(key);
+    if (!links_.TypeFrequency(key)) picFreqDisp_KeyDown(key);
   };
   picFreqDisp.Tune = [this](double hertz) {
     const double dHz = std::clamp(hertz * 10.0, 0.0, 2147483647.0);
@@ -161,8 +162,7 @@ void TuningPanel::ShowWanted() {
 }
 
 void TuningPanel::ShowLimit() {
-  const std::string highest = FormatPicture(tuner_->Highest() / 10000.0, "#,##0.0 kHz");
-  lblTuningLimit.Caption = highest + " is as far as DDS clock and IF go";
+  lblTuningLimit.Caption = TuningLimitText(tuner_->Highest());
   lblTuningLimit.Visible = true;
 }
 

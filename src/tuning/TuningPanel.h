@@ -22,7 +22,9 @@ namespace quorl {
 struct TuningPanelLinks {
   std::function<void()> ActivateDisplay = [] {};                // gives the digits the keys
   std::function<bool()> DisplayIsActive = [] { return true; };  // whether they have them
-  std::function<void()> ReviveDisplay = [] {};                  // where the keyboard came to them
+  // Whether the key belongs to a frequency that is typed outright.
+  std::function<bool(const Key& key)> TypeFrequency = [](const Key&) { return false; };
+  std::function<void()> ReviveDisplay = [] {};  // where the keyboard came to them
   std::function<void(const std::string& text)> ShowOscillator = [](const std::string&) {};
   std::function<void()> ScopePeriodic = [] {};
   std::function<void(bool low)> SetLowSideLO = [](bool) {};  // the receiver's side of the local oscillator
@@ -84,6 +86,10 @@ class TuningPanel {
   // locked step first.
   void SetTuningRate(std::int32_t index, bool override);
   void SetNextTuningRate(bool override) { SetTuningRate(TuneStepIndex + 1, override); }
+  // Tunes by the rate, as a wheel over the chosen digit does.
+  void StepByRate(int notches) { Step(notches * double{TuneRate}); }
+  // Takes `dHz` for step and rate, unless one of them is locked.
+  void TakeStep(double dHz);
   void DecodeShaft();
   void chkTuneLo_Click();
   // Whether a key tunes up or down where the digits have the keys. With Ctrl letters are the window's, with

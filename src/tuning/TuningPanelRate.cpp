@@ -102,6 +102,15 @@ void TuningPanel::SetTuneDigit(std::int32_t digit, float multiplier) {
   HighlightDigit(digit);
 }
 
+void TuningPanel::TakeStep(double dHz) {
+  if (vfo_ == nullptr || vfo_->TuneStepLock || TuningRateLocked) return;
+  vfo_->SetTuneStep(dHz);
+  TuneRate = static_cast<float>(vfo_->TuneStep());
+  TuneDigit = DigitOfRate();
+  ShowRate(TuneDigit);
+  HighlightDigit(TuneDigit);
+}
+
 void TuningPanel::ShowRate(std::int32_t digit) {
   if (vfo_ == nullptr) return;
   lblTuningRate.Caption = RateText(vfo_->TuneStep(), digit);
