@@ -16,6 +16,7 @@
 #include "desktop/window/PanelWindow.h"
 #include "desktop/window/Shot.h"
 #include "desktop/window/SidePanels.h"
+#include "display/scope/ScopeOptions.h"
 #include "platform/linux/system/ApplicationFolder.h"
 #include "scripting/ScriptRunner.h"
 #include "shared/AudioFile.h"
@@ -77,7 +78,10 @@ class Program {
     log_ = std::make_unique<LogBook>(machine_->Storage(), machine_->Parts().Time, machine_->LogFile());
     if (!options_.Output.empty()) file_ = AudioFile::Create(machine_->Storage(), options_.Output, failure);
     if (failure) return failure;
-    const auto defaults = options_.Demo ? PutDemoDefaults : nullptr;
+    const auto defaults = [demo = options_.Demo](SettingsStore& store) {
+      if (demo) PutDemoDefaults(store);
+      PutScopeDefaults(store);
+    };
     frame_ = std::make_unique<frmMain>(machine_->Parts(), machine_->Settings(), *log_,
                                        StartOptions{options_.CommandLine, folder, defaults});
     frame_->OnSplash = [this](bool visible) { ShowSplash(visible); };

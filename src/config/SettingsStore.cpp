@@ -160,6 +160,12 @@ void SettingsStore::SaveSetting(std::string_view section, std::string_view key, 
   ++version_;
 }
 
+bool SettingsStore::HasSection(std::string_view section) const {
+  return std::any_of(sections_.begin(), sections_.end(), [section](const Section& each) {
+    return !each.Unreadable && EqualsNoCase(each.Name, section);
+  });
+}
+
 SettingsStore::Section& SettingsStore::SectionNamed(std::string_view name) {
   const auto found = std::find_if(sections_.begin(), sections_.end(), [name](const Section& each) {
     return !each.Unreadable && EqualsNoCase(each.Name, name);

@@ -58,6 +58,7 @@ class SettingsStore {
   // The value, or `otherwise` where there is none.
   std::string GetSetting(std::string_view section, std::string_view key, std::string_view otherwise) const;
   void SaveSetting(std::string_view section, std::string_view key, std::string_view value);
+  bool HasSection(std::string_view section) const;
 
   // Each leaves `value` as it was, and returns false, where the key is missing or its text isn't one of that
   // type.

@@ -208,7 +208,7 @@ void TextBox::SetValue(const std::string& value) {
 }
 
 Menu::Menu(ControlRegistry& registry, const std::string& name, std::span<const char* const> captions)
-    : Control(registry, name), captions_(captions.begin(), captions.end()) {}
+    : Control(registry, name), captions_(captions.begin(), captions.end()), ticked_(captions.size()) {}
 
 std::string Menu::Text() const {
   std::string text;

@@ -238,6 +238,9 @@ class Menu : public Control {
   bool UserSet(const std::string& text) override;  // an item by its caption or number
 
   const std::vector<std::string>& Captions() const { return captions_; }  // "-" is a separator
+  // An item that is in force has a tick before it.
+  bool Ticked(int index) const { return ticked_.at(static_cast<std::size_t>(index)); }
+  void SetTicked(int index, bool ticked) { ticked_.at(static_cast<std::size_t>(index)) = ticked; }
   // Opens it where the pointer is: a view listens to OnPopup.
   void PopUp() const { OnPopup(); }
   void UserChoose(int index) const { Click(index); }
@@ -246,6 +249,7 @@ class Menu : public Control {
 
  private:
   std::vector<std::string> captions_;
+  std::vector<bool> ticked_;
 };
 
 // An array of controls of one kind: name(0) .. name(count-1).

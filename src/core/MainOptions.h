@@ -13,9 +13,7 @@ struct MainOptions {
   std::int32_t IFType = 0;                         // InterfaceType
   std::int32_t WindowWidth = 0, WindowHeight = 0;  // pixels; 0 for the first start
 
-  // Of the scope, the memories and the decoder.
-  std::int32_t SpectrumAnalyserOn = 0;  // a check box
-  bool ScrollWheelEnableOverScope = false;
+  // Of the memories and the decoder.
   bool AutoTrackPresets = true;
   bool RunDreamOnDRM = false, CloseSoundcardOnDRM = false, DreamCloseOnExit = true,
        DreamCloseOnModeChange = false;

@@ -30,6 +30,7 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
       colours_(registry_, scheme_, scrollables_),
       context_{registry_, scrollables_, colours_, radio_.Rx, [this] { machine_.Queue.Yield(); }},
       tuning_(registry_, machine_.Queue, machine_.Time, radio_.Rx.Vars, LinksOfTuning()),
+      entry_(registry_),
       ifFilter_(context_),
       filter_(context_),
       demod_(context_),
@@ -40,12 +41,14 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
       bfo_(context_),
       stats_(registry_, radio_.Rx.Vars, radio_.Rx.Pump.Statistics),
       smeter_(registry_, radio_.Rx.Vars),
+      scope_(context_, machine_.Queue, machine_.Time, LinksOfScope()),
       tmrSaveSettings_(machine_.Queue, [this] { SaveNow(); }) {
   logPanel_.frmLog.Visible = false;
   volume_.OnMute = [this](bool muted) { radio_.SetMuted(muted); };
   ConnectForm();
   ConnectColours();
   ConnectHousekeeping();
+  ConnectScope();
   AddSettings();
 }
 
@@ -152,6 +155,7 @@ void frmMain::PowerOn() {
   RemoveCaption(stored_.FormCaptionOffOnPwrOn);
   radio_.Rx.FilterMaker.MakeFilters();
   optPwr_(2).Enabled = false;
+  scope_.SetPower(true);
   if (!radio_.SoundCard().Prepared()) {
     radio_.NoteDevices();
     radio_.ChooseDevices();
@@ -188,6 +192,7 @@ void frmMain::RestMeters() {
 void frmMain::PowerOff() {
   radio_.Stop();
   on_ = false;
+  scope_.SetPower(false);
   PaintPower();
   RestMeters();
   optPwr_(2).Enabled = true;
@@ -198,6 +203,7 @@ void frmMain::PowerOff() {
 void frmMain::Form_Unload() {
   if (unloaded_ || !formed_) return;
   radio_.tmrPerfStats.SetEnabled(false);
+  scope_.Stop();
   radio_.Stop();
   radio_.SoundCard().ReleaseDevices();
   machine_.Sound.OnDeviceLost([](const Error&) {});
@@ -205,6 +211,8 @@ void frmMain::Form_Unload() {
   unloaded_ = true;
   tuning_.SetEncoder(nullptr);
   tuning_.SetTuner(nullptr);
+  entry_.SetTuner(nullptr);
+  radio_.Rx.Tap.Analyser = nullptr;
   radio_.Tuning().Save();
   radio_.ReleaseTuning();
   machine_.Beside.Finish();  // an older state never lands on the last one

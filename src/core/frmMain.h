@@ -18,6 +18,7 @@
 #include "diagnostics/LogPanel.h"
 #include "diagnostics/StatsPanel.h"
 #include "display/SMeterPanel.h"
+#include "display/scope/ScopePanel.h"
 #include "interaction/PanelColours.h"
 #include "interaction/PanelTexts.h"
 #include "interaction/ScrollableControls.h"
@@ -32,6 +33,7 @@
 #include "reception/NBPanel.h"
 #include "reception/NotchPanel.h"
 #include "reception/VolumePanel.h"
+#include "tuning/FrequencyEntry.h"
 #include "tuning/TuningPanel.h"
 
 namespace quorl {
@@ -78,6 +80,7 @@ class frmMain {
   ControlRegistry& Controls() { return registry_; }
   LiveRadio& Radio() { return radio_; }
   TuningPanel& Tuning() { return tuning_; }
+  ScopePanel& Scope() { return scope_; }
   ScrollableControls& Scrollables() { return scrollables_; }
   const std::vector<MainBand>& MainBands() const { return mainBands_; }
   bool IsOn() const { return on_; }
@@ -93,11 +96,13 @@ class frmMain {
   void ConnectColours();
   void AddSettings();
   TuningPanelLinks LinksOfTuning();
+  ScopePanelLinks LinksOfScope();
   void MakeTuning();
   void TellTuningFaults(bool open);
   void ApplySettings();
   void InitialiseSoundCard();
   void ConnectHousekeeping();
+  void ConnectScope();
   void EnableTimers();
   void SwitchPower(bool on);
   void RemoveCaption(bool removed);
@@ -110,6 +115,7 @@ class frmMain {
   void SaveNow();
   void Form_KeyDown(const Key& key);
   bool IsTuningKey(const Key& key);
+  bool TypesFrequency(const Key& key);
   void ReportLoadError(const std::string& text);
 
   Machine machine_;
@@ -141,6 +147,7 @@ class frmMain {
   PanelColours colours_;
   PanelContext context_;
   TuningPanel tuning_;
+  FrequencyEntry entry_;
   IFFilterPanel ifFilter_;
   FilterPanel filter_;
   DemodPanel demod_;
@@ -151,6 +158,7 @@ class frmMain {
   BFOPanel bfo_;
   StatsPanel stats_;
   SMeterPanel smeter_;
+  ScopePanel scope_;
   Timer tmrSaveSettings_;
   SettingsTable early_;     // read before window and tuning are made of it: colours, size, board, interface
   SettingsTable settings_;  // the rest, read at its own step

@@ -17,6 +17,8 @@ constexpr int kTuneInterval = 50, kUnseenTuneInterval = 500, kVFOUpdateInterval 
 
 constexpr int kMuteKey = 'M';
 
+constexpr int kCompactSize = 2;  // place in optDisplaySize
+
 }  // namespace
 
 bool frmMain::Form_Load() {
@@ -50,6 +52,8 @@ void frmMain::LoadSteps() {
   formed_ = true;
   step(":Restoring SDR Colour Settings from Registry");
   early_.Read(store_);
+  step(":Creating SpectrumAnalyser Object");
+  scope_.Create(store_);
   step(":Making Form Visible");
   OnForm();
   step(":Setting Colour Scheme");
@@ -57,7 +61,10 @@ void frmMain::LoadSteps() {
   step(":Initialising 7Segment Display Tuning");
   step(":Initialising dialtuner");
   for (const int index : kScrollableStartOrder) {
-    if (kScrollableStarts[static_cast<std::size_t>(index)].Label == nullptr) continue;
+    if (index == CtlIndex::PicScope) {
+      step(":Initialising ctlArray(PicScopeIndex)");
+      continue;
+    }
     const bool late = index == CtlIndex::IFHi || index == CtlIndex::IFLo || index == CtlIndex::SpectrumSmooth;
     step((late ? ":Initialising ctlArray(" : ":Initialising CtlArray(") + std::to_string(index) + ")");
     if (index == CtlIndex::NB) {
@@ -80,6 +87,9 @@ void frmMain::LoadSteps() {
   agc_.InitialiseSlider(agc_.sldAGCAttack, CtlIndex::AGCAttack);
   step(":Initialising sldAGCDecay");
   agc_.InitialiseSlider(agc_.sldAGCDecay, CtlIndex::AGCDecay);
+  step(":Initialising SpectrumAnalyser");
+  scope_.Initialise();
+  radio_.Rx.Tap.Analyser = &scope_.SpectrumAnalyser;
   for (std::int32_t mode = 0; mode < FilterModeCount; ++mode) {
     step(":Initialising Variable Filter Default Values (" + std::to_string(mode) + ")");
   }
@@ -105,6 +115,8 @@ void frmMain::LoadSteps() {
   step(":Set OutputLevel Attenuator to PublicVars.OutputAttenuation");
   volume_.Restore();
   filter_.ShowDefaults();
+  step(":Set the last tuned frequency for Spectrum Analyser");
+  scope_.TakeTunedFrequency();
   step(":Call modWheelMouse.init");
   step(":Set up default values in the AGC delayline");
   radio_.Rx.Agc.FillDelayLine();
@@ -125,6 +137,7 @@ void frmMain::LoadSteps() {
   scrollables_.DarkenControls();
   colours_.ReColour();
   colours_.UnFocusFrames();
+  scope_.EnableTimer();
   if (stored_.AutoStartSDR) optPwr_.Press(0);
   loading_ = false;
 }
@@ -140,7 +153,10 @@ void frmMain::ConnectForm() {
   PaintPower();
   optPwr_.Click = [this](int index) { optPwr_Click(index); };
   SetTexts(optDisplaySize_, DisplaySizeTexts);
-  optDisplaySize_.Click = [this](int index) { PaintButtons(optDisplaySize_, index); };
+  optDisplaySize_.Click = [this](int index) {
+    PaintButtons(optDisplaySize_, index);
+    scope_.SetRoom(index != kCompactSize);
+  };
 }
 
 // Where no value is being turned, the keys that turn one tune.
@@ -150,7 +166,19 @@ bool frmMain::IsTuningKey(const Key& key) {
   return true;
 }
 
+// A digit begins a frequency, where it can't be meant for a value.
+bool frmMain::TypesFrequency(const Key& key) {
+  if (entry_.IsOpen()) {
+    entry_.TypeKey(key);
+    return true;
+  }
+  const int active = scrollables_.ActiveCtl();
+  const bool free = active == CtlIndex::None || active == CtlIndex::Frequency || scope_.Pointer.IsOver();
+  return free && entry_.Open(key);
+}
+
 void frmMain::Form_KeyDown(const Key& key) {
+  if (TypesFrequency(key)) return;
   if (tuning_.TuneByKey(key)) return;
   if (key.Code == kMuteKey && !key.With.Ctrl && !key.With.Alt) {
     volume_.chkMute.UserClick();
@@ -168,11 +196,29 @@ TuningPanelLinks frmMain::LinksOfTuning() {
   links.ActivateDisplay = [this] { scrollables_.Point(CtlIndex::Frequency); };
   links.ReviveDisplay = [this] { scrollables_.Revive(CtlIndex::Frequency); };
   links.DisplayIsActive = [this] { return scrollables_.ActiveCtl() == CtlIndex::Frequency; };
+  links.TypeFrequency = [this](const Key& key) { return TypesFrequency(key); };
+  links.ScopePeriodic = [this] { scope_.Periodic(); };
   links.SetLowSideLO = [this](bool low) { radio_.Rx.SetLowSideLO(low); };
   links.ShowOscillator = [this](const std::string& text) {
     stats_.lblStatsVal(StatsPanel::kLO).Caption = text;
   };
   return links;
+}
+
+ScopePanelLinks frmMain::LinksOfScope() {
+  ScopePanelLinks links;
+  links.Wanted = [this] { return radio_.Tuning().Tune().Wanted(); };
+  links.TuneTo = [this](std::int32_t dHz) { radio_.Tuning().Tune().MoveTo(dHz); };
+  links.StepByRate = [this](int direction) { tuning_.StepByRate(direction); };
+  links.TakeStep = [this](double dHz) { tuning_.TakeStep(dHz); };
+  links.TuneStep = [this] { return radio_.VFO().TuneStep(); };
+  links.IsPlaying = [this] { return recorder_.PlayerMode() == PlayerModes::Playing; };
+  return links;
+}
+
+void frmMain::ConnectScope() {
+  notch_.ShowNotch = [this](bool shown) { scope_.ShowNotch(shown); };
+  radio_.OnBlockOut = [this] { scope_.BlockOut(); };
 }
 
 void frmMain::ConnectColours() {
@@ -188,6 +234,7 @@ void frmMain::ConnectColours() {
 void frmMain::MakeTuning() {
   TellTuningFaults(radio_.CreateTuning(stored_.IFType, tuning_.ShaftEnabled, false));
   tuning_.SetTuner(&radio_.Tuning().Tune());
+  entry_.SetTuner(&radio_.Tuning().Tune());
   tuning_.SetEncoder(&radio_.Tuning().SerialIF());
   // Ticked before its handler first runs, so that the stored side stays.
   tuning_.chkTuneLo.SetValue(!radio_.VFO().HiSideLO);
@@ -220,6 +267,7 @@ void frmMain::InitialiseSoundCard() {
 
 void frmMain::ApplySettings() {
   optDisplaySize_.Press(wantedSize_);
+  scope_.Apply();
   tuning_.chkTuneLo_Click();
   stats_.chkPerfStatsOn_Click();
 }
@@ -240,7 +288,9 @@ void frmMain::ConnectHousekeeping() {
 }
 
 void frmMain::SetSeen(bool seen) {
-  if (!loading_ && !unloaded_) tuning_.tmrTune.SetInterval(seen ? kTuneInterval : kUnseenTuneInterval);
+  if (loading_ || unloaded_) return;
+  tuning_.tmrTune.SetInterval(seen ? kTuneInterval : kUnseenTuneInterval);
+  scope_.SetSeen(seen);
 }
 
 void frmMain::EnableTimers() {

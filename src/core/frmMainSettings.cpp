@@ -32,6 +32,7 @@ void frmMain::AddSettings() {
   tuning_.AddSettings(settings_, early_);
   stats_.AddSettings(settings_);
   smeter_.AddSettings(settings_);
+  scope_.AddSettings(settings_);
   notch_.AddSettings(settings_);
   nb_.AddSettings(settings_);
   agc_.AddSettings(settings_);
@@ -41,6 +42,7 @@ void frmMain::AddSettings() {
 void frmMain::RestoreSettings() {
   log_.AddLog("RestoreSettings : Start");
   settings_.Read(store_);
+  scope_.ReadSettings(store_);
 }
 
 void frmMain::NoteWindowSize(std::int32_t width, std::int32_t height) {
@@ -52,6 +54,7 @@ void frmMain::SaveSettings() {
   radio_.NoteDevices();
   early_.Write(store_);
   settings_.Write(store_);
+  scope_.WriteSettings(store_);
 }
 
 void frmMain::StartSaving() {

@@ -216,6 +216,9 @@ bool ScrollableControls::KeyDown(const Key& key) {
     case Key::Space:
       RestoreDefault(index);
       return true;
+    case Key::Enter:
+      if (control.OnEnter) control.OnEnter();
+      return control.OnEnter != nullptr;
     default:
       return false;
   }

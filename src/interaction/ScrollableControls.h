@@ -32,6 +32,7 @@ struct ScrollableControl {
   std::function<void()> OnChange;
   // Renews DefaultValue before it is restored, where a table holds it. May be empty.
   std::function<float()> TableDefault;
+  std::function<void()> OnEnter;  // the key, while the entry is active; may be empty
   WheelMessage LastMessage;
   Colour FocusColour = 0, NormalColour = 0;
 };
@@ -50,7 +51,7 @@ class ScrollableControls {
   // Whether the view shows a control at present; arrow keys pass over what it doesn't.
   std::function<bool(const Control&)> IsShown = [](const Control&) { return true; };
 
-  // CtlArray(index), 0 to 22.
+  // CtlArray(index).
   ScrollableControl& operator()(int index) { return ctlArray_.at(static_cast<std::size_t>(index)); }
   // The entry under the pointer, 0 for none.
   int ActiveCtl() const { return activeCtl_; }

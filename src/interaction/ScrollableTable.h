@@ -13,8 +13,8 @@ inline constexpr int None = 0, Frequency = 1, ScopeChn1Gain = 2, ScopeChn1Shift 
                      ScopeChn2Shift = 5, ScopeXWidth = 6, FilterHi = 7, FilterLo = 8, NB = 9, OutVol = 10,
                      NotchC = 11, NotchW = 12, AGCAttack = 13, AGCDecay = 14, ScopeXCentre = 15,
                      PicScope = 16, IFHi = 17, IFLo = 18, SpectrumSmooth = 19, BFO = 20, Y1Bright = 21,
-                     Y2Bright = 22;
-inline constexpr int Count = 23;
+                     Y2Bright = 22, ScopeTop = 23, ScopeFloor = 24, ScopeCursor = 25;
+inline constexpr int Count = 26;
 // The arrow keys go round 1 to this one.
 inline constexpr int LastByArrows = 20;
 }  // namespace CtlIndex
@@ -50,13 +50,16 @@ inline constexpr std::array<ScrollableStart, CtlIndex::Count> kScrollableStarts{
     {"lblAGCAttack", "AGC decay", 5, 100, 5, 1, 1, 10, "#0.0", false, 0.1},
     {"lblAGCDecay", "AGC attack", 10, 200, 5, 1, 10, 50, "#0.0", false, 0.1},
     {"lblScopeXCentre", "Scope centre", 0, 1023, 511, 1, 10, 50, "#,###", true},
-    {nullptr, "Scope", 0, 0, 0, 0, 0, 0, "", false},
+    {nullptr, "Scope", -1, 1, 0, 1, 1, 1, "", false},
     {"lblIFHi", "IF filter high edge", 0, 6000, 0, 1, 10, 50, "#0", true},
     {"lblIFLo", "IF filter low edge", 0, 6000, 0, 1, 10, 50, "#0", true},
     {"lblSpectrumSmooth", "Spectrum smoothing", 1, 24, 1, 1, 1, 4, "#0", true},
     {"lblBFO", "BFO", -kBFOReach, kBFOReach, 0, 1, 20, 100, "#0", true},
     {"lblY1Bright", "Channel 1 brightness", 1, 100, 100, 1, 2, 10, "#0", true},
     {"lblY2Bright", "Channel 2 brightness", 1, 100, 100, 1, 2, 10, "#0", true},
+    {"lblScopeTop", "Top of the scope", -60, 20, 0, 1, 5, 10, "#0", true},
+    {"lblScopeFloor", "Floor of the scope", -160, -20, -120, 1, 5, 10, "#0", true},
+    {"lblScopeCursor", "Scope cursor", 0, 1023, 512, 1, 10, 50, "#0", false},
 }};
 
 // The order in which start-up tells them to the log; 16 is the scope picture.

@@ -74,7 +74,8 @@ class FrameRig {
  public:
   static constexpr char kSettings[] = "config/settings.ini";
 
-  explicit FrameRig(const std::string& moreSettings = {}) {
+  explicit FrameRig(const std::string& moreSettings = {}, int model = 0, bool lowSide = false)
+      : Board(model, TinyBand(), SettingsOf(model, lowSide)) {
     Serial.SetRecording(false);
     Serial.SetListener(&Board.Cable());
     Sound.AddCaptureDevice("Line In", Board.Board());
@@ -169,7 +170,7 @@ class FrameRig {
   VirtualSerialPort Serial{Clock, Queue};
   VirtualPrinterPort Printer{Clock};
   VirtualProcesses Programs;
-  SimulatedReceiver Board{0, TinyBand(), BoardOfModel(0)};
+  SimulatedReceiver Board;
   BreakingSound Sound{Queue, Clock};
   StartOptions Options{"", "plans", {}};
   std::unique_ptr<LogBook> Log;
@@ -182,6 +183,11 @@ class FrameRig {
   std::int32_t Attenuation = 0;
 
  private:
+  static BoardSettings SettingsOf(int model, bool lowSide) {
+    BoardSettings settings = BoardOfModel(model);
+    settings.LowSideInjection = lowSide;
+    return settings;
+  }
   std::span<const std::int16_t> LastHeard(double seconds) const {
     return std::span<const std::int16_t>(Heard).last(
         std::min(Heard.size(), static_cast<std::size_t>(seconds * FSampling)));

@@ -7,6 +7,7 @@
 #include <random>
 
 #include "core/FrameRig.h"
+#include "display/scope/TraceCanvas.h"
 
 namespace quorl::test {
 namespace {
@@ -21,7 +22,7 @@ class Monkey {
     last = control.Name();
     const bool usable = control.Enabled() && control.Visible();
     hand::Hover(control, Place());
-    switch (Below(8)) {
+    switch (Below(9)) {
       case 0:
       case 1:
         control.UserClick();
@@ -41,6 +42,11 @@ class Monkey {
       case 6:
         control.UserSet(std::to_string(Below(18)));
         break;
+      case 7: {
+        const MouseButton button = Below(3) == 0 ? MouseButton::Middle : MouseButton::Left;
+        hand::Drag(control, Place(button), Place(button), [this] { rig_.Run(0.01); });
+        break;
+      }
       default:
         Press();
     }
@@ -58,8 +64,8 @@ class Monkey {
     return {0.01 * static_cast<double>(Below(101)), 0.01 * static_cast<double>(Below(101)), button, Keys()};
   }
   void Press() {
-    constexpr std::array<int, 8> codes{Key::Up,    Key::Down, Key::Left, Key::Right,
-                                       Key::Space, Key::A,    Key::Z,    Key::Escape};
+    constexpr std::array<int, 11> codes{Key::Up, Key::Down,  Key::Left,   Key::Right, Key::Space, Key::A,
+                                        Key::Z,  Key::Enter, Key::Escape, '7',        '0'};
     Control& form = rig_.At("frmMain");
     const Key key{codes[Below(codes.size())], Keys()};
     for (std::size_t i = Below(10); i > 0; --i) {
@@ -98,6 +104,10 @@ std::string Fault(FrameRig& rig) {
   if (!Within(rig.Frame().Tuning().TuneDigit, 0, 8)) return "tuning digit";
   if (!Within(rig.Frame().Tuning().TuneRate, 0.0F, 1e8F)) return "tuning rate";
   if (!Within(vars.BFOOffset, -12000, 12000)) return "BFO";
+  const clsSpectrumAnalyser& scope = rig.Frame().Scope().SpectrumAnalyser;
+  if (!Within(scope.StartBin(), 0, scope.StopBin()) || scope.StopBin() > 2048) return "scope's window";
+  if (!Within(scope.SpectrumSmooth(), 1, 24)) return "scope's smoothing";
+  if (!Within(scope.LevelTop - scope.LevelFloor, 10.0, 180.0)) return "scope's levels";
   for (const float level : vars.SignalLevelRing) {
     if (!Within(level, 0.0F, 1e6F)) return "signal level";
   }
@@ -110,6 +120,10 @@ std::string Fault(FrameRig& rig) {
   if (!agrees(IndexedName("optNotch", vars.NotchMode), true)) return "optNotch";
   if (!agrees(IndexedName("optAGC", vars.AGCMode), true)) return "optAGC";
   if (!agrees("optPwr(0)", rig.Frame().IsOn())) return "optPwr";
+  if (!agrees(IndexedName("chkScopeMode", scope.Mode()), true)) return "chkScopeMode";
+  if (!agrees(IndexedName("optSpectrumSource", scope.SpectrumSource), true)) return "optSpectrumSource";
+  if (!agrees("chkChn1On", scope.Chn1Enabled()) || !agrees("chkChn2On", scope.Chn2Enabled()))
+    return "channels";
   if (rig.At("imgTuneStepLock").Visible() != rig.VFO().TuneStepLock) return "imgTuneStepLock";
   for (const Control* control : rig.Frame().Controls().All()) {
     const std::string text = control->Text();
@@ -128,6 +142,15 @@ double ResidentMegabytes() {
   }
   return static_cast<double>(resident) * 4096.0 / 1048576.0;
 }
+
+// The surfaces that a window would lend.
+struct Surfaces {
+  void LendTo(FrameRig& rig) {
+    rig.Frame().Scope().picScope.SetSurfaces(&scope[0], &scope[1]);
+    rig.Frame().Scope().picWaterfall.SetSurfaces(&waterfall[0], &waterfall[1]);
+  }
+  TraceCanvas scope[2]{{640, 400}, {640, 400}}, waterfall[2]{{640, 400}, {640, 400}};
+};
 
 // Returns the gestures made.
 std::int64_t Play(FrameRig& rig, unsigned seed, double hours, bool tell) {
@@ -167,8 +190,11 @@ void ExpectPlaysOn(FrameRig& rig) {
 }
 
 TEST(FrmMainMonkey, AMinuteOfRandomGestures) {
+  Surfaces surfaces;
   FrameRig rig;
   ASSERT_TRUE(rig.Start());
+  surfaces.LendTo(rig);
+  rig.Set("chkSpectrumAnalyser", "1");
   EXPECT_GT(Play(rig, 20241122, 60.0 / 3600.0, false), 300);
   EXPECT_GT(rig.Blocks, 500);
   ExpectPlaysOn(rig);
@@ -178,8 +204,11 @@ TEST(FrmMainMonkey, AMinuteOfRandomGestures) {
 TEST(FrmMainMonkey, HoursOfRandomGestures) {
   const char* hours = std::getenv("QUORL_MONKEY_HOURS");
   if (hours == nullptr) GTEST_SKIP() << "QUORL_MONKEY_HOURS is not set";
+  Surfaces surfaces;
   FrameRig rig;
   ASSERT_TRUE(rig.Start());
+  surfaces.LendTo(rig);
+  rig.Set("chkSpectrumAnalyser", "1");
   Play(rig, 1, 0.1, false);
   const double before = ResidentMegabytes();
   const std::int64_t gestures = Play(rig, 7, std::atof(hours), true);

@@ -170,6 +170,7 @@ class clsSpectrumAnalyser : public AnalyserInput {
   // follows: 0 for plain audio, and 24 kHz less in a two-sided picture of a low-side oscillator.
   void SetFrequencyReference(std::int32_t hertz) override;
   void SetLowSideLO(bool low) override;
+  bool IsPlainAudio() const override { return !OnAir; }
 
   // Section "SpectrumAnalyser": read by itself, written with what is in force. Values out of range become the
   // nearest good ones.

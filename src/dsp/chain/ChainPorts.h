@@ -33,7 +33,9 @@ class AnalyserInput {
   virtual double UpperEdge() const = 0;
   virtual void SetFrequencyReference(std::int32_t hertz) = 0;  // of the display's left edge
   virtual void SetLowSideLO(bool low) = 0;
-  // The taps [BlockPoints] of the IF filter, for its curve.
+  // What it shows is plain audio.
+  virtual bool IsPlainAudio() const { return false; }
+  // The taps [BlockPoints] of the IF filter, of plain audio those of the audio filter, for the curve.
   virtual void LoadFilterCoeffs_T_S(const float* taps) = 0;
 };
 

@@ -25,7 +25,7 @@ FilterEdges BelowCentre(std::int32_t low, std::int32_t high) {
 
 VariableFilters::VariableFilters(PublicVars& vars, FilterBank& filters, const AnalyserTap& tap,
                                  std::function<void()> yield)
-    : vars_(vars), filters_(filters), tap_(tap), yield_(std::move(yield)), ifTaps_(BlockPoints) {}
+    : vars_(vars), filters_(filters), tap_(tap), yield_(std::move(yield)), curveTaps_(BlockPoints) {}
 
 FilterEdges VariableFilters::IFEdges(const PublicVars& vars) {
   const bool manual = vars.CurrentIFFilterMode == IFFilterMode::Manual && vars.IFFilterActive;
@@ -67,6 +67,12 @@ void VariableFilters::Rebuild(clsFFTFilter& filter, FilterEdges edges) {
   while (vars_.DSPRunning) yield_();
 }
 
+clsFFTFilter& VariableFilters::CurveFilter() const {
+  if (!tap_.Analyser->IsPlainAudio()) return filters_.IFFilterI;
+  const bool sideband = vars_.CurrentDemodMode == DemodMode::USB || vars_.CurrentDemodMode == DemodMode::LSB;
+  return sideband ? filters_.SSBFilterI : filters_.AFFilter;
+}
+
 void VariableFilters::MakeFilters() {
   if (inMakeFilters_) return;
   const ScopedFlag inMakeFilters(inMakeFilters_);
@@ -100,8 +106,8 @@ void VariableFilters::MakeFilters() {
   }
   if (f.DynFilter.Active) Rebuild(f.DynFilter, {f.DynFilter.FLow, f.DynFilter.FHigh});
   if (tap_.Analyser != nullptr) {
-    f.IFFilterI.GetFilterCoeffs_T_S(ifTaps_.data());
-    tap_.Analyser->LoadFilterCoeffs_T_S(ifTaps_.data());
+    CurveFilter().GetFilterCoeffs_T_S(curveTaps_.data());
+    tap_.Analyser->LoadFilterCoeffs_T_S(curveTaps_.data());
   }
 }
 
