@@ -14,6 +14,7 @@ struct ExitCode {
 
 void AddReceiveCommand(CLI::App& app, int& exitCode);
 void AddFilterCommand(CLI::App& app, int& exitCode);
+void AddSpectrumCommand(CLI::App& app, int& exitCode);
 void AddListenCommand(CLI::App& app, int& exitCode);
 void AddTuneCommand(CLI::App& app, int& exitCode);
 void AddPlanCommand(CLI::App& app, int& exitCode);

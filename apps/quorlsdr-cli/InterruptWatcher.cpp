@@ -23,8 +23,8 @@ InterruptWatcher::~InterruptWatcher() {
   pthread_sigmask(SIG_SETMASK, &before_, nullptr);
 }
 
-void InterruptWatcher::Start(std::string temporary, std::string name) {
-  temporary_ = std::move(temporary);
+void InterruptWatcher::Start(std::vector<std::string> temporaries, std::string name) {
+  temporaries_ = std::move(temporaries);
   name_ = std::move(name);
   thread_ = std::thread([this] { Watch(); });
 }
@@ -33,7 +33,9 @@ void InterruptWatcher::Watch() const {
   int signal = 0;
   sigwait(&signals_, &signal);
   if (done_) return;
-  if (!temporary_.empty()) files_.Remove(temporary_);
+  for (const std::string& temporary : temporaries_) {
+    if (!temporary.empty()) files_.Remove(temporary);
+  }
   PrintFault(name_ + ": interrupted; run again for a complete output");
   _exit(ExitCode::Failed);
 }

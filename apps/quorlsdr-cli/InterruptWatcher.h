@@ -5,13 +5,14 @@
 #include <csignal>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "platform/Files.h"
 
 namespace quorl::cli {
 
 // From its construction an interrupt, hang-up or termination signal waits; from Start on it removes the
-// temporary file, says so and ends the program with exit code 1, whatever the main thread waits for.
+// temporary files, says so and ends the program with exit code 1, whatever the main thread waits for.
 class InterruptWatcher {
  public:
   // `files` outlives the watcher.
@@ -20,14 +21,14 @@ class InterruptWatcher {
   InterruptWatcher(const InterruptWatcher&) = delete;
   InterruptWatcher& operator=(const InterruptWatcher&) = delete;
 
-  // `temporary` may be empty; `name` is what the message names. Once.
-  void Start(std::string temporary, std::string name);
+  // Empty names of `temporaries` are passed over; `name` is what the message names. Once.
+  void Start(std::vector<std::string> temporaries, std::string name);
 
  private:
   void Watch() const;
 
   Files& files_;
-  std::string temporary_;
+  std::vector<std::string> temporaries_;
   std::string name_;
   sigset_t signals_;
   sigset_t before_;

@@ -7,6 +7,7 @@
 #include "platform/linux/system/LinuxClock.h"
 #include "receiver/Receiver.h"
 #include "shared/AudioFile.h"
+#include "shared/JsonReport.h"
 
 namespace quorl::cli {
 namespace {
@@ -75,6 +76,25 @@ ReceptionReport OfflineReceiver::Report() const {
   report.BlockMeanMicroseconds = p.Blocks > 0 ? p.Microseconds / static_cast<double>(p.Blocks) : 0.0;
   report.BlockMaxMicroseconds = p.MaxMicroseconds;
   return report;
+}
+
+Receiver& OfflineReceiver::Radio() {
+  return parts_->Radio;
+}
+
+void PrintReport(const ReceptionReport& report, std::int64_t frames, double elapsedSeconds) {
+  const double seconds = static_cast<double>(frames) / FSampling;
+  JsonReport()
+      .Add("blocks", report.Blocks)
+      .Add("seconds", seconds, 3)
+      .Add("signal_level", report.SignalLevel, 3)
+      .Add("agc_gain", report.AGCGain, 6)
+      .Add("peak_in", report.PeakIn)
+      .Add("peak_out", report.PeakOut)
+      .Add("us_per_block_mean", report.BlockMeanMicroseconds, 2)
+      .Add("us_per_block_max", report.BlockMaxMicroseconds, 2)
+      .Add("times_real_time", elapsedSeconds > 0.0 ? seconds / elapsedSeconds : 0.0, 1)
+      .Print();
 }
 
 }  // namespace quorl::cli

@@ -6,6 +6,10 @@
 
 #include "ReceiveOptions.h"
 
+namespace quorl {
+class Receiver;
+}
+
 namespace quorl::cli {
 
 // What a reception was like.
@@ -29,10 +33,14 @@ class OfflineReceiver {
   void Process(std::int16_t* left, const std::int16_t* right);
 
   ReceptionReport Report() const;
+  Receiver& Radio();
 
  private:
   struct Parts;
   std::unique_ptr<Parts> parts_;
 };
+
+// One line of JSON: the report, with the `frames` that went through and how long that took.
+void PrintReport(const ReceptionReport& report, std::int64_t frames, double elapsedSeconds);
 
 }  // namespace quorl::cli

@@ -91,19 +91,28 @@ void AddCleaningOptions(CLI::App& command, ReceiveOptions& options) {
 
 }  // namespace
 
-void AddReceiveOptions(CLI::App& command, ReceiveOptions& options) {
+void AddInputOptions(CLI::App& command, ReceiveOptions& options) {
   command
       .add_option("INPUT", options.Input,
                   "WAV file, 16-bit PCM, 48000 Hz, one or two channels; - is raw 16-bit from standard input")
       ->required()
       ->type_name("");
+  AddWhole(command, "--channels", {1, 2}, "channels of raw input, default 2",
+           [&options](int value) { options.Channels = value; });
+}
+
+void RefuseChannelsOfFile(const CLI::App& command, const ReceiveOptions& options) {
+  if (command.count("--channels") > 0 && options.Input != "-")
+    Refuse("--channels", "a WAV file tells its channels itself; INPUT - is needed");
+}
+
+void AddReceiveOptions(CLI::App& command, ReceiveOptions& options) {
+  AddInputOptions(command, options);
   command
       .add_option("OUTPUT", options.Output,
                   "WAV file to write, 16-bit PCM, 48000 Hz, mono; - is raw 16-bit to standard output")
       ->required()
       ->type_name("");
-  AddWhole(command, "--channels", {1, 2}, "channels of raw input, default 2",
-           [&options](int value) { options.Channels = value; });
   AddReceptionOptions(command, options);
 }
 

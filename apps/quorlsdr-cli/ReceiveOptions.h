@@ -50,6 +50,9 @@ struct ReceiveOptions {
 
 // Tells the parser of `command` about every option; parsing fills `options`, which must outlive it.
 void AddReceiveOptions(CLI::App& command, ReceiveOptions& options);
+// Only those that say where the recording comes from, and what is wrong with --channels for a file.
+void AddInputOptions(CLI::App& command, ReceiveOptions& options);
+void RefuseChannelsOfFile(const CLI::App& command, const ReceiveOptions& options);
 // Only those that say how to receive, not what from where to where.
 void AddReceptionOptions(CLI::App& command, ReceiveOptions& options);
 

@@ -16,13 +16,14 @@ int main(int argc, char** argv) {
   std::ios::sync_with_stdio(false);
 
   CLI::App app(
-      "QUORLSDR on the command line: receives live and from recordings, tunes boards, designs filters, "
-      "checks band plans",
+      "QUORLSDR on the command line: receives live and from recordings, measures spectra, tunes boards, "
+      "designs filters, checks band plans",
       "quorlsdr-cli");
   app.set_version_flag("--version", "quorlsdr-cli " QUORL_VERSION);
   int exitCode = ExitCode::Success;
   AddReceiveCommand(app, exitCode);
   AddFilterCommand(app, exitCode);
+  AddSpectrumCommand(app, exitCode);
   AddListenCommand(app, exitCode);
   AddTuneCommand(app, exitCode);
   AddPlanCommand(app, exitCode);
@@ -30,7 +31,7 @@ int main(int argc, char** argv) {
   try {
     app.parse(argc, argv);
     if (app.get_subcommands().empty())
-      throw CLI::RequiredError("A subcommand, receive, filter, listen, tune, plan or devices,");
+      throw CLI::RequiredError("A subcommand, receive, filter, spectrum, listen, tune, plan or devices,");
   } catch (const CLI::Success& shown) {  // help or version
     return app.exit(shown);
   } catch (const CLI::ValidationError& error) {  // of ours: says itself what is needed
