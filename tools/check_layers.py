@@ -4,7 +4,7 @@
 The allowed arrows are the LINKS of the quorl_library lines in src/CMakeLists.txt, direct and through others.
 Beside them: only the standard library in src/, but for Qt in src/desktop and RtAudio and system headers in
 src/platform/linux. Programs, tests, benchmarks, tools and fuzz targets may use system headers; Qt only
-apps/quorlsdr and tests/desktop.
+apps/quorlsdr, tests/desktop and bench/desktop.
 """
 import re
 import sys
@@ -25,7 +25,7 @@ typeinfo unordered_map unordered_set utility valarray variant vector version
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
 LIBRARY = re.compile(r"^\s*quorl_library\(([^)]*)\)", re.MULTILINE)
 FREE_OF_SYSTEM_RULE = ("apps", "tests", "bench", "fuzz", "tools")
-QT_AT_HOME = ("src/desktop", "apps/quorlsdr", "tests/desktop")
+QT_AT_HOME = ("src/desktop", "apps/quorlsdr", "tests/desktop", "bench/desktop")
 
 
 def read_arrows(cmake_text):

@@ -20,6 +20,36 @@ QColor ColourOf(Ink ink) {
   return skin::Faded(skin::ColourOf(ink.Value), std::clamp(ink.Opacity, 0.0F, 1.0F));
 }
 
+// An ink over a row of pixels. Bytes and 16-bit products are what every processor takes many of at once.
+class Mixture {
+ public:
+  Mixture(const QColor& ink, float opacity)
+      : rest_(static_cast<quint16>(256 - std::lround(256 * std::clamp(opacity, 0.0F, 1.0F)))) {
+    const QRgb rgb = ink.rgb();
+    for (int byte = 0; byte < 4; ++byte) {
+      added_[byte] = static_cast<quint16>((rgb >> (8 * byte) & 0xFF) * (256U - rest_));
+    }
+  }
+  void Take(const QRgb* from, QRgb* to, int count) const {
+    const auto* in = reinterpret_cast<const uchar*>(from);
+    auto* __restrict out = reinterpret_cast<uchar*>(to);
+    const quint16 rest = rest_, blue = added_[0], green = added_[1], red = added_[2], whole = added_[3];
+    const auto mixed = [rest](uchar under, quint16 added) {
+      return static_cast<uchar>(static_cast<quint16>(under * rest + added) >> 8);
+    };
+    for (int i = 0; i < 4 * count; i += 4) {
+      out[i] = mixed(in[i], blue);
+      out[i + 1] = mixed(in[i + 1], green);
+      out[i + 2] = mixed(in[i + 2], red);
+      out[i + 3] = mixed(in[i + 3], whole);
+    }
+  }
+
+ private:
+  quint16 rest_;  // of 256
+  quint16 added_[4]{};
+};
+
 }  // namespace
 
 QtCanvas::QtCanvas(std::function<void()> shown) : shown_(std::move(shown)) {
@@ -37,6 +67,7 @@ void QtCanvas::Resize(const QSize& size, double ratio) {
   pixels_.assign(static_cast<std::size_t>(device.width()) * static_cast<std::size_t>(device.height()),
                  skin::kScopeGround);
   tops_.resize(static_cast<std::size_t>(device.width()));
+  mixed_.resize(tops_.size());
   image_ = QImage(reinterpret_cast<uchar*>(pixels_.data()), device.width(), device.height(),
                   4 * qsizetype{device.width()}, QImage::Format_RGB32);
   if (!before.isNull()) Painter().drawImage(image_.rect(), before);
@@ -128,25 +159,18 @@ void QtCanvas::FillUnder(std::span<const CanvasPoint> points, float base, Ink in
   }
   const int bottom = std::clamp(qRound(Device({0, base}).y()), 0, height);
   const int first = *std::min_element(tops_.begin(), tops_.end());
-  const QRgb source = skin::ColourOf(ink.Value).rgb();
-  const int opacity = static_cast<int>(std::lround(256 * std::clamp(ink.Opacity, 0.0F, 1.0F)));
+  const Mixture mixture(skin::ColourOf(ink.Value), ink.Opacity);
+  // Row by row, all columns that the fill has reached by then: what stands side by side in memory is mixed
+  // together.
   for (int y = first; y < bottom; ++y) {
-    Mend(pixels_.data() + static_cast<std::ptrdiff_t>(y) * width, width, y, source, opacity);
-  }
-}
-
-// Row by row, all columns that the fill has reached by then: what stands side by side in memory is mixed
-// together.
-void QtCanvas::Mend(QRgb* row, int width, int y, QRgb source, int opacity) const {
-  constexpr QRgb kOuter = 0xFF00FF, kMiddle = 0x00FF00;
-  const auto share = static_cast<QRgb>(opacity), rest = static_cast<QRgb>(256 - opacity);
-  const QRgb outer = (source & kOuter) * share, middle = ((source & kMiddle) >> 8) * share;
-  const int* tops = tops_.data();
-  for (int x = 0; x < width; ++x) {
-    const QRgb under = row[x];
-    const QRgb mixed = ((((under & kOuter) * rest + outer) >> 8) & kOuter) |
-                       ((((under & kMiddle) >> 8) * rest + middle) & kMiddle) | 0xFF000000;
-    row[x] = y >= tops[x] ? mixed : under;
+    QRgb* row = pixels_.data() + static_cast<std::ptrdiff_t>(y) * width;
+    mixture.Take(row, mixed_.data(), width);
+    const int* tops = tops_.data();
+    const QRgb* mixed = mixed_.data();
+    for (int x = 0; x < width; ++x) {
+      const QRgb reached = y >= tops[x] ? ~QRgb{0} : 0;
+      row[x] ^= (row[x] ^ mixed[x]) & reached;
+    }
   }
 }
 

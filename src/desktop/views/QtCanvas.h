@@ -44,7 +44,6 @@ class QtCanvas : public Canvas {
   QPointF Device(CanvasPoint point) const;
   QPainter& Painter();
   void EndPainting();
-  void Mend(QRgb* row, int width, int y, QRgb source, int opacity) const;
 
   std::function<void()> shown_;
   QSize size_{1, 1};
@@ -54,7 +53,8 @@ class QtCanvas : public Canvas {
   QImage image_;  // over the pixels
   QPainter painter_;
   std::vector<QPointF> points_;
-  std::vector<int> tops_;  // of a fill, a column
+  std::vector<int> tops_;    // of a fill, a column
+  std::vector<QRgb> mixed_;  // a row
   mutable TextStamps texts_;
 };
 
