@@ -69,6 +69,7 @@ constexpr SpokenName kNames[] = {
     {"sldXCentre", "Scope centre"},
     {"sldXWidth", "Scope width"},
     {"sldSpectrumGain", "Gain of the scope"},
+    {"lblScopeCtl(6)", "Gain of the scope"},
     {"sldScopeSplit", "Height of the spectrum"},
     {"cmdScopeView", "What the scope shows"},
 };

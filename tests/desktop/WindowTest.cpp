@@ -175,9 +175,9 @@ TEST_F(WindowTest, EveryControlHasANameAndTheKeyboardReachesIt) {
       EXPECT_EQ(reached.count(view), 1U) << name;
     }
   }
-  EXPECT_GT(turned, 60);
-  EXPECT_LT(reached.size(), 50U);
-  EXPECT_EQ(stops.size(), 7U);
+  EXPECT_GT(turned, 85);
+  EXPECT_LT(reached.size(), 75U);
+  EXPECT_EQ(stops.size(), 9U);
   for (const auto& [group, count] : stops) EXPECT_EQ(count, 1) << group;
 }
 

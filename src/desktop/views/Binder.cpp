@@ -148,6 +148,8 @@ QMenu* MakeMenu(const Menu& control, QWidget* window) {
       continue;
     }
     QAction* action = menu->addAction(caption);
+    action->setCheckable(control.Ticked(i));
+    action->setChecked(control.Ticked(i));
     QObject::connect(action, &QAction::triggered, window, [&control, i] { control.UserChoose(i); });
   }
   return menu;

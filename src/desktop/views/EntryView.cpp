@@ -17,6 +17,7 @@ constexpr int kPixels = 40;
 
 EntryView::EntryView(RefreshClock& clock, TextBox& text, QWidget* anchor)
     : TextView(clock, text, anchor->width()), anchor_(anchor) {
+  setParent(anchor->window());
   SetSizes(QSizePolicy::Fixed, QSizePolicy::Fixed, false);
   SetPrompt();
   Line().setFont(skin::NumberFont(kPixels));

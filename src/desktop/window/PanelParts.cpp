@@ -3,7 +3,7 @@
 #include <QLabel>
 
 #include "desktop/views/Skin.h"
-#include "desktop/window/IdleScope.h"
+#include "desktop/window/PanelRows.h"
 
 namespace quorl {
 
@@ -12,35 +12,6 @@ namespace {
 constexpr int kWordWidth = 44;  // of what stands before a value, so that the numbers stand in a column
 constexpr int kValueWidth = 88;
 constexpr int kSmallKnob = 24;
-
-// A row takes what was bound and leaves out what is missing.
-void Put(QBoxLayout* row, QWidget* widget, int stretch = 0) {
-  if (widget) row->addWidget(widget, stretch);
-}
-
-void Put(QBoxLayout* row, const std::vector<FaceView*>& views) {
-  for (FaceView* view : views) Put(row, view, 1);
-}
-
-QLabel* Caption(const QString& text) {
-  auto* label = new QLabel(text);
-  label->setFont(skin::WordFont());
-  QPalette palette = label->palette();
-  palette.setColor(QPalette::WindowText, QColor(skin::kQuietInk));
-  label->setPalette(palette);
-  label->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-  return label;
-}
-
-FaceView* Small(FaceView* view) {
-  if (view) view->SetSmall();
-  return view;
-}
-
-LabelView* In(const QString& unit, LabelView* value) {
-  if (value) value->SetUnit(unit);
-  return value;
-}
 
 LabelView* Saying(const QString& word, LabelView* label) {
   if (label) label->SetWord(word);
@@ -237,6 +208,7 @@ QWidget* MakeTuningCard(Binder& bind) {
   if (frequency) {
     bind.PopupList("cboTuningSteps", frequency);
     bind.Note("lblTuningLimit", frequency);
+    bind.Entry("txtFrequency", frequency);
     bind.PopupMenu("mnuVFOControlSub", card);
     bind.PopupMenu("mnuVFOStepSub", card);
   }
@@ -249,7 +221,9 @@ QWidget* MakeReceiverCard(Binder& bind) {
   QHBoxLayout* power = card->AddRow();
   Put(power, bind.Options("optPwr", 2));
   Put(power, bind.Option("optPwr(2)"), 1);
-  Put(card->AddRow(), bind.Options("optDisplaySize", 4));
+  QHBoxLayout* display = card->AddRow();
+  Put(display, bind.Options("optDisplaySize", 4));
+  Put(display, bind.Toggle("chkSpectrumAnalyser"));
   card->AddRow()->addLayout(MakeStatistics(bind));
   return card;
 }
@@ -289,12 +263,6 @@ QWidget* MakeSetupStrip(Binder& bind) {
     Put(row, bind.Word(IndexedName("lblStats", i)));
     Put(row, In("uS", bind.Reading(IndexedName("lblStatsVal", i), "00,000", 11)));
   }
-  return card;
-}
-
-QWidget* MakeScopeCard(Binder& bind) {
-  CardView* card = bind.Card("", "Scope");
-  card->AddRow(1)->addWidget(new IdleScope, 1);
   return card;
 }
 

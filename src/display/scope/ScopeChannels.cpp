@@ -45,6 +45,7 @@ ScopeChannels::ScopeChannels(const ScopeContext& context)
   for (int i = 0; i < kCaptions; ++i) lblScopeCtl(i).Caption = kWords[static_cast<std::size_t>(i)];
   sldSpectrumGain.Max = kGainSteps;
   sldSpectrumGain.SetValue(kGainSteps / 2);
+  sldSpectrumGain.Reversed = true;
   sldSpectrumGain.ToolTip = "Gain of the display; right click for 0 dB";
   sldSpectrumGain.Change = [this] { sldSpectrumGain_Change(); };
   sldSpectrumGain.MouseDown = [this](const MouseEvent& at) {
