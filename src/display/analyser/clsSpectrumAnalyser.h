@@ -152,6 +152,9 @@ class clsSpectrumAnalyser : public AnalyserInput {
   // of the frame last drawn. kNoLevel outside.
   static constexpr float kNoLevel = -1000.0F;
   float LevelAt(double x) const;
+  // Of channel 1 at a sample of the block on display, in 16-bit units before gain and shift; 0 outside, and
+  // in frequency mode.
+  float SampleAt(std::int32_t sample) const;
   // Of channel 1 by picture bin of the whole band, as the peaks are drawn before gain and shift; may be
   // empty.
   std::span<const float> Peaks() const { return peaks_.Peaks(); }

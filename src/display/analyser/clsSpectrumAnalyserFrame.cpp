@@ -327,6 +327,11 @@ FrequencyScale clsSpectrumAnalyser::Frequencies() const {
   return CurrentBand().Window(frequencyWindow_.Start, frequencyWindow_.Stop);
 }
 
+float clsSpectrumAnalyser::SampleAt(std::int32_t sample) const {
+  const bool held = heldMode_ != ScopeMode::Frequency && sample >= 0 && sample < kPoints;
+  return held && loaded_ ? channels_[0].Line[static_cast<std::size_t>(sample)] : 0.0F;
+}
+
 float clsSpectrumAnalyser::LevelAt(double x) const {
   const std::span<const float> levels = levels1_.Levels();
   const double bin = std::round(plan_.Frequencies.StartX + x);

@@ -87,7 +87,9 @@ std::string ScopeCursor::FrequencyText() const {
 }
 
 std::string ScopeCursor::SampleText() const {
-  return FormatPicture(bin_ * kMillisecondsPerSample, "#0.00 ms");
+  const clsSpectrumAnalyser& analyser = context_.Analyser;
+  const float value = analyser.SampleAt(analyser.StartBin() + RoundHalfEven(bin_));
+  return FormatPicture(bin_ * kMillisecondsPerSample, "#0.00 ms") + "  " + FormatPicture(value, "#0");
 }
 
 void ScopeCursor::Draw(Canvas& canvas, const ScopeFrame& frame) {

@@ -31,7 +31,7 @@ void ScopeWaterfall::Apply() {
 }
 
 void ScopeWaterfall::Add(const SpectrumLine& line) {
-  if (picture_.Visible()) waterfall_.Add(line, clock_.UtcMicroseconds());
+  waterfall_.Add(line, clock_.UtcMicroseconds());
 }
 
 void ScopeWaterfall::Redraw() {
@@ -58,7 +58,6 @@ bool ScopeWaterfall::Press(const ScopePlace& place) {
   if (!IsOnAxis(place)) return false;
   from_ = place.At.Y;
   scrolled_ = 0;
-  moved_ = false;
   return true;
 }
 
@@ -67,7 +66,6 @@ void ScopeWaterfall::Drag(const ScopePlace& place) {
   const std::int64_t lines = RoundHalfEven((from_ - place.At.Y) * waterfall_.Rows());
   waterfall_.ScrollBack(lines - scrolled_);
   scrolled_ = lines;
-  moved_ = moved_ || lines != 0;
   Redraw();
 }
 

@@ -32,7 +32,6 @@ class ScopeWaterfall : public ScopeGrip {
   // The left button on the time axis scrolls; a double click goes back to the present.
   bool Press(const ScopePlace& place) override;
   void Drag(const ScopePlace& place) override;
-  bool Release() override { return moved_; }
 
  private:
   bool IsOnAxis(const ScopePlace& place) const;
@@ -45,7 +44,6 @@ class ScopeWaterfall : public ScopeGrip {
   bool front_ = false;  // the surface that was drawn last
   double from_ = 0;
   std::int64_t scrolled_ = 0;  // lines since the press
-  bool moved_ = false;
 };
 
 }  // namespace quorl

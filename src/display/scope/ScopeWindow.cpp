@@ -95,6 +95,7 @@ void ScopeWindow::Take() {
   } else {
     return;
   }
+  analyser.SpectrumWidth = width;
   analyser.ApplyWindow();
 }
 

@@ -1,5 +1,6 @@
 // Modes, sources and channels: each mode has its own controls and its own values.
 #include "display/scope/ScopeRig.h"
+#include "sound/AllocationCounter.h"
 
 namespace quorl::test {
 namespace {
@@ -145,6 +146,25 @@ TEST(ScopePanel, ASourceBringsItsScale) {
   expect(true, 7205000 - 12000, false, "the antenna again");
 }
 
+TEST(ScopePanel, BothSidesOfTheOscillatorAreTwiceAsManyBins) {
+  for (const bool low : {false, true}) {
+    ScopeRig rig;
+    rig.radio.Vars.SDRModelNo = SDRModel::IQXtalRX;
+    rig.radio.SetLowSideLO(low);
+    rig.Choose("mnuScope", "Both sides (IQ board)");
+    EXPECT_EQ(rig.analyser.StopX, 2046) << low;
+    EXPECT_EQ(rig.analyser.FOffset, 7205000 - (low ? 36000 : 12000)) << low;
+    rig.Set("sldXWidth", "100");
+    EXPECT_EQ(rig.analyser.StopX - rig.analyser.StartX, 200) << low;
+    rig.Play(12000.0);
+    rig.Press(0.5, 0.5);
+    const double middle = rig.analyser.StartX + 100.0;
+    EXPECT_NEAR(rig.tuned / 10.0, 7205000 - (low ? 36000 : 12000) + middle * 23.4375, 1.0) << low;
+    rig.Click("optSpectrumSource(3)");  // audio has one side
+    EXPECT_EQ(rig.analyser.StopX - rig.analyser.StartX, 100) << low;
+  }
+}
+
 TEST(ScopePanel, DrawsWithEachBlockTenTimesASecondWhenOffAndNeverUnseen) {
   ScopeRig rig;
   const auto frames = [&] { return rig.front.Frames + rig.back.Frames; };
@@ -210,6 +230,48 @@ TEST(ScopePanel, WhatIsStoredComesBackAndNonsenseDoesNot) {
   EXPECT_EQ(again.scope.Options.Palette, 1);
   EXPECT_EQ(again.scope.Options.TimeMarks, 300);
   EXPECT_EQ(again.Text("lblY2Bright"), "40");
+}
+
+// A surface that does nothing at all.
+class NoCanvas : public Canvas {
+ public:
+  int Width() const override { return 1200; }
+  int Height() const override { return 400; }
+  void Clear(Colour) override {}
+  void Line(CanvasPoint, CanvasPoint, Ink) override {}
+  void Polyline(std::span<const CanvasPoint>, Ink) override {}
+  void Rectangle(CanvasPoint, CanvasPoint, Ink) override { ++Rectangles; }
+  void FillUnder(std::span<const CanvasPoint>, float, Ink) override {}
+  void Text(CanvasPoint, std::string_view, Ink, TextSide, TextLevel) override {}
+  void Image(int, int, int, int, const std::uint32_t*) override {}
+  int TextWidth(std::string_view text) const override { return 7 * static_cast<int>(text.size()); }
+  int TextHeight() const override { return 12; }
+  void SetVisible(bool) override {}
+  int Rectangles = 0;
+};
+
+TEST(ScopePanel, AFrameWithAllItsLayersTakesNoMemory) {
+  SettingsStore first;
+  PutScopeDefaults(first);
+  NoCanvas surfaces[2], waterfall[2];
+  ScopeRig rig(first.Serialise());
+  rig.scope.picScope.SetSurfaces(&surfaces[0], &surfaces[1]);
+  rig.scope.picWaterfall.SetSurfaces(&waterfall[0], &waterfall[1]);
+  rig.scope.Marks.Source = [](double low, double high, ScopeMarks& marks) {
+    marks.Marks.push_back({(low + high) / 2.0, "A station with a long name"});
+    marks.Spans.push_back({low, high, "A band with a long name"});
+  };
+  for (int i = 0; i < 3; ++i) rig.Play(9000.0);
+  rig.scope.Periodic();
+  rig.analyser.Freeze = false;
+  const std::int64_t before = AllocationsOfThisThread();
+  const int rectangles = surfaces[0].Rectangles + surfaces[1].Rectangles;
+  for (int i = 0; i < 20; ++i) {
+    rig.analyser.Display();
+    rig.scope.Waterfall.Redraw();
+  }
+  EXPECT_EQ(AllocationsOfThisThread() - before, 0);
+  EXPECT_EQ(surfaces[0].Rectangles + surfaces[1].Rectangles - rectangles, 40);  // passband and band
 }
 
 TEST(ScopePanel, AMenuTicksWhatIsInForce) {

@@ -95,6 +95,19 @@ TEST(ScopePointer, AClickTunesWhereTheScaleIsOnTheAirOnly) {
   }
 }
 
+// Where half the picture lies below 0 Hz, a place is no frequency to tune to.
+TEST(ScopePointer, APictureThatReachesBelowZeroTunesNothing) {
+  ScopeRig rig;
+  rig.tuned = 100000;
+  rig.Play(12000.0);
+  rig.Press(0.75, 0.5);
+  EXPECT_EQ(rig.tunings, 0);
+  rig.tuned = 130000;
+  rig.Play(12000.0);
+  rig.Press(0.75, 0.5);
+  EXPECT_EQ(rig.tunings, 1);
+}
+
 TEST(ScopePointer, AFrozenPictureTunesWhatItIsLabelledWith) {
   ScopeRig rig;
   rig.Play(12000.0);
@@ -267,6 +280,28 @@ TEST(ScopeCursor, FollowsThePointerAndTheKeysTuneToIt) {
   press(Key::Up, {.Ctrl = true});
   press(Key::Down, {.Ctrl = true});
   EXPECT_EQ(rig.Text("lblScopeCursor"), "7 208 000 Hz  -6.0 dB");  // it has gone along with the station
+}
+
+TEST(ScopeCursor, ReadsTimeAndValueOfTheOscilloscope) {
+  ScopeRig rig(
+      "[Scope]\nCursor=True\n[SpectrumAnalyser]\n.Mode.1.FastMode=True\n.Mode.1.Chn1.TriggerOn=False\n");
+  rig.Click("chkScopeMode(1)");
+  rig.Set("sldXWidth", "401");
+  rig.Play(1000.0, 0.5);  // 48 samples a turn
+  rig.Hover(12.0 / 400.0, 0.5);
+  EXPECT_EQ(rig.Text("lblScopeCursor"), "0.25 ms  16384");
+  rig.mouse.Point(CtlIndex::ScopeCursor);
+  EXPECT_TRUE(rig.mouse.KeyDown({Key::Up, {}}));
+  EXPECT_TRUE(rig.mouse.KeyDown({Key::Up, {}}));
+  EXPECT_TRUE(rig.mouse.KeyDown({Key::Up, {.Ctrl = true}}));
+  EXPECT_TRUE(rig.mouse.KeyDown({Key::Up, {.Ctrl = true}}));
+  EXPECT_TRUE(rig.mouse.KeyDown({Key::Up, {.Ctrl = true}}));
+  EXPECT_TRUE(rig.mouse.KeyDown({Key::Up, {.Ctrl = true}}));
+  EXPECT_EQ(rig.Text("lblScopeCursor"), "0.75 ms  -16384");
+  rig.mouse.KeyDown({Key::Enter, {}});
+  EXPECT_EQ(rig.tunings, 0);
+  rig.Click("chkScopeMode(2)");
+  EXPECT_FALSE(rig.Seen("lblScopeCursor"));
 }
 
 TEST(ScopeMarks, NamesNeverOverlapAndAClickOnOneTunesExactly) {
