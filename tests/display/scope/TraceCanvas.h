@@ -28,9 +28,7 @@ class TraceCanvas : public Canvas {
   int Height() const override { return height_; }
   void Clear(Colour) override {
     ++Frames;
-    Trace.clear();
-    Texts.clear();
-    Rectangles = 0;
+    Forget();
   }
   void Line(CanvasPoint, CanvasPoint, Ink) override {}
   void Polyline(std::span<const CanvasPoint> points, Ink) override {
@@ -43,7 +41,7 @@ class TraceCanvas : public Canvas {
     Texts.push_back({(at.X - Scale().Left) / UnitX(), (at.Y - Scale().Top) / UnitY(), double(TextWidth(text)),
                      double(TextHeight()), std::string(text)});
   }
-  void Image(int, int, int, int, const std::uint32_t*) override {}
+  void Image(int, int, int, int, const std::uint32_t*) override { Forget(); }  // it covers everything
   int TextWidth(std::string_view text) const override { return 7 * static_cast<int>(text.size()); }
   int TextHeight() const override { return 12; }
   void SetVisible(bool visible) override { Visible = visible; }
@@ -67,6 +65,12 @@ class TraceCanvas : public Canvas {
   std::function<void()> OnTrace = [] {};
 
  private:
+  void Forget() {
+    Trace.clear();
+    Texts.clear();
+    Rectangles = 0;
+  }
+
   int width_, height_;
 };
 
