@@ -10,7 +10,7 @@ namespace quorl {
 namespace {
 
 constexpr Ink kLine{0xFFFFFF, 0.55F};
-constexpr int kTicksToTell = 10;  // half a second
+constexpr int kTicksToTell = 3;  // six times a second and a little more
 constexpr double kMillisecondsPerSample = 1000.0 / FSampling;
 
 }  // namespace
@@ -32,7 +32,7 @@ void ScopeCursor::Place(double bin) {
 
 void ScopeCursor::Follow(const ScopePlace& place) {
   if (!options_.Cursor) return;
-  past_ = PastAt ? PastAt(place) : std::nullopt;
+  place_.emplace(place);
   const clsSpectrumAnalyser& analyser = context_.Analyser;
   const bool time = analyser.Mode() == ScopeMode::Time;
   const double width = time ? analyser.StopBin() - analyser.StartBin() : place.Scale.Width();
@@ -42,7 +42,7 @@ void ScopeCursor::Follow(const ScopePlace& place) {
 
 void ScopeCursor::lblScopeCursor_Wheel() {
   bin_ = context_.Panel.Scrollables(CtlIndex::ScopeCursor).Value;
-  past_.reset();
+  place_.reset();
   Tell();
 }
 
@@ -72,6 +72,7 @@ void ScopeCursor::Periodic() {
 }
 
 void ScopeCursor::Tell() {
+  past_ = place_ && PastAt ? PastAt(*place_) : std::nullopt;
   const bool time = context_.Analyser.Mode() == ScopeMode::Time;
   lblScopeCursor.Caption = (time ? SampleText() : FrequencyText()) + (past_ ? "  " + past_->Time : "");
 }

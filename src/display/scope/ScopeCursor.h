@@ -45,7 +45,8 @@ class ScopeCursor : public ScopeLayer {
   ScopeContext context_;
   const ScopeOptions& options_;
   double bin_ = 0;
-  std::optional<PastPoint> past_;  // under the pointer
+  std::optional<ScopePlace> place_;  // of the pointer, unless the keys have moved the cursor since
+  std::optional<PastPoint> past_;    // what the waterfall shows there
   int ticks_ = 0;
 };
 

@@ -87,6 +87,7 @@ void ScopePointer::picScope_MouseMove(CanvasPicture& picture, const MouseEvent& 
   over_ = &picture;
   at_ = at;
   Renew();
+  if (OnHover) OnHover(PlaceOf(picture, at));
 }
 
 // The lower the pointer, the further a notch.
@@ -101,7 +102,6 @@ void ScopePointer::Renew() {
   if (over_ == nullptr) return;
   TakeFrequency(*over_);
   ShowFrequency();
-  if (OnHover) OnHover(PlaceOf(*over_, at_));
 }
 
 void ScopePointer::TakeFrequency(CanvasPicture& picture) {

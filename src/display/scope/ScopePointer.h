@@ -25,7 +25,7 @@ class ScopePointer {
   void SetWheelTunes(bool tunes);
   // Asked in this order when the left or the middle button goes down; used as long as they are listed.
   std::vector<ScopeGrip*> Grips;
-  // Told each place of a free pointer. May be empty.
+  // Told each place that the pointer comes to with no hold of anything. May be empty.
   std::function<void(const ScopePlace&)> OnHover;
   // The right button. May be empty.
   std::function<void()> OnMenu;

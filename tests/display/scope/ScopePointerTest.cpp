@@ -264,9 +264,11 @@ TEST(ScopeCursor, FollowsThePointerAndTheKeysTuneToIt) {
   rig.Play(12000.0 - 3000.0, 0.5);  // with the oscillator above, 3 kHz over the tuned frequency
   rig.Hover((12000.0 + 3000.0) / kHertzPerBin / 1023.0, 0.5);
   EXPECT_EQ(rig.Text("lblScopeCursor"), "7 208 000 Hz  -6.0 dB");
-  rig.mouse.Point(CtlIndex::ScopeCursor);
+  rig.mouse.EnterControl(CtlIndex::ScopeCursor);  // by the keyboard: the pointer rests where it is
   const auto press = [&](int code, Modifiers with = {}) { EXPECT_TRUE(rig.mouse.KeyDown({code, with})); };
   press(Key::Up);
+  EXPECT_EQ(rig.Text("lblScopeCursor").substr(0, 12), "7 208 234 Hz");
+  for (int i = 0; i < 10; ++i) rig.scope.Periodic();
   EXPECT_EQ(rig.Text("lblScopeCursor").substr(0, 12), "7 208 234 Hz");
   press(Key::Down, {.Shift = true});
   press(Key::Up, {.Shift = true});
