@@ -17,7 +17,7 @@ InterruptWatcher::InterruptWatcher(Files& files) : files_(files) {
 InterruptWatcher::~InterruptWatcher() {
   if (thread_.joinable()) {
     done_ = true;
-    pthread_kill(thread_.native_handle(), SIGTERM);
+    pthread_kill(thread_.native_handle(), SIGINT);
     thread_.join();
   }
   pthread_sigmask(SIG_SETMASK, &before_, nullptr);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -34,7 +35,7 @@ class RecordingBlocks {
 
   std::unique_ptr<SampleReader> reader_;
   std::string name_;
-  std::array<std::int16_t, 2 * SamplesPerEvent> interleaved_{};
+  std::array<std::int16_t, std::size_t{2} * SamplesPerEvent> interleaved_{};
   std::array<std::int16_t, SamplesPerEvent> left_{}, right_{};
 };
 

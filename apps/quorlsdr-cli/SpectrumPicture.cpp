@@ -42,12 +42,22 @@ double RoundStep(double least) {
   return 10.0 * ten;
 }
 
+// All multiples of `step` from `low` to `high`.
+template <typename Each>
+void EachStep(double low, double high, double step, Each&& each) {
+  constexpr double kSlack = 1e-6;  // a multiple at the very end is one of them
+  const std::int64_t last = std::llround(std::floor(high / step + kSlack));
+  for (std::int64_t n = std::llround(std::ceil(low / step - kSlack)); n <= last; ++n)
+    each(static_cast<double>(n) * step);
+}
+
 struct Levels {
   double Top, Floor;
 };
 
 double Median(const std::vector<Point>& points) {
   std::vector<float> levels;
+  levels.reserve(points.size());
   for (const Point& point : points) levels.push_back(point.Decibels);
   const auto middle = levels.begin() + static_cast<std::ptrdiff_t>(levels.size() / 2);
   std::nth_element(levels.begin(), middle, levels.end());
@@ -78,7 +88,7 @@ class Painter {
       : meter_(meter),
         from_(from),
         lines_(static_cast<int>(meter.Lines().Count())),
-        lineHeight_(std::max(static_cast<int>(LineCollector::kRows) / lines_, 1)),
+        lineHeight_(std::max(static_cast<int>(LineCollector::kRows) / std::max(lines_, 1), 1)),
         scale_(meter.Frequencies()),
         canvas_(kLeft + kPlotWidth + kRight, kWaterfallTop + lines_ * lineHeight_ + kBottom) {
     UsePixels(canvas_);
@@ -103,12 +113,12 @@ class Painter {
   }
   template <typename Each>
   void EachFrequency(Each&& each) const {
-    const double step = FrequencyStep(), last = scale_.FrequencyAt(scale_.Width());
-    for (double n = std::ceil(scale_.FrequencyAt(0.0) / step); n * step <= last; ++n) each(n * step);
+    EachStep(scale_.FrequencyAt(0.0), scale_.FrequencyAt(scale_.Width()), FrequencyStep(), each);
   }
 
   void Trace(Canvas& plot, const std::vector<Point>& points, Ink ink, double floor, bool filled) const {
     std::vector<CanvasPoint> line;
+    line.reserve(points.size());
     for (const Point& point : points)
       line.push_back({static_cast<float>(scale_.XAt(point.Hertz)), point.Decibels});
     if (filled) plot.FillUnder(line, static_cast<float>(floor), kFillInk);
@@ -123,11 +133,11 @@ class Painter {
     const auto y = [&](double level) {
       return static_cast<float>((levels.Top - level) / (levels.Top - levels.Floor) * kSpectrumHeight);
     };
-    for (double level = levels.Top; level >= levels.Floor; level -= step) {
+    EachStep(levels.Floor, levels.Top, step, [&](double level) {
       const auto at = static_cast<float>(level);
       plot.Line({0.0F, at}, {static_cast<float>(scale_.Width()), at}, kGridInk);
       Label(kTop + y(level), Format("%.0f", level));
-    }
+    });
     EachFrequency([&](double hertz) {
       const auto x = static_cast<float>(scale_.XAt(hertz));
       plot.Line({x, static_cast<float>(levels.Top)}, {x, static_cast<float>(levels.Floor)}, kGridInk);
@@ -184,8 +194,9 @@ class Painter {
     const double secondsPerPixel =
         meter_.Lines().BlocksPerLine() * static_cast<double>(BlockSeconds) / lineHeight_;
     const double height = lines_ * lineHeight_, step = TimeStep(secondsPerPixel * kLabelHeight);
-    for (double n = std::ceil(from_ / step); (n * step - from_) / secondsPerPixel <= height; ++n)
-      Label(kWaterfallTop + height - (n * step - from_) / secondsPerPixel, TimeText(n * step, step));
+    EachStep(from_, from_ + height * secondsPerPixel, step, [&](double time) {
+      Label(kWaterfallTop + height - (time - from_) / secondsPerPixel, TimeText(time, step));
+    });
   }
 
   static double TimeStep(double least) {
@@ -219,11 +230,11 @@ class Painter {
       bar.insert(bar.end(), kBarWidth, PaletteColour(Palette::Viridis, 1.0 - (y + 0.5) / height));
     canvas_.Image(static_cast<int>(left), kWaterfallTop, kBarWidth, height, bar.data());
     const double range = levels.Top - levels.Floor, step = RoundStep(range * kLabelHeight / height);
-    for (double level = std::floor(levels.Top / step) * step; level >= levels.Floor; level -= step) {
+    EachStep(levels.Floor, levels.Top, step, [&](double level) {
       const auto y = static_cast<float>(top + (levels.Top - level) / range * height);
       canvas_.Text({left + kBarWidth + kGap, y}, Format("%.0f", level), kTextInk, TextSide::Right,
                    TextLevel::Middle);
-    }
+    });
   }
 
   const SpectrumMeter& meter_;

@@ -5,6 +5,8 @@
 
 namespace quorl {
 
+JsonReport::JsonReport() = default;
+
 JsonReport& JsonReport::Add(const std::string& key, double value, int decimals) {
   const double scale = std::pow(10.0, decimals);
   line_[key] = std::round(value * scale) / scale;

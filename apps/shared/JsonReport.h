@@ -10,6 +10,7 @@ namespace quorl {
 // Keys stay in the order in which they come; a number that is none (0 by 0) becomes null.
 class JsonReport {
  public:
+  JsonReport();
   JsonReport& Add(const std::string& key, std::integral auto value) {
     line_[key] = value;
     return *this;

@@ -6,12 +6,12 @@ namespace quorl {
 
 namespace {
 
-constexpr int kAcross = 16;  // glyphs side by side in the drawing, from the blank on
+constexpr std::size_t kAcross = 16;  // glyphs side by side in the drawing, from the blank on
 constexpr int kRows = BitmapFont::kGlyphHeight;
-constexpr int kFirst = ' ', kLast = 0x7F;  // the last is a box, for what the font doesn't have
+constexpr unsigned kFirst = ' ', kLast = 0x7F;  // the last is a box, for what the font doesn't have
 
 // clang-format off
-constexpr std::array<std::string_view, 6 * kRows> kDrawing = {
+constexpr std::array<std::string_view, std::size_t{6} * kRows> kDrawing = {
     "..... ..#.. .#.#. .#.#. ..#.. ##..# .##.. ..#.. ...#. .#... ..... ..... ..... ..... ..... ....#",
     "..... ..#.. .#.#. .#.#. .#### ##..# #..#. ..#.. ..#.. ..#.. ..#.. ..#.. ..... ..... ..... ....#",
     "..... ..#.. .#.#. ##### #.#.. ...#. #.#.. ..#.. .#... ...#. #.#.# ..#.. ..... ..... ..... ...#.",
@@ -78,10 +78,10 @@ constexpr std::array<std::string_view, 6 * kRows> kDrawing = {
 
 bool BitmapFont::IsInk(char character, int x, int y) {
   if (x < 0 || x >= kGlyphWidth || y < 0 || y >= kRows) return false;
-  const int code = static_cast<unsigned char>(character);
-  const int glyph = (code < kFirst || code > kLast ? kLast : code) - kFirst;
-  const auto row = static_cast<std::size_t>(glyph / kAcross * kRows + y);
-  return kDrawing[row][static_cast<std::size_t>(glyph % kAcross * (kGlyphWidth + 1) + x)] == '#';
+  const unsigned code = static_cast<unsigned char>(character);
+  const std::size_t glyph = (code < kFirst || code > kLast ? kLast : code) - kFirst;
+  const std::size_t row = glyph / kAcross * kRows + static_cast<std::size_t>(y);
+  return kDrawing[row][glyph % kAcross * kAdvance + static_cast<std::size_t>(x)] == '#';
 }
 
 int BitmapFont::Width(std::string_view text) {

@@ -101,7 +101,7 @@ void WaterfallHistory::Store() {
   for (std::size_t bin = 0; bin < pendingBins_; ++bin) {
     const float below = -kHalfDecibels * std::log2(pending_[bin] * scale);
     levels_[entry.Place + bin] =
-        below < 255.0F ? static_cast<std::uint8_t>(std::max(below, 0.0F) + 0.5F) : std::uint8_t{255};
+        below < 255.0F ? static_cast<std::uint8_t>(std::lrint(std::max(below, 0.0F))) : std::uint8_t{255};
   }
   pendingBlocks_ = 0;
 }

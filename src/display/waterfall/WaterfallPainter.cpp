@@ -84,9 +84,10 @@ void WaterfallPainter::ComputeRow(const WaterfallHistory& history, int row) {
     std::fill_n(out, Size(view_.LineHeight) * Size(view_.Width), kGround);
     return;
   }
-  const WaterfallHistory::Line line = history.At(number);
-  line.Levels.empty() ? ComputeGap(number, out) : ComputeLine(line, out);
-  for (int copy = 1; copy < view_.LineHeight; ++copy) std::copy_n(out, view_.Width, out + copy * view_.Width);
+  const WaterfallHistory::Line remembered = history.At(number);
+  remembered.Levels.empty() ? ComputeGap(number, out) : ComputeLine(remembered, out);
+  const std::uint32_t* line = out;
+  for (int copy = 1; copy < view_.LineHeight; ++copy) std::copy_n(line, view_.Width, out += view_.Width);
 }
 
 void WaterfallPainter::ComputeGap(std::int64_t number, std::uint32_t* out) const {
