@@ -13,6 +13,7 @@ namespace {
 constexpr int kColumns = 12, kRows = 10;
 constexpr double kColumnShare = 12.01;  // the hundredth keeps the last line on the surface
 constexpr int kGap = 6;                 // pixels between labels
+constexpr float kLineOpacity = 0.5F;    // the traces stand out from them
 constexpr double kSamplesPerMillisecond = FSampling / 1000.0;
 
 // A number as text, without taking memory.
@@ -52,11 +53,15 @@ double RoundStep(double least) {
   return 10.0 * power;
 }
 
+enum class GridPart { Lines, Labels };
+
+// Draws one part of the grid and passes over the other.
 class Pen {
  public:
-  Pen(Canvas& canvas, const FramePlan& plan)
+  Pen(Canvas& canvas, const FramePlan& plan, GridPart part)
       : canvas_(canvas),
         colours_(plan.Colours),
+        part_(part),
         left_(plan.Scale.Left),
         top_(plan.Scale.Top),
         right_(left_ + plan.Scale.Width),
@@ -66,6 +71,7 @@ class Pen {
   void Row(double y) { Line(left_, y, right_, y); }
   // Beside or under its column, at the lower edge.
   void ColumnLabel(double x, std::string_view text, bool centred) {
+    if (part_ != GridPart::Labels) return;
     const int width = canvas_.TextWidth(text);
     const double pixel = (x - left_) / canvas_.UnitX() + (centred ? -width / 2.0 : kGap / 2.0);
     if (pixel < columnsUsed_ || pixel + width > canvas_.Width()) return;
@@ -75,6 +81,7 @@ class Pen {
   }
   // Under its row, at the left edge.
   void RowLabel(double y, std::string_view text) {
+    if (part_ != GridPart::Labels) return;
     const double pixel = (y - top_) / canvas_.UnitY();
     const int height = canvas_.TextHeight();
     if (pixel < rowsUsed_ || pixel + 2 * height > canvas_.Height()) return;
@@ -85,12 +92,14 @@ class Pen {
 
  private:
   void Line(double x1, double y1, double x2, double y2) {
+    if (part_ != GridPart::Lines) return;
     canvas_.Line({static_cast<float>(x1), static_cast<float>(y1)},
-                 {static_cast<float>(x2), static_cast<float>(y2)}, {colours_.Graticule});
+                 {static_cast<float>(x2), static_cast<float>(y2)}, {colours_.Graticule, kLineOpacity});
   }
 
   Canvas& canvas_;
   const ScopeColours& colours_;
+  GridPart part_;
   double left_, top_, right_, bottom_;
   double columnsUsed_ = 0, rowsUsed_ = 0;  // pixels that labels have taken so far
 };
@@ -163,12 +172,20 @@ void DrawRoundGrid(Canvas& canvas, Pen& pen, const FramePlan& plan) {
   }
 }
 
+void DrawGrid(Canvas& canvas, const FramePlan& plan, GridPart part) {
+  Pen pen(canvas, plan, part);
+  plan.LevelView ? DrawRoundGrid(canvas, pen, plan) : DrawFixedGrid(pen, plan);
+}
+
 }  // namespace
 
 void DrawGraticule(Canvas& canvas, const FramePlan& plan) {
   canvas.Clear(plan.Colours.Back);
-  Pen pen(canvas, plan);
-  plan.LevelView ? DrawRoundGrid(canvas, pen, plan) : DrawFixedGrid(pen, plan);
+  DrawGrid(canvas, plan, GridPart::Lines);
+}
+
+void DrawGraticuleLabels(Canvas& canvas, const FramePlan& plan) {
+  DrawGrid(canvas, plan, GridPart::Labels);
 }
 
 }  // namespace quorl

@@ -305,6 +305,7 @@ bool clsSpectrumAnalyser::RenderOn(Canvas& surface) {
     layer->Draw(surface, plan_);
   }
   surface.SetScale(plan_.Scale);
+  DrawGraticuleLabels(surface, plan_);
   return true;
 }
 

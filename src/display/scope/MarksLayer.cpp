@@ -37,7 +37,9 @@ void MarksLayer::Draw(Canvas& canvas, const ScopeFrame& frame) {
   standings_ = 0;
   if (frame.Mode != ScopeMode::Frequency || !frame.Frequencies.OnAir) return;
   if (options_.BandShading) DrawSpans(canvas, frame);
-  if (options_.Names) DrawMarks(canvas, frame);
+  if (options_.Names) DrawTicks(canvas, frame);
+  if (options_.BandShading) NameSpans(canvas, frame);
+  if (options_.Names) NameMarks(canvas, frame);
 }
 
 // Pixels: the labels of the rows stand at the left edge.
@@ -45,21 +47,28 @@ double MarksLayer::LeftOfAll(const Canvas& canvas, const ScopeFrame& frame) cons
   return canvas.TextWidth(frame.LevelView ? "-000 dB" : "000000000") + kGap;
 }
 
-// The names of the spans stand in the row under those of the marks, each within its span.
 void MarksLayer::DrawSpans(Canvas& canvas, const ScopeFrame& frame) {
   const FrequencyScale& scale = frame.Frequencies;
   const auto top = static_cast<float>(frame.Scale.Top);
   const auto bottom = static_cast<float>(frame.Scale.Top + frame.Scale.Height);
+  for (const FrequencySpan& span : marks_.Spans) {
+    const double low = std::max(scale.XAt(span.Low), 0.0);
+    const double high = std::min(scale.XAt(span.High), scale.Width());
+    if (low < high) canvas.Rectangle({float(low), top}, {float(high), bottom}, kSpan);
+  }
+}
+
+// In the row under those of the marks, each within its span.
+void MarksLayer::NameSpans(Canvas& canvas, const ScopeFrame& frame) {
+  const FrequencyScale& scale = frame.Frequencies;
   const double row = kFromTop + kRows * canvas.TextHeight();
   double free = LeftOfAll(canvas, frame);  // pixels: what is left of it is taken
   for (const FrequencySpan& span : marks_.Spans) {
     const double low = std::max(scale.XAt(span.Low), 0.0);
     const double high = std::min(scale.XAt(span.High), scale.Width());
-    if (low >= high) continue;
-    canvas.Rectangle({float(low), top}, {float(high), bottom}, kSpan);
     const double left = std::max(low / canvas.UnitX() + kBesideTick, free);
     const double right = left + canvas.TextWidth(span.Text);
-    if (right > high / canvas.UnitX()) continue;
+    if (low >= high || right > high / canvas.UnitX()) continue;
     canvas.Text({float(left * canvas.UnitX()), float(frame.Scale.Top + row * canvas.UnitY())}, span.Text,
                 kSpanName);
     free = right + kGap;
@@ -67,12 +76,13 @@ void MarksLayer::DrawSpans(Canvas& canvas, const ScopeFrame& frame) {
 }
 
 // From left to right, each name in the first row that has room; where none has, its tick alone is drawn.
-void MarksLayer::DrawMarks(Canvas& canvas, const ScopeFrame& frame) {
+void MarksLayer::DrawTicks(Canvas& canvas, const ScopeFrame& frame) {
   const FrequencyScale& scale = frame.Frequencies;
   const double height = canvas.TextHeight();
   std::array<double, kRows> free;
   free.fill(LeftOfAll(canvas, frame));
-  for (const FrequencyMark& mark : marks_.Marks) {
+  for (std::size_t i = 0; i < marks_.Marks.size(); ++i) {
+    const FrequencyMark& mark = marks_.Marks[i];
     const double x = scale.XAt(mark.Hertz);
     if (x < 0.0 || x > scale.Width()) continue;
     const double left = x / canvas.UnitX() + kBesideTick, right = left + canvas.TextWidth(mark.Text);
@@ -83,10 +93,17 @@ void MarksLayer::DrawMarks(Canvas& canvas, const ScopeFrame& frame) {
     canvas.Line({float(x), float(frame.Scale.Top + top * canvas.UnitY())},
                 {float(x), float(frame.Scale.Top + bottom * canvas.UnitY())}, kTick);
     if (!fits) continue;
-    canvas.Text({float(left * canvas.UnitX()), float(frame.Scale.Top + top * canvas.UnitY())}, mark.Text,
-                kName);
     *row = right + kGap;
-    standing_[standings_++] = {left, top, right, top + height, mark.Hertz};
+    standing_[standings_++] = {left, top, right, top + height, mark.Hertz, i};
+  }
+}
+
+// After all ticks, so that no name is struck through.
+void MarksLayer::NameMarks(Canvas& canvas, const ScopeFrame& frame) {
+  for (std::size_t i = 0; i < standings_; ++i) {
+    const Standing& name = standing_[i];
+    canvas.Text({float(name.Left * canvas.UnitX()), float(frame.Scale.Top + name.Top * canvas.UnitY())},
+                marks_.Marks[name.Mark].Text, kName);
   }
 }
 

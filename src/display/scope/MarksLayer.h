@@ -31,11 +31,14 @@ class MarksLayer : public ScopeLayer, public ScopeGrip {
   struct Standing {
     double Left = 0, Top = 0, Right = 0, Bottom = 0;
     double Hertz = 0;
+    std::size_t Mark = 0;  // of marks_
   };
 
   double LeftOfAll(const Canvas& canvas, const ScopeFrame& frame) const;
   void DrawSpans(Canvas& canvas, const ScopeFrame& frame);
-  void DrawMarks(Canvas& canvas, const ScopeFrame& frame);
+  void DrawTicks(Canvas& canvas, const ScopeFrame& frame);
+  void NameSpans(Canvas& canvas, const ScopeFrame& frame);
+  void NameMarks(Canvas& canvas, const ScopeFrame& frame);
 
   ScopeContext context_;
   const ScopeOptions& options_;

@@ -109,7 +109,7 @@ void ScopePanel::ConnectPictures() {
 
 // Ground first, then what is written on it.
 void ScopePanel::ConnectLayers() {
-  SpectrumAnalyser.Layers = {&passband_, &Marks, &Cursor};
+  SpectrumAnalyser.Layers = {&passband_, &Cursor, &Marks};
 }
 
 void ScopePanel::Create(const SettingsStore& store) {
