@@ -133,28 +133,33 @@ TEST_F(RefusalTest, FullDiskIsAFailureThatLeavesNothingBehind) {
 }
 
 TEST_F(RefusalTest, InterruptionLeavesNothingBehind) {
-  int pipe[2];
-  ASSERT_EQ(::pipe(pipe), 0);
   const std::string errors = folder_.string() + ".err";
-  const pid_t child = fork();
-  if (child == 0) {
-    dup2(pipe[0], STDIN_FILENO);
+  for (std::vector<const char*> arguments :
+       {std::vector<const char*>{QUORL_CLI, "receive", "-", "out.wav"},
+        {QUORL_CLI, "spectrum", "-", "--csv", "table.csv", "--png", "out.wav"}}) {
+    int pipe[2];
+    ASSERT_EQ(::pipe(pipe), 0);
+    arguments.push_back(nullptr);
+    const pid_t child = fork();
+    if (child == 0) {
+      dup2(pipe[0], STDIN_FILENO);
+      ::close(pipe[1]);
+      const int err = ::open(errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+      dup2(err, STDERR_FILENO);
+      if (chdir(folder_.c_str()) == 0) execv(QUORL_CLI, const_cast<char* const*>(arguments.data()));
+      _exit(127);
+    }
+    ::close(pipe[0]);
+    // The child waits for samples that never come; its temporary file shows that it has begun.
+    while (Files() == "out.wav" && waitpid(child, nullptr, WNOHANG) == 0) std::this_thread::yield();
+    kill(child, SIGTERM);
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
     ::close(pipe[1]);
-    const int err = ::open(errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    dup2(err, STDERR_FILENO);
-    if (chdir(folder_.c_str()) == 0) execl(QUORL_CLI, QUORL_CLI, "receive", "-", "out.wav", nullptr);
-    _exit(127);
+    ASSERT_TRUE(WIFEXITED(status));
+    ExpectOneLine({WEXITSTATUS(status), "", Slurp(errors)}, 1, "out.wav: interrupted");
+    ExpectNothingDone("out.wav");
   }
-  ::close(pipe[0]);
-  // The child waits for samples that never come; its temporary file shows that it has begun.
-  while (Files() == "out.wav" && waitpid(child, nullptr, WNOHANG) == 0) std::this_thread::yield();
-  kill(child, SIGTERM);
-  int status = 0;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  ::close(pipe[1]);
-  ASSERT_TRUE(WIFEXITED(status));
-  ExpectOneLine({WEXITSTATUS(status), "", Slurp(errors)}, 1, "out.wav: interrupted");
-  ExpectNothingDone("out.wav");
 }
 
 }  // namespace

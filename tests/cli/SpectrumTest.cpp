@@ -143,6 +143,27 @@ TEST_F(SpectrumTest, PictureIsAPngAndTheTableGoesWhereItIsTold) {
   EXPECT_EQ(Files(), "other.png table.csv tone.png tone.wav");
 }
 
+// Big-endian, in the header of a PNG file.
+int PngHeight(const std::string& png) {
+  int height = 0;
+  for (std::size_t at = 20; at < 24; ++at) height = height << 8 | static_cast<unsigned char>(png.at(at));
+  return height;
+}
+
+TEST_F(SpectrumTest, PictureOfALongRecordingIsNoHigherThanThatOfAShortOne) {
+  const auto height = [this](std::size_t blocks) {
+    PutWav("in.wav", Tone(600 * kBin, kFull, blocks * kBlock));
+    EXPECT_EQ(Cli("spectrum in.wav --png out.png").ExitCode, 0);
+    return PngHeight(Get("out.png"));
+  };
+  // 20 lines of 20 pixels are as high as 400 of one; from 800 lines on two blocks share one.
+  const int rest = height(20) - 400;
+  EXPECT_GT(rest, 320);
+  EXPECT_EQ(height(800), rest + 800);
+  EXPECT_EQ(height(801), rest + 401);
+  EXPECT_EQ(height(900), rest + 450);
+}
+
 TEST_F(SpectrumTest, WhatCannotBeIsRefusedInOneLineAndLeavesTheTargetAlone) {
   PutWav("in.wav", std::vector<std::int16_t>(3 * kBlock));
   Put("out.png", "old content");
