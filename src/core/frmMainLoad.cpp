@@ -288,9 +288,9 @@ void frmMain::ConnectHousekeeping() {
 }
 
 void frmMain::SetSeen(bool seen) {
-  if (loading_ || unloaded_) return;
-  tuning_.tmrTune.SetInterval(seen ? kTuneInterval : kUnseenTuneInterval);
+  if (unloaded_) return;
   scope_.SetSeen(seen);
+  if (!loading_) tuning_.tmrTune.SetInterval(seen ? kTuneInterval : kUnseenTuneInterval);
 }
 
 void frmMain::EnableTimers() {

@@ -118,6 +118,12 @@ void ScopeWindow::Zoom(double factor, double share) {
 
 // Whole within the band, whatever is asked for.
 void ScopeWindow::Place(double start, int width) {
+  const std::int32_t mode = context_.Analyser.Mode();
+  if (mode != ScopeMode::Frequency) {
+    // A block is shown from its trigger on: there is a width, but no place.
+    if (mode == ScopeMode::Time) sldXWidth.SetValue(width);
+    return;
+  }
   const int left = RoundHalfEven(std::clamp(start, 0.0, static_cast<double>(Range() - width)));
   {
     ScopedFlag guard(moving_);

@@ -192,6 +192,21 @@ TEST(ScopeGestures, ZoomAndPanKeepWhatIsUnderThePointer) {
   EXPECT_EQ(rig.tunings, 0);
 }
 
+TEST(ScopeGestures, TheOscilloscopeZoomsAndLeavesTheBandsWindow) {
+  ScopeRig rig("[Scope]\nGestures=True\n");
+  rig.Set("sldXCentre", "700");
+  rig.Click("chkScopeMode(1)");
+  rig.Play(1000.0);
+  hand::Turn(rig.scope.picScope, 4, {.X = 0.2});
+  EXPECT_NEAR(rig.analyser.DisplayWidth, 1023 / std::pow(1.25, 4), 3.0);
+  rig.Drag(0.2, 0.5, 0.7, 0.5, MouseButton::Middle);
+  hand::Turn(rig.scope.picScope, 4, {.With = {.Shift = true}});
+  rig.Click("chkScopeMode(2)");
+  hand::Turn(rig.scope.picScope, 4, {.X = 0.2});
+  EXPECT_EQ(rig.Text("sldXCentre"), "700");
+  EXPECT_EQ(rig.analyser.StartX, 0);
+}
+
 TEST(ScopeGestures, PullingTheLabelsTunesOnceATick) {
   ScopeRig rig;
   rig.Play(12000.0);
