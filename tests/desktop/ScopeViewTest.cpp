@@ -245,6 +245,7 @@ TEST_F(ScopeViewTest, AFrequencyIsTypedOverTheDisplay) {
   clock.Flush();
   ASSERT_TRUE(entry->Line().hasFocus());
   EXPECT_EQ(entry->geometry(), below->geometry());
+  EXPECT_EQ(entry->Line().geometry(), entry->rect()) << "nothing of what is under it is seen";
   QTest::keyClicks(&entry->Line(), "205M");
   EXPECT_EQ(text.Value(), "7205M") << "goes on after the key that has brought it";
   for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Return, Qt::Key_Escape}) QTest::keyClick(&entry->Line(), key);
@@ -253,7 +254,9 @@ TEST_F(ScopeViewTest, AFrequencyIsTypedOverTheDisplay) {
   text.ForeColour = 0x0000FF;
   text.ToolTip = std::string("Beyond the chip");
   clock.Flush();
-  EXPECT_TRUE(skin::IsAlarm(entry->Line().palette().color(QPalette::Text)));
+  const QColor wrong = entry->Line().palette().color(QPalette::Text);
+  EXPECT_TRUE(skin::IsAlarm(wrong));
+  EXPECT_GE(skin::Contrast(wrong, QColor(skin::kFace)), skin::kTitleContrast);
   EXPECT_EQ(QToolTip::text(), "Beyond the chip");
   text.ForeColour = 0;
   text.ToolTip = std::string();

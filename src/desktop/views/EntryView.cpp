@@ -21,6 +21,7 @@ EntryView::EntryView(RefreshClock& clock, TextBox& text, QWidget* anchor)
   SetSizes(QSizePolicy::Fixed, QSizePolicy::Fixed, false);
   SetPrompt();
   Line().setFont(skin::NumberFont(kPixels));
+  Line().setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   Line().installEventFilter(this);
   hide();
 }
