@@ -1,5 +1,6 @@
 #!/bin/sh
-# Makes the pictures of the panel in docs/pictures: the four display sizes at 1x and 2x, off screen, on the demo band.
+# Makes the pictures of the panel in docs/pictures, off screen, on the demo band: the four display sizes at 1x and 2x,
+# and the scope in its modes.
 # Usage: tools/make_screenshots.sh [PROGRAM]
 set -eu
 cd "$(dirname "$0")/.."
@@ -9,7 +10,7 @@ trap 'rm -rf "$work"' EXIT
 mkdir -p docs/pictures
 cat > "$work/script.txt" <<'SCRIPT'
 hover lbl7Seg(4)
-wait 4000
+wait 14000
 click optDisplaySize(1)
 shot docs/pictures/panel-std.png
 shot docs/pictures/panel-std-2x.png 2
@@ -22,6 +23,22 @@ shot docs/pictures/panel-full-2x.png 2
 click optDisplaySize(2)
 shot docs/pictures/panel-comp.png
 shot docs/pictures/panel-comp-2x.png 2
+click optDisplaySize(1)
+hover picScope 0.62 0.55
+choose mnuScope Fill
+choose mnuScope Peaks fall
+click chkScopeShowFilters
+wait 4000
+shot docs/pictures/scope-spectrum.png 1 frScope
+choose mnuScope Fill
+choose mnuScope Peaks fall
+hover lbl7Seg(4)
+click chkScopeMode(1)
+click optSpectrumSource(3)
+click chkChn2On
+set sldXWidth 400
+wait 2000
+shot docs/pictures/scope-time.png 1 frScope
 quit
 SCRIPT
 QT_QPA_PLATFORM=offscreen "$program" --demo --virtual-time --settings "$work/demo.ini" --folder data/bandplans \
