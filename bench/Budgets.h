@@ -2,7 +2,7 @@
 #pragma once
 
 #include <algorithm>
-#include <chrono>
+#include <ctime>
 #include <functional>
 #include <vector>
 
@@ -13,14 +13,13 @@ struct Budget {
   double Milliseconds, Limit;
 };
 
-// Seconds of one call, the quickest of some short runs of `calls`.
+// Processor seconds of one call, the quickest of some short runs of `calls`.
 inline double SecondsOf(const std::function<void()>& work, int calls = 24) {
   double best = 1.0;
   for (int run = 0; run < 8; ++run) {
-    const auto begin = std::chrono::steady_clock::now();
+    const std::clock_t begin = std::clock();
     for (int call = 0; call < calls; ++call) work();
-    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begin;
-    best = std::min(best, time.count() / calls);
+    best = std::min(best, double(std::clock() - begin) / CLOCKS_PER_SEC / calls);
   }
   return best;
 }

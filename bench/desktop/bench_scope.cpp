@@ -23,10 +23,7 @@ struct Surfaces {
   Surfaces(int height, double ratio) {
     for (QtCanvas* canvas : {&First, &Second}) canvas->Resize({kWidth, height}, ratio);
   }
-  void Paint(QPainter& painter) {
-    QtCanvas& shown = First.IsVisible() ? First : Second;
-    shown.CopyTo(painter, QRect(0, 0, shown.Width(), shown.Height()));
-  }
+  void Paint(QPainter& painter) { (First.IsVisible() ? First : Second).CopyTo(painter); }
   QtCanvas First, Second;
 };
 
@@ -72,7 +69,6 @@ class Scope {
     painter.translate(0, kSpectrumHeight);
     waterfall_.Paint(painter);
   }
-  const QImage& Seen() const { return window_; }
 
  private:
   KernelSettings settings_;

@@ -139,6 +139,31 @@ TEST_F(ScopeViewTest, APictureOfTheWindowHasItsFineness) {
   EXPECT_EQ(ratios, (std::vector<double>{2, 1}));
 }
 
+TEST_F(ScopeViewTest, APartIsCopiedPixelByPixelAtAnyRatio) {
+  for (const double ratio : {1.0, 1.25, 1.5, 2.0}) {
+    view->SetRatio(ratio);
+    Canvas& surface = *spectrum.Surface0();
+    surface.Clear(0);
+    surface.SetScale({0, 0, surface.Width() * ratio, surface.Height() * ratio});
+    for (float x = 0; x < 600; x += 2) surface.Line({x, 0}, {x, 200}, {0xFFFFFF});
+    QImage image(view->size() * ratio, QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::red);
+    view->render(&image, QPoint(33, 21), QRegion(33, 21, 61, 33), {});
+    int mixed = 0, seen = 0;
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) {
+        const QRgb pixel = image.pixel(x, y) | 0xFF000000;
+        seen += pixel != 0xFFFF0000;
+        mixed += pixel != 0xFFFF0000 && pixel != 0xFFFFFFFF && pixel != skin::kScopeGround;
+      }
+    }
+    EXPECT_GT(seen, 1000) << ratio;
+    EXPECT_EQ(mixed, 0) << ratio;
+  }
+  view->SetRatio(0);
+}
+
 TEST_F(ScopeViewTest, GesturesGoToTheControlWithTheirPlace) {
   const auto note = [this](const char* what) {
     return [this, what](const MouseEvent& at) {

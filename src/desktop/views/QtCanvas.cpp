@@ -32,7 +32,7 @@ class Mixture {
   }
   void Take(const QRgb* from, QRgb* to, int count) const {
     const auto* in = reinterpret_cast<const uchar*>(from);
-    auto* __restrict out = reinterpret_cast<uchar*>(to);
+    auto* out = reinterpret_cast<uchar*>(to);
     const quint16 rest = rest_, blue = added_[0], green = added_[1], red = added_[2], whole = added_[3];
     const auto mixed = [rest](uchar under, quint16 added) {
       return static_cast<uchar>(static_cast<quint16>(under * rest + added) >> 8);
@@ -79,11 +79,10 @@ QImage QtCanvas::Pixels() {
           image_.bytesPerLine(), image_.format()};
 }
 
-void QtCanvas::CopyTo(QPainter& painter, const QRect& part) {
+void QtCanvas::CopyTo(QPainter& painter) {
   QImage shown = Pixels();
   shown.setDevicePixelRatio(ratio_);
-  const QRectF source(part.x() * ratio_, part.y() * ratio_, part.width() * ratio_, part.height() * ratio_);
-  painter.drawImage(part.topLeft(), shown, source);
+  painter.drawImage(QPointF(0, 0), shown);
 }
 
 QPainter& QtCanvas::Painter() {
@@ -125,7 +124,17 @@ void QtCanvas::Line(CanvasPoint from, CanvasPoint to, Ink ink) {
   const int right = within(std::max(a.x(), b.x()), image_.width());
   const int top = within(std::min(a.y(), b.y()), image_.height());
   const int bottom = within(std::max(a.y(), b.y()), image_.height());
-  Painter().fillRect(QRect(QPoint(left, top), QPoint(right, bottom)), ColourOf(ink));
+  Fill(QRect(QPoint(left, top), QPoint(right, bottom)), ink);
+}
+
+// The painter would hand a translucent area to other threads and wait for them, however small it is.
+void QtCanvas::Fill(const QRect& area, Ink ink) {
+  const QRect seen = area & image_.rect();
+  const Mixture mixture(skin::ColourOf(ink.Value), ink.Opacity);
+  for (int y = seen.top(); y <= seen.bottom(); ++y) {
+    QRgb* row = pixels_.data() + static_cast<std::ptrdiff_t>(y) * image_.width() + seen.left();
+    mixture.Take(row, row, seen.width());
+  }
 }
 
 void QtCanvas::Polyline(std::span<const CanvasPoint> points, Ink ink) {
@@ -140,7 +149,7 @@ void QtCanvas::Rectangle(CanvasPoint corner, CanvasPoint opposite, Ink ink) {
   const QPoint first(qRound(area.left()), qRound(area.top()));
   const QPoint beyond(std::max(first.x() + 1, qRound(area.right())),
                       std::max(first.y() + 1, qRound(area.bottom())));
-  Painter().fillRect(QRect(first, QSize(beyond.x() - first.x(), beyond.y() - first.y())), ColourOf(ink));
+  Fill(QRect(first, QSize(beyond.x() - first.x(), beyond.y() - first.y())), ink);
 }
 
 void QtCanvas::FillUnder(std::span<const CanvasPoint> points, float base, Ink ink) {

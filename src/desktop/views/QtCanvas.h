@@ -21,8 +21,8 @@ class QtCanvas : public Canvas {
   // Pixels, at least one, and device pixels for each of them. What was there stays, stretched.
   void Resize(const QSize& size, double ratio);
   bool IsVisible() const { return visible_; }
-  // Copies a part (in pixels) to the same place of `painter`.
-  void CopyTo(QPainter& painter, const QRect& part);
+  // Copies it to the origin of `painter`, as far as that is clipped to: pixel by pixel at any ratio.
+  void CopyTo(QPainter& painter);
   // What has been drawn, in device pixels; valid until the next Resize.
   QImage Pixels();
 
@@ -44,6 +44,7 @@ class QtCanvas : public Canvas {
   QPointF Device(CanvasPoint point) const;
   QPainter& Painter();
   void EndPainting();
+  void Fill(const QRect& area, Ink ink);  // device pixels
 
   std::function<void()> shown_;
   QSize size_{1, 1};

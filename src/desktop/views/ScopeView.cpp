@@ -50,7 +50,7 @@ void ScopeView::paintEvent(QPaintEvent* event) {
     painter.fillRect(event->rect(), QColor(skin::kScopeGround));
     return;
   }
-  shown->CopyTo(painter, event->rect());
+  shown->CopyTo(painter);
   // The window has come to another screen.
   if (WantedRatio() != shown->Ratio())
     QMetaObject::invokeMethod(
