@@ -141,9 +141,10 @@ class Program {
   }
 
   int WaitForClose() {
-    if (options_.Seconds > 0.0) {
-      QTimer::singleShot(static_cast<int>(options_.Seconds * 1000.0), qApp, [this] { Close(); });
-    }
+    QTimer end;
+    end.setSingleShot(true);
+    QObject::connect(&end, &QTimer::timeout, qApp, [this] { Close(); });
+    if (options_.Seconds > 0.0) end.start(static_cast<int>(options_.Seconds * 1000.0));
     if (!closing_) QApplication::exec();
     return ExitCode::Success;
   }

@@ -48,7 +48,7 @@ struct ScriptHooks {
   // goes down or up where the focus is. Else keys go to the control that was given the focus, or to frmMain.
   std::function<bool(const Control& control)> Focus;
   std::function<void(const Key& key, bool down)> PressKey;
-  std::function<void(std::string answer)> Answer = [](std::string) {};
+  std::function<void(std::string answer)> Answer = [](const std::string&) {};
   // The program is about to end: the script ends with it.
   std::function<bool()> IsClosing = [] { return false; };
 };

@@ -24,7 +24,8 @@ class Interpolator {
 
  private:
   int frames_;
-  std::array<float, kTapsPerPhase*(kChunkFrames / kSlowChunkFrames)> taps_{};  // phase by phase
+  std::array<float, std::size_t{kTapsPerPhase} * (kChunkFrames / kSlowChunkFrames)>
+      taps_{};  // phase by phase
 };
 
 // Low pass under a Kaiser window, `count` (odd) taps of unit sum; `cutoff` is the -6 dB point as a fraction

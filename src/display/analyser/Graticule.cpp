@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstring>
 #include <string_view>
 
 namespace quorl {
@@ -23,8 +22,8 @@ class NumberLabel {
     const auto result =
         std::to_chars(text_, text_ + kNumber, value, std::chars_format::fixed, std::max(decimals, 0));
     char* end = result.ec == std::errc() ? result.ptr : text_;
-    std::memcpy(end, unit.data(), unit.size());
-    text = {text_, static_cast<std::size_t>(end - text_) + unit.size()};
+    end = std::copy(unit.begin(), unit.end(), end);
+    text = {text_, static_cast<std::size_t>(end - text_)};
     if (text.starts_with("-0") && text.find_first_of("123456789") == std::string_view::npos)
       text.remove_prefix(1);
   }

@@ -87,7 +87,7 @@ HeardBand HeardOnAir(const PublicVars& vars) {
   if (vars.CurrentDemodMode == DemodMode::LSB) band.High = zeroBeat - low;
   if (!HasManualIF(vars)) return band;
   const auto edges = IFEdges(vars, 0.0);
-  const auto [least, most] = std::minmax(edges[0].Hertz(), edges[1].Hertz());
+  const auto [least, most] = std::minmax({edges[0].Hertz(), edges[1].Hertz()});
   band.Low = std::max(band.Low, least);
   band.High = std::max(std::min(band.High, most), band.Low);
   return band;

@@ -89,7 +89,7 @@ void ScopeWindow::Take() {
   } else if (analyser.Mode() == ScopeMode::Frequency) {
     const int centre = sldXCentre.Value();
     analyser.StartX = BinsPerStep() * std::max(centre - width / 2, 0);
-    analyser.StopX = BinsPerStep() * std::min(centre + static_cast<int>(width / 2.0 + 0.5), Range());
+    analyser.StopX = BinsPerStep() * std::min(centre + (width + 1) / 2, Range());
     const double perColumn = analyser.HertzPerBin() / kColumns * (analyser.StopX - analyser.StartX);
     sldXWidth.ToolTip = "Spectrum Width : " + FormatPicture(perColumn, "#,##0 Hz/div");
   } else {

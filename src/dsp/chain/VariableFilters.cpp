@@ -119,7 +119,7 @@ void VariableFilters::CentreDynFilter() {
 
 void VariableFilters::TrackPeak() {
   const clsFFTFilter& notch = filters_.NotchFilterI;
-  const std::int32_t hertzPerBin = RoundHalfEven(notch.HzPerBin);
+  const std::int32_t hertzPerBin = std::max(RoundHalfEven(notch.HzPerBin), 1);
   const auto sum = static_cast<std::int32_t>(Sum_Int32_1(vars_.PeakBinRing.data(), PeakBinRingUpperBound));
   const std::int32_t mean = sum / PeakBinRingUpperBound + vars_.FilterLo / hertzPerBin;
   vars_.PeakFrequency = notch.FSampling / 2 * mean / notch.Points;
