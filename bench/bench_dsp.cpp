@@ -17,6 +17,9 @@
 #include <vector>
 
 #include "Budgets.h"
+#include "display/analyser/Smoothing.h"
+#include "display/analyser/SpectrumTransform.h"
+#include "display/analyser/TraceScale.h"
 #include "dsp/kernel/KernelTable.h"
 #include "dsp/kernel/VectorKernel.h"
 #include "platform/virtual/VirtualClock.h"
@@ -129,6 +132,43 @@ class OurFilter {
   SampleBuffer fresh_, block_;
 };
 
+// Real transform of 2048 points.
+class FftwReal {
+ public:
+  FftwReal() : in_(kPoints), out_(kPoints + 2) {
+    plan_ = fftwf_plan_dft_r2c_1d(kPoints, in_.data(), reinterpret_cast<fftwf_complex*>(out_.data()),
+                                  FFTW_PATIENT);
+    in_ = Noise(in_.size());
+  }
+  ~FftwReal() { fftwf_destroy_plan(plan_); }
+  void operator()() { fftwf_execute(plan_); }
+
+ private:
+  SampleBuffer in_, out_;
+  fftwf_plan plan_;
+};
+
+// A line of the scope: transform, magnitudes, average over eight frames, logarithm.
+class OurLine {
+ public:
+  OurLine() : samples_(Noise(kPoints)), line_(kPoints + 1) {
+    transform_.Init();
+    smoothing_.Allocate(kPoints);
+    smoothing_.SetCount(8);
+  }
+  void operator()() {
+    transform_.Real(samples_.data(), SpectrumWindow::None, line_.data());
+    smoothing_.Average(0, line_.data(), kScopeBins);
+    ScaleLog({}, 12.0F, {0, kScopeBins - 1, 1}, line_.data());
+  }
+
+ private:
+  KernelSettings settings_;
+  SpectrumTransform transform_{settings_};
+  Smoothing smoothing_;
+  SampleBuffer samples_, line_;
+};
+
 class OurPolar {
  public:
   OurPolar() : re_(Noise(2 * kPoints)), mag_(kPoints), phase_(kPoints) {}
@@ -215,6 +255,8 @@ struct Works {
   FftwInterleaved fftwInterleaved;
   OurFilter ourFilter;
   FftwFilter fftwFilter;
+  FftwReal fftwReal;
+  OurLine ourLine;
   OurPolar ourPolar;
   LibraryPolar libraryPolar;
   Block am{AMOnRealIF}, heaviest{Heaviest}, heaviestIFNotch{HeaviestWithIFNotch};
@@ -234,6 +276,7 @@ std::vector<Ratio> Measure(Works& w) {
       {"complex FFT, 2048 points, to FFTW",
        std::max(ratio(w.ourComplex, w.fftwSplit), ratio(w.ourComplex, w.fftwInterleaved)), 2.0},
       {"Filter_FFT_S_1 to overlap-add on FFTW", ratio(w.ourFilter, w.fftwFilter), 1.5},
+      {"line of the scope to FFTW's real transform, 2048 points", ratio(w.ourLine, w.fftwReal), 4.0},
       {"std::atan2 and std::sqrt to CartToPolar_S_2", ratio(w.libraryPolar, w.ourPolar), 5.0, true},
       {"block of AM on the real IF, in FFTW steps", ratio(w.am, w.fftwFilter), 7.0},
       {"heaviest block, in FFTW steps", ratio(w.heaviest, w.fftwFilter), 20.0},
@@ -299,6 +342,8 @@ int main(int argc, char** argv) {
   Register("complex FFT 2048, FFTW interleaved", works->fftwInterleaved);
   Register("Filter_FFT_S_1", works->ourFilter);
   Register("overlap-add step, FFTW", works->fftwFilter);
+  Register("line of the scope", works->ourLine);
+  Register("real FFT 2048, FFTW", works->fftwReal);
   Register("CartToPolar_S_2, 2048 pairs", works->ourPolar);
   Register("std::atan2 and std::sqrt, 2048 pairs", works->libraryPolar);
   Register("block, AM, real IF", works->am);

@@ -177,7 +177,8 @@ FramePlan clsSpectrumAnalyser::Plan() const {
   plan.StopBin = shown.Stop;
   const auto lift = [&](const ChannelSettings& channel) {
     const double shift = static_cast<double>(channel.Shift) / 150.0 * (ends.Top - ends.Floor);
-    return LiftOf(channel, MasterGain) + shift;
+    const double lifted = LiftOf(channel, MasterGain) + shift;
+    return lifted > kSilence ? std::min(lifted, -kSilence) : kSilence;  // a number, whatever the settings
   };
   plan.Lift1 = lift(plan.Record.Chn1);
   plan.Lift2 = lift(plan.Record.Chn2);

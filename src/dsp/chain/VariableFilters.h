@@ -23,9 +23,9 @@ class VariableFilters {
   // Tone tracker, dynamic filter and notch; rebuilds what moved. Returns true where PeakFrequency is new.
   bool NotchHousekeeping();
   // Yields, and goes on yielding while a block is in work.
+  void WaitForBlock();
   // The filter whose curve goes with what the analyser shows.
   clsFFTFilter& CurveFilter() const;
-  void WaitForBlock();
 
   // Places the dynamic filter a tenth of the audio band inside its edges, as its start for tracking.
   void CentreDynFilter();
@@ -44,7 +44,7 @@ class VariableFilters {
   const AnalyserTap& tap_;
   std::function<void()> yield_;
   bool inMakeFilters_ = false;
-  SampleBuffer curveTaps_;  // of the IF filter, for the display's curve
+  SampleBuffer curveTaps_;  // of that filter, for the display's curve
 };
 
 // Band edges of the notch from its centre and width.
