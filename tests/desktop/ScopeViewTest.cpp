@@ -29,6 +29,7 @@ class ScopeViewTest : public DesktopTest {
     text.Visible = false;
     split.Min = 100;
     split.Max = 900;
+    split.Reversed = true;
     split.SetValue(400);
     auto* rows = new QVBoxLayout(&window);
     rows->setContentsMargins(0, 0, 0, 0);
@@ -217,6 +218,11 @@ TEST_F(ScopeViewTest, TheBarSharesOutTheHeightByHandKeysAndVoice) {
   QTest::keyClick(bar, Qt::Key_Down, Qt::ShiftModifier);
   EXPECT_EQ(split.Value(), 672);
   EXPECT_EQ(bar->SpokenValue(), "67 %");
+  const QPointF middle = QRectF(bar->rect()).center();
+  QWheelEvent wheel(middle, bar->mapToGlobal(middle), QPoint(), QPoint(0, 120), Qt::NoButton, Qt::NoModifier,
+                    Qt::NoScrollPhase, false);
+  QApplication::sendEvent(bar, &wheel);
+  EXPECT_EQ(split.Value(), 664) << "away from the user is up";
   bar->SetSpoken(5000);
   EXPECT_EQ(split.Value(), 900);
   bar->Step(-1);

@@ -41,7 +41,7 @@ bool SplitterView::OnKey(int code, Modifiers with) {
   const int direction = code == Key::Down || code == Key::Right ? 1
                         : code == Key::Up || code == Key::Left  ? -1
                                                                 : 0;
-  return direction != 0 && slider_.UserTurn(direction, with);
+  return direction != 0 && Widen(direction, with);
 }
 
 void SplitterView::mousePressEvent(QMouseEvent* event) {

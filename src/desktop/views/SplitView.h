@@ -6,7 +6,8 @@
 
 namespace quorl {
 
-// The bar: a slider whose value is the upper one's share. Down and to the right is more.
+// The bar: a slider whose value is the upper one's share. Down and to the right is more; the wheel turns it
+// as it turns any slider.
 class SplitterView : public View {
  public:
   static constexpr int kHeight = 8;
@@ -19,17 +20,22 @@ class SplitterView : public View {
   QString SpokenValue() const override;
   std::optional<Range> SpokenRange() const override;
   void SetSpoken(double value) override;
-  void Step(int steps) override { slider_.UserTurn(steps, {}); }
+  void Step(int steps) override { Widen(steps, {}); }
 
  protected:
   bool OnKey(int code, Modifiers with) override;
-  bool OnWheel(int notches, Modifiers with) override { return slider_.UserTurn(-notches, with); }
+  bool OnWheel(int notches, Modifiers with) override { return slider_.UserTurn(notches, with); }
   void OnClick(const MouseEvent&) override {}
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  // Of the upper one, by steps.
+  bool Widen(int steps, Modifiers with) {
+    return slider_.UserTurn(slider_.Reversed() ? -steps : steps, with);
+  }
+
   Slider& slider_;
   double grip_ = 0;  // where in the bar it is held
 };

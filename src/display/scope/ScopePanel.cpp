@@ -71,6 +71,7 @@ void ScopePanel::Connect() {
   BindToggle(chkScopeFreeze, [this] { chkScopeFreeze_Click(); });
   sldScopeSplit.Min = kLeastSplit;
   sldScopeSplit.Max = kMostSplit;
+  sldScopeSplit.Reversed = true;  // a notch away from the user takes the bar up
   sldScopeSplit.SetValue(kFirstSplit);
   SpectrumAnalyser.Playing = links_.IsPlaying;
   Menus.OnOptions = [this] { ApplyOptions(); };
