@@ -41,6 +41,7 @@ wait 2000
 shot docs/pictures/scope-time.png 1 frScope
 quit
 SCRIPT
-QT_QPA_PLATFORM=offscreen "$program" --demo --virtual-time --settings "$work/demo.ini" --folder data/bandplans \
+cp -r data/bandplans "$work/plans"  # the radio writes what it remembers into its plans
+QT_QPA_PLATFORM=offscreen "$program" --demo --virtual-time --settings "$work/demo.ini" --folder "$work/plans" \
   --script "$work/script.txt"
 ls -l docs/pictures

@@ -14,6 +14,7 @@
 #include "desktop/qt/QtDialogs.h"
 #include "desktop/qt/QtEventQueue.h"
 #include "desktop/window/PanelWindow.h"
+#include "desktop/window/PresetWindow.h"
 #include "desktop/window/Shot.h"
 #include "desktop/window/SidePanels.h"
 #include "display/scope/ScopeOptions.h"
@@ -81,6 +82,7 @@ class Program {
     const auto defaults = [demo = options_.Demo](SettingsStore& store) {
       if (demo) PutDemoDefaults(store);
       PutScopeDefaults(store);
+      PutMemoryDefaults(store);
     };
     frame_ = std::make_unique<frmMain>(machine_->Parts(), machine_->Settings(), *log_,
                                        StartOptions{options_.CommandLine, folder, defaults});
@@ -97,6 +99,7 @@ class Program {
     }
     // The log's controls are there by now: where it is wanted it shows from the first step.
     logWindow_ = std::make_unique<LogWindow>(frame_->Controls(), LogLine());
+    presetWindow_ = std::make_unique<PresetWindow>(frame_->Controls(), LogLine());
     logWindow_->PaintNow();
     if (options_.Script.empty()) splash_ = std::make_unique<SplashPanel>(QUORL_VERSION);
   }
@@ -195,6 +198,7 @@ class Program {
   std::unique_ptr<frmMain> frame_;
   std::unique_ptr<SplashPanel> splash_;
   std::unique_ptr<LogWindow> logWindow_;
+  std::unique_ptr<PresetWindow> presetWindow_;
   std::unique_ptr<PanelWindow> window_;
   bool closing_ = false;
 };

@@ -45,6 +45,7 @@ void PutDemoDefaults(SettingsStore& store) {
       {"VFO1.DRT1", "TunedFrequency", kBroadcaster},
       {"VFO1.ElektorDRM", "TunedFrequency", kBroadcaster},
       {"VFO1.RXIQ", "TunedFrequency", kBroadcaster},
+      {"frmMain", "CurrentMainBandName", "Demo"},
       {"frmMain", "AutoStartSDR", "True"},
       {"frmMain", "PerfStatsOn", "1"},
   };

@@ -37,9 +37,9 @@ struct PixelRect {
 
 // A key by the number that the panels know it by: letters and digits as their capital ASCII code.
 struct Key {
-  static constexpr int Backspace = 8, Enter = 13, Escape = 27, Space = 32, PageUp = 33, PageDown = 34,
-                       End = 35, Home = 36, Left = 37, Up = 38, Right = 39, Down = 40, Insert = 45,
-                       Delete = 46, A = 65, Z = 90;
+  static constexpr int Backspace = 8, Enter = 13, Control = 17, Escape = 27, Space = 32, PageUp = 33,
+                       PageDown = 34, End = 35, Home = 36, Left = 37, Up = 38, Right = 39, Down = 40,
+                       Insert = 45, Delete = 46, A = 65, Z = 90;
   int Code = 0;
   Modifiers With;
 };

@@ -67,7 +67,11 @@ bool OptionButton::Value() const {
 }
 
 void OptionButton::OnUserClick(const MouseEvent&) {
-  group_.Press(index_);
+  if (group_.Repeats && Value()) {
+    group_.Click(index_);
+  } else {
+    group_.Press(index_);
+  }
 }
 
 OptionGroup::OptionGroup(ControlRegistry& registry, const std::string& name, int count) : name_(name) {
@@ -208,7 +212,10 @@ void TextBox::SetValue(const std::string& value) {
 }
 
 Menu::Menu(ControlRegistry& registry, const std::string& name, std::span<const char* const> captions)
-    : Control(registry, name), captions_(captions.begin(), captions.end()), ticked_(captions.size()) {}
+    : Control(registry, name),
+      captions_(captions.begin(), captions.end()),
+      ticked_(captions.size()),
+      enabled_(captions.size(), true) {}
 
 std::string Menu::Text() const {
   std::string text;

@@ -84,6 +84,7 @@ class OptionButton : public Control {
   std::string Text() const override { return Value() ? "1" : "0"; }
 
   Property<std::string> Caption{*this};
+  Property<bool> Marked{*this, false};  // stands out for another reason than being pressed
   bool Value() const;
   int Index() const { return index_; }
 
@@ -107,6 +108,7 @@ class OptionGroup {
   int Pressed() const { return pressed_; }  // -1 for none
   void Press(int index);
   Event<int> Click;
+  bool Repeats = false;  // a person who presses the button that is pressed already raises Click, too
 
  private:
   std::string name_;
@@ -243,13 +245,18 @@ class Menu : public Control {
   void SetTicked(int index, bool ticked) { ticked_.at(static_cast<std::size_t>(index)) = ticked; }
   // Opens it where the pointer is: a view listens to OnPopup.
   void PopUp() const { OnPopup(); }
-  void UserChoose(int index) const { Click(index); }
+  // Nothing where the item can't be chosen.
+  void UserChoose(int index) const {
+    if (ItemEnabled(index)) Click(index);
+  }
+  void SetItemEnabled(int index, bool enabled) { enabled_.at(static_cast<std::size_t>(index)) = enabled; }
+  bool ItemEnabled(int index) const { return enabled_.at(static_cast<std::size_t>(index)); }
   Event<int> Click;
   Event<> OnPopup;
 
  private:
   std::vector<std::string> captions_;
-  std::vector<bool> ticked_;
+  std::vector<bool> ticked_, enabled_;
 };
 
 // An array of controls of one kind: name(0) .. name(count-1).

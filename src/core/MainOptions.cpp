@@ -8,7 +8,6 @@ void MainOptions::AddSettings(SettingsTable& table, SettingsTable& early) {
   early.Add("VFO1.IFType", IFType);
   early.Add("WindowWidth", WindowWidth);
   early.Add("WindowHeight", WindowHeight);
-  table.Add("AutoTrackPresets", AutoTrackPresets);
   table.Add("DRM.RunDreamOnDRM", RunDreamOnDRM);
   table.Add("DRM.CloseSoundcardOnDRM", CloseSoundcardOnDRM);
   table.Add("DRM.PathToDream", PathToDream);

@@ -14,7 +14,6 @@ struct MainOptions {
   std::int32_t WindowWidth = 0, WindowHeight = 0;  // pixels; 0 for the first start
 
   // Of the memories and the decoder.
-  bool AutoTrackPresets = true;
   bool RunDreamOnDRM = false, CloseSoundcardOnDRM = false, DreamCloseOnExit = true,
        DreamCloseOnModeChange = false;
   std::string PathToDream, DreamProgArgs;

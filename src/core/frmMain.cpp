@@ -42,6 +42,8 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
       stats_(registry_, radio_.Rx.Vars, radio_.Rx.Pump.Statistics),
       smeter_(registry_, radio_.Rx.Vars),
       scope_(context_, machine_.Queue, machine_.Time, LinksOfScope()),
+      memories_(context_, {machine_.Storage, machine_.Beside, machine_.Queue, machine_.Boxes, machine_.Time},
+                LinksOfMemories()),
       tmrSaveSettings_(machine_.Queue, [this] { SaveNow(); }) {
   logPanel_.frmLog.Visible = false;
   volume_.OnMute = [this](bool muted) { radio_.SetMuted(muted); };
@@ -111,10 +113,9 @@ bool frmMain::FindBandPlans() {
   const std::string& folder = options_.ApplicationFolder;
   for (const std::string& file : machine_.Storage.List(folder, std::string(kEnding))) {
     Log(kInitialize, ":Processing " + file);
-    mainBands_.push_back({folder + "/" + file, file.substr(0, file.size() - kEnding.size()),
-                          static_cast<std::int32_t>(mainBands_.size())});
+    memories_.AddPlan(folder + "/" + file, file.substr(0, file.size() - kEnding.size()));
   }
-  if (!mainBands_.empty()) return true;
+  if (!memories_.BandPlans.empty()) return true;
   Log(kInitialize, ":No BandPlans found in " + folder);
   machine_.Boxes.ShowMessage({.Text = "No Bandplan (.bpl) files found - You must have at least 1 Bandplan \n"
                                       "Please Re-Install Application or find a .BPL file",
@@ -207,7 +208,11 @@ void frmMain::Form_Unload() {
   radio_.Stop();
   radio_.SoundCard().ReleaseDevices();
   machine_.Sound.OnDeviceLost([](const Error&) {});
-  if (!loading_) SaveSettings();
+  memories_.tmrSubBands.SetEnabled(false);
+  if (!loading_) {
+    memories_.Finish();
+    SaveSettings();
+  }
   unloaded_ = true;
   tuning_.SetEncoder(nullptr);
   tuning_.SetTuner(nullptr);

@@ -22,7 +22,7 @@
 #include "interaction/PanelColours.h"
 #include "interaction/PanelTexts.h"
 #include "interaction/ScrollableControls.h"
-#include "memories/MainBand.h"
+#include "memories/panel/MemoriesPanel.h"
 #include "platform/Machine.h"
 #include "platform/files/PostedFiles.h"
 #include "reception/AGCPanel.h"
@@ -82,7 +82,8 @@ class frmMain {
   TuningPanel& Tuning() { return tuning_; }
   ScopePanel& Scope() { return scope_; }
   ScrollableControls& Scrollables() { return scrollables_; }
-  const std::vector<MainBand>& MainBands() const { return mainBands_; }
+  const std::vector<BandPlan>& MainBands() const { return memories_.BandPlans; }
+  MemoriesPanel& Memories() { return memories_; }
   bool IsOn() const { return on_; }
   bool CaptionRemoved() const { return captionRemoved_; }
 
@@ -97,9 +98,10 @@ class frmMain {
   void AddSettings();
   TuningPanelLinks LinksOfTuning();
   ScopePanelLinks LinksOfScope();
+  MemoryLinks LinksOfMemories();
   void MakeTuning();
   void TellTuningFaults(bool open);
-  void ApplySettings();
+  void ApplyStored();
   void InitialiseSoundCard();
   void ConnectHousekeeping();
   void ConnectScope();
@@ -125,7 +127,6 @@ class frmMain {
   StartOptions options_;
   NoRecorder recorder_;  // the recorder's place
   MainOptions stored_;
-  std::vector<MainBand> mainBands_;
   bool loading_ = true;
   bool on_ = false;
   bool powerWanted_ = false;  // what the last click asked for
@@ -159,9 +160,11 @@ class frmMain {
   StatsPanel stats_;
   SMeterPanel smeter_;
   ScopePanel scope_;
+  MemoriesPanel memories_;
   Timer tmrSaveSettings_;
   SettingsTable early_;     // read before window and tuning are made of it: colours, size, board, interface
   SettingsTable settings_;  // the rest, read at its own step
+  SettingsTable ownMemories_{"Memories"};
   Listening following_;
 };
 

@@ -1,6 +1,7 @@
 // The second half of the start: every object, control and setting of the panel, step by step.
 #include <exception>
 
+#include "core/MemoryMarks.h"
 #include "core/frmMain.h"
 #include "interaction/SpokenNames.h"
 #include "platform/Dialogs.h"
@@ -13,7 +14,7 @@ namespace {
 constexpr const char* kLoad = "Form_Load";
 
 constexpr int kTuneInterval = 50, kUnseenTuneInterval = 500, kVFOUpdateInterval = 1000, kShaftInterval = 30,
-              kClockInterval = 500;
+              kClockInterval = 500, kSubBandsInterval = 300;
 
 constexpr int kMuteKey = 'M';
 
@@ -57,6 +58,7 @@ void frmMain::LoadSteps() {
   step(":Making Form Visible");
   OnForm();
   step(":Setting Colour Scheme");
+  step(":Positioning Presets");
   step(":Initialising MouseOverS");
   step(":Initialising 7Segment Display Tuning");
   step(":Initialising dialtuner");
@@ -76,6 +78,10 @@ void frmMain::LoadSteps() {
       step(":Initialising sldOutVolume");
     }
   }
+  step(":Initialising cboBandSelect");
+  memories_.FillBandSelect();
+  step(":Initialising optSubBand");
+  step(":Initialising optPreset");
   step(":New QUORLDX8");
   radio_.SoundCard().RefreshDevices();
   step(":New clsFFTReal");
@@ -111,10 +117,13 @@ void frmMain::LoadSteps() {
   smeter_.DrawSMeterScale();
   step(":Initialising SoundCard Object");
   InitialiseSoundCard();
-  ApplySettings();
+  ApplyStored();
   step(":Set OutputLevel Attenuator to PublicVars.OutputAttenuation");
   volume_.Restore();
   filter_.ShowDefaults();
+  step(":Select Band in use last time");
+  memories_.SelectLast();
+  volume_.Restore();  // the last one heard, not that of the memory
   step(":Set the last tuned frequency for Spectrum Analyser");
   scope_.TakeTunedFrequency();
   step(":Call modWheelMouse.init");
@@ -199,6 +208,7 @@ TuningPanelLinks frmMain::LinksOfTuning() {
   links.TypeFrequency = [this](const Key& key) { return TypesFrequency(key); };
   links.ScopePeriodic = [this] { scope_.Periodic(); };
   links.SetLowSideLO = [this](bool low) { radio_.Rx.SetLowSideLO(low); };
+  links.StoreTuneStep = [this](std::int32_t dHz) { memories_.StoreTuneStep(dHz); };
   links.ShowOscillator = [this](const std::string& text) {
     stats_.lblStatsVal(StatsPanel::kLO).Caption = text;
   };
@@ -216,7 +226,21 @@ ScopePanelLinks frmMain::LinksOfScope() {
   return links;
 }
 
+MemoryLinks frmMain::LinksOfMemories() {
+  MemoryLinks links;
+  links.Tune = [this](std::int32_t dHz) { radio_.Tuning().Tune().MoveTo(dHz); };
+  links.Tuned = [this] { return radio_.Tuning().Tune().Wanted(); };
+  links.ShowStepLock = [this] { tuning_.imgTuneStepLock.Visible = radio_.VFO().TuneStepLock; };
+  links.SetTuningRate = [this](std::int32_t index) { tuning_.SetTuningRate(index, true); };
+  links.Changed = [this] { scope_.Marks.Refresh(true); };
+  links.Splash = [this](const std::string&, bool visible) { OnSplash(visible); };
+  return links;
+}
+
 void frmMain::ConnectScope() {
+  scope_.Marks.Source = [this](double low, double high, ScopeMarks& marks) {
+    MemoryMarks(memories_.Plan(), low, high, marks);
+  };
   notch_.ShowNotch = [this](bool shown) { scope_.ShowNotch(shown); };
   radio_.OnBlockOut = [this] { scope_.BlockOut(); };
 }
@@ -232,6 +256,7 @@ void frmMain::ConnectColours() {
 }
 
 void frmMain::MakeTuning() {
+  tuning_.SetTuner(nullptr);
   TellTuningFaults(radio_.CreateTuning(stored_.IFType, tuning_.ShaftEnabled, false));
   tuning_.SetTuner(&radio_.Tuning().Tune());
   entry_.SetTuner(&radio_.Tuning().Tune());
@@ -265,7 +290,7 @@ void frmMain::InitialiseSoundCard() {
   });
 }
 
-void frmMain::ApplySettings() {
+void frmMain::ApplyStored() {
   optDisplaySize_.Press(wantedSize_);
   scope_.Apply();
   tuning_.chkTuneLo_Click();
@@ -275,7 +300,7 @@ void frmMain::ApplySettings() {
 void frmMain::ConnectHousekeeping() {
   // Whoever moves the receiver to the other side takes the oscillator along.
   following_ = radio_.Rx.Changed.Listen([this](ReceiverPart part) {
-    if (part == ReceiverPart::Side && !loading_) tuning_.chkTuneLo.SetValue(radio_.Rx.Vars.LowSideLO);
+    if (part == ReceiverPart::Side) tuning_.chkTuneLo.SetValue(radio_.Rx.Vars.LowSideLO);
   });
   radio_.BeforeFilters = [this] {
     smeter_.Update();
@@ -302,7 +327,8 @@ void frmMain::EnableTimers() {
   for (const Start& start : {Start{":Enable TmrTune", tuning_.tmrTune, kTuneInterval},
                              Start{":Enable TmrVFOUpdate", tuning_.tmrVFOUpdate, kVFOUpdateInterval},
                              Start{":Enable TmrShaft", tuning_.tmrShaft, kShaftInterval},
-                             Start{":Enable TmrClock", tuning_.tmrClock, kClockInterval}}) {
+                             Start{":Enable TmrClock", tuning_.tmrClock, kClockInterval},
+                             Start{":Enable TmrSubBands", memories_.tmrSubBands, kSubBandsInterval}}) {
     Log(kLoad, start.Text);
     start.Which.SetInterval(start.Interval);
     start.Which.SetEnabled(true);

@@ -33,6 +33,8 @@ void frmMain::AddSettings() {
   stats_.AddSettings(settings_);
   smeter_.AddSettings(settings_);
   scope_.AddSettings(settings_);
+  memories_.AddSettings(settings_);
+  memories_.AddOwnSettings(ownMemories_);
   notch_.AddSettings(settings_);
   nb_.AddSettings(settings_);
   agc_.AddSettings(settings_);
@@ -42,6 +44,7 @@ void frmMain::AddSettings() {
 void frmMain::RestoreSettings() {
   log_.AddLog("RestoreSettings : Start");
   settings_.Read(store_);
+  ownMemories_.Read(store_);
   scope_.ReadSettings(store_);
 }
 
@@ -54,6 +57,7 @@ void frmMain::SaveSettings() {
   radio_.NoteDevices();
   early_.Write(store_);
   settings_.Write(store_);
+  ownMemories_.Write(store_);
   scope_.WriteSettings(store_);
 }
 
@@ -74,6 +78,7 @@ void frmMain::SaveNow() {
   const auto tell = [this](const Failure& failure) {
     if (failure) log_.AddLog(failure->Text);
   };
+  memories_.Save();
   if (on_) return store_.SaveBeside(beside_, tell);
   machine_.Beside.Finish();
   tell(store_.Save());

@@ -64,6 +64,13 @@ struct SubBand {
   bool operator==(const SubBand&) const = default;
 };
 
+// Whether its edges say where it is: not where they are missing or hold half of the short waves.
+inline bool IsNarrow(const SubBand& band) {
+  constexpr std::int32_t kWidest = 2000000;
+  return band.Used && band.FreqMin >= 0 && band.FreqMax > band.FreqMin &&
+         band.FreqMax - band.FreqMin <= kWidest;
+}
+
 struct BandPlan {
   std::string Name;  // the file's, without its ending
   std::int32_t Index = 0;

@@ -49,6 +49,7 @@ class modBandPlan {
   // Writes a plan that has been loaded; the others keep their files to the byte. Returns before the file is
   // written; a failure is told in a box then, and the old file stays. Always true.
   bool SaveBandPlan(const BandPlan& plan);
+  bool IsSaving() const { return saving_ > 0; }
   // Waits for the files of all saves so far, and tells what failed.
   void Finish();
 

@@ -116,6 +116,13 @@ void Receiver::SetAGCRamp(float tenthsOfMillisecond) {
   Changed(ReceiverPart::AGC);
 }
 
+void Receiver::TakeUserAGC(float tenthsOfSecond, float tenthsOfMillisecond) {
+  Vars.AGCMode = AGCPreset::User;
+  Agc.SetDelay(tenthsOfSecond);
+  Agc.SetRamp(tenthsOfMillisecond);
+  Changed(ReceiverPart::AGC);
+}
+
 void Receiver::SetVolume(float value) {
   Vars.OutputVolume = value;
   Agc.SetVolume(value);

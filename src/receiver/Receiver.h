@@ -95,6 +95,8 @@ class Receiver {
   // Times of the preset in force: tenths of a second, tenths of a millisecond.
   void SetAGCDelay(float tenthsOfSecond);
   void SetAGCRamp(float tenthsOfMillisecond);
+  // The user's preset with these times, whether the AGC is on or off.
+  void TakeUserAGC(float tenthsOfSecond, float tenthsOfMillisecond);
   void SetVolume(float value);  // -10000 to 8000, as AGC::SetVolume takes it
 
   // What follows each block: waits for a block in work, rebuilds filters, tracks the notch. True where

@@ -199,4 +199,7 @@ if __name__ == "__main__":
         sys.exit(main(sys.argv[1:]))
     shutil.rmtree(sys.argv[3], ignore_errors=True)
     os.makedirs(sys.argv[3], mode=0o700)
+    plans = os.path.join(sys.argv[3], "plans")  # the radio writes what it remembers into its plans
+    shutil.copytree(sys.argv[2], plans)
+    sys.argv[2] = plans
     sys.exit(run_in_own_session(sys.argv[1:]))

@@ -54,6 +54,12 @@ TEST_F(PlanTest, FormatIsMendedAndTheFileAsItWasKept) {
   EXPECT_EQ(Cli("plan list gone.bpl").ExitCode, 2);
 }
 
+TEST_F(PlanTest, ThePlansThatComeAlongAreClean) {
+  const CliResult result = Cli("plan check '" QUORL_SOURCE_DIR "'/data/bandplans/*.bpl");
+  EXPECT_EQ(result.ExitCode, 0) << result.Output;
+  EXPECT_NE(result.Output.find("plan \"Amateur\""), std::string::npos);
+}
+
 TEST_F(PlanTest, PresetsAreListedWithPlanBandAndMode) {
   Put("a.bpl",
       "[MainBand]\r\nCaption=Mine\r\n[SubBand.0]\r\nCaption=40m\r\nFreqMin=7000000\r\n"

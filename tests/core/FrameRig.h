@@ -86,7 +86,9 @@ class FrameRig {
     Storage.Put("plans/Amateur.bpl", "");
     Storage.Put("plans/readme.txt", "");
     Storage.Put(kSettings,
-                "[DDSAD9951]\nClkIn=360096000\n[VFO1.DRT1]\nTunedFrequency=72050000\n" + moreSettings);
+                "[Memories]\nSafeMemories=True\n[DDSAD9951]\nClkIn=360096000\n[VFO1.DRT1]\nTunedFrequency="
+                "72050000\n" +
+                    moreSettings);
     Storage.Watched = kSettings;
   }
   ~FrameRig() { Stop(); }

@@ -15,10 +15,10 @@ std::vector<std::string> ExpectedLog() {
       {" : Start", " : QUORL.INIT", " : PublicVars.SDRColourSchemes.Defaults", ":Initialising BandPlans",
        ":Processing Amateur.bpl", ":Processing Broadcast.bpl", ":Initialising Digital Filter Objects",
        ":Creating Profiler Object", ":Initialising Tuning Step Array", ":Load Main Form"});
-  add("Form_Load",
-      {":Start", ":Resizing", ":Restoring SDR Colour Settings from Registry",
-       ":Creating SpectrumAnalyser Object", ":Making Form Visible", ":Setting Colour Scheme",
-       ":Initialising MouseOverS", ":Initialising 7Segment Display Tuning", ":Initialising dialtuner"});
+  add("Form_Load", {":Start", ":Resizing", ":Restoring SDR Colour Settings from Registry",
+                    ":Creating SpectrumAnalyser Object", ":Making Form Visible", ":Setting Colour Scheme",
+                    ":Positioning Presets", ":Initialising MouseOverS",
+                    ":Initialising 7Segment Display Tuning", ":Initialising dialtuner"});
   for (const int index : {2, 3, 4, 5, 7, 8, 9}) {
     add("Form_Load", {":Initialising CtlArray(" + std::to_string(index) + ")"});
   }
@@ -32,7 +32,8 @@ std::vector<std::string> ExpectedLog() {
     add("Form_Load", {":Initialising ctlArray(" + std::to_string(index) + ")"});
   }
   add("Form_Load",
-      {":New QUORLDX8", ":New clsFFTReal", ":Initialising FFTReal", " : Initialising Interface Objects",
+      {":Initialising cboBandSelect", ":Initialising optSubBand", ":Initialising optPreset", ":New QUORLDX8",
+       ":New clsFFTReal", ":Initialising FFTReal", " : Initialising Interface Objects",
        ":Initialising sldAGCAttack", ":Initialising sldAGCDecay", ":Initialising SpectrumAnalyser"});
   for (int i = 0; i <= 4; ++i) {
     add("Form_Load", {":Initialising Variable Filter Default Values (" + std::to_string(i) + ")"});
@@ -45,11 +46,12 @@ std::vector<std::string> ExpectedLog() {
   lines.push_back("RestoreSettings : Start");
   add("Form_Load",
       {":Initialising SoundCard Object", ":Set OutputLevel Attenuator to PublicVars.OutputAttenuation",
-       ":Set the last tuned frequency for Spectrum Analyser", ":Call modWheelMouse.init",
-       ":Set up default values in the AGC delayline", ":Call MouseOverS.lblFilterHi_Wheel",
-       ":Call MouseOverS.lblFilterLo_Wheel", ":Call tmrPerfStats_Timer", ":Enable Power Butons",
-       ":Enable TmrTune", ":Enable TmrVFOUpdate", ":Enable TmrShaft", ":Enable TmrClock",
-       ":Initialise the Tuning Step Selector Drop Down List", ":Call DarkenControls"});
+       ":Select Band in use last time", ":Set the last tuned frequency for Spectrum Analyser",
+       ":Call modWheelMouse.init", ":Set up default values in the AGC delayline",
+       ":Call MouseOverS.lblFilterHi_Wheel", ":Call MouseOverS.lblFilterLo_Wheel", ":Call tmrPerfStats_Timer",
+       ":Enable Power Butons", ":Enable TmrTune", ":Enable TmrVFOUpdate", ":Enable TmrShaft",
+       ":Enable TmrClock", ":Enable TmrSubBands", ":Initialise the Tuning Step Selector Drop Down List",
+       ":Call DarkenControls"});
   add("Form_Initialize", {":End"});
   return lines;
 }
@@ -67,7 +69,7 @@ TEST(FrmMainStart, EveryStepIsToldInItsOrder) {
             std::string::npos);
   ASSERT_EQ(rig.Frame().MainBands().size(), 2U);
   EXPECT_EQ(rig.Frame().MainBands()[1].Name, "Broadcast");
-  EXPECT_EQ(rig.Frame().MainBands()[1].Path, "plans/Broadcast.bpl");
+  EXPECT_EQ(rig.Frame().MainBands()[1].FileName, "plans/Broadcast.bpl");
   EXPECT_TRUE(rig.Boxes.Messages.empty());
 }
 

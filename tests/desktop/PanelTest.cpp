@@ -5,6 +5,7 @@
 #include "DesktopTest.h"
 #include "desktop/views/View.h"
 #include "desktop/window/PanelWindow.h"
+#include "desktop/window/PresetWindow.h"
 #include "desktop/window/SidePanels.h"
 
 namespace quorl {
@@ -15,6 +16,12 @@ const std::map<std::string, std::string> kWithoutView = {
     {"frmMain", "the window itself"},
     {"frmLog", "the log's window itself"},
     {"frDispMode", "the buttons of the sizes stand on the receiver's card"},
+    {"frmEditUserPreset", "the dialog's window itself"},
+    {"frmPresetDesc", "the hint beside a memory's button, which its text draws"},
+    {"lblCaption", "the heading of that hint"},
+    {"lstSubBandSelect", "the same choice as the field beside it"},
+    {"mnuUserPresets", "opens at the pointer when it is asked for"},
+    {"picSubBands", "the ground of the sub-bands' buttons"},
     {"lbl7SegTop", "the frequency's view draws it, and it takes no gestures"},
     {"lblScopeCtl(5)", "the button before the number says it"},
     {"lblStats(6)", "an empty place"},
@@ -45,7 +52,8 @@ TEST_F(DesktopTest, EveryViewHasItsControlAndEveryControlItsView) {
   const auto missing = [](const std::string& line) { ADD_FAILURE() << line; };
   PanelWindow window(panel.Registry(), {.Log = missing});
   LogWindow log(panel.Registry(), missing);
-  const std::set<const Control*> shown = ShownBy({&window, &log});
+  PresetWindow preset(panel.Registry(), missing);
+  const std::set<const Control*> shown = ShownBy({&window, &log, &preset});
   std::set<std::string> met;
   for (const Control* control : panel.Registry().All()) {
     const std::string& name = control->Name();

@@ -177,7 +177,7 @@ TEST_F(WindowTest, EveryControlHasANameAndTheKeyboardReachesIt) {
   }
   EXPECT_GT(turned, 85);
   EXPECT_LT(reached.size(), 75U);
-  EXPECT_EQ(stops.size(), 9U);
+  EXPECT_EQ(stops.size(), 10U);
   for (const auto& [group, count] : stops) EXPECT_EQ(count, 1) << group;
 }
 

@@ -5,10 +5,11 @@
 separate_arguments(SCRIPTS)
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${WORK})
+file(COPY ${FOLDER}/ DESTINATION ${WORK}/plans)  # the radio writes what it remembers into its plans
 set(ENV{QT_QPA_PLATFORM} offscreen)
 foreach(SCRIPT ${SCRIPTS})
   execute_process(
-    COMMAND ${PROGRAM} --demo --virtual-time --settings ${WORK}/settings.ini --folder ${FOLDER} --script
+    COMMAND ${PROGRAM} --demo --virtual-time --settings ${WORK}/settings.ini --folder ${WORK}/plans --script
             ${CMAKE_CURRENT_LIST_DIR}/${SCRIPT}
     WORKING_DIRECTORY ${WORK}
     RESULT_VARIABLE CODE

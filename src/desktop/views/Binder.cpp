@@ -148,6 +148,7 @@ QMenu* MakeMenu(const Menu& control, QWidget* window) {
       continue;
     }
     QAction* action = menu->addAction(caption);
+    action->setEnabled(control.ItemEnabled(i));
     action->setCheckable(control.Ticked(i));
     action->setChecked(control.Ticked(i));
     QObject::connect(action, &QAction::triggered, window, [&control, i] { control.UserChoose(i); });

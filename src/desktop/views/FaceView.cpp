@@ -132,11 +132,21 @@ void FaceView::paintEvent(QPaintEvent*) {
   painter.setBrush(look.Face);
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), skin::kRadius, skin::kRadius);
 
+  if (option_ && option_->Marked()) {
+    constexpr int kInset = 8, kThick = 2;
+    painter.fillRect(kInset, height() - kThick - 2, width() - 2 * kInset, kThick,
+                     on ? look.Ink : QColor(skin::kAccent));
+  }
   painter.setFont(skin::WordFont(small_ ? 11 : 12, on));
   painter.setPen(look.Ink);
   const bool showKeys = window()->property("showMnemonics").toBool();
+  constexpr int kSides = 4;
+  QString caption = Caption();
+  if (painter.fontMetrics().horizontalAdvance(caption) > width() - kSides) {
+    caption = painter.fontMetrics().elidedText(caption.remove('&'), Qt::ElideRight, width() - kSides);
+  }
   painter.drawText(rect(), Qt::AlignCenter | (showKeys ? Qt::TextShowMnemonic : Qt::TextHideMnemonic),
-                   Caption());
+                   caption);
 }
 
 }  // namespace quorl

@@ -4,6 +4,7 @@
 #include <QListWidget>
 #include <QPainter>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "desktop/views/Skin.h"
 
@@ -76,6 +77,14 @@ bool SymbolView::OnKey(int code, Modifiers) {
   if (code != Key::Space && code != 13) return false;
   Press();
   return true;
+}
+
+QSize SymbolView::sizeHint() const {
+  constexpr int kSide = 20, kSides = 8;
+  if (symbol_ != Symbol::None) return {kSide, 24};
+  return {
+      std::max(kSide, skin::TextWidth(skin::WordFont(), QString::fromStdString(picture_.Caption())) + kSides),
+      24};
 }
 
 void SymbolView::paintEvent(QPaintEvent*) {

@@ -51,7 +51,7 @@ class SymbolView : public View {
   }
   bool CanPress() const override { return bool(picture_.DblClick); }
   void Press() override;  // what a double click does
-  QSize sizeHint() const override { return {20, 24}; }
+  QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
 
  protected:

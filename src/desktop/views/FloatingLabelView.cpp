@@ -1,6 +1,7 @@
 #include "desktop/views/FloatingLabelView.h"
 
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 
 #include "desktop/views/Skin.h"
@@ -9,7 +10,7 @@ namespace quorl {
 
 namespace {
 
-constexpr int kPixels = 13, kMargin = 8, kHeight = 22;
+constexpr int kPixels = 13, kMargin = 8, kHeight = 22, kLine = 17;
 
 }  // namespace
 
@@ -34,7 +35,10 @@ void FloatingLabelView::TakeOver() {
     return;
   }
   if (parentWidget() != window) setParent(window);
-  move(over_->mapTo(window, Corner()));
+  // Whole, also at the window's edges.
+  const QPoint corner = over_->mapTo(window, Corner());
+  move(std::clamp(corner.x(), 0, std::max(0, window->width() - width())),
+       std::clamp(corner.y(), 0, std::max(0, window->height() - height())));
   show();
   raise();
   update();
@@ -56,7 +60,20 @@ bool FloatingLabelView::eventFilter(QObject*, QEvent* event) {
   return false;
 }
 
+QStringList FloatingLabelView::Lines() const {
+  QStringList lines = Words().split('\n');
+  if (const auto heading = QString::fromStdString(label_.Heading()); !heading.isEmpty())
+    lines.prepend(heading);
+  return lines;
+}
+
 QSize FloatingLabelView::sizeHint() const {
+  if (const QStringList lines = Lines(); lines.size() > 1) {
+    int width = 0;
+    for (const QString& line : lines)
+      width = std::max(width, skin::TextWidth(skin::WordFont(12, true), line));
+    return {width + 2 * kMargin, static_cast<int>(lines.size()) * kLine + kMargin};
+  }
   return {static_cast<int>(std::ceil(words_.Width(Words()))) + 2 * kMargin, kHeight};
 }
 
@@ -67,7 +84,15 @@ void FloatingLabelView::paintEvent(QPaintEvent*) {
   painter.setBrush(skin::Faded(QColor(skin::kCard), 0.92));
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), skin::kRadius, skin::kRadius);
   painter.setPen(QColor(skin::kInk));
-  words_.Draw(painter, kMargin, height(), Words());
+  const QStringList lines = Lines();
+  if (lines.size() == 1) {
+    words_.Draw(painter, kMargin, height(), Words());
+    return;
+  }
+  for (int i = 0; i < lines.size(); ++i) {
+    painter.setFont(skin::WordFont(12, i == 0 && !label_.Heading().empty()));
+    painter.drawText(QRect(kMargin, kMargin / 2 + i * kLine, width(), kLine), Qt::AlignVCenter, lines[i]);
+  }
 }
 
 }  // namespace quorl

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QPointer>
+#include <QStringList>
 
 #include "desktop/views/DrawnNumber.h"
 #include "desktop/views/View.h"
@@ -25,6 +26,7 @@ class FloatingLabelView : public View {
 
  private:
   QString Words() const { return QString::fromStdString(label_.Caption()); }
+  QStringList Lines() const;
   QPoint Corner() const { return {label_.Left(), label_.Top()}; }
   void StandOver(QWidget* picture);
 

@@ -18,7 +18,8 @@ namespace {
 
 constexpr int kWheelNotch = 120;  // eighths of a degree, times 8
 
-constexpr std::array<std::pair<int, int>, 15> kKeyCodes{{{Qt::Key_Escape, Key::Escape},
+constexpr std::array<std::pair<int, int>, 16> kKeyCodes{{{Qt::Key_Control, Key::Control},
+                                                         {Qt::Key_Escape, Key::Escape},
                                                          {Qt::Key_Space, Key::Space},
                                                          {Qt::Key_Left, Key::Left},
                                                          {Qt::Key_Up, Key::Up},

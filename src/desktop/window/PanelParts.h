@@ -21,5 +21,7 @@ QWidget* MakeControlColumn(Binder& bind);
 QWidget* MakeSetupStrip(Binder& bind);
 // The place of the scope.
 QWidget* MakeScopeCard(Binder& bind);
+// Band plan, sub-bands, presets.
+QWidget* MakeMemoriesCard(Binder& bind);
 
 }  // namespace quorl

@@ -76,6 +76,7 @@ void PanelWindow::Build() {
   lower->addLayout(left, 1);
   // The keyboard's order is that of the making: the column comes before what is set once.
   lower->addWidget(column_ = MakeControlColumn(bind_));
+  left->addWidget(memories_ = MakeMemoriesCard(bind_));
   left->addWidget(setup_ = MakeSetupStrip(bind_));
   rows->addLayout(lower, 1);
 }
@@ -85,6 +86,7 @@ void PanelWindow::SetDisplaySize(DisplaySize size) {
   if (compact && !wasCompact) heightBefore_ = height();
   size_ = size;
   ShowRegion(*scope_, !compact);
+  ShowRegion(*memories_, !compact);
   ShowRegion(*column_, size == DisplaySize::Standard || size == DisplaySize::Full);
   ShowRegion(*setup_, size == DisplaySize::Extended || size == DisplaySize::Full);
   setMinimumSize(kLeastWidth, compact ? kCompactHeight : kLeastHeight);

@@ -80,6 +80,7 @@ class PanelWindow : public QWidget {
   QWidget* receiver_ = nullptr;
   QWidget* scope_ = nullptr;
   QWidget* column_ = nullptr;
+  QWidget* memories_ = nullptr;
   QWidget* setup_ = nullptr;
 };
 
