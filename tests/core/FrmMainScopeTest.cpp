@@ -133,6 +133,16 @@ TEST(FrmMainScope, APictureForEachBlockAndNoneUnseen) {
   EXPECT_NEAR(rig.Frames() - frames, 20, 1);
 }
 
+TEST(FrmMainScope, AWindowThatStartsUnseenDrawsNothing) {
+  ScopedRig rig;
+  rig.OnForm = [&] { rig.Frame().SetSeen(false); };
+  rig.Begin();
+  EXPECT_EQ(rig.Frames(), 0);
+  rig.Frame().SetSeen(true);
+  rig.Run(1.0);
+  EXPECT_NEAR(rig.Frames(), 23, 2);
+}
+
 // Drawing that takes two thirds of a block's time, and a pump whose blocks come in the middle of it.
 TEST(FrmMainScope, ASlowDisplayLosesNoBlock) {
   ScopedRig rig;
