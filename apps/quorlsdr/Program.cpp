@@ -162,7 +162,6 @@ class Program {
     ScriptHooks hooks;
     hooks.Shot = [this](const std::string& path, double scale, const std::string& panel) {
       QApplication::processEvents();
-      window_->Clock().Flush();
       QWidget* shown = panel.empty() ? window_.get() : FindPanel(panel);
       return shown != nullptr && GrabShot(*shown, path, scale);
     };

@@ -50,7 +50,7 @@ StatsPanel::StatsPanel(ControlRegistry& registry, PublicVars& vars, const PumpSt
     lblStats(i).Caption = caption;
     lblStatsVal(i).AccessibleName = kNames[static_cast<std::size_t>(i)];
     lblStats(i).Visible = lblStatsVal(i).Visible = !caption.empty();
-    if (!caption.empty()) lblStatsVal(i).Caption = kPanelText;
+    if (!caption.empty() && i < kThreads) lblStatsVal(i).Caption = kPanelText;
   }
 }
 

@@ -11,7 +11,7 @@ namespace quorl {
 class StatsPanel {
  public:
   static constexpr int kCount = 12;
-  // Places of the read-outs; 6 to 8 are empty.
+  // Places of the read-outs; 6 to 8 are empty, and from kThreads on nothing is measured yet.
   static constexpr int kPeakIn = 0, kPeakOut = 1, kAGCGain = 2, kLO = 3, kLoad = 4, kTime = 5, kThreads = 9;
 
   // `statistics` and `vars` are used as long as the panel lives.

@@ -481,6 +481,9 @@ TEST_F(WindowTest, TheLogIsPaintedWithItsLinesBeforeTheProgramGoesOn) {
   EXPECT_TRUE(log.windowHandle()->isExposed());
   EXPECT_GT(counter.Paints, 0);
   EXPECT_EQ(lines->item(lines->count() - 1)->text(), "the latest");
+  panel.Get<ListBox>("lstLog").AddItem("later still");
+  ASSERT_TRUE(GrabShot(log, testing::TempDir() + "quorl-log.png"));
+  EXPECT_EQ(lines->item(lines->count() - 1)->text(), "later still") << "a picture shows it, too";
 }
 
 TEST_F(WindowTest, TheLogFollowsItsForm) {

@@ -34,6 +34,13 @@ TEST_F(StatsPanelTest, NothingMovesWhileStatisticsAreOff) {
   EXPECT_EQ(Text(0), "5,000  -16 dB");
 }
 
+TEST_F(StatsPanelTest, WhatNothingMeasuresHoldsNoNumber) {
+  vars.PerfStatsOn = true;
+  panel.Update();
+  for (int i = StatsPanel::kThreads; i < StatsPanel::kCount; ++i) EXPECT_EQ(Text(i), "") << i;
+  EXPECT_NE(Text(StatsPanel::kLoad), "");
+}
+
 TEST_F(StatsPanelTest, LevelsTellWhetherTheInputIsInItsMiddleBand) {
   vars.PerfStatsOn = true;
   struct Case {

@@ -258,11 +258,6 @@ QWidget* MakeSetupStrip(Binder& bind) {
   row->setSpacing(skin::kGrid);
   Put(row, bind.Toggle("chkPerfStatsOn"));
   row->addStretch(1);
-  constexpr int kFirstThread = 9, kEnd = 12;
-  for (int i = kFirstThread; i < kEnd; ++i) {
-    Put(row, bind.Word(IndexedName("lblStats", i)));
-    Put(row, In("uS", bind.Reading(IndexedName("lblStatsVal", i), "00,000", 11)));
-  }
   return card;
 }
 

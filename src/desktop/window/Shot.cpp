@@ -8,13 +8,16 @@
 
 #include "desktop/views/ScopeView.h"
 #include "desktop/window/PanelWindow.h"
+#include "desktop/window/SidePanels.h"
 
 namespace quorl {
 
 bool GrabShot(QWidget& window, const std::string& path, double scale) {
   if (scale <= 0) return false;
   window.ensurePolished();
-  if (auto* panel = dynamic_cast<PanelWindow*>(&window)) panel->Clock().Flush();
+  // What its controls hold now, also where the program's clock is not the one that the views follow.
+  if (auto* panel = dynamic_cast<PanelWindow*>(window.window())) panel->Clock().Flush();
+  if (auto* log = dynamic_cast<LogWindow*>(window.window())) log->Clock().Flush();
   QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);  // what it has moved
   const QList<QWidget*> widgets = window.findChildren<QWidget*>() << &window;
   const auto setRatio = [&widgets](double ratio) {
