@@ -192,12 +192,6 @@ class LibraryPolar : OurPolar {
   }
 };
 
-class NoSound final : public SoundOutput {
- public:
-  void SetOutputAttenuation(std::int32_t) override {}
-  void Output(const std::int16_t*, const std::int16_t*) override {}
-};
-
 // A whole block from 16-bit samples to 16-bit samples, through pump and chain.
 class Block {
  public:
@@ -215,7 +209,7 @@ class Block {
 
  private:
   VirtualClock clock_;
-  NoSound sound_;
+  NoSoundOutput sound_;
   NoRecorder recorder_;
   Receiver radio_{clock_, sound_, recorder_, [] {}};
   std::array<std::int16_t, kPoints> input_{}, left_{};

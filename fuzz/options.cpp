@@ -13,12 +13,6 @@ namespace {
 
 using quorl::fuzz::Demand;
 
-class NoSound final : public quorl::SoundOutput {
- public:
-  void SetOutputAttenuation(std::int32_t) override {}
-  void Output(const std::int16_t*, const std::int16_t*) override {}
-};
-
 // One word a line; the parser takes them from the back.
 std::vector<std::string> WordsOf(const std::uint8_t* data, std::size_t size) {
   std::vector<std::string> words(1);
@@ -34,7 +28,7 @@ std::vector<std::string> WordsOf(const std::uint8_t* data, std::size_t size) {
 
 void Apply(const quorl::cli::ReceiveOptions& options) {
   const quorl::LinuxClock clock;
-  NoSound sound;
+  quorl::NoSoundOutput sound;
   quorl::NoRecorder recorder;
   quorl::Receiver receiver(clock, sound, recorder, [] {});
   quorl::cli::ApplyReceiveOptions(options, receiver);

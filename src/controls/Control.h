@@ -44,6 +44,15 @@ struct Key {
   Modifiers With;
 };
 
+// Whether a key presses what has the keyboard.
+constexpr bool IsPressKey(int code) {
+  return code == Key::Space || code == Key::Enter;
+}
+// Which way an arrow key turns a value: 1 up, -1 down, 0 for other keys.
+constexpr int TurnOf(int code) {
+  return code == Key::Up || code == Key::Right ? 1 : code == Key::Down || code == Key::Left ? -1 : 0;
+}
+
 class Control {
  public:
   // Enters itself in the registry, which must outlive it. Names are unique: "lblNB", "optMode(1)".

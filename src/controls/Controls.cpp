@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdlib>
+#include <limits>
 #include <optional>
 
 #include "support/Text.h"
@@ -22,6 +24,13 @@ std::optional<int> NumberIn(const std::string& text) {
   const auto [stop, fault] = std::from_chars(text.data(), end, number);
   if (fault != std::errc() || stop != end) return {};
   return number;
+}
+
+// The whole number next to one with a fraction, too.
+std::optional<int> WholeIn(const std::string& text) {
+  const std::optional<double> number = ParseDouble(text);
+  if (!number || std::abs(*number) > std::numeric_limits<int>::max()) return std::nullopt;
+  return static_cast<int>(std::lround(*number));
 }
 
 // The place of `text` in `items`, or the place that it names by number.
@@ -90,7 +99,7 @@ std::string Slider::Text() const {
 }
 
 bool Slider::UserSet(const std::string& text) {
-  const std::optional<int> number = NumberIn(text);
+  const std::optional<int> number = WholeIn(text);
   if (!number) return false;
   if (Enabled() && Visible()) UserScroll(*number);
   return true;
@@ -124,7 +133,7 @@ std::string Dial::Text() const {
 }
 
 bool Dial::UserSet(const std::string& text) {
-  const std::optional<int> number = NumberIn(text);
+  const std::optional<int> number = WholeIn(text);
   if (!number) return false;
   if (Enabled() && Visible()) SetValue(*number);
   return true;

@@ -42,8 +42,9 @@ namespace quorl {
 inline constexpr char kFrameTag[] = "frmMain:frmMain:";
 
 // States: loading (until Form_Load ends), Off, On. All parts are there from construction as shells, which
-// read, open and make nothing. Every step of the start writes its line to the log, then does its work: those
-// lines are what a user sends in when a start fails.
+// read, open and make nothing. Every step of the start writes its line to the log before it does its work;
+// where that has been done with the parts' construction, the line is all there is of it. Those lines are what
+// a user sends in when a start fails.
 class frmMain {
  public:
   // Everything outlives the panel. `store` is loaded here.

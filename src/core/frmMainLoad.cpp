@@ -47,7 +47,6 @@ void frmMain::LoadSteps() {
     ++loadStep_;
     Log(kLoad, text);
   };
-  PublicVars& vars = radio_.Rx.Vars;
   step(":Start");
   step(":Resizing");
   formed_ = true;
@@ -99,22 +98,14 @@ void frmMain::LoadSteps() {
   for (std::int32_t mode = 0; mode < FilterModeCount; ++mode) {
     step(":Initialising Variable Filter Default Values (" + std::to_string(mode) + ")");
   }
-  filter_.optFilter.Press(vars.CurrentFilterMode);
-  demod_.optMode.Press(vars.CurrentDemodMode);
   for (std::int32_t mode = AGCPreset::Fast; mode <= AGCPreset::Slow; ++mode) {
     step(":Initialising Variable AGC Default Values (" + std::to_string(mode) + ")");
   }
-  agc_.chkAGC.SetValue(vars.AGCON);
-  agc_.optAGC.Press(vars.AGCMode);
-  agc_.chkAGC_Click();
   step(":Initialising Variable IF Filter Default Values (0)");
-  vars.CurrentIFFilterMode = IFFilterMode::Manual;
-  vars.IFFilterActive = false;
   step(":Initialising NotchFilter Default Values");
   notch_.InitialiseDefaults();
   step(":Restoring SDR Settings");
   RestoreSettings();
-  smeter_.DrawSMeterScale();
   step(":Initialising SoundCard Object");
   InitialiseSoundCard();
   ApplyStored();

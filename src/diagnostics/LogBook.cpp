@@ -42,7 +42,7 @@ void LogBook::AddError(const std::string& place, int code, const std::string& de
 void LogBook::AddToList(const std::string& text) {
   if (lines_.size() == kMostLines) lines_.pop_front();
   lines_.push_back(text);
-  if (onLine_) onLine_(text);
+  OnLine(text);
 }
 
 void LogBook::Report(const Failure& failure) {

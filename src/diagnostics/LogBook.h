@@ -2,9 +2,9 @@
 #pragma once
 
 #include <deque>
-#include <functional>
 #include <string>
 
+#include "controls/Event.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
 
@@ -37,7 +37,7 @@ class LogBook {
   // Index of the last line, kept in view; -1 in an empty list.
   int SelectedLine() const { return static_cast<int>(lines_.size()) - 1; }
   // Told every line as it enters the list.
-  void OnLine(std::function<void(const std::string&)> handler) { onLine_ = std::move(handler); }
+  Event<const std::string&> OnLine;
 
  private:
   void AddToList(const std::string& text);
@@ -49,7 +49,6 @@ class LogBook {
   bool trace_ = false;
   bool failureReported_ = false;
   std::deque<std::string> lines_;
-  std::function<void(const std::string&)> onLine_;
 };
 
 }  // namespace quorl

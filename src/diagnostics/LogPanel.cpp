@@ -3,12 +3,12 @@
 namespace quorl {
 
 LogPanel::LogPanel(ControlRegistry& registry, LogBook& log)
-    : frmLog(registry, "frmLog"), lstLog(registry, "lstLog"), log_(log) {
+    : frmLog(registry, "frmLog"), lstLog(registry, "lstLog") {
   frmLog.Caption = "Log";
   frmLog.Visible = false;
   lstLog.SetItems({log.Lines().begin(), log.Lines().end()});
   lstLog.SetListIndex(log.SelectedLine());
-  log.OnLine([this](const std::string& line) {
+  following_ = log.OnLine.Listen([this](const std::string& line) {
     if (lstLog.Items().size() >= LogBook::kMostLines) lstLog.RemoveItem(0);
     lstLog.AddItem(line);
     lstLog.SetListIndex(static_cast<int>(lstLog.Items().size()) - 1);

@@ -10,15 +10,12 @@ class LogPanel {
  public:
   // Shows what the log holds and follows it until the panel goes. `log` is used as long as the panel lives.
   LogPanel(ControlRegistry& registry, LogBook& log);
-  ~LogPanel() { log_.OnLine({}); }
-  LogPanel(const LogPanel&) = delete;
-  LogPanel& operator=(const LogPanel&) = delete;
 
   Frame frmLog;  // hidden to begin with
   ListBox lstLog;
 
  private:
-  LogBook& log_;
+  Listening following_;
 };
 
 }  // namespace quorl

@@ -12,7 +12,6 @@ struct SpokenName {
 };
 
 constexpr SpokenName kNames[] = {
-    {"dialtuner", "Tuning dial"},
     {"lblTuningRate", "Tuning step"},
     {"lblTuneDialRate", "Step of the dial"},
     {"imgTuneStepLock", "Unlock the tuning step"},
@@ -51,8 +50,6 @@ constexpr SpokenName kNames[] = {
     {"chkNB", "Noise blanker"},
     {"dialNB", "Noise blanker threshold"},
     {"sldNB", "Noise blanker threshold"},
-    {"dialOutVol", "Volume"},
-    {"sldOutVolume", "Volume"},
     {"chkScopeMode(0)", "Spectrum"},
     {"chkScopeMode(1)", "Oscilloscope"},
     {"chkScopeMode(2)", "XY display"},

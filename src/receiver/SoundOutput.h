@@ -13,4 +13,11 @@ class SoundOutput : public OutputLevel {
   virtual void Output(const std::int16_t* left, const std::int16_t* right) = 0;
 };
 
+// Heard by nobody.
+class NoSoundOutput final : public SoundOutput {
+ public:
+  void SetOutputAttenuation(std::int32_t) override {}
+  void Output(const std::int16_t*, const std::int16_t*) override {}
+};
+
 }  // namespace quorl

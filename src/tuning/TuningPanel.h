@@ -82,10 +82,8 @@ class TuningPanel {
   // The digits that show the frequency that is wanted plus the BFO offset.
   void DisplayFrequency();
   void SetTuneDigit(std::int32_t digit, float multiplier);
-  // Takes the step `index`, or with SetNextTuningRate the next one; wraps at both ends. `override` releases a
-  // locked step first.
+  // Takes the step `index`; wraps at both ends. `override` releases a locked step first.
   void SetTuningRate(std::int32_t index, bool override);
-  void SetNextTuningRate(bool override) { SetTuningRate(TuneStepIndex + 1, override); }
   // Tunes by the rate, as a wheel over the chosen digit does.
   void StepByRate(int notches) { Step(notches * double{TuneRate}); }
   // Takes `dHz` for step and rate, unless one of them is locked.

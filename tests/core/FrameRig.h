@@ -12,17 +12,14 @@
 #include <string>
 #include <vector>
 
-#include "controls/Hand.h"
 #include "core/frmMain.h"
 #include "platform/files/FileInstanceLock.h"
-#include "platform/virtual/VirtualDialogs.h"
-#include "platform/virtual/VirtualEventQueue.h"
 #include "platform/virtual/VirtualFileWorker.h"
 #include "platform/virtual/VirtualFiles.h"
-#include "platform/virtual/VirtualPrinterPort.h"
 #include "platform/virtual/VirtualProcesses.h"
-#include "platform/virtual/VirtualSerialPort.h"
 #include "platform/virtual/VirtualSoundSystem.h"
+#include "rigs/Hands.h"
+#include "rigs/VirtualDesk.h"
 #include "signals/Measures.h"
 #include "sim/SimulatedReceiver.h"
 #include "support/Text.h"
@@ -70,14 +67,13 @@ class BreakingSound : public VirtualSoundSystem {
   std::function<void()> OnList = [] {};  // the start asks for its devices half way
 };
 
-class FrameRig {
+class FrameRig : public VirtualDesk, public Hands {
  public:
   static constexpr char kSettings[] = "config/settings.ini";
 
   explicit FrameRig(const std::string& moreSettings = {}, int model = 0, bool lowSide = false)
       : Board(model, TinyBand(), SettingsOf(model, lowSide)) {
-    Serial.SetRecording(false);
-    Serial.SetListener(&Board.Cable());
+    Listen(Board.Cable(), false);
     Sound.AddCaptureDevice("Line In", Board.Board());
     Sound.AddCaptureDevice("Microphone", Board.Board());
     Sound.AddPlaybackDevice("Loudspeaker", nullptr);
@@ -91,7 +87,7 @@ class FrameRig {
                     moreSettings);
     Storage.Watched = kSettings;
   }
-  ~FrameRig() { Stop(); }
+  ~FrameRig() override { Stop(); }
 
   // The frame as it stands before its start.
   void Make() {
@@ -130,27 +126,7 @@ class FrameRig {
   clsVFO& VFO() { return frame_->Radio().VFO(); }
   SettingsStore& Store() { return *store_; }
 
-  Control& At(const std::string& name) {
-    Control* control = frame_->Controls().Find(name);
-    if (control == nullptr) throw std::out_of_range(name);
-    return *control;
-  }
-  void Click(const std::string& name) { At(name).UserClick(); }
-  void Set(const std::string& name, const std::string& value) {
-    EXPECT_TRUE(At(name).UserSet(value)) << name;
-  }
-  std::string Text(const std::string& name) { return At(name).Text(); }
-  void Wheel(const std::string& name, int notches, Modifiers with = {}) {
-    hand::Turn(At(name), notches, {.With = with});
-  }
-  std::string Digits() {
-    std::string digits;
-    for (int i = 0; i < 9; ++i) digits += Text(IndexedName("lbl7Seg", i));
-    return digits;
-  }
-  void Run(double seconds) {
-    Queue.AdvanceBy(std::chrono::microseconds(static_cast<std::int64_t>(seconds * 1e6)));
-  }
+  const ControlRegistry& Registry() override { return frame_->Controls(); }
   // Frequency at the board's chip, dHz, rounded.
   std::int64_t Oscillator() { return std::llround(Board.Chip().OutputHz().value_or(0.0) * 10.0); }
   std::string StoredText() {
@@ -164,13 +140,8 @@ class FrameRig {
   }
   double Loudness(double seconds = 0.5) const { return RootMeanSquare(LastHeard(seconds)); }
 
-  VirtualClock Clock;
-  VirtualEventQueue Queue{Clock};
-  VirtualDialogs Boxes;
   CountingFiles Storage;
   VirtualFileWorker Worker{Queue};
-  VirtualSerialPort Serial{Clock, Queue};
-  VirtualPrinterPort Printer{Clock};
   VirtualProcesses Programs;
   SimulatedReceiver Board;
   BreakingSound Sound{Queue, Clock};

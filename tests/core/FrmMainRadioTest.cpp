@@ -126,7 +126,6 @@ TEST_F(FrmMainRadio, TheFilterTakesAToneOutAndTheSidebandIsTheRightOne) {
   EXPECT_LT(rig.Tone(1300.0), open / 100.0);
   EXPECT_GT(rig.Tone(500.0), 10.0);
   // The talker's sideband lies below 7100 kHz.
-  for (int i = 0; i < 9; ++i) rig.At("imgTuneStepLock").DblClick({});
   rig.Frame().Radio().VFO().SetTunedFrequency(71000000);
   rig.Click("optFilter(2)");
   rig.Click("optMode(2)");

@@ -56,7 +56,7 @@ TEST(FrmMainSettings, WhatTheTableReadsBackIsThereAgain) {
   EXPECT_FALSE(rig.Frame().IsOn());
   EXPECT_EQ(rig.Text("chkTuneLo"), "1");
   EXPECT_TRUE(rig.Vars().LowSideLO);
-  EXPECT_EQ(rig.Oscillator(), 72050300 - 450000000 < 0 ? 377949700 : 0);
+  EXPECT_EQ(rig.Oscillator(), 377949700);
   rig.Run(0.1);
   EXPECT_EQ(rig.Digits(), "072050300");
   EXPECT_EQ(rig.Text("lblTuningRate"), "10 Hz");

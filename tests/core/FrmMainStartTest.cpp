@@ -77,6 +77,7 @@ TEST(FrmMainStart, ThePowerWaitsForTheEndOfTheStart) {
   FrameRig rig;
   std::vector<std::string> captions;
   bool touched = false;
+  Listening hearing;
   rig.Sound.OnList = [&] {
     if (touched) return;
     touched = true;
@@ -84,7 +85,7 @@ TEST(FrmMainStart, ThePowerWaitsForTheEndOfTheStart) {
       EXPECT_FALSE(rig.At(name).Enabled()) << name;
       rig.Click(name);
     }
-    rig.Log->OnLine([&](const std::string& line) {
+    hearing = rig.Log->OnLine.Listen([&](const std::string& line) {
       if (line.ends_with(":Call modWheelMouse.init")) captions = {rig.Text("lblFLo"), rig.Text("lblFHi")};
     });
   };
@@ -121,6 +122,7 @@ TEST(FrmMainStart, TheWindowOpensAtItsStepWithEveryControlAndBeforeTheBoxes) {
   ControlRegistry spare;
   const auto slider = [&](const char* name) -> Slider& { return dynamic_cast<Slider&>(rig.At(name)); };
   std::vector<std::pair<int, int>> leastAtLines;  // values of sldAGCAttack, sldAGCDecay
+  Listening hearing;
   rig.OnForm = [&] {
     ++forms;
     EXPECT_EQ(rig.Log->Lines().back(), "frmMain:frmMain:Form_Load:Making Form Visible");
@@ -131,7 +133,7 @@ TEST(FrmMainStart, TheWindowOpensAtItsStepWithEveryControlAndBeforeTheBoxes) {
     }
     // What a later line tells has not been done yet.
     EXPECT_EQ(slider("sldNotchWidth").Max(), Slider(spare, "fresh").Max());
-    rig.Log->OnLine([&](const std::string& line) {
+    hearing = rig.Log->OnLine.Listen([&](const std::string& line) {
       if (line.find(":Initialising sldAGC") != std::string::npos)
         leastAtLines.emplace_back(slider("sldAGCAttack").Min(), slider("sldAGCDecay").Min());
     });
@@ -142,6 +144,7 @@ TEST(FrmMainStart, TheWindowOpensAtItsStepWithEveryControlAndBeforeTheBoxes) {
   // At the line of each slider its work is still to come.
   EXPECT_EQ(leastAtLines, (std::vector<std::pair<int, int>>{{0, 0}, {5, 0}}));
   EXPECT_EQ(slider("sldAGCDecay").Min(), 10);
+  EXPECT_EQ(rig.Text("lstLog"), rig.Log->Lines().back()) << "the panel goes on hearing beside the test";
   EXPECT_EQ(slider("sldNotchWidth").Max(), 5000);
 }
 

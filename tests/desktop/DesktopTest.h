@@ -18,16 +18,10 @@ class RealPanel : public test::FrameRig {
     if (!Start()) throw std::runtime_error("the radio does not start");
   }
 
-  const ControlRegistry& Registry() { return Frame().Controls(); }
-  template <class C>
-  C& Get(const std::string& name) {
-    return dynamic_cast<C&>(At(name));
-  }
   // What is switched off takes no gestures.
   void SwitchOn(std::initializer_list<const char*> names) {
     for (const char* name : names) Get<CheckBox>(name).SetValue(true);
   }
-  void Press(const std::string& group, int index) { Click(IndexedName(group, index)); }
   int Pressed(const std::string& group) {
     int index = 0;
     while (!Get<OptionButton>(IndexedName(group, index)).Value()) ++index;

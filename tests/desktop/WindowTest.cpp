@@ -3,6 +3,7 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QLayout>
 #include <QLineEdit>
 #include <QListWidget>
@@ -274,7 +275,8 @@ TEST_F(WindowTest, DigitsFollowTheHandBeforeTheNextRefresh) {
     PaintCounter shown(*digits), later(*notch);
     panel.Get<Label>("lblNotch").Caption = std::to_string(i);
     panel.ShowDigits("07085000" + std::to_string(i + 1));
-    while (shown.Paints + later.Paints == 0) QApplication::processEvents();
+    for (QDeadlineTimer patience(1000); shown.Paints + later.Paints == 0 && !patience.hasExpired();)
+      QApplication::processEvents();
     first += later.Paints == 0 ? 1 : 0;
   }
   EXPECT_GE(first, 5) << "of 9";

@@ -44,7 +44,7 @@ TEST_F(LogBookTest, WithoutTracingOnlyTheListGrows) {
   log_.Start(false);
   EXPECT_EQ(log_.SelectedLine(), -1);
   std::string told;
-  log_.OnLine([&](const std::string& line) { told += line; });
+  const Listening hearing = log_.OnLine.Listen([&](const std::string& line) { told += line; });
   log_.AddLog("one");
   log_.AddLog("two");
   EXPECT_EQ(File(), "last week's lines\n");

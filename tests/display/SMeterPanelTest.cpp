@@ -1,4 +1,4 @@
-// The bar, the reading and the floor of the S-meter; the inks and texts of the statistics.
+// The bar, the reading and the floor of the S-meter.
 #include "display/SMeterPanel.h"
 
 #include <gtest/gtest.h>

@@ -6,7 +6,6 @@
 #include <functional>
 #include <string>
 
-#include "controls/Hand.h"
 #include "platform/virtual/VirtualClock.h"
 #include "reception/AGCPanel.h"
 #include "reception/BFOPanel.h"
@@ -16,15 +15,11 @@
 #include "reception/NBPanel.h"
 #include "reception/NotchPanel.h"
 #include "reception/VolumePanel.h"
+#include "rigs/Hands.h"
 
 namespace quorl {
 
-struct ReceptionRig {
-  struct NoOutput final : SoundOutput {
-    void SetOutputAttenuation(std::int32_t) override {}
-    void Output(const std::int16_t*, const std::int16_t*) override {}
-  };
-
+struct ReceptionRig : test::Hands {
   ReceptionRig() {
     radio.Initialise();
     notch.InitialiseDefaults();
@@ -36,18 +31,7 @@ struct ReceptionRig {
     vars.FiltersDirty = vars.NotchDirty = false;
   }
 
-  Control& At(const std::string& name) {
-    Control* control = registry.Find(name);
-    if (control == nullptr) throw std::out_of_range(name);
-    return *control;
-  }
-  void Click(const std::string& name) { At(name).UserClick(); }
-  void Set(const std::string& name, const std::string& value) { ASSERT_TRUE(At(name).UserSet(value)); }
-  void RightClick(const std::string& name) { hand::Click(At(name), {.Button = MouseButton::Right}); }
-  void Wheel(const std::string& name, int times, Modifiers with = {}) {
-    hand::Turn(At(name), times, {.With = with});
-  }
-  std::string Text(const std::string& name) { return At(name).Text(); }
+  const ControlRegistry& Registry() override { return registry; }
   // Runs once at the next yield.
   void AtNextYield(std::function<void()> what) { atYield = std::move(what); }
   void Yield() {
@@ -62,7 +46,7 @@ struct ReceptionRig {
   ScrollableControls mouse{scheme};
   PanelColours colours{registry, scheme, mouse};
   VirtualClock clock;
-  NoOutput output;
+  NoSoundOutput output;
   NoRecorder recorder;
   Receiver radio{clock, output, recorder, [] {}};
   PublicVars& vars = radio.Vars;

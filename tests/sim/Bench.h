@@ -7,24 +7,18 @@
 #include <optional>
 #include <utility>
 
-#include "platform/virtual/VirtualDialogs.h"
-#include "platform/virtual/VirtualEventQueue.h"
-#include "platform/virtual/VirtualPrinterPort.h"
-#include "platform/virtual/VirtualSerialPort.h"
+#include "rigs/VirtualDesk.h"
 #include "sim/SimulatedReceiver.h"
 #include "tuning/TuningChain.h"
 
 namespace quorl {
 
-struct Bench {
+struct Bench : test::VirtualDesk {
   Bench(int model, std::int32_t interfaceType, std::unique_ptr<SimulatedBand> band, bool lowSide)
       : Board(model, std::move(band), SettingsOf(model, lowSide)) {
-    Serial.SetRecording(false);
-    Printer.SetRecording(false);
-    Serial.SetListener(&Board.Cable());
-    Printer.SetListener(&Board.Cable());
+    Listen(Board.Cable(), false);
     Store.SaveSetting("DDSAD9951", "ClkIn", "360096000");
-    Chain.emplace(TuningMachine{Serial, Printer, Events, Boxes, Store}, SettingsStore::LogSink{});
+    Chain.emplace(TuningMachine{Serial, Printer, Queue, Boxes, Store}, SettingsStore::LogSink{});
     EXPECT_TRUE(Chain->OpenInterface(interfaceType, false));
     Chain->CreateVFO(model, interfaceType);
     Chain->VFO()->HiSideLO = !lowSide;
@@ -37,11 +31,6 @@ struct Bench {
     return settings;
   }
 
-  VirtualClock Clock;
-  VirtualEventQueue Events{Clock};
-  VirtualDialogs Boxes;
-  VirtualSerialPort Serial{Clock, Events};
-  VirtualPrinterPort Printer{Clock};
   SettingsStore Store;
   SimulatedReceiver Board;
   std::optional<TuningChain> Chain;

@@ -14,12 +14,6 @@
 namespace quorl {
 namespace {
 
-class NoSound final : public SoundOutput {
- public:
-  void SetOutputAttenuation(std::int32_t) override {}
-  void Output(const std::int16_t*, const std::int16_t*) override {}
-};
-
 // Judged before the AGC: it would bring the noise of an empty frequency up to the level of a station.
 class Radio {
  public:
@@ -57,7 +51,7 @@ class Radio {
   }
 
  private:
-  NoSound sound_;
+  NoSoundOutput sound_;
   NoRecorder recorder_;
   Bench bench_;
   Receiver receiver_;

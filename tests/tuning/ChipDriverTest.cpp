@@ -16,15 +16,14 @@ class Drivers : public ::testing::Test, protected TuningRig {
  protected:
   Drivers() { serialIF->OpenPort(false); }
 
-  std::shared_ptr<clsDDSSerialIF> serialIF =
-      std::make_shared<clsDDSSerialIF>(Serial, Queue, Dialogs, Settings);
+  std::shared_ptr<clsDDSSerialIF> serialIF = std::make_shared<clsDDSSerialIF>(Serial, Queue, Boxes, Settings);
   std::shared_ptr<clsDDSParallelIF> parallelIF = std::make_shared<clsDDSParallelIF>(Printer, Queue, Settings);
 };
 
 class AD9951 : public Drivers {
  protected:
   AD9951() { chip.IFHandler = serialIF; }
-  clsAD9951 chip{Settings, Dialogs};
+  clsAD9951 chip{Settings, Boxes};
 };
 
 class AD9835 : public Drivers {
@@ -37,7 +36,7 @@ class AD9835 : public Drivers {
   static Frames Words(int w3, int w2, int w1, int w0) {
     return {{0xF8, 0x00}, {0x30, w0}, {0x21, w1}, {0x32, w2}, {0x23, w3}, {0x80, 0x00}, {0xC0, 0x00}};
   }
-  clsAD9835 chip{Settings, Dialogs};
+  clsAD9835 chip{Settings, Boxes};
 };
 
 TEST_F(AD9951, RegisterWritesByteForByte) {
@@ -81,8 +80,8 @@ TEST_F(AD9951, LimitsOfTheTuningWord) {
 TEST_F(AD9951, WithoutClockOnlyAMessageComes) {
   Sent();
   EXPECT_EQ(chip.SetFrequency(70500000), 70500000);
-  ASSERT_EQ(Dialogs.Messages.size(), 1U);
-  EXPECT_EQ(Dialogs.Messages[0].Text, "Clkin is not set correctly, Clkin=36009600");
+  ASSERT_EQ(Boxes.Messages.size(), 1U);
+  EXPECT_EQ(Boxes.Messages[0].Text, "Clkin is not set correctly, Clkin=36009600");
   EXPECT_TRUE(Sent().empty());
   chip.Refresh();
   EXPECT_EQ(Sent(), Frames{{}}) << "nothing was kept: the update line alone moves";
@@ -125,25 +124,25 @@ TEST_F(AD9951, AnInterfaceTakenAwayInMidFrameStillEndsTheFrame) {
   EXPECT_FALSE(Serial.IsOpen()) << "the last reference went with the frame";
   chip.SetFrequency(1);
   EXPECT_TRUE(Sent().empty());
-  EXPECT_TRUE(Dialogs.Messages.empty());
+  EXPECT_TRUE(Boxes.Messages.empty());
 }
 
 TEST_F(Drivers, AD9951KeepsItsClockInTheStore) {
   {
-    clsAD9951 chip(Settings, Dialogs);
+    clsAD9951 chip(Settings, Boxes);
     chip.Name = "DDSAD9951";
     chip.Save();
   }
   EXPECT_EQ(Settings.GetSetting("DDSAD9951", "ClkIn", "none"), "none") << "it never had one";
   {
-    clsAD9951 chip(Settings, Dialogs);
+    clsAD9951 chip(Settings, Boxes);
     chip.Name = "DDSAD9951";
     EXPECT_FALSE(chip.RestoreSettings());
     EXPECT_EQ(chip.ClkIn(), 50000000);
     chip.SetClkIn(360096000);
     chip.Save();
   }
-  clsAD9951 chip(Settings, Dialogs);
+  clsAD9951 chip(Settings, Boxes);
   chip.Name = "DDSAD9951";
   chip.RestoreSettings();
   EXPECT_EQ(chip.ClkIn(), 360096000);
@@ -184,7 +183,7 @@ TEST_F(AD9835, InitialiseTakesTheStoredClockAndSendsNothing) {
 TEST_F(Drivers, AD9835StoresItsClockAndLooksForItUnderItsOwnNumber) {
   Settings.SaveSetting("clsAD9835", "5000000", "40000000");
   {
-    clsAD9835 chip(Settings, Dialogs);
+    clsAD9835 chip(Settings, Boxes);
     EXPECT_EQ(chip.ClkIn(), 40000000);
     chip.Name = "DDSAD9835";
     chip.Save();
@@ -208,11 +207,10 @@ TEST_F(AD9835, RefreshMovesTheSelectLineOnly) {
   EXPECT_EQ(Sent(), Frames{{}});
   chip.IFHandler.reset();
   chip.SetFrequency(1);
-  EXPECT_TRUE(Dialogs.Messages.empty());
+  EXPECT_TRUE(Boxes.Messages.empty());
   chip.Refresh();
-  ASSERT_EQ(Dialogs.Messages.size(), 1U);
-  EXPECT_EQ(Dialogs.Messages[0].Text,
-            "Set IFHandler Object in clsAD9951 to an object to handle the Interface");
+  ASSERT_EQ(Boxes.Messages.size(), 1U);
+  EXPECT_EQ(Boxes.Messages[0].Text, "Set IFHandler Object in clsAD9951 to an object to handle the Interface");
 }
 
 }  // namespace

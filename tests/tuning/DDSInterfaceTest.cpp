@@ -21,7 +21,7 @@ std::string Calls(VirtualSerialPort& port) {
 
 class Serial : public ::testing::Test, protected TuningRig {
  protected:
-  Serial() : line(TuningRig::Serial, Queue, Dialogs, Settings) { line.Name = "DDSSerialIF"; }
+  Serial() : line(TuningRig::Serial, Queue, Boxes, Settings) { line.Name = "DDSSerialIF"; }
   std::string CallsOf(const std::function<void()>& action) {
     TuningRig::Serial.ClearLevels();
     yieldsBefore = Queue.YieldCount();
@@ -115,15 +115,15 @@ TEST_F(Serial, AFailedOpenIsToldOnce) {
   EXPECT_EQ(line.OpenPort(false), 0);
   EXPECT_EQ(line.OpenPort(true), 0);
   line.Send(1);
-  ASSERT_EQ(Dialogs.Messages.size(), 2U);
-  EXPECT_EQ(Dialogs.Messages[0].Text,
+  ASSERT_EQ(Boxes.Messages.size(), 2U);
+  EXPECT_EQ(Boxes.Messages[0].Text,
             "DDSSerialIF : PollMode : Unable to Open COM3\n"
             "Please Set valid COM port in Configuration, then Close and Restart");
   const std::string start =
       "Unable to Open COM3\nPlease Set valid COM port in Configuration, then Close and Restart\n"
       "clsDDSSerialIF.cls:clsDDSSerialIF:OpenPort:";
-  EXPECT_EQ(Dialogs.Messages[1].Text.substr(0, start.size()), start);
-  EXPECT_GT(std::stoi(Dialogs.Messages[1].Text.substr(start.size())), 0);
+  EXPECT_EQ(Boxes.Messages[1].Text.substr(0, start.size()), start);
+  EXPECT_GT(std::stoi(Boxes.Messages[1].Text.substr(start.size())), 0);
 }
 
 TEST_F(Serial, OnlyEventModeHearsTheStatusLines) {
@@ -156,7 +156,7 @@ TEST_F(Serial, SettingsComeBack) {
   EXPECT_EQ(line.PortNo, 1);
   EXPECT_EQ(line.WaitTime, 1.0 / 230400);
   {
-    clsDDSSerialIF other(TuningRig::Serial, Queue, Dialogs, Settings);
+    clsDDSSerialIF other(TuningRig::Serial, Queue, Boxes, Settings);
     other.Name = "Other";
     other.PortNo = 4;
     other.OpenPort(false);

@@ -47,7 +47,7 @@ struct FrequencyEntryTest : testing::Test, TuningRig {
   std::int32_t Tuned() { return chain.Tune().Wanted(); }
 
   ControlRegistry registry;
-  TuningChain chain{{Serial, Printer, Queue, Dialogs, Settings}, [](const std::string&) {}};
+  TuningChain chain{{Serial, Printer, Queue, Boxes, Settings}, [](const std::string&) {}};
   FrequencyEntry entry{registry};
 };
 

@@ -27,7 +27,7 @@ class TunerTest : public testing::Test, protected TuningRig {
   void Build(int model) {
     board.emplace(model, nullptr, BoardOfModel(model));
     Serial.SetListener(&board->Cable());
-    chain.emplace(TuningMachine{Serial, Printer, Queue, Dialogs, Settings}, SettingsStore::LogSink{});
+    chain.emplace(TuningMachine{Serial, Printer, Queue, Boxes, Settings}, SettingsStore::LogSink{});
     chain->OpenInterface(InterfaceType::Serial, false);
     chain->CreateVFO(model, InterfaceType::Serial);
     chain->Tune().MoveTo(kStart);

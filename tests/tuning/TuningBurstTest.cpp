@@ -89,7 +89,7 @@ class TuningBurst : public testing::TestWithParam<Wire>, protected TuningRig {
   }
 
   SimulatedReceiver board{GetParam().Model, nullptr, BoardOfModel(GetParam().Model)};
-  TuningChain chain{TuningMachine{Serial, Printer, Queue, Dialogs, Settings}, {}};
+  TuningChain chain{TuningMachine{Serial, Printer, Queue, Boxes, Settings}, {}};
   ControlRegistry registry;
   PublicVars vars;
   TuningPanel panel{registry, Queue, Clock, vars, {}};

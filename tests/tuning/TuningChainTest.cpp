@@ -17,7 +17,7 @@ namespace {
 class Chain : public ::testing::Test, protected TuningRig {
  protected:
   std::unique_ptr<TuningChain> Build(std::int32_t model, std::int32_t interfaceType) {
-    auto chain = std::make_unique<TuningChain>(TuningMachine{Serial, Printer, Queue, Dialogs, Settings},
+    auto chain = std::make_unique<TuningChain>(TuningMachine{Serial, Printer, Queue, Boxes, Settings},
                                                [this](const std::string& line) { log.push_back(line); });
     chain->OpenInterface(interfaceType, false);
     chain->CreateVFO(model, interfaceType);
@@ -82,7 +82,7 @@ TEST_F(Chain, TwoHundredFrequenciesReachEveryChipToTheLastBit) {
     }
   }
   EXPECT_TRUE(log.empty());
-  EXPECT_TRUE(Dialogs.Messages.empty());
+  EXPECT_TRUE(Boxes.Messages.empty());
 }
 
 TEST_F(Chain, BoardsStartWithTheirConfigurations) {
@@ -97,7 +97,7 @@ TEST_F(Chain, BoardsStartWithTheirConfigurations) {
                       {9, "VFO1.RXIQ", "DDSAD9951", 45000000, true}};
   for (const auto& board : boards) {
     SettingsStore fresh;
-    TuningChain chain({Serial, Printer, Queue, Dialogs, fresh}, {});
+    TuningChain chain({Serial, Printer, Queue, Boxes, fresh}, {});
     chain.OpenInterface(InterfaceType::Serial, false);
     chain.CreateVFO(board.Model, InterfaceType::Serial);
     EXPECT_EQ(chain.VFO()->Name, board.VFOName);
@@ -154,7 +154,7 @@ TEST_F(Chain, AClockThatIsNoneGivesWayToTheUsualOneWithOneLine) {
       EXPECT_FALSE(Sent().empty());
     }
   }
-  EXPECT_TRUE(Dialogs.Messages.empty());
+  EXPECT_TRUE(Boxes.Messages.empty());
 }
 
 TEST_F(Chain, WhatCannotWorkIsToldInOneLine) {
@@ -173,19 +173,19 @@ TEST_F(Chain, WhatCannotWorkIsToldInOneLine) {
   EXPECT_NE(log[0].find("only be tuned over the serial interface"), std::string::npos);
   EXPECT_TRUE(Serial.Levels().empty());
   EXPECT_TRUE(Printer.Levels().empty());
-  EXPECT_TRUE(Dialogs.Messages.empty());
+  EXPECT_TRUE(Boxes.Messages.empty());
 }
 
 TEST_F(Chain, AMissingPortOrAnUnknownTypeStillLeavesATunableVFO) {
   Serial.FailOpen(Error{2, "none"});
   EXPECT_FALSE(Build(1, InterfaceType::Serial)->VFO()->SetTunedFrequency(70500000));
-  ASSERT_EQ(Dialogs.Messages.size(), 1U);
+  ASSERT_EQ(Boxes.Messages.size(), 1U);
   EXPECT_EQ(log, std::vector<std::string>{"COM1: none"});
   const auto chain = Build(1, 2);
   EXPECT_FALSE(chain->VFO()->SetTunedFrequency(70500000));
   EXPECT_EQ(chain->VFO()->TunedFrequency(), 70500000);
-  ASSERT_EQ(Dialogs.Messages.size(), 2U);
-  EXPECT_EQ(Dialogs.Messages[1].Text,
+  ASSERT_EQ(Boxes.Messages.size(), 2U);
+  EXPECT_EQ(Boxes.Messages[1].Text,
             "Unknown DDSIFType specified in Registry - Check DDSIFType key - No interface initialised");
 }
 

@@ -267,7 +267,7 @@ TEST_F(TuningPanelTest, TheSelectorTakesEveryStepAndOverridesALock) {
 
   ASSERT_TRUE(At("mnuVFOStepSub").UserSet("9 KHz"));
   EXPECT_EQ(VFO().TuneStep(), 1.0);  // locked, and no override
-  panel->SetNextTuningRate(true);
+  panel->SetTuningRate(panel->TuneStepIndex + 1, true);
   EXPECT_EQ(VFO().TuneStep(), 100000.0);  // round from the last to the first
   panel->SetTuningRate(-1, true);
   EXPECT_EQ(VFO().TuneStep(), 1.0);

@@ -3,14 +3,11 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "config/SettingsStore.h"
-#include "platform/virtual/VirtualClock.h"
-#include "platform/virtual/VirtualDialogs.h"
-#include "platform/virtual/VirtualEventQueue.h"
-#include "platform/virtual/VirtualPrinterPort.h"
-#include "platform/virtual/VirtualSerialPort.h"
+#include "rigs/VirtualDesk.h"
 
 namespace quorl {
 
@@ -68,20 +65,12 @@ class WireTap : public LineListener {
   Frame frame_;
 };
 
-struct TuningRig {
-  TuningRig() {
-    Serial.SetListener(&Wire);
-    Printer.SetListener(&Wire);
-  }
+struct TuningRig : test::VirtualDesk {
+  TuningRig() { Listen(Wire, true); }
   // The frames since the last call.
   std::vector<WireTap::Frame> Sent() { return std::exchange(Wire.Frames, {}); }
 
-  VirtualClock Clock;
-  VirtualEventQueue Queue{Clock};
-  VirtualDialogs Dialogs;
   SettingsStore Settings;
-  VirtualSerialPort Serial{Clock, Queue};
-  VirtualPrinterPort Printer{Clock};
   WireTap Wire;
 };
 

@@ -40,7 +40,7 @@ class VFO : public ::testing::Test, protected TuningRig {
     vfo.OscType = oscillator;
   }
 
-  std::shared_ptr<FakeOscillator> oscillator = std::make_shared<FakeOscillator>(Settings, Dialogs);
+  std::shared_ptr<FakeOscillator> oscillator = std::make_shared<FakeOscillator>(Settings, Boxes);
   clsVFO vfo{Settings};
 };
 

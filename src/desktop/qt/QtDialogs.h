@@ -26,7 +26,7 @@ class QtDialogs : public Dialogs {
   QString lastDirectory_;
 };
 
-// "Text (*.a)|*.a;*.b|All|*" as Qt writes it: "Text (*.a)(*.a *.b);;All(*)", without saying a pattern twice.
+// "Text (*.a)|*.a;*.b|All|*" as Qt writes it: "Text (*.a *.b);;All (*)", without saying a pattern twice.
 QString QtFilterOf(const std::string& filter);
 
 }  // namespace quorl

@@ -45,7 +45,7 @@ void ChoiceView::Step(int steps) {
 }
 
 bool ChoiceView::OnKey(int code, Modifiers with) {
-  if (code == Key::Space || code == 13 || (code == Key::Down && with.Alt)) {
+  if (IsPressKey(code) || (code == Key::Down && with.Alt)) {
     Press();
   } else if (code == Key::Up || code == Key::Down) {
     Step(code == Key::Up ? 1 : -1);

@@ -44,7 +44,6 @@ class PopupListView : public View {
 
   QAccessible::Role Role() const override { return QAccessible::PopupMenu; }
   void TakeOver() override;
-  QMenu* OpenMenu() const { return menu_; }
 
  private:
   void Open();

@@ -92,7 +92,7 @@ QSize FaceView::sizeHint() const {
 }
 
 bool FaceView::OnKey(int code, Modifiers) {
-  if (code == Key::Space || code == 13) {
+  if (IsPressKey(code)) {
     Press();
     return true;
   }

@@ -74,7 +74,7 @@ void SymbolView::Press() {
 }
 
 bool SymbolView::OnKey(int code, Modifiers) {
-  if (code != Key::Space && code != 13) return false;
+  if (!IsPressKey(code)) return false;
   Press();
   return true;
 }

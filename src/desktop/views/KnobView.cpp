@@ -34,19 +34,9 @@ std::optional<View::Range> KnobView::SpokenRange() const {
   return Range{double(dial_.Value()), -kNoEnd, kNoEnd};
 }
 
-void KnobView::SetSpoken(double value) {
-  if (dial_.Enabled()) dial_.SetValue(static_cast<int>(std::lround(value)));
-}
-
 bool KnobView::OnKey(int code, Modifiers with) {
-  const int direction = code == Key::Up || code == Key::Right    ? 1
-                        : code == Key::Down || code == Key::Left ? -1
-                                                                 : 0;
+  const int direction = TurnOf(code);
   return direction != 0 && dial_.UserTurn(direction, with);
-}
-
-bool KnobView::OnWheel(int notches, Modifiers with) {
-  return dial_.UserTurn(notches, with);
 }
 
 double KnobView::DegreesAt(const QPointF& point) const {

@@ -16,14 +16,12 @@ class KnobView : public View {
 
   QAccessible::Role Role() const override { return QAccessible::Dial; }
   std::optional<Range> SpokenRange() const override;
-  void SetSpoken(double value) override;
   void Step(int steps) override { dial_.UserStep(steps); }
   QSize sizeHint() const override { return {diameter_, diameter_}; }
   QSize minimumSizeHint() const override { return sizeHint(); }
 
  protected:
   bool OnKey(int code, Modifiers with) override;
-  bool OnWheel(int notches, Modifiers with) override;
   void OnClick(const MouseEvent&) override {}
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;

@@ -95,7 +95,7 @@ QColor LabelView::Ink() const {
 }
 
 bool LabelView::OnKey(int code, Modifiers) {
-  if ((code != Key::Space && code != 13) || !label_.Click) return false;
+  if (!IsPressKey(code) || !label_.Click) return false;
   Press();
   return true;
 }

@@ -43,14 +43,8 @@ void SliderView::Step(int steps) {
 }
 
 bool SliderView::OnKey(int code, Modifiers with) {
-  const int direction = code == Key::Up || code == Key::Right    ? 1
-                        : code == Key::Down || code == Key::Left ? -1
-                                                                 : 0;
+  const int direction = TurnOf(code);
   return direction != 0 && slider_.UserTurn(direction, with);
-}
-
-bool SliderView::OnWheel(int notches, Modifiers with) {
-  return slider_.UserTurn(notches, with);
 }
 
 double SliderView::ShareOfRange() const {

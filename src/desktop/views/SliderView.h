@@ -20,7 +20,6 @@ class SliderView : public View {
 
  protected:
   bool OnKey(int code, Modifiers with) override;
-  bool OnWheel(int notches, Modifiers with) override;
   void OnClick(const MouseEvent&) override {}
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;

@@ -43,6 +43,8 @@ class View : public QWidget {
   struct Range {
     double Value = 0, Minimum = 0, Maximum = 0;
   };
+  // Whether it is a value that is turned.
+  bool IsTurned() const;
   // For values with ends.
   virtual std::optional<Range> SpokenRange() const { return {}; }
   virtual bool IsChecked() const { return false; }
@@ -66,7 +68,7 @@ class View : public QWidget {
   // What a key does that the panel doesn't handle itself; false lets the parent have it.
   virtual bool OnKey(int, Modifiers) { return false; }
   // What the wheel does where the panel doesn't handle it.
-  virtual bool OnWheel(int, Modifiers) { return false; }
+  virtual bool OnWheel(int notches, Modifiers with) { return control_.UserTurn(notches, with); }
   // The control has changed; what can be seen of that is to be painted.
   virtual void ShowChange() { update(); }
   // A left press and release inside.
@@ -110,7 +112,6 @@ class View : public QWidget {
   friend class RefreshClock;
   void TakeKeysOnHover();
   void TakeOverMnemonic();
-  bool IsTurned() const;
   void Speak();
 
   RefreshClock& clock_;

@@ -53,7 +53,7 @@ class ViewAccess : public QAccessibleWidget, public QAccessibleValueInterface, p
   QStringList actionNames() const override {
     QStringList names = QAccessibleWidget::actionNames();
     if (!view_.isEnabled()) return names;
-    if (IsTurned()) names << increaseAction() << decreaseAction();
+    if (view_.IsTurned()) names << increaseAction() << decreaseAction();
     if (view_.CanPress()) names << pressAction();
     return names;
   }
@@ -89,10 +89,6 @@ class ViewAccess : public QAccessibleWidget, public QAccessibleValueInterface, p
 
  private:
   View::Range Range() const { return view_.SpokenRange().value_or(View::Range{}); }
-  bool IsTurned() const {
-    const QAccessible::Role role = view_.Role();
-    return role == QAccessible::SpinBox || role == QAccessible::Slider || role == QAccessible::Dial;
-  }
 
   View& view_;
 };

@@ -28,6 +28,22 @@ void PutValue(CardView* card, QWidget* word, LabelView* value, SliderView* slide
   Put(row, slider, 1);
 }
 
+// A row for one value that a hand finds three times: number, slider and knob.
+void PutKnobValue(QHBoxLayout* row, LabelView* value, SliderView* slider, KnobView* knob) {
+  Put(row, value);
+  row->addSpacing(4);
+  Put(row, slider, 1);
+  row->addSpacing(4);
+  Put(row, knob);
+}
+
+// A word with its number, as one of several in a row.
+void PutPair(QHBoxLayout* row, LabelView* word, LabelView* value) {
+  Put(row, word);
+  Put(row, value);
+  row->addStretch(1);
+}
+
 QWidget* MakeModeCard(Binder& bind) {
   CardView* card = bind.Card("frDemod", "Mode", CardView::Title::Beside);
   Put(card->AddRow(), bind.Options("optMode", 6));
@@ -38,11 +54,9 @@ QWidget* MakeVolumeCard(Binder& bind) {
   CardView* card = bind.Card("frAFOut", "Volume", CardView::Title::Beside);
   QHBoxLayout* row = card->AddRow();
   Put(row, bind.Loudspeaker("chkMute"));
-  Put(row, In("dB", bind.Value("lblOutVol", "-00.0")));
-  row->addSpacing(4);
-  Put(row, bind.Slide("sldOutVolume", 120), 1);
-  row->addSpacing(4);
-  Put(row, bind.Knob("dialOutVol", kSmallKnob));
+  LabelView* value = In("dB", bind.Value("lblOutVol", "-00.0"));
+  SliderView* slider = bind.Slide("sldOutVolume", 120);
+  PutKnobValue(row, value, slider, bind.Knob("dialOutVol", kSmallKnob));
   return card;
 }
 
@@ -64,12 +78,10 @@ QWidget* MakeIFFilterCard(Binder& bind) {
   card->TitleRow()->addSpacing(skin::kGrid);
   Put(card->TitleRow(), Small(bind.Toggle("chkIFFilter")));
   QHBoxLayout* row = card->AddRow();
-  Put(row, bind.Word("lblIFHiDesc"));
-  Put(row, In("Hz", bind.Value("lblIFHi", "-00000")));
-  row->addStretch(1);
-  Put(row, bind.Word("lblIFLoDesc"));
-  Put(row, In("Hz", bind.Value("lblIFLo", "-00000")));
-  row->addStretch(1);
+  for (const char* edge : {"lblIFHi", "lblIFLo"}) {
+    LabelView* word = bind.Word(std::string(edge) + "Desc");
+    PutPair(row, word, In("Hz", bind.Value(edge, "-00000")));
+  }
   return card;
 }
 
@@ -106,12 +118,9 @@ QWidget* MakeAGCCard(Binder& bind) {
 QWidget* MakeBlankerCard(Binder& bind) {
   CardView* card = bind.Card("frNB", "Blanker");
   Put(card->TitleRow(), Small(bind.Toggle("chkNB")));
-  QHBoxLayout* row = card->AddRow();
-  Put(row, In("%", bind.Value("lblNB", "00.00")));
-  row->addSpacing(4);
-  Put(row, bind.Slide("sldNB", 100), 1);
-  row->addSpacing(4);
-  Put(row, bind.Knob("dialNB", kSmallKnob));
+  LabelView* value = In("%", bind.Value("lblNB", "00.00"));
+  SliderView* slider = bind.Slide("sldNB", 100);
+  PutKnobValue(card->AddRow(), value, slider, bind.Knob("dialNB", kSmallKnob));
   return card;
 }
 

@@ -7,8 +7,8 @@ class QWidget;
 
 namespace quorl {
 
-// Renders the window, or a view in one, shown or not, into a PNG file at `scale` device pixels a pixel (> 0). False where the
-// file can't be written.
+// Renders the window, or a view in one, shown or not, into a PNG file at `scale` device pixels a pixel (> 0).
+// False where the file can't be written.
 bool GrabShot(QWidget& window, const std::string& path, double scale = 1.0);
 
 // The widget of that name, whatever its letter case: a window of the program, or a view in one of them. Null
