@@ -25,5 +25,6 @@ inline double SecondsOf(const std::function<void()>& work, int calls = 24) {
 }
 
 std::vector<Budget> MeasureWaterfall();
+std::vector<Budget> MeasureMemories();
 
 }  // namespace quorl

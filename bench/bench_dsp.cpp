@@ -282,7 +282,9 @@ std::vector<Ratio> Measure(Works& w) {
 bool PrintBudgets() {
   std::printf("\nTimes on one core\n");
   bool kept = true;
-  for (const Budget& budget : MeasureWaterfall()) {
+  std::vector<Budget> budgets = MeasureWaterfall();
+  for (const Budget& budget : MeasureMemories()) budgets.push_back(budget);
+  for (const Budget& budget : budgets) {
     const bool within = budget.Milliseconds <= budget.Limit;
     std::printf("%-52s %7.3f    at most %4.1f ms %s\n", budget.What, budget.Milliseconds, budget.Limit,
                 within ? "kept" : "MISSED");

@@ -173,7 +173,8 @@ TEST_F(WindowTest, EveryControlHasANameAndTheKeyboardReachesIt) {
     } else if (role == QAccessible::SpinBox && dynamic_cast<DigitView*>(view)) {
       EXPECT_EQ(reached.count(view), 0U) << "the digits are one stop";
     } else {
-      EXPECT_EQ(reached.count(view), 1U) << name;
+      QWidget* inner = view->focusProxy();  // a line to type into has the keyboard itself
+      EXPECT_EQ(reached.count(inner ? inner : view), 1U) << name;
     }
   }
   EXPECT_GT(turned, 85);

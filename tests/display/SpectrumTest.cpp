@@ -112,6 +112,41 @@ TEST_F(SpectrumTest, LinesOfTwoTonesAndNoiseHaveTheirPowers) {
   EXPECT_NEAR(std::sqrt(between / kBlocks / 600 / 2048), 200.0, 3.0);
 }
 
+// The same two tones and noise on either side and in any window: the level that is read is theirs.
+TEST_F(SpectrumTest, LevelsAreTheSignalsWhateverTheSideAndTheWindow) {
+  scope.LevelView = true;
+  std::mt19937 random(6);
+  std::normal_distribution<double> noise(0.0, 20.0);
+  for (const bool side : {false, true}) {
+    low = side;
+    for (const auto& [start, stop] : {std::pair{0, 1023}, std::pair{420, 720}, std::pair{600, 650}}) {
+      Window(start, stop);
+      // Stations 2250 Hz and 2812.5 Hz above the tuned frequency: 96 and 120 bins.
+      const double sign = low ? 1.0 : -1.0;
+      Show([&](int n) {
+        return ToneAt(512 + sign * 96, 8192)(n) + ToneAt(512 + sign * 120, 81.92)(n) + noise(random);
+      });
+      const FrequencyScale at = scope.Frequencies();
+      const auto level = [&](double hertz) { return scope.LevelAt(at.XAt(hertz)); };
+      EXPECT_NEAR(level(7207250.0), -12.04, 0.2) << side << start;
+      EXPECT_NEAR(level(7207812.5), -52.04, 4.0) << side << start;
+      double power = 0.0;
+      int count = 0;
+      for (int x = 0; x < stop - start; ++x) {
+        const double hertz = at.FrequencyAt(x);
+        if (std::abs(hertz - 7207250.0) < 200 || std::abs(hertz - 7207812.5) < 200) continue;
+        power += std::pow(10.0, double(scope.LevelAt(x)) / 10.0);
+        ++count;
+      }
+      // Noise of deviation 20 in a bin of 2048 samples, against half of 2048 times full scale.
+      EXPECT_NEAR(10.0 * std::log10(power / count),
+                  20.0 * std::log10(20.0 * std::sqrt(2048.0) / (32768.0 * 1024.0)), 2.0)
+          << side << start;
+      EXPECT_NEAR(scope.Frequencies().FrequencyAt(PeakOf(Heights1())), 7207250.0, 1.0);
+    }
+  }
+}
+
 TEST_F(SpectrumTest, AFrozenPictureRepeatsItselfAndAgesNothing) {
   scope.SetFastMode(false);
   for (const bool log : {false, true}) {

@@ -210,6 +210,30 @@ TEST_F(Memories, SafeMemoriesLeaveAloneWhatAPlanDoesNotSay) {
   EXPECT_EQ(vars.OutputVolume, -500.0F) << "of preset 0; preset 3 has none";
 }
 
+TEST_F(Memories, AStationIsFoundInAllPlansAndNoneOfThemBecomesOpened) {
+  files.Put("plans/Other.bpl",
+            "[SubBand.2]\r\nCaption=49m\r\nFreqMin=5\r\n[Preset.2.0]\r\nFreqCurrent=6070000\r\n"
+            "Description=Channel 292\r\nDemodMode=0\r\n");
+  const auto find = [this](const std::string& text) {
+    Set("txtFind", text);
+    At("txtFind").KeyDown({Key::Enter, {}});
+  };
+  find("CHANNEL");
+  EXPECT_EQ(tuned, 60700000) << "the only one";
+  EXPECT_FALSE(panel->BandPlans[1].Loaded);
+  EXPECT_FALSE(At("lstFound").Visible());
+  find("70");
+  EXPECT_TRUE(At("lstFound").Visible());
+  ASSERT_EQ(panel->Finder.lstFound.Items().size(), 2U) << "6070 and 7074";
+  EXPECT_EQ(panel->Finder.lstFound.Items()[1], "7074 kHz  FT8  (Forty, 40m)");
+  panel->Finder.lstFound.SetListIndex(1);
+  EXPECT_EQ(tuned, 70740000);
+  EXPECT_FALSE(At("lstFound").Visible());
+  find("nobody");
+  EXPECT_EQ(tuned, 70740000);
+  EXPECT_NE(At("txtFind").ForeColour(), Colour{0});
+}
+
 TEST_F(Memories, NamesChangeByHandAndHintsTellWhatIsInAButton) {
   Press("optSubBand(0)");
   boxes.TextAnswers.push_back("Forty metres");

@@ -32,6 +32,10 @@ FaceView* AsWideAsTheOthers(FaceView* view) {
 QWidget* MakeMemoriesCard(Binder& bind) {
   CardView* card = bind.Card("frPresets", "Memories");
   QHBoxLayout* head = card->TitleRow();
+  TextView* find = bind.Text("txtFind", kPlanWidth);
+  Put(head, find);
+  if (find) bind.PopupList("lstFound", find);
+  head->addSpacing(skin::kGrid);
   Put(head, InItsPlace(bind.Choice("cboBandSelect", kPlanWidth)));
   Put(head, bind.Sign("imgBandSelect", Symbol::None));
   head->addSpacing(skin::kGrid);

@@ -49,6 +49,8 @@ MemoriesPanel::MemoriesPanel(const PanelContext& context, const MemoryMachine& m
       Dialog(context.Registry),
       Memory(context, links_),
       Plans(machine.Storage, machine.Worker, machine.Queue, machine.Boxes, machine.Time),
+      Finder(context.Registry, machine.Storage, BandPlans,
+             [this](const TuningSettings& block) { Memory.ApplySettings(block); }),
       context_(context),
       machine_(machine),
       links_(std::move(links)),

@@ -13,6 +13,7 @@
 #include "memories/panel/HintPanel.h"
 #include "memories/panel/PresetDialog.h"
 #include "memories/panel/Recall.h"
+#include "memories/panel/StationFinder.h"
 #include "platform/Clock.h"
 #include "platform/Dialogs.h"
 #include "platform/EventQueue.h"
@@ -51,6 +52,7 @@ class MemoriesPanel {
   modBandPlan Plans;
 
   std::vector<BandPlan> BandPlans;
+  StationFinder Finder;
   bool AutoTrackPresets = true;
 
   // A file that start-up has found; it is read when the plan is first selected.

@@ -1,0 +1,73 @@
+// A band plan with every sub-band and preset in use, from its text and back into it.
+#include <benchmark/benchmark.h>
+
+#include <vector>
+
+#include "Budgets.h"
+#include "memories/ProfileText.h"
+#include "memories/modBandPlan.h"
+
+namespace quorl {
+namespace {
+
+BandPlan Fresh() {
+  BandPlan plan;
+  plan.Name = plan.Caption = plan.Description = "Full";
+  CreateBandPlanRecords(plan, "2026-11-23 12:00:00");
+  return plan;
+}
+
+std::string Changed(const std::string& content, const BandPlan& plan) {
+  ProfileText text(content);
+  for (const ProfileItem& item : BandPlanItems(plan)) text.Put(item.Section, item.Key, item.Value);
+  return text.Text();
+}
+
+struct FullPlan {
+  FullPlan() : Plan(Fresh()) {
+    for (SubBand& band : Plan.SubBands) {
+      band.FreqMin = 7000000;
+      band.FreqMax = 7200000;
+      band.Settings.Changed = true;
+      for (Preset& preset : band.Presets) {
+        preset.Settings.FreqCurrent = 7100000;
+        preset.Settings.Changed = true;
+      }
+    }
+    Text = Changed("", Plan);
+  }
+  void Load() const {
+    BandPlan plan = Fresh();
+    clsINIFile file;
+    file.init(Text);
+    ReadBandPlan(file, plan, [] {});
+    benchmark::DoNotOptimize(plan);
+  }
+  void Save() {
+    Plan.SubBands[3].Presets[5].Settings.FreqCurrent ^= 1;
+    benchmark::DoNotOptimize(Changed(Text, Plan));
+  }
+  BandPlan Plan;
+  std::string Text;
+};
+
+void Load(benchmark::State& state) {
+  const FullPlan full;
+  for (auto _ : state) full.Load();
+}
+void Save(benchmark::State& state) {
+  FullPlan full;
+  for (auto _ : state) full.Save();
+}
+BENCHMARK(Load)->Name("band plan loaded")->Unit(benchmark::kMillisecond);
+BENCHMARK(Save)->Name("band plan put into its text")->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+std::vector<Budget> MeasureMemories() {
+  FullPlan full;
+  return {{"18 sub-bands, 216 presets loaded", SecondsOf([&] { full.Load(); }, 4) * 1000.0, 50.0},
+          {"the same put into its text", SecondsOf([&] { full.Save(); }, 4) * 1000.0, 100.0}};
+}
+
+}  // namespace quorl
