@@ -34,6 +34,15 @@ inline constexpr char kTinyBand[] =
     "[station Heterodyne]\nfrequency_khz = 7206.3\nmode = carrier\nlevel_dbm = -66\n"
     "[station Talker]\nfrequency_khz = 7100\nmode = lsb\nlevel_dbm = -60\nprogramme = tone 800 20\n";
 
+// Two sub-bands, one of them with the sideband station as its preset.
+inline constexpr char kTinyPlan[] =
+    "[MainBand]\r\nCaption=Ham\r\n"
+    "[SubBand.0]\r\nCaption=40m\r\nFreqMin=7000000\r\nFreqMax=7300000\r\nActivePreset=0\r\nFreqCurrent="
+    "7205000\r\n"
+    "[Preset.0.0]\r\nFreqCurrent=7100000\r\nDemodMode=2\r\nFilterMode=2\r\nIFFilterActive=True\r\n"
+    "IFFilterMode=2\r\n"
+    "[SubBand.1]\r\nCaption=30m\r\nFreqMin=10100000\r\nFreqMax=10150000\r\n";
+
 inline std::unique_ptr<SimulatedBand> TinyBand() {
   BandDefinition definition;
   Failure failure = ParseStations(kTinyBand, "tiny", definition);

@@ -192,6 +192,7 @@ void ExpectPlaysOn(FrameRig& rig) {
 TEST(FrmMainMonkey, AMinuteOfRandomGestures) {
   Surfaces surfaces;
   FrameRig rig;
+  rig.Storage.Put("plans/Amateur.bpl", kTinyPlan);
   ASSERT_TRUE(rig.Start());
   surfaces.LendTo(rig);
   rig.Set("chkSpectrumAnalyser", "1");
@@ -206,6 +207,7 @@ TEST(FrmMainMonkey, HoursOfRandomGestures) {
   if (hours == nullptr) GTEST_SKIP() << "QUORL_MONKEY_HOURS is not set";
   Surfaces surfaces;
   FrameRig rig;
+  rig.Storage.Put("plans/Amateur.bpl", kTinyPlan);
   ASSERT_TRUE(rig.Start());
   surfaces.LendTo(rig);
   rig.Set("chkSpectrumAnalyser", "1");

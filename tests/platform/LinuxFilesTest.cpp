@@ -242,6 +242,19 @@ TEST_F(LinuxFilesTest, TheApplicationFolderIsFilledOnceAndNeverOverwritten) {
   unlink((usual + "/Asia.bpl").c_str());
   PrepareApplicationFolder(files_, "", usual, installed, failure);
   EXPECT_FALSE(files_.Exists(usual + "/Asia.bpl"));
+  ASSERT_FALSE(files_.Replace(installed + "/Africa.bpl", "of a newer version"));
+  PrepareApplicationFolder(files_, "", usual, installed, failure);
+  EXPECT_EQ(Content(usual + "/Africa.bpl"), "of a newer version");
+  EXPECT_FALSE(files_.Exists(usual + "/Asia.bpl"));
+  unlink((usual + "/Africa.bpl").c_str());
+  ASSERT_FALSE(files_.Replace(installed + "/Amateur.bpl", "known"));
+  ASSERT_FALSE(files_.Replace(usual + "/.filled", ""));  // of the first versions
+  PrepareApplicationFolder(files_, "", usual, installed, failure);
+  EXPECT_FALSE(files_.Exists(usual + "/Amateur.bpl"));
+  EXPECT_TRUE(files_.Exists(usual + "/Africa.bpl"));
+  PrepareApplicationFolder(files_, "", usual, Path("moved away"), failure);
+  EXPECT_FALSE(failure);
+  unlink((usual + "/Asia.bpl").c_str());
 
   ASSERT_FALSE(files_.MakeDirectory(Path("own")));
   EXPECT_EQ(PrepareApplicationFolder(files_, Path("own"), usual, installed, failure), Path("own"));

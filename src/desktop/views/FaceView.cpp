@@ -140,13 +140,13 @@ void FaceView::paintEvent(QPaintEvent*) {
   painter.setFont(skin::WordFont(small_ ? 11 : 12, on));
   painter.setPen(look.Ink);
   const bool showKeys = window()->property("showMnemonics").toBool();
-  constexpr int kSides = 4;
-  QString caption = Caption();
-  if (painter.fontMetrics().horizontalAdvance(caption) > width() - kSides) {
-    caption = painter.fontMetrics().elidedText(caption.remove('&'), Qt::ElideRight, width() - kSides);
-  }
-  painter.drawText(rect(), Qt::AlignCenter | (showKeys ? Qt::TextShowMnemonic : Qt::TextHideMnemonic),
-                   caption);
+  // A name that is too long for its button keeps its beginning: an ellipsis would take half of a short one.
+  constexpr int kSides = 3;
+  const bool fits = painter.fontMetrics().horizontalAdvance(Caption().remove('&')) <= width() - kSides;
+  painter.drawText(rect().adjusted(kSides, 0, -kSides, 0),
+                   (fits ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter) |
+                       (showKeys ? Qt::TextShowMnemonic : Qt::TextHideMnemonic),
+                   Caption());
 }
 
 }  // namespace quorl

@@ -61,6 +61,7 @@ void TextView::TakeOver() {
   const QString value = QString::fromStdString(text_.Value());
   if (line_->text() != value) line_->setText(value);
   line_->setAccessibleName(SpokenName());
+  line_->setPlaceholderText(SpokenName());
 }
 
 SymbolView::SymbolView(RefreshClock& clock, Picture& picture, Symbol symbol)

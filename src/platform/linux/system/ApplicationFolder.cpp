@@ -1,33 +1,59 @@
 #include "platform/linux/system/ApplicationFolder.h"
 
 #include <filesystem>
+#include <set>
+#include <sstream>
 
 namespace quorl {
 namespace {
 
 namespace fs = std::filesystem;
 
-// Written last: a fill that was cut off goes on at the next start.
+// Lists what has been copied, a name a line. Written last: a fill that was cut off goes on at the next start.
 constexpr const char* kFilledMark = "/.filled";
+constexpr const char* kReadMe = "README.md";  // of the source tree
+// The first versions copied these, and wrote an empty list.
+const std::set<std::string> kFirstCopied = {"Amateur.bpl", "Broadcast.bpl", "Utility.bpl"};
+
+std::set<std::string> Copied(const Files& files, const std::string& folder) {
+  std::set<std::string> names;
+  Failure failure;
+  if (!files.Exists(folder + kFilledMark)) return names;
+  std::istringstream lines(files.Read(folder + kFilledMark, failure).value_or(""));
+  for (std::string name; std::getline(lines, name);) names.insert(name);
+  return names.empty() ? kFirstCopied : names;
+}
 
 Failure CopyMissing(Files& files, const fs::path& source, const std::string& target) {
   if (files.Exists(target)) return {};
   return files.Copy(source.string(), target);
 }
 
+// What is new since the last time.
 Failure Fill(Files& files, const std::string& installed, const std::string& folder) {
+  const std::set<std::string> before = Copied(files, folder);
+  std::set<std::string> copied = before;
   std::error_code error;
   for (fs::recursive_directory_iterator entry(installed, error), end; !error && entry != end;
        entry.increment(error)) {
     std::error_code ignored;
-    const std::string target = folder + "/" + entry->path().lexically_relative(installed).string();
-    const Failure failure = entry->is_directory(ignored) ? files.MakeDirectory(target)
-                                                         : CopyMissing(files, entry->path(), target);
+    const std::string name = entry->path().lexically_relative(installed).string();
+    const bool isFolder = entry->is_directory(ignored);
+    if (name == kReadMe || (!isFolder && !copied.insert(name).second)) continue;
+    const std::string target = folder + "/" + name;
+    const Failure failure =
+        isFolder ? files.MakeDirectory(target) : CopyMissing(files, entry->path(), target);
     if (failure) return failure;
   }
-  if (!error) return files.Replace(folder + kFilledMark, "");
-  return Error{error.value(), "Can't read the installed data in " + installed + ": " + error.message() +
-                                  ". Install the program again, or name a folder of your own."};
+  const bool isFirst = before.empty();
+  if (error && isFirst) {
+    return Error{error.value(), "Can't read the installed data in " + installed + ": " + error.message() +
+                                    ". Install the program again, or name a folder of your own."};
+  }
+  if (copied == before) return {};
+  std::string list;
+  for (const std::string& name : copied) list += name + "\n";
+  return files.Replace(folder + kFilledMark, list);
 }
 
 }  // namespace
@@ -38,9 +64,7 @@ std::string PrepareApplicationFolder(Files& files, const std::string& named, con
   const std::string folder = named.empty() ? usual : named;
   const bool own = !named.empty() && files.Exists(named) && !files.Exists(named + kFilledMark);
   failure = files.MakeDirectory(folder);
-  if (!failure && !own && !installed.empty() && !files.Exists(folder + kFilledMark)) {
-    failure = Fill(files, installed, folder);
-  }
+  if (!failure && !own && !installed.empty()) failure = Fill(files, installed, folder);
   return failure ? std::string() : folder;
 }
 

@@ -10,8 +10,9 @@ namespace quorl {
 // Gives the folder's path, ready for use; empty with `failure` set where it can't be made.
 //
 // `named` is the folder that the user asked for; where it is empty, the folder is `usual`. A folder is filled
-// from the files and folders below `installed` (may be empty: nothing to fill from) at its first use: never
-// over a file that is there, and never again, so that what the user has thrown away stays away. A named
+// from the files and folders below `installed` (may be empty: nothing to fill from): each file once, never
+// over one that is there and never again, so that what the user has thrown away stays away, and what a newer
+// version brings along comes. A named
 // folder that exists already is the user's own and is not filled.
 std::string PrepareApplicationFolder(Files& files, const std::string& named, const std::string& usual,
                                      const std::string& installed, Failure& failure);
