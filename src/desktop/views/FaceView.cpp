@@ -42,7 +42,7 @@ void FaceView::FindTabStop() {
   for (FaceView* face : group_) {
     if (face->CanTakeKeys() && (face->IsChecked() || !stop)) stop = face;
   }
-  for (FaceView* face : group_) face->setFocusPolicy(face == stop ? Qt::TabFocus : Qt::NoFocus);
+  for (FaceView* face : group_) face->setFocusPolicy(stop && face == stop ? Qt::TabFocus : Qt::NoFocus);
 }
 
 void FaceView::TakeOver() {
@@ -144,7 +144,7 @@ void FaceView::paintEvent(QPaintEvent*) {
   constexpr int kSides = 3;
   const bool fits = painter.fontMetrics().horizontalAdvance(Caption().remove('&')) <= width() - kSides;
   painter.drawText(rect().adjusted(kSides, 0, -kSides, 0),
-                   (fits ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter) |
+                   static_cast<int>(fits ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter) |
                        (showKeys ? Qt::TextShowMnemonic : Qt::TextHideMnemonic),
                    Caption());
 }

@@ -124,7 +124,7 @@ void LabelView::paintEvent(QPaintEvent*) {
   const QString text = Words();
   if (style_ == LabelStyle::Word) {
     painter.setFont(skin::WordFont(pixels_));
-    painter.drawText(line, alignment_ | Qt::AlignVCenter | Qt::TextSingleLine, text);
+    painter.drawText(line, static_cast<int>(alignment_ | Qt::AlignVCenter) | Qt::TextSingleLine, text);
   } else {
     const double spare = line.width() - WidthOf(text);
     const double left = line.left() + (alignment_ == Qt::AlignRight ? spare : 0);

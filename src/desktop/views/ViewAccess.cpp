@@ -17,6 +17,7 @@ class ViewAccess : public QAccessibleWidget, public QAccessibleValueInterface, p
  public:
   explicit ViewAccess(View& view) : QAccessibleWidget(&view, view.Role()), view_(view) {}
 
+  using ReadText::text;
   QString text(QAccessible::Text kind) const override {
     switch (kind) {
       case QAccessible::Name:

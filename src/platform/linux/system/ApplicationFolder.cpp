@@ -41,8 +41,7 @@ Failure Fill(Files& files, const std::string& installed, const std::string& fold
     const bool isFolder = entry->is_directory(ignored);
     if (name == kReadMe || (!isFolder && !copied.insert(name).second)) continue;
     const std::string target = folder + "/" + name;
-    const Failure failure =
-        isFolder ? files.MakeDirectory(target) : CopyMissing(files, entry->path(), target);
+    Failure failure = isFolder ? files.MakeDirectory(target) : CopyMissing(files, entry->path(), target);
     if (failure) return failure;
   }
   const bool isFirst = before.empty();
