@@ -30,7 +30,7 @@ namespace quorl {
 // Construct, hand in the surfaces, init; then samples in, and Display once for each picture. Nothing is drawn
 // before init, and nothing happens while it isn't Active. One thread; a frame delivers waiting events every
 // 64 bins and waits for a block in work, so anything may be changed while it is being drawn.
-class clsSpectrumAnalyser : public AnalyserInput {
+class clsSpectrumAnalyser : public AnalyserInput, public AnalyserProperties {
  public:
   // All is used as long as the instrument lives. `yield` delivers waiting events once.
   clsSpectrumAnalyser(KernelSettings& settings, const PublicVars& vars, std::function<void()> yield);
@@ -39,18 +39,13 @@ class clsSpectrumAnalyser : public AnalyserInput {
   static constexpr std::int32_t kYieldBins = TracePainter::kYieldBins;
 
   // Plain properties.
-  bool Active = false;
-  std::int32_t SpectrumSource = 0;  // the tap it is fed from
-  bool AutoGain = false;            // no gain and shift ahead of the scale; the level view fits its ends
-  bool ReverseSpectrum = false;     // the sweep runs upwards
-  bool Freeze = true;               // the picture stands; nothing is transformed or aged
-  bool SmoothSpectrum = true;
-  std::int32_t DisplayWidth = 1024;  // samples of the time window
-  std::int32_t SpectrumWidth = 0;
+  std::int32_t SpectrumSource = 0;                 // the tap it is fed from
+  bool Freeze = true;                              // the picture stands; nothing is transformed or aged
+  std::int32_t DisplayWidth = 1024;                // samples of the time window
   std::int32_t StartX = 0, StopX = 1024;           // the user's window; ApplyWindow after setting them
   std::int32_t FStart = 0, FEnd = 0, FOffset = 0;  // Hz
   double MasterGain = 1.0;
-  Colour Y1Colour = 0, Y2Colour = 0, ControlColourNormal = 0xC0, ControlColourFocused = 0xFF;
+  Colour Y1Colour = 0, Y2Colour = 0;
   // Ours: the picture in decibels below a full-scale sine, between these ends.
   bool LevelView = false;
   double LevelTop = 0, LevelFloor = -120;  // dB
@@ -73,10 +68,6 @@ class clsSpectrumAnalyser : public AnalyserInput {
   // Frames that are averaged, 1 to 24; the oldest weighs most.
   std::int32_t SpectrumSmooth() const { return smoothing_.Count(); }
   void SetSpectrumSmooth(std::int32_t count);
-  std::int32_t DefaultSmoothCount = 8;
-  Colour YTextColour = 0xFF7F00, XTextColour = 0xFFFF00, FilterCurveColour = 0xC0,
-         NotchFilterColour = 0xC0FF60, GraticuleColour = 0x7F00, ScopeBackColour = 0;
-  bool HideFreqToolTip = false;
   Colour Y2BaseColour() const;
   void SetY2BaseColour(Colour colour);  // keeps the brightness
   Colour Y1BaseColour() const;
@@ -117,7 +108,6 @@ class clsSpectrumAnalyser : public AnalyserInput {
   float YScaleRange() const { return Scale().Range; }
   std::int32_t Mode() const { return mode_; }
   void SetMode(std::int32_t mode);
-  bool ShowNotch = false, ShowFilter = false;
   // The surfaces are used until others, or null, take their places.
   void picDisplay0(Canvas* surface);
   void picDisplay1(Canvas* surface);
