@@ -6,7 +6,7 @@
 
 #include "Demand.h"
 #include "platform/virtual/VirtualFiles.h"
-#include "recorder/WavReader.h"
+#include "recorder/files/WavReader.h"
 
 namespace {
 

@@ -18,7 +18,7 @@
 #include <vector>
 
 #include "platform/linux/system/LinuxFiles.h"
-#include "recorder/WavWriter.h"
+#include "recorder/files/WavWriter.h"
 
 namespace {
 

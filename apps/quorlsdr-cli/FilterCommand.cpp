@@ -15,7 +15,7 @@
 #include "OptionText.h"
 #include "dsp/filters/clsFFTFilter.h"
 #include "dsp/kernel/KernelSettings.h"
-#include "recorder/StreamIo.h"
+#include "recorder/files/StreamIo.h"
 #include "state/PublicConstants.h"
 
 namespace quorl::cli {

@@ -3,7 +3,7 @@
 #include <cerrno>
 #include <iostream>
 
-#include "recorder/StreamIo.h"
+#include "recorder/files/StreamIo.h"
 
 namespace quorl::cli {
 

@@ -12,8 +12,8 @@
 #include "ReceiveOptions.h"
 #include "RecordingBlocks.h"
 #include "platform/linux/system/LinuxFiles.h"
-#include "recorder/RawStream.h"
-#include "recorder/WavWriter.h"
+#include "recorder/files/RawStream.h"
+#include "recorder/files/WavWriter.h"
 
 namespace quorl::cli {
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iostream>
 
-#include "recorder/RawStream.h"
-#include "recorder/WavReader.h"
+#include "recorder/files/RawStream.h"
+#include "recorder/files/WavReader.h"
 
 namespace quorl::cli {
 

@@ -9,7 +9,7 @@
 
 #include "ReceiveOptions.h"
 #include "platform/Files.h"
-#include "recorder/SampleStream.h"
+#include "recorder/files/SampleStream.h"
 
 namespace quorl::cli {
 

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "recorder/WavWriter.h"
+#include "recorder/files/WavWriter.h"
 #include "state/PublicConstants.h"
 #include "support/Error.h"
 

@@ -6,7 +6,7 @@
 #include <iostream>
 #include <vector>
 
-#include "recorder/WavReader.h"
+#include "recorder/files/WavReader.h"
 #include "shared/InstalledData.h"
 #include "state/PublicConstants.h"
 

@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "platform/SampleSource.h"
-#include "recorder/SampleStream.h"
+#include "recorder/files/SampleStream.h"
 #include "support/Error.h"
 
 namespace quorl {

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <numbers>
 
-#include "recorder/RiffReader.h"
-#include "recorder/SampleStream.h"
+#include "recorder/files/RiffReader.h"
+#include "recorder/files/SampleStream.h"
 
 namespace quorl {
 namespace {

@@ -16,8 +16,8 @@
 #include <vector>
 
 #include "platform/linux/system/LinuxFiles.h"
-#include "recorder/WavReader.h"
-#include "recorder/WavWriter.h"
+#include "recorder/files/WavReader.h"
+#include "recorder/files/WavWriter.h"
 
 namespace quorl::test {
 

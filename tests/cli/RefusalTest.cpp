@@ -9,7 +9,7 @@
 
 #include "cli/CliRunner.h"
 #include "cli/Signals.h"
-#include "recorder/WavBytes.h"
+#include "recorder/files/WavBytes.h"
 
 namespace quorl::test {
 namespace {

@@ -9,7 +9,7 @@
 
 #include "platform/linux/system/LinuxFiles.h"
 #include "receiver/ChainRig.h"
-#include "recorder/WavReader.h"
+#include "recorder/files/WavReader.h"
 
 namespace quorl::test {
 namespace {

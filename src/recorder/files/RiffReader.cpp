@@ -1,4 +1,4 @@
-#include "recorder/RiffReader.h"
+#include "recorder/files/RiffReader.h"
 
 #include <algorithm>
 #include <array>
@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "recorder/LittleEndian.h"
-#include "recorder/SampleStream.h"
+#include "recorder/files/LittleEndian.h"
+#include "recorder/files/SampleStream.h"
 
 namespace quorl {
 namespace {

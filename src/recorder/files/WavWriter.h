@@ -7,7 +7,7 @@
 #include <string>
 
 #include "platform/files/GrowingFile.h"
-#include "recorder/SampleStream.h"
+#include "recorder/files/SampleStream.h"
 
 namespace quorl {
 

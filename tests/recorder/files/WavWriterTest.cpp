@@ -1,4 +1,4 @@
-#include "recorder/WavWriter.h"
+#include "recorder/files/WavWriter.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "platform/linux/system/LinuxFiles.h"
-#include "recorder/RawStream.h"
-#include "recorder/WavBytes.h"
-#include "recorder/WavReader.h"
+#include "recorder/files/RawStream.h"
+#include "recorder/files/WavBytes.h"
+#include "recorder/files/WavReader.h"
 
 namespace quorl {
 namespace {

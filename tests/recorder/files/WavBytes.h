@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "recorder/LittleEndian.h"
+#include "recorder/files/LittleEndian.h"
 
 namespace quorl::test {
 

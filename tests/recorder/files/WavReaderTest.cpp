@@ -1,4 +1,4 @@
-#include "recorder/WavReader.h"
+#include "recorder/files/WavReader.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +9,8 @@
 
 #include "platform/linux/system/LinuxFiles.h"
 #include "platform/virtual/VirtualFiles.h"
-#include "recorder/RawStream.h"
-#include "recorder/WavBytes.h"
+#include "recorder/files/RawStream.h"
+#include "recorder/files/WavBytes.h"
 
 namespace quorl {
 namespace {

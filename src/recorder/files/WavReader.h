@@ -5,8 +5,8 @@
 #include <string>
 
 #include "platform/Files.h"
-#include "recorder/RiffReader.h"
-#include "recorder/SampleStream.h"
+#include "recorder/files/RiffReader.h"
+#include "recorder/files/SampleStream.h"
 
 namespace quorl {
 

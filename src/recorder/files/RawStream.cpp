@@ -1,9 +1,9 @@
-#include "recorder/RawStream.h"
+#include "recorder/files/RawStream.h"
 
 #include <cerrno>
 
-#include "recorder/LittleEndian.h"
-#include "recorder/StreamIo.h"
+#include "recorder/files/LittleEndian.h"
+#include "recorder/files/StreamIo.h"
 
 namespace quorl {
 

@@ -1,10 +1,10 @@
-#include "recorder/WavWriter.h"
+#include "recorder/files/WavWriter.h"
 
 #include <algorithm>
 #include <bit>
 #include <string_view>
 
-#include "recorder/LittleEndian.h"
+#include "recorder/files/LittleEndian.h"
 
 namespace quorl {
 namespace {

@@ -5,7 +5,7 @@
 #include <ostream>
 #include <string>
 
-#include "recorder/SampleStream.h"
+#include "recorder/files/SampleStream.h"
 
 namespace quorl {
 

@@ -1,4 +1,4 @@
-#include "recorder/StreamIo.h"
+#include "recorder/files/StreamIo.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 #include <ios>
 #include <system_error>
 
-#include "recorder/LittleEndian.h"
+#include "recorder/files/LittleEndian.h"
 
 namespace quorl {
 

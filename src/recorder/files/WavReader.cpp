@@ -1,8 +1,8 @@
-#include "recorder/WavReader.h"
+#include "recorder/files/WavReader.h"
 
 #include <algorithm>
 
-#include "recorder/LittleEndian.h"
+#include "recorder/files/LittleEndian.h"
 
 namespace quorl {
 namespace {
