@@ -1,0 +1,68 @@
+// The layout of the program's own recordings: a WAV file of 16-bit samples, and behind it the tuning log.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Files.h"
+#include "recorder/files/RecordingLog.h"
+
+namespace quorl {
+
+// Where the samples of an IF recording come from.
+struct IFOrigin {
+  std::int32_t Model = 0;  // number of the receiver board
+  bool LowSideLO = true;
+
+  bool operator==(const IFOrigin&) const = default;
+};
+
+struct RecordingFormat {
+  std::int32_t Rate = 48000;  // frames a second
+  std::int32_t Channels = 1;
+  std::int32_t Bits = 16;      // 8: the header says so, the samples still take 16
+  std::optional<IFOrigin> IF;  // stands in a LIST chunk before the samples
+
+  // Position of the first sample, from 0.
+  std::int64_t DataAt() const { return IF ? 80 : 44; }
+  // On the disk.
+  std::int64_t FrameBytes() const { return 2 * Channels; }
+
+  bool operator==(const RecordingFormat&) const = default;
+};
+
+// DataAt() bytes. `frames` in the file, which ends after `fileBytes` (the trailer not counted).
+std::string MakeWavHeader(const RecordingFormat& format, std::int64_t fileBytes, std::int64_t frames);
+
+// The fields at their places, unchecked.
+struct WavHeader {
+  std::uint32_t RiffSize = 0, FormatSize = 0, Rate = 0, BytesPerSecond = 0, DataSize = 0;
+  std::uint16_t FormatTag = 0, Channels = 0, BlockAlign = 0, Bits = 0;
+  bool HasTags = false;  // "RIFF", "WAVE", "fmt " and "data" stand where they belong
+};
+// `bytes`: 44 of them.
+WavHeader ParseWavHeader(std::string_view bytes);
+
+struct Recording {
+  RecordingFormat Format;
+  std::int64_t FileBytes = 0;
+  std::int64_t DataBytes = 0;  // samples in the file
+  std::int64_t LogStart = 0;   // where the trailer begins, counted from 1; 0 for none
+  std::vector<LogRecord> Log;
+
+  std::int64_t Frames() const { return DataBytes / Format.FrameBytes(); }
+};
+
+struct RecordingRead {
+  // Empty for a file that is no recording of this program: another program's, or not a sound file at all.
+  std::optional<Recording> Own;
+  Failure Fault;  // the file can't be read, or is one of ours that is broken
+};
+
+// Reads header and log.
+RecordingRead ReadRecording(OpenFile& file);
+
+}  // namespace quorl
