@@ -31,21 +31,36 @@ void BlockPump::Note(std::array<T, StatisticsRingSize>& ring, std::int32_t& inde
   index = (index + 1) % StatisticsRingSize;
 }
 
+// A recorded IF takes the antenna's place; one that is being recorded is taken as it came. Returns the right
+// channel of the block.
+const std::int16_t* BlockPump::ExchangeIF(std::int16_t* samplesI, const std::int16_t* samplesQ) {
+  if (!recorder_.IsIF()) return samplesQ;
+  if (recorder_.PlayerMode() == PlayerModes::Playing) return recorder_.GetNextIF(samplesI, SamplesPerEvent);
+  if (recorder_.PlayerMode() == PlayerModes::Recording) {
+    RecorderAddResult = recorder_.AddIF(samplesI, samplesQ, SamplesPerEvent);
+  }
+  return samplesQ;
+}
+
 void BlockPump::SoundCard_DataReady(std::int16_t* samplesI, const std::int16_t* samplesQ) {
   if (inDataReady_) return;
   const ScopedFlag inDataReady(inDataReady_);
   profiler_.StartTiming();
-  const bool playing = recorder_.PlayerMode() == PlayerModes::Playing;
-  if (playing) recorder_.GetNextSamples(samplesI, SamplesPerEvent);
+  const bool playsAudio = recorder_.PlayerMode() == PlayerModes::Playing && !recorder_.IsIF();
+  if (playsAudio) {
+    recorder_.GetNextSamples(samplesI, SamplesPerEvent);
+  } else {
+    samplesQ = ExchangeIF(samplesI, samplesQ);
+  }
   tap_.Show_INT16(SpectrumSource::IFIn, samplesI, samplesQ, true);
 
   Note(Statistics.PeakInRing, Statistics.PeakInIndex, MaxValue_16(samplesI, SamplesPerEvent));
-  playing ? chain_.PlayRecording(samplesI) : chain_.DoDSP(samplesI, samplesQ, SamplesPerEvent);
+  playsAudio ? chain_.PlayRecording(samplesI) : chain_.DoDSP(samplesI, samplesQ, SamplesPerEvent);
   Note(Statistics.PeakOutRing, Statistics.PeakOutIndex, MaxValue_16(samplesI, SamplesPerEvent));
 
   // After the chain, whose AGC sets the attenuation on every block.
   if (vars_.DRMAudioMuted) sound_.SetOutputAttenuation(kMuted);
-  if (recorder_.PlayerMode() == PlayerModes::Recording) {
+  if (recorder_.PlayerMode() == PlayerModes::Recording && !recorder_.IsIF()) {
     RecorderAddResult = recorder_.AddSamples(samplesI, SamplesPerEvent);
   }
   sound_.Output(samplesI, samplesI);

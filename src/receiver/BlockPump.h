@@ -30,11 +30,12 @@ class BlockPump {
   PumpStatistics Statistics;
   float PumpLoad = 0.0F;               // share of the block period that the last block took
   double PumpMicroseconds = 0.0;       // the same in microseconds
-  std::int16_t RecorderAddResult = 0;  // what the last AddSamples returned
+  std::int16_t RecorderAddResult = 0;  // what the last AddSamples or AddIF returned
 
  private:
   template <typename T>
   void Note(std::array<T, StatisticsRingSize>& ring, std::int32_t& index, T value) const;
+  const std::int16_t* ExchangeIF(std::int16_t* samplesI, const std::int16_t* samplesQ);
 
   const PublicVars& vars_;
   ReceiveChain& chain_;

@@ -23,6 +23,21 @@ struct Book : BlockRecorder, SoundOutput, AnalyserInput {
     Recorded.assign(block, block + n);
     return -7;
   }
+  bool IsIF() const override { return OfIF; }
+  const std::int16_t* GetNextIF(std::int16_t* left, std::int32_t n) override {
+    Calls << "getif ";
+    Right.assign(static_cast<std::size_t>(n), 77);
+    for (std::int32_t k = 0; k < n; ++k) {
+      left[k] = static_cast<std::int16_t>(std::lrint(5000.0 * std::cos(Radians(12000.0) * double(Played++))));
+    }
+    return Right.data();
+  }
+  std::int16_t AddIF(const std::int16_t* left, const std::int16_t* right, std::int32_t n) override {
+    Calls << "addif ";
+    Recorded.assign(left, left + n);
+    Right.assign(right, right + n);
+    return -8;
+  }
   void SetOutputAttenuation(std::int32_t value) override { Calls << "level" << value << " "; }
   void Output(const std::int16_t* left, const std::int16_t* right) override {
     Calls << (left == right ? "out " : "stereo ");
@@ -46,10 +61,11 @@ struct Book : BlockRecorder, SoundOutput, AnalyserInput {
   }
 
   std::ostringstream Calls;
-  std::vector<std::int16_t> Recorded, Heard;
+  std::vector<std::int16_t> Recorded, Heard, Right;
   std::vector<float> Curve;
   std::int32_t Mode = 0, Tap = -1;
   std::int64_t Played = 0;
+  bool OfIF = false;
 };
 
 class PumpTest : public testing::Test {
@@ -83,6 +99,22 @@ TEST_F(PumpTest, CallsComeInOrder) {
   radio.Vars.DRMAudioMuted = false;
   Block();
   EXPECT_EQ(book.Take(), "get level0 out ");
+}
+
+TEST_F(PumpTest, IFIsExchangedInFrontOfTheChain) {
+  book.OfIF = true;
+  book.Mode = PlayerModes::Recording;
+  Q.fill(33);
+  Block();
+  EXPECT_EQ(book.Take(), "addif level0 out ");
+  EXPECT_EQ(book.Recorded, std::vector<std::int16_t>(SamplesPerEvent, 1000));
+  EXPECT_EQ(book.Right, std::vector<std::int16_t>(SamplesPerEvent, 33));
+  EXPECT_EQ(radio.Pump.RecorderAddResult, -8);
+  // A carrier from the file is heard as it would be from the antenna.
+  book.Mode = PlayerModes::Playing;
+  for (int i = 0; i < 20; ++i) Block();
+  EXPECT_EQ(book.Take().find("add"), std::string::npos);
+  EXPECT_GT(radio.Vars.SignalLevelRing[0], 1000.0F);
 }
 
 TEST_F(PumpTest, TapsShowTheChosenPointWithItsReference) {
