@@ -2,9 +2,9 @@
 """Reads every include and fails on an arrow that runs up the layers.
 
 The allowed arrows are the LINKS of the quorl_library lines in src/CMakeLists.txt, direct and through others.
-Beside them: only the standard library in src/, but for Qt in src/desktop and RtAudio and system headers in
-src/platform/linux. Programs, tests, benchmarks, tools and fuzz targets may use system headers; Qt only
-apps/quorlsdr, tests/desktop and bench/desktop.
+Beside them: only the standard library in src/, but for Qt in src/desktop and RtAudio, sound file
+libraries and system headers in src/platform/linux. Programs, tests, benchmarks, tools and fuzz targets may use
+system headers; Qt only apps/quorlsdr, tests/desktop and bench/desktop.
 """
 import re
 import sys

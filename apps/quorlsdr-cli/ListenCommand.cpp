@@ -131,7 +131,7 @@ int Listen(const ListenOptions& options, HostMachine& machine, LinuxEventQueue& 
   // In virtual time too the stop watch tells how long a block has taken.
   const LinuxClock stopWatch;
   const Machine& all = machine.Parts();
-  Machine parts{all.Queue,    stopWatch, all.Boxes,  all.Storage, all.Beside,
+  Machine parts{all.Queue,    stopWatch, all.Boxes,  all.Storage, all.Beside,  all.Media,
                 all.Instance, all.Sound, all.Serial, all.Printer, all.Programs};
   LiveRadio radio(parts, machine.Settings(), recorder, [](const std::string& line) { PrintFault(line); });
   radio.Rx.Initialise();

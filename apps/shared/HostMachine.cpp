@@ -105,8 +105,8 @@ Failure HostMachine::ConnectDemo(const HostMachineOptions& options) {
   failure = ConnectDemoSound(options, *antenna);
   if (failure) return failure;
   machine_ =
-      std::make_unique<Machine>(Machine{Queue(), Time(), boxes_, files_, *fileWorker_, lock_, *sourcedSound_,
-                                        board_->Serial(), board_->Printer(), processes_});
+      std::make_unique<Machine>(Machine{Queue(), Time(), boxes_, files_, *fileWorker_, media_, lock_,
+                                        *sourcedSound_, board_->Serial(), board_->Printer(), processes_});
   return {};
 }
 
@@ -144,7 +144,7 @@ Failure HostMachine::ConnectRadio(const HostMachineOptions& options) {
   if (!failure && !options.Playback.empty())
     playbackDevice_ = DeviceNumber(soundCard_->PlaybackDeviceNames(), options.Playback, "playback", failure);
   if (failure) return failure;
-  machine_ = std::make_unique<Machine>(Machine{queue_, clock_, boxes_, files_, *fileWorker_, lock_,
+  machine_ = std::make_unique<Machine>(Machine{queue_, clock_, boxes_, files_, *fileWorker_, media_, lock_,
                                                *soundCard_, *serial_, *printer_, processes_});
   return {};
 }

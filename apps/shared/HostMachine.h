@@ -11,6 +11,7 @@
 #include "platform/files/FileInstanceLock.h"
 #include "platform/linux/lines/LinuxPrinterPort.h"
 #include "platform/linux/lines/LinuxSerialPort.h"
+#include "platform/linux/media/SndfileSoundFiles.h"
 #include "platform/linux/sound/RtAudioSoundSystem.h"
 #include "platform/linux/system/LinuxClock.h"
 #include "platform/linux/system/LinuxFileWorker.h"
@@ -78,6 +79,7 @@ class HostMachine {
   VirtualClock virtualClock_;
   std::unique_ptr<VirtualEventQueue> virtualQueue_;
   LinuxFiles files_;
+  SndfileSoundFiles media_{files_};
   FileInstanceLock lock_{files_};
   LinuxProcesses processes_;
   LinuxSerialCalls serialCalls_;

@@ -12,6 +12,7 @@ class InstanceLock;
 class PrinterPort;
 class Processes;
 class SerialPort;
+class SoundFiles;
 class SoundSystem;
 
 // References to objects that outlive whoever is handed them.
@@ -21,6 +22,7 @@ struct Machine {
   Dialogs& Boxes;
   Files& Storage;
   FileWorker& Beside;  // works on files while the sound plays
+  SoundFiles& Media;
   InstanceLock& Instance;
   SoundSystem& Sound;
   SerialPort& Serial;

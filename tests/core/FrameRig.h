@@ -14,6 +14,7 @@
 
 #include "core/frmMain.h"
 #include "platform/files/FileInstanceLock.h"
+#include "platform/linux/media/SndfileSoundFiles.h"
 #include "platform/virtual/VirtualFileWorker.h"
 #include "platform/virtual/VirtualFiles.h"
 #include "platform/virtual/VirtualProcesses.h"
@@ -104,8 +105,8 @@ class FrameRig : public VirtualDesk, public Hands {
     store_ = std::make_unique<SettingsStore>(Storage, kSettings, lock_.get());
     Log = std::make_unique<LogBook>(Storage, Clock, "log/quorl.log");
     frame_ = std::make_unique<frmMain>(
-        Machine{Queue, Clock, Boxes, Storage, Worker, *lock_, Sound, Serial, Printer, Programs}, *store_,
-        *Log, Options);
+        Machine{Queue, Clock, Boxes, Storage, Worker, Media, *lock_, Sound, Serial, Printer, Programs},
+        *store_, *Log, Options);
     frame_->OnSplash = [this](bool visible) { Splash.push_back(visible); };
     frame_->OnClose = [this] { ++Closed; };
     frame_->OnForm = [this] { OnForm(); };
@@ -150,6 +151,7 @@ class FrameRig : public VirtualDesk, public Hands {
   double Loudness(double seconds = 0.5) const { return RootMeanSquare(LastHeard(seconds)); }
 
   CountingFiles Storage;
+  SndfileSoundFiles Media{Storage};
   VirtualFileWorker Worker{Queue};
   VirtualProcesses Programs;
   SimulatedReceiver Board;
