@@ -36,6 +36,7 @@ class Dialogs {
   virtual std::optional<std::string> AskText(const std::string& title, const std::string& prompt,
                                              const std::string& suggestion) = 0;
   virtual std::optional<std::string> AskOpenFile(const FileRequest& request) = 0;
+  // A name that is taken is not asked about: that is the caller's, who knows what it means.
   virtual std::optional<std::string> AskSaveFile(const FileRequest& request) = 0;
   // Colours as 24-bit numbers, blue in the high byte.
   virtual std::optional<std::uint32_t> AskColour(std::uint32_t suggestion) = 0;

@@ -79,6 +79,9 @@ class Files {
   virtual Failure MakeDirectory(const std::string& path) = 0;
   // Names (not paths) of the files in `directory` that end in `suffix` without regard to case, sorted.
   virtual std::vector<std::string> List(const std::string& directory, const std::string& suffix) const = 0;
+  // Bytes that the disk of that file or directory can still take from this user; a file need not exist yet.
+  // Empty where the machine can't tell.
+  virtual std::optional<std::int64_t> FreeSpace(const std::string& path) const = 0;
 };
 
 }  // namespace quorl

@@ -5,11 +5,17 @@
 
 #include <unistd.h>
 
+#include <QFile>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
 #include <string>
 #include <thread>
 
 #include "DesktopTest.h"
 #include "desktop/qt/QtDialogs.h"
+#include "platform/ScratchDirectory.h"
 
 namespace quorl {
 namespace {
@@ -114,6 +120,29 @@ TEST_F(QtEventQueueTest, SignalsFromAnotherThreadAreJoined) {
   });
   mortal->Raise();
   EXPECT_TRUE(Until([&] { return ended; }));
+}
+
+// Whoever asked for the name asks about what has it already.
+TEST_F(QtEventQueueTest, ATakenNameIsGivenBackWithoutAQuestion) {
+  const ScratchDirectory scratch;
+  const QString taken = QString::fromStdString(scratch.Path("taken.wav"));
+  ASSERT_TRUE(QFile(taken).open(QFile::WriteOnly));
+  int questions = 0;
+  QTimer hand;
+  QObject::connect(&hand, &QTimer::timeout, [&] {
+    if (auto* question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+      ++questions;
+      question->button(QMessageBox::Yes)->click();
+    } else if (auto* chooser = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+      chooser->selectFile(taken);
+      QMetaObject::invokeMethod(chooser, "accept", Qt::QueuedConnection);
+    }
+  });
+  hand.start(20ms);
+  QtDialogs boxes;
+  EXPECT_EQ(boxes.AskSaveFile({.Title = {}, .Filter = {}, .Directory = scratch.Path(), .FileName = {}}),
+            taken.toStdString());
+  EXPECT_EQ(questions, 0);
 }
 
 TEST(QtDialogsTest, FiltersAreTranslated) {

@@ -67,6 +67,18 @@ TEST(FileLayer, ADiskThatFillsUpOrWritesShortKeepsTheOldFileAndNothingBeside) {
   EXPECT_EQ(Content(files, "plans/Copy.bpl"), "old");
 }
 
+TEST(FileLayer, FreeSpaceIsWhatCanStillBeWritten) {
+  VirtualFiles files;
+  files.Put(kPath, "12345");
+  EXPECT_FALSE(files.FreeSpace(kPath));
+  files.SetSpace(12);
+  EXPECT_EQ(files.FreeSpace("plans"), 7);
+  EXPECT_EQ(files.FreeSpace("plans/New.bpl"), 7);
+  EXPECT_FALSE(files.FreeSpace("nowhere/New.bpl"));
+  EXPECT_FALSE(files.Append("plans/New.bpl", "1234567"));
+  EXPECT_EQ(files.FreeSpace(kPath), 0);
+}
+
 TEST(FileLayer, LeftoversAreNumbersBesideThatFileOnly) {
   VirtualFiles files;
   for (const char* name :

@@ -40,6 +40,17 @@ class LinuxFilesTest : public testing::Test {
   LinuxFiles files_;
 };
 
+TEST_F(LinuxFilesTest, FreeSpaceIsThatOfTheDiskBehindAFileOrItsDirectory) {
+  const auto free = files_.FreeSpace(scratch_.Path());
+  ASSERT_TRUE(free);
+  // Others write meanwhile.
+  constexpr double kMegabyte = 1 << 20;
+  EXPECT_NEAR(double(files_.FreeSpace(Path("not-yet.wav")).value_or(0)), double(*free), 64 * kMegabyte);
+  EXPECT_FALSE(files_.FreeSpace(Path("no/such/file.wav")));
+  EXPECT_TRUE(files_.FreeSpace("relative.wav"));
+  EXPECT_EQ(files_.FreeSpace("/proc"), 0);
+}
+
 TEST_F(LinuxFilesTest, ReplaceKeepsPermissionsAndLinksAndLeavesNothingBeside) {
   const std::string path = Path("settings.ini");
   EXPECT_FALSE(files_.Replace(path, "old"));

@@ -113,9 +113,9 @@ std::optional<std::string> QtDialogs::AskOpenFile(const FileRequest& request) {
 }
 
 std::optional<std::string> QtDialogs::AskSaveFile(const FileRequest& request) {
-  const QString path =
-      QFileDialog::getSaveFileName(window_, QString::fromStdString(request.Title),
-                                   StartOf(request, lastDirectory_), QtFilterOf(request.Filter));
+  const QString path = QFileDialog::getSaveFileName(
+      window_, QString::fromStdString(request.Title), StartOf(request, lastDirectory_),
+      QtFilterOf(request.Filter), nullptr, QFileDialog::DontConfirmOverwrite);
   if (path.isEmpty()) return {};
   lastDirectory_ = QFileInfo(path).path();
   return path.toStdString();

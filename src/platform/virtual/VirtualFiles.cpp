@@ -232,6 +232,11 @@ std::vector<std::string> VirtualFiles::List(const std::string& directory, const 
   return names;
 }
 
+std::optional<std::int64_t> VirtualFiles::FreeSpace(const std::string& path) const {
+  if (!disk_->Space || (Kind(path) == FileKind::None && Refusal(FileOperation::Open, path))) return {};
+  return std::max<std::int64_t>(*disk_->Space - disk_->Used(), 0);
+}
+
 void VirtualFiles::Put(const std::string& path, std::string content) {
   for (std::string each = Parent(path); !each.empty(); each = Parent(each)) directories_.insert(each);
   disk_->Files[path] = std::make_shared<Node>(Node{content, content});

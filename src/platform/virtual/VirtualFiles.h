@@ -45,6 +45,8 @@ class VirtualFiles : public WholeFiles {
   void CopyPermissions(const std::string&, const std::string&) override {}
   Failure MakeDirectory(const std::string& path) override;
   std::vector<std::string> List(const std::string& directory, const std::string& suffix) const override;
+  // Empty before SetSpace.
+  std::optional<std::int64_t> FreeSpace(const std::string& path) const override;
 
   // Puts a file there, directories included, safe on the disk, whatever failures are set.
   void Put(const std::string& path, std::string content);

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -87,6 +88,16 @@ std::vector<std::string> LinuxFiles::List(const std::string& directory, const st
   }
   std::sort(names.begin(), names.end());
   return names;
+}
+
+std::optional<std::int64_t> LinuxFiles::FreeSpace(const std::string& path) const {
+  struct statvfs facts {};
+  const std::string parent = fs::path(path).parent_path().string();
+  for (const std::string& place : {path, parent.empty() ? std::string(".") : parent}) {
+    if (statvfs(place.c_str(), &facts) == 0)
+      return static_cast<std::int64_t>(facts.f_bavail) * static_cast<std::int64_t>(facts.f_frsize);
+  }
+  return {};
 }
 
 }  // namespace quorl

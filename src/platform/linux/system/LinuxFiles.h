@@ -17,6 +17,7 @@ class LinuxFiles : public WholeFiles {
   void CopyPermissions(const std::string& from, const std::string& to) override;
   Failure MakeDirectory(const std::string& path) override;
   std::vector<std::string> List(const std::string& directory, const std::string& suffix) const override;
+  std::optional<std::int64_t> FreeSpace(const std::string& path) const override;
 };
 
 }  // namespace quorl
