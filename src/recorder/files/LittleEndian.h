@@ -15,6 +15,10 @@ inline std::uint32_t GetU32(const unsigned char* bytes) {
   return GetU16(bytes) | static_cast<std::uint32_t>(GetU16(bytes + 2)) << 16;
 }
 
+inline std::uint64_t GetU64(const unsigned char* bytes) {
+  return GetU32(bytes) | static_cast<std::uint64_t>(GetU32(bytes + 4)) << 32;
+}
+
 inline void PutU16(unsigned char* bytes, std::uint16_t value) {
   bytes[0] = static_cast<unsigned char>(value & 0xFF);
   bytes[1] = static_cast<unsigned char>(value >> 8);
@@ -23,6 +27,11 @@ inline void PutU16(unsigned char* bytes, std::uint16_t value) {
 inline void PutU32(unsigned char* bytes, std::uint32_t value) {
   PutU16(bytes, static_cast<std::uint16_t>(value & 0xFFFF));
   PutU16(bytes + 2, static_cast<std::uint16_t>(value >> 16));
+}
+
+inline void PutU64(unsigned char* bytes, std::uint64_t value) {
+  PutU32(bytes, static_cast<std::uint32_t>(value & 0xFFFFFFFF));
+  PutU32(bytes + 4, static_cast<std::uint32_t>(value >> 32));
 }
 
 // Turns `count` samples between the order of files and the order of this machine, in place.
