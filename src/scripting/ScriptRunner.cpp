@@ -26,13 +26,14 @@ struct NamedKey {
   const char* Name;
   int Code;
 };
-constexpr std::array kNamedKeys{NamedKey{"up", Key::Up},         NamedKey{"down", Key::Down},
-                                NamedKey{"left", Key::Left},     NamedKey{"right", Key::Right},
-                                NamedKey{"space", Key::Space},   NamedKey{"escape", Key::Escape},
-                                NamedKey{"enter", Key::Enter},   NamedKey{"backspace", Key::Backspace},
-                                NamedKey{"pageup", Key::PageUp}, NamedKey{"pagedown", Key::PageDown},
-                                NamedKey{"home", Key::Home},     NamedKey{"end", Key::End},
-                                NamedKey{"insert", Key::Insert}, NamedKey{"delete", Key::Delete}};
+constexpr std::array kNamedKeys{NamedKey{"up", Key::Up},          NamedKey{"down", Key::Down},
+                                NamedKey{"left", Key::Left},      NamedKey{"right", Key::Right},
+                                NamedKey{"space", Key::Space},    NamedKey{"escape", Key::Escape},
+                                NamedKey{"enter", Key::Enter},    NamedKey{"backspace", Key::Backspace},
+                                NamedKey{"pageup", Key::PageUp},  NamedKey{"pagedown", Key::PageDown},
+                                NamedKey{"home", Key::Home},      NamedKey{"end", Key::End},
+                                NamedKey{"insert", Key::Insert},  NamedKey{"delete", Key::Delete},
+                                NamedKey{"control", Key::Control}};
 
 int KeyCode(const std::string& name) {
   for (const NamedKey& key : kNamedKeys) {

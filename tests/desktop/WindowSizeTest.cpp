@@ -1,6 +1,8 @@
 // The window's sizes: title bar, regions, what grows, where the keyboard stays.
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "WindowRig.h"
 #include "desktop/views/FocusRing.h"
 
@@ -47,6 +49,65 @@ TEST_F(WindowSizeTest, TheFourSizesFitTheirLeastHeight) {
     EXPECT_EQ(window.width(), 1024) << i;
     EXPECT_LE(window.layout()->minimumSize().height(), window.height()) << "cut off in size " << i;
     EXPECT_LE(window.layout()->minimumSize().width(), window.width()) << "cut off in size " << i;
+  }
+}
+
+TEST_F(WindowSizeTest, SubBandsShareTheirRowAndTakeASecondOneWhereANameWouldBeCut) {
+  window.resize(1024, 700);
+  window.show();
+  panel.Press("optDisplaySize", 3);
+  struct Expected {
+    const char* Caption;
+    int Shown, Rows;
+  };
+  for (const Expected& each : {Expected{"10m", 18, 1}, Expected{"WMWMWM", 18, 2},
+                               Expected{"\xC3\x84\xC3\x96\xC3\x9CW\xC3\x84\xC3\x96", 17, 2},
+                               Expected{"Navtex", 7, 1}, Expected{"40m", 1, 1}}) {
+    SCOPED_TRACE(each.Caption);
+    for (int i = 0; i < 18; ++i) {
+      panel.Get<OptionButton>(IndexedName("optSubBand", i)).Caption = std::string(each.Caption);
+      panel.At(IndexedName("optSubBand", i)).Visible = i < each.Shown;
+    }
+    window.Clock().Flush();
+    Settle();
+    const QWidget* preset = window.findChild<QWidget*>("optPreset(0)");
+    const QRect presets(preset->mapTo(&window, QPoint()), preset->size());
+    std::set<int> rows;
+    QRect before;
+    for (int i = 0; i < each.Shown; ++i) {
+      const auto* face = window.findChild<FaceView*>(QString::fromStdString(IndexedName("optSubBand", i)));
+      const QRect place(face->mapTo(&window, QPoint()), face->size());
+      EXPECT_GE(place.width(), face->LeastWidth()) << i;
+      EXPECT_LE(place.width(), 120) << i;
+      EXPECT_LT(place.bottom(), presets.top()) << i;
+      EXPECT_FALSE(place.intersects(before)) << i;
+      rows.insert(place.top());
+      before = place;
+    }
+    EXPECT_EQ(rows.size(), each.Rows);
+    EXPECT_LE(window.layout()->minimumSize().height(), 700);
+  }
+}
+
+TEST_F(WindowSizeTest, AHintAtTheWindowsEdgesIsWholeAndLeavesItsButtonReadable) {
+  window.resize(1024, 700);
+  window.show();
+  Settle();
+  panel.At("optPreset(0)").KeyDown(Key{Key::Control, {.Ctrl = true}});
+  for (const int size : {1, 0}) {  // with the column beside the buttons, and without
+    panel.Press("optDisplaySize", size);
+    for (const int index : {0, 11}) {
+      const std::string name = IndexedName("optPreset", index);
+      panel.At(name).MouseMove({.X = 0.9, .Y = 0.9});
+      window.Clock().Flush();
+      Settle();
+      window.Clock().Flush();  // the layout may have moved the button
+      const QWidget* hint = window.findChild<QWidget*>("lblPresetDesc");
+      const QWidget* button = window.findChild<QWidget*>(QString::fromStdString(name));
+      EXPECT_TRUE(hint->isVisible()) << name;
+      EXPECT_TRUE(window.rect().contains(hint->geometry())) << name;
+      EXPECT_FALSE(hint->geometry().intersects({button->mapTo(&window, QPoint()), button->size()})) << name;
+    }
   }
 }
 

@@ -7,6 +7,16 @@
 
 namespace quorl {
 
+namespace {
+
+constexpr int kSides = 3;
+
+QFont CaptionFont(bool small, bool on) {
+  return skin::WordFont(small ? 11 : 12, on);
+}
+
+}  // namespace
+
 FaceView::FaceView(RefreshClock& clock, Control& control) : View(clock, control) {
   // A click leaves the keyboard where it is: with what is being tuned.
   setFocusPolicy(Qt::TabFocus);
@@ -64,6 +74,10 @@ FaceView* FaceView::Neighbour(int direction) const {
 void FaceView::SetSmall() {
   small_ = true;
   updateGeometry();
+}
+
+int FaceView::LeastWidth() const {
+  return skin::TextWidth(CaptionFont(small_, true), Caption().remove('&')) + 2 * kSides;
 }
 
 QAccessible::Role FaceView::Role() const {
@@ -137,11 +151,10 @@ void FaceView::paintEvent(QPaintEvent*) {
     painter.fillRect(kInset, height() - kThick - 2, width() - 2 * kInset, kThick,
                      on ? look.Ink : QColor(skin::kAccent));
   }
-  painter.setFont(skin::WordFont(small_ ? 11 : 12, on));
+  painter.setFont(CaptionFont(small_, on));
   painter.setPen(look.Ink);
   const bool showKeys = window()->property("showMnemonics").toBool();
   // A name that is too long for its button keeps its beginning: an ellipsis would take half of a short one.
-  constexpr int kSides = 3;
   const bool fits = painter.fontMetrics().horizontalAdvance(Caption().remove('&')) <= width() - kSides;
   painter.drawText(rect().adjusted(kSides, 0, -kSides, 0),
                    static_cast<int>(fits ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter) |

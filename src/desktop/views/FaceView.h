@@ -21,6 +21,8 @@ class FaceView : public View {
   void SetGroup(const std::vector<FaceView*>& group);
   // Narrower than the other buttons, for a card's title row.
   void SetSmall();
+  // Pixels that its caption needs; in less it is cut at its end.
+  int LeastWidth() const;
 
   void TakeOver() override;
   // Any face can be given the keyboard, though Tab stops at one of a group.

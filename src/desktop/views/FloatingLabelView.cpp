@@ -35,13 +35,21 @@ void FloatingLabelView::TakeOver() {
     return;
   }
   if (parentWidget() != window) setParent(window);
-  // Whole, also at the window's edges.
-  const QPoint corner = over_->mapTo(window, Corner());
-  move(std::clamp(corner.x(), 0, std::max(0, window->width() - width())),
-       std::clamp(corner.y(), 0, std::max(0, window->height() - height())));
+  move(Place(*window));
   show();
   raise();
   update();
+}
+
+// Whole, also at the window's edges. Where there is no room under the pointer it stands above what it is
+// about, so that this can still be read.
+QPoint FloatingLabelView::Place(const QWidget& window) const {
+  const QPoint corner = over_->mapTo(&window, Corner());
+  const int mostLeft = std::max(0, window.width() - width()),
+            mostTop = std::max(0, window.height() - height());
+  const int above = over_->mapTo(&window, QPoint(0, -height())).y();
+  return {std::clamp(corner.x(), 0, mostLeft),
+          corner.y() > mostTop && above >= 0 ? above : std::clamp(corner.y(), 0, mostTop)};
 }
 
 void FloatingLabelView::StandOver(QWidget* picture) {
@@ -56,6 +64,8 @@ bool FloatingLabelView::eventFilter(QObject*, QEvent* event) {
     left_ = true;
     leftAt_ = Corner();
     hide();
+  } else if (event->type() == QEvent::Move || event->type() == QEvent::Resize) {
+    MarkDirty();
   }
   return false;
 }

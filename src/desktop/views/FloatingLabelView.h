@@ -28,6 +28,7 @@ class FloatingLabelView : public View {
   QString Words() const { return QString::fromStdString(label_.Caption()); }
   QStringList Lines() const;
   QPoint Corner() const { return {label_.Left(), label_.Top()}; }
+  QPoint Place(const QWidget& window) const;
   void StandOver(QWidget* picture);
 
   FloatingLabel& label_;

@@ -1,5 +1,6 @@
 // The memories: the plan in use, a row of its sub-bands, a row of the presets of the one that is chosen.
 #include "desktop/views/Skin.h"
+#include "desktop/window/FoldingRow.h"
 #include "desktop/window/PanelParts.h"
 #include "desktop/window/PanelRows.h"
 
@@ -41,8 +42,7 @@ QWidget* MakeMemoriesCard(Binder& bind) {
   head->addSpacing(skin::kGrid);
   Put(head, InItsPlace(bind.Word("lblSubBand", " Wwwwwww ")));
   Put(head, InItsPlace(bind.Choice("cboSubBandSelect", kBandWidth)));
-  QHBoxLayout* bands = card->AddRow();
-  for (FaceView* band : bind.Options("optSubBand", 18)) Put(bands, AsWideAsTheOthers(band), 1);
+  Put(card->AddRow(), new FoldingRow(bind.Options("optSubBand", 18)));
   QHBoxLayout* presets = card->AddRow();
   for (FaceView* preset : bind.Options("optPreset", 12)) Put(presets, AsWideAsTheOthers(preset), 1);
   bind.Floating("lblPresetDesc", card);

@@ -18,7 +18,8 @@ bool GrabShot(QWidget& window, const std::string& path, double scale) {
   // What its controls hold now, also where the program's clock is not the one that the views follow.
   if (auto* panel = dynamic_cast<PanelWindow*>(window.window())) panel->Clock().Flush();
   if (auto* log = dynamic_cast<LogWindow*>(window.window())) log->Clock().Flush();
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);  // what it has moved
+  // What that has moved, and what makes room for it.
+  for (int pass = 0; pass < 2; ++pass) QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
   const QList<QWidget*> widgets = window.findChildren<QWidget*>() << &window;
   const auto setRatio = [&widgets](double ratio) {
     for (QWidget* widget : widgets) {

@@ -85,9 +85,12 @@ void MarksLayer::DrawTicks(Canvas& canvas, const ScopeFrame& frame) {
     const FrequencyMark& mark = marks_.Marks[i];
     const double x = scale.XAt(mark.Hertz);
     if (x < 0.0 || x > scale.Width()) continue;
-    const double left = x / canvas.UnitX() + kBesideTick, right = left + canvas.TextWidth(mark.Text);
+    const double at = x / canvas.UnitX(), length = canvas.TextWidth(mark.Text);
+    // At the picture's right edge the name stands on the other side of its tick.
+    const bool turned = at + kBesideTick + length > canvas.Width();
+    const double left = turned ? at - kBesideTick - length : at + kBesideTick, right = left + length;
     const auto row = std::find_if(free.begin(), free.end(), [left](double taken) { return left >= taken; });
-    const bool fits = row != free.end() && right <= canvas.Width() && standings_ < kMostTexts;
+    const bool fits = row != free.end() && standings_ < kMostTexts;
     const double top = kFromTop + (fits ? static_cast<double>(row - free.begin()) : kRows) * height;
     const double bottom = kFromTop + (kRows + 1) * height + kTickBelow;
     canvas.Line({float(x), float(frame.Scale.Top + top * canvas.UnitY())},

@@ -355,6 +355,22 @@ TEST(ScopeMarks, NamesNeverOverlapAndAClickOnOneTunesExactly) {
   EXPECT_EQ(rig.tuned, 72160003 - 6000 * station);
 }
 
+TEST(ScopeMarks, ANameAtTheRightEdgeStandsLeftOfItsTick) {
+  ScopeRig rig("[Scope]\nNames=True\n");
+  rig.scope.Marks.Source = [](double, double high, ScopeMarks& marks) {
+    marks.Marks.push_back({high - 5 * kHertzPerBin, "At the edge"});
+  };
+  rig.Play(12000.0);
+  rig.scope.Periodic();
+  rig.Play(12000.0);
+  const std::vector<TraceCanvas::Written> texts = rig.Latest().Texts;
+  const auto name = std::find_if(texts.begin(), texts.end(),
+                                 [](const TraceCanvas::Written& text) { return text.Text == "At the edge"; });
+  ASSERT_NE(name, texts.end());
+  EXPECT_LT(name->Left + name->Width, ScopeRig::kWidth);
+  EXPECT_GT(name->Left + name->Width, ScopeRig::kWidth - 10);
+}
+
 TEST(ScopeLevels, TheEndsKeepTheirDistanceAndFitToWhatIsThere) {
   ScopeRig rig("[Scope]\nLevelView=True\n");
   rig.Set("lblScopeFloor", "-20");
