@@ -1,7 +1,9 @@
 // A frame as a whole: surfaces, yields, what may happen in the middle of one, overlays.
+#include <functional>
 #include <random>
 #include <utility>
 
+#include "display/BlankCanvas.h"
 #include "display/ScopeRig.h"
 #include "sound/AllocationCounter.h"
 
@@ -129,23 +131,6 @@ TEST_F(FrameTest, NothingHappensBeforeInitOrWhileInactive) {
   EXPECT_EQ(canvases[0].Frames + canvases[1].Frames, 0);
 }
 
-// Keeps nothing, so that what is counted is the instrument's own.
-struct BlankCanvas : Canvas {
-  int Width() const override { return 1200; }
-  int Height() const override { return 400; }
-  void Clear(Colour) override {}
-  void Line(CanvasPoint, CanvasPoint, Ink) override {}
-  void Polyline(std::span<const CanvasPoint> points, Ink) override { Points += points.size(); }
-  void Rectangle(CanvasPoint, CanvasPoint, Ink) override {}
-  void FillUnder(std::span<const CanvasPoint>, float, Ink) override {}
-  void Text(CanvasPoint, std::string_view, Ink, TextSide, TextLevel) override {}
-  void Image(int, int, int, int, const std::uint32_t*) override {}
-  int TextWidth(std::string_view text) const override { return 7 * static_cast<int>(text.size()); }
-  int TextHeight() const override { return 12; }
-  void SetVisible(bool) override {}
-  std::size_t Points = 0;
-};
-
 TEST_F(FrameTest, AFrameTakesNoMemory) {
   std::array<BlankCanvas, 2> blank;
   scope.picDisplay0(&blank[0]);
@@ -267,87 +252,39 @@ TEST_F(FrameTest, AnySettingsAnySamplesAnyMoment) {
   const auto number = [&] { return odd[any(0, 8)]; };
   std::array<RecordingCanvas, 4> all{RecordingCanvas(1, 1), RecordingCanvas(1200, 400), RecordingCanvas(0, 0),
                                      RecordingCanvas(37, 5)};
+  const std::function<void()> changes[] = {
+      [&] { scope.SetMode(any(-1, 3)); },
+      [&] { Window(any(-100, 2100), any(-100, 2100)); },
+      [&] { scope.DisplayWidth = any(-5, 3000); },
+      [&] { scope.SetTriggerChn(any(0, 3)); },
+      [&] { scope.SetChn1Gain(number()); },
+      [&] { scope.SetChn2Shift(number()); },
+      [&] { scope.SetLogMode(any(0, 1)); },
+      [&] { scope.SetFastMode(any(0, 1)); },
+      [&] { scope.Freeze = any(0, 1); },
+      [&] { scope.LevelView = any(0, 3); },
+      [&] { scope.TwoSided = any(0, 1); },
+      [&] { scope.Window = static_cast<SpectrumWindow>(any(0, 2)); },
+      [&] { scope.PeakHold = static_cast<PeakHolding>(any(0, 2)); },
+      [&] { scope.SpectrumSource = any(-1, 4); },
+      [&] { vars.SDRModelNo = any(0, 3); },
+      [&] { vars.CurrentDemodMode = any(0, 5); },
+      [&] { scope.SetLowSideLO(any(0, 1)); },
+      [&] { scope.SetSpectrumSmooth(any(-3, 40)); },
+      [&] { scope.LevelTop = static_cast<double>(number()); },
+      [&] { scope.LevelFloor = static_cast<double>(number()); },
+      [&] { scope.SetYScaleMax(odd[any(0, 4)]); },
+      [&] { scope.picDisplay0(any(0, 9) == 0 ? nullptr : &all[std::size_t(any(0, 1))]); },
+      [&] { scope.picDisplay1(any(0, 9) == 0 ? nullptr : &all[std::size_t(any(2, 3))]); },
+      [&] { scope.MasterGain = static_cast<double>(number()); },
+      [&] {
+        scope.SetChn1Enabled(any(0, 3));
+        scope.SetChn2Enabled(any(0, 1));
+        vars.NotchLo = any(-90000, 90000);
+      },
+  };
   const auto shake = [&] {
-    for (int k = 0; k < 4; ++k) {
-      switch (any(0, 24)) {
-        case 0:
-          scope.SetMode(any(-1, 3));
-          break;
-        case 1:
-          Window(any(-100, 2100), any(-100, 2100));
-          break;
-        case 2:
-          scope.DisplayWidth = any(-5, 3000);
-          break;
-        case 3:
-          scope.SetTriggerChn(any(0, 3));
-          break;
-        case 4:
-          scope.SetChn1Gain(number());
-          break;
-        case 5:
-          scope.SetChn2Shift(number());
-          break;
-        case 6:
-          scope.SetLogMode(any(0, 1));
-          break;
-        case 7:
-          scope.SetFastMode(any(0, 1));
-          break;
-        case 8:
-          scope.Freeze = any(0, 1);
-          break;
-        case 9:
-          scope.LevelView = any(0, 3);
-          break;
-        case 10:
-          scope.TwoSided = any(0, 1);
-          break;
-        case 11:
-          scope.Window = static_cast<SpectrumWindow>(any(0, 2));
-          break;
-        case 12:
-          scope.PeakHold = static_cast<PeakHolding>(any(0, 2));
-          break;
-        case 13:
-          scope.SpectrumSource = any(-1, 4);
-          break;
-        case 14:
-          vars.SDRModelNo = any(0, 3);
-          break;
-        case 15:
-          vars.CurrentDemodMode = any(0, 5);
-          break;
-        case 16:
-          scope.SetLowSideLO(any(0, 1));
-          break;
-        case 17:
-          scope.SetSpectrumSmooth(any(-3, 40));
-          break;
-        case 18:
-          scope.LevelTop = static_cast<double>(number());
-          break;
-        case 19:
-          scope.LevelFloor = static_cast<double>(number());
-          break;
-        case 20:
-          scope.SetYScaleMax(odd[any(0, 4)]);
-          break;
-        case 21:
-          scope.picDisplay0(any(0, 9) == 0 ? nullptr : &all[std::size_t(any(0, 1))]);
-          break;
-        case 22:
-          scope.picDisplay1(any(0, 9) == 0 ? nullptr : &all[std::size_t(any(2, 3))]);
-          break;
-        case 23:
-          scope.MasterGain = static_cast<double>(number());
-          break;
-        default:
-          scope.SetChn1Enabled(any(0, 3));
-          scope.SetChn2Enabled(any(0, 1));
-          vars.NotchLo = any(-90000, 90000);
-      }
-    }
+    for (int k = 0; k < 4; ++k) changes[any(0, int(std::size(changes)) - 1)]();
   };
   scope.ShowFilter = scope.ShowNotch = scope.Fill = scope.AutoGain = true;
   int onYields = 0;

@@ -1,4 +1,5 @@
 // Modes, sources and channels: each mode has its own controls and its own values.
+#include "display/BlankCanvas.h"
 #include "display/scope/ScopeRig.h"
 #include "sound/AllocationCounter.h"
 
@@ -232,28 +233,10 @@ TEST(ScopePanel, WhatIsStoredComesBackAndNonsenseDoesNot) {
   EXPECT_EQ(again.Text("lblY2Bright"), "40");
 }
 
-// A surface that does nothing at all.
-class NoCanvas : public Canvas {
- public:
-  int Width() const override { return 1200; }
-  int Height() const override { return 400; }
-  void Clear(Colour) override {}
-  void Line(CanvasPoint, CanvasPoint, Ink) override {}
-  void Polyline(std::span<const CanvasPoint>, Ink) override {}
-  void Rectangle(CanvasPoint, CanvasPoint, Ink) override { ++Rectangles; }
-  void FillUnder(std::span<const CanvasPoint>, float, Ink) override {}
-  void Text(CanvasPoint, std::string_view, Ink, TextSide, TextLevel) override {}
-  void Image(int, int, int, int, const std::uint32_t*) override {}
-  int TextWidth(std::string_view text) const override { return 7 * static_cast<int>(text.size()); }
-  int TextHeight() const override { return 12; }
-  void SetVisible(bool) override {}
-  int Rectangles = 0;
-};
-
 TEST(ScopePanel, AFrameWithAllItsLayersTakesNoMemory) {
   SettingsStore first;
   PutScopeDefaults(first);
-  NoCanvas surfaces[2], waterfall[2];
+  BlankCanvas surfaces[2], waterfall[2];
   ScopeRig rig(first.Serialise());
   rig.scope.picScope.SetSurfaces(&surfaces[0], &surfaces[1]);
   rig.scope.picWaterfall.SetSurfaces(&waterfall[0], &waterfall[1]);
