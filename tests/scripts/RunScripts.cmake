@@ -1,11 +1,17 @@
 # Runs scripts one after the other through the program, off screen and on the virtual clock, with one settings
-# file that is new at the beginning: what one script leaves is there for the next.
+# file that is new at the beginning: what one script leaves is there for the next. Where an .ini file stands beside
+# the first script the settings begin with it.
 #
 # cmake -DPROGRAM=quorlsdr -DFOLDER=bandplans -DWORK=directory -DSCRIPTS="a.txt b.txt" -P RunScripts.cmake
 separate_arguments(SCRIPTS)
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${WORK})
 file(COPY ${FOLDER}/ DESTINATION ${WORK}/plans)  # the radio writes what it remembers into its plans
+list(GET SCRIPTS 0 FIRST)
+string(REGEX REPLACE "txt$" "ini" FIRST ${CMAKE_CURRENT_LIST_DIR}/${FIRST})
+if(EXISTS ${FIRST})
+  configure_file(${FIRST} ${WORK}/settings.ini COPYONLY)
+endif()
 set(ENV{QT_QPA_PLATFORM} offscreen)
 foreach(SCRIPT ${SCRIPTS})
   execute_process(
