@@ -3,6 +3,7 @@
 
 #include "platform/Dialogs.h"
 #include "platform/InstanceLock.h"
+#include "platform/files/GrowingFile.h"
 #include "support/Product.h"
 #include "support/ScopedFlag.h"
 
@@ -11,6 +12,7 @@ namespace quorl {
 namespace {
 
 constexpr const char* kInitialize = "Form_Initialize";
+constexpr int kUnloadInterval = 10;  // ms between two looks at a load that the end waits for
 
 }  // namespace
 
@@ -44,7 +46,8 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
       scope_(context_, machine_.Queue, machine_.Time, LinksOfScope()),
       memories_(context_, {machine_.Storage, machine_.Beside, machine_.Queue, machine_.Boxes, machine_.Time},
                 LinksOfMemories()),
-      tmrSaveSettings_(machine_.Queue, [this] { SaveNow(); }) {
+      tmrSaveSettings_(machine_.Queue, [this] { SaveNow(); }),
+      tmrUnload_(machine_.Queue, [this] { Form_Unload(); }) {
   logPanel_.frmLog.Visible = false;
   volume_.OnMute = [this](bool muted) { radio_.SetMuted(muted); };
   ConnectForm();
@@ -113,6 +116,7 @@ bool frmMain::FindBandPlans() {
   const std::string& folder = options_.ApplicationFolder;
   for (const std::string& file : machine_.Storage.List(folder, std::string(kEnding))) {
     Log(kInitialize, ":Processing " + file);
+    RemoveLeftovers(machine_.Storage, folder + "/" + file);
     memories_.AddPlan(folder + "/" + file, file.substr(0, file.size() - kEnding.size()));
   }
   if (!memories_.BandPlans.empty()) return true;
@@ -203,6 +207,10 @@ void frmMain::PowerOff() {
 
 void frmMain::Form_Unload() {
   if (unloaded_ || !formed_) return;
+  // A load that this was called from can only go on when this has returned.
+  tmrUnload_.SetInterval(kUnloadInterval);
+  tmrUnload_.SetEnabled(memories_.IsLoading());
+  if (memories_.IsLoading()) return;
   radio_.tmrPerfStats.SetEnabled(false);
   scope_.Stop();
   radio_.Stop();

@@ -162,7 +162,7 @@ class frmMain {
   SMeterPanel smeter_;
   ScopePanel scope_;
   MemoriesPanel memories_;
-  Timer tmrSaveSettings_;
+  Timer tmrSaveSettings_, tmrUnload_;
   SettingsTable early_;     // read before window and tuning are made of it: colours, size, board, interface
   SettingsTable settings_;  // the rest, read at its own step
   SettingsTable ownMemories_{"Memories"};

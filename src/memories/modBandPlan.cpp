@@ -106,6 +106,14 @@ class SectionWriter {
     items_.push_back({section_, std::string(key), value});
   }
   void Put(std::string_view key, std::int32_t value) { Put(key, NumberText(value)); }
+  // What a plan, a sub-band and a preset begin with.
+  template <class Record>
+  void PutNames(const Record& record) {
+    Put("Index", record.Index);
+    Put("Name", record.Name);
+    Put("Caption", record.Caption);
+    Put("Description", record.Description);
+  }
   void PutBlock(const TuningSettings& block) {
     SaveTuningSettings(block, [this](std::string_view key, const std::string& value) { Put(key, value); });
   }
@@ -116,20 +124,14 @@ class SectionWriter {
 };
 
 void WritePreset(SectionWriter section, const Preset& preset) {
-  section.Put("Index", preset.Index);
-  section.Put("Name", preset.Name);
-  section.Put("Caption", preset.Caption);
-  section.Put("Description", preset.Description);
+  section.PutNames(preset);
   section.Put("Active", FlagText(preset.Active));
   section.Put("When", preset.When);
   section.PutBlock(preset.Settings);
 }
 
 void WriteSubBand(SectionWriter section, const SubBand& band) {
-  section.Put("Index", band.Index);
-  section.Put("Name", band.Name);
-  section.Put("Caption", band.Caption);
-  section.Put("Description", band.Description);
+  section.PutNames(band);
   section.Put("NumPresets", band.NumPresets);
   section.Put("ActivePreset", band.ActivePreset);
   section.Put("FreqMin", band.FreqMin);
@@ -138,10 +140,7 @@ void WriteSubBand(SectionWriter section, const SubBand& band) {
 }
 
 void WriteMain(SectionWriter section, const BandPlan& plan) {
-  section.Put("Index", plan.Index);
-  section.Put("Name", plan.Name);
-  section.Put("Caption", plan.Caption);
-  section.Put("Description", plan.Description);
+  section.PutNames(plan);
   section.Put("Active", FlagText(plan.Active));
   section.Put("ActiveSubBand", plan.ActiveSubBand);
   section.Put("NumSubBands", plan.NumSubBands);

@@ -7,6 +7,7 @@
 #include "memories/PlanFormat.h"
 #include "memories/ProfileText.h"
 #include "memories/modBandPlan.h"
+#include "platform/files/GrowingFile.h"
 #include "platform/virtual/VirtualClock.h"
 #include "platform/virtual/VirtualDialogs.h"
 #include "platform/virtual/VirtualEventQueue.h"
@@ -258,6 +259,75 @@ TEST_F(PlanFiles, WhatCantBeWrittenIsToldInOneBoxAndTheOldFileStays) {
   EXPECT_EQ(Boxes.Messages[0].Text.find("ProfileSaveItem: 28 plans/Test.bpl"), 0U) << Boxes.Messages[0].Text;
   EXPECT_EQ(Stored(), before);
   EXPECT_FALSE(Storage.Exists("plans/Gone.bpl"));
+  Storage.SetSpace(1000000);
+  Plans.SaveBandPlan(plan);
+  Plans.Finish();
+  EXPECT_NE(Stored().find("Caption=Old\r\nIndex=0\r\n"), std::string::npos) << "when there is room again";
+  EXPECT_EQ(Boxes.Messages.size(), 1U);
+}
+
+// 200 kills, each at the next step of a save that does something else than the one before.
+TEST_F(PlanFiles, ASaveThatIsKilledLeavesTheOldPlanOrTheNewOne) {
+  Storage.Put(kPath, "");
+  BandPlan plan = Fresh();
+  plan.Loaded = true;
+  Plans.SaveBandPlan(plan);
+  Plans.Finish();
+  int kills = 0, steps = 0;
+  for (int round = 0; kills < 200; ++round) {
+    SCOPED_TRACE(round);
+    const std::string before = Stored();
+    plan.Description = "round " + std::to_string(round);
+    plan.SubBands[std::size_t(round % 18)].Presets[std::size_t(round % 12)].Settings = {
+        .Changed = true, .FreqCurrent = 1000000 + round};
+    modBandPlan killed(Storage, Worker, Queue, Boxes, Clock);
+    Storage.KillAfter(steps);
+    try {
+      killed.SaveBandPlan(plan);
+      killed.Finish();
+      steps = 0;
+    } catch (const Killed&) {
+      ++kills;
+      ++steps;
+    }
+    Storage.Revive();
+    if (round % 2 == 1) Storage.CutPower();
+    const std::string after = Stored();
+    ProfileText wanted(before);
+    for (const ProfileItem& item : BandPlanItems(plan)) wanted.Put(item.Section, item.Key, item.Value);
+    EXPECT_TRUE(after == wanted.Text() || (steps > 0 && after == before)) << after;
+    RemoveLeftovers(Storage, kPath);
+    ASSERT_EQ(Storage.List("plans", ""), std::vector<std::string>{"Test.bpl"});
+  }
+  EXPECT_TRUE(Boxes.Messages.empty());
+}
+
+TEST_F(PlanFiles, TenMegabytesOfRubbishAndNineteenSubBandsLoadByTheRules) {
+  constexpr std::size_t kLength = 10 << 20;
+  constexpr std::string_view kOften = "[]=\r\n0SubBandPreset.FreqCurrent";
+  std::mt19937 random(19);
+  std::string rubbish;
+  while (rubbish.size() < kLength / 2) {
+    const auto bits = static_cast<std::uint32_t>(random());
+    rubbish += (bits & 0xFF00) < 0x8000 ? kOften[bits % kOften.size()] : static_cast<char>(bits & 0xFF);
+    if ((bits >> 16) % 40 == 0) rubbish += "\r\n";
+  }
+  std::string bands = "\r\n[MainBand]\r\nNumSubBands=18\r\nActiveSubBand=18\r\n";
+  for (int n = 0; n < 20; ++n) {
+    const std::string number = std::to_string(n);
+    bands += "[SubBand." + number + "]\r\nFreqMin=" + number + "000\r\n[Preset." + number +
+             ".12]\r\nFreqCurrent=5\r\n";
+  }
+  const BandPlan plan = Load(rubbish + bands + rubbish);
+  EXPECT_EQ(plan.NumSubBands, 18);
+  EXPECT_EQ(plan.ActiveSubBand, 17) << "the last one that has a button";
+  ASSERT_EQ(plan.SubBands.size(), 19U);
+  for (int n = 0; n < 19; ++n) {
+    const SubBand& band = plan.SubBands[std::size_t(n)];
+    EXPECT_EQ(band.FreqMin, n * 1000);
+    ASSERT_EQ(band.Presets.size(), 13U);
+    EXPECT_EQ(band.Presets[12].Settings.FreqCurrent, 5);
+  }
 }
 
 TEST_F(PlanFiles, ALoadThatIsReEnteredRefusesAndASaveWaits) {

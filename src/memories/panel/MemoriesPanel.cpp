@@ -138,6 +138,7 @@ void MemoriesPanel::SelectBandPlan(std::int32_t index) {
   optPreset.Press(preset.Active ? band.ActivePreset : -1);
   preset.Active ? ApplyPresetSettings(preset) : Recalled(band);
   links_.Changed();
+  if (saveWaits_) Save();
 }
 
 void MemoriesPanel::ShowSubBands(const BandPlan& plan) {
@@ -319,7 +320,8 @@ void MemoriesPanel::StoreTuneStep(std::int32_t dHz) {
 }
 
 void MemoriesPanel::Save() {
-  if (Plans.IsSaving()) return;
+  saveWaits_ = IsLoading();
+  if (saveWaits_ || Plans.IsSaving()) return;
   tmrSubBands_Timer();  // what was changed since its last tick
   for (const BandPlan& plan : BandPlans) Plans.SaveBandPlan(plan);
 }

@@ -55,6 +55,8 @@ class MemoriesPanel {
   StationFinder Finder;
   bool AutoTrackPresets = true;
 
+  // Whether a plan is being read, or the user asked about it: the events go on meanwhile.
+  bool IsLoading() const { return Plans.BandPlanLoading; }
   // A file that start-up has found; it is read when the plan is first selected.
   void AddPlan(const std::string& path, const std::string& name);
   // The plan in use, null before the first one is selected.
@@ -79,6 +81,7 @@ class MemoriesPanel {
   // The step that the tuning panel has taken, dHz, for the active sub-band.
   void StoreTuneStep(std::int32_t dHz);
   // Writes all loaded plans as they are now, beside the sound; nothing while the save before is under way.
+  // What falls into a load is written when the plan is there.
   void Save();
   // The same, and waits for it.
   void Finish();
@@ -119,6 +122,7 @@ class MemoriesPanel {
   std::vector<Listening> keys_;
   Timer tmrSplash_;
   bool splash_ = false;
+  bool saveWaits_ = false;  // for a load
   std::int32_t lastGoodPreset_ = 0;
   bool lastGoodPresetValid_ = false;
   bool byMouse_ = false;  // the click to come belongs to a press that has been carried out

@@ -22,10 +22,6 @@ const FilterSettingsRecord& IFRecord(const PublicVars& vars) {
       .at(static_cast<std::size_t>(vars.CurrentDemodMode));
 }
 
-std::int32_t EdgeOr(std::int32_t edge, std::int32_t ofTable) {
-  return edge < 0 ? ofTable : edge;
-}
-
 }  // namespace
 
 void Recall::ApplySettings(const TuningSettings& block) {
@@ -44,22 +40,25 @@ void Recall::ApplySettings(const TuningSettings& block) {
   links_.TellRecorder(block.FreqCurrent);
 }
 
+void Recall::PutEdges(Edge high, Edge low, const FilterSettingsRecord& table) {
+  Put(high.Entry, high.Hertz < 0 ? table.DefaultHi : high.Hertz);
+  Put(low.Entry, low.Hertz < 0 ? table.DefaultLo : low.Hertz);
+}
+
 void Recall::ApplyFilter(const TuningSettings& block) {
   Receiver& rx = context_.Rx;
   rx.SetFilterMode(block.FilterMode);
   rx.SetMusic(false);
   rx.SetMusic(block.MusicModeActive);
   rx.SetDynamicFilter(block.DynFilterActive);
-  Put(CtlIndex::FilterHi, EdgeOr(block.FilterHi, Record(rx.Vars).DefaultHi));
-  Put(CtlIndex::FilterLo, EdgeOr(block.FilterLo, Record(rx.Vars).DefaultLo));
+  PutEdges({CtlIndex::FilterHi, block.FilterHi}, {CtlIndex::FilterLo, block.FilterLo}, Record(rx.Vars));
 }
 
 void Recall::ApplyIFFilter(const TuningSettings& block) {
   Receiver& rx = context_.Rx;
   rx.SwitchIFFilter(block.IFFilterActive);
   rx.SetIFFilterMode(block.IFFilterMode);
-  Put(CtlIndex::IFHi, EdgeOr(block.IFFilterHi, IFRecord(rx.Vars).DefaultHi));
-  Put(CtlIndex::IFLo, EdgeOr(block.IFFilterLo, IFRecord(rx.Vars).DefaultLo));
+  PutEdges({CtlIndex::IFHi, block.IFFilterHi}, {CtlIndex::IFLo, block.IFFilterLo}, IFRecord(rx.Vars));
 }
 
 void Recall::ApplyNotch(const TuningSettings& block) {

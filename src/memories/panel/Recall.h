@@ -40,6 +40,11 @@ class Recall {
   void CaptureSettings(TuningSettings& block) const;
 
  private:
+  struct Edge {
+    int Entry;
+    std::int32_t Hertz;  // negative: the table's
+  };
+  void PutEdges(Edge high, Edge low, const FilterSettingsRecord& table);
   void ApplyFilter(const TuningSettings& block);
   void ApplyIFFilter(const TuningSettings& block);
   void ApplyNotch(const TuningSettings& block);
