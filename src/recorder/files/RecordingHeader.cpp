@@ -117,25 +117,19 @@ RecordingRead Reading::Read() {
   RecordingRead read;
   const std::optional<std::int64_t> size = file_.Size();
   if (!size) return read;
-  const std::string bytes = Bytes(0, kIFHeader);
+  const std::optional<ToldSamples> told = ReadRecordingHeader(file_, failure_);
   if (failure_) return {{}, failure_};
-  if (bytes.size() < kPlainHeader) return read;
-  WavHeader header = ParseWavHeader(bytes);
-  const std::optional<IFOrigin> origin = ParseList(bytes);
-  if (origin) header.DataSize = GetU32(At(bytes, kDataAtInIF + 4));
-  const std::optional<RecordingFormat> format = FormatOf(header, origin);
-  if (!format) return read;
+  if (!told) return read;
 
-  Recording recording{*format, *size, 0, 0, {}};
-  const std::int64_t told = std::int64_t{header.DataSize} * (format->Bits == 8 ? 2 : 1);
-  if (format->DataAt() + told > *size) {
+  const std::int64_t held = *size - told->Format.DataAt();
+  if (told->Bytes > held) {
     return {{},
-            Fault(SampleFault::TruncatedData, "holds " + std::to_string(*size - format->DataAt()) +
-                                                  " bytes of samples, but its header " + "tells of " +
-                                                  std::to_string(told) + "; fetch the whole file")};
+            Fault(SampleFault::TruncatedData, "holds " + std::to_string(held) +
+                                                  " bytes of samples, but its header tells of " +
+                                                  std::to_string(told->Bytes) + "; fetch the whole file")};
   }
-  recording.DataBytes = told - told % format->FrameBytes();
-  FindLog(recording, header.DataSize);
+  Recording recording{told->Format, *size, told->Bytes - told->Bytes % told->Format.FrameBytes(), 0, {}};
+  FindLog(recording, told->DataSize);
   if (failure_) return {{}, failure_};
   read.Own = std::move(recording);
   return read;
@@ -164,6 +158,18 @@ WavHeader ParseWavHeader(std::string_view bytes) {
   header.HasTags = HasTag(bytes, 0, "RIFF") && HasTag(bytes, 8, "WAVE") && HasTag(bytes, 12, "fmt ") &&
                    HasTag(bytes, 36, "data");
   return header;
+}
+
+std::optional<ToldSamples> ReadRecordingHeader(OpenFile& file, Failure& failure) {
+  std::string bytes(kIFHeader, '\0');
+  bytes.resize(static_cast<std::size_t>(file.ReadAt(0, bytes.data(), std::ssize(bytes), failure)));
+  if (failure || bytes.size() < kPlainHeader) return {};
+  WavHeader header = ParseWavHeader(bytes);
+  const std::optional<IFOrigin> origin = ParseList(bytes);
+  if (origin) header.DataSize = GetU32(At(bytes, kDataAtInIF + 4));
+  const std::optional<RecordingFormat> format = FormatOf(header, origin);
+  if (!format) return {};
+  return ToldSamples{*format, std::int64_t{header.DataSize} * (format->Bits == 8 ? 2 : 1), header.DataSize};
 }
 
 RecordingRead ReadRecording(OpenFile& file) {

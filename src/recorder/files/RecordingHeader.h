@@ -46,6 +46,15 @@ struct WavHeader {
 // `bytes`: 44 of them.
 WavHeader ParseWavHeader(std::string_view bytes);
 
+// What the header of a recording tells, whether the file holds it or not.
+struct ToldSamples {
+  RecordingFormat Format;
+  std::int64_t Bytes = 0;      // of samples on the disk
+  std::uint32_t DataSize = 0;  // the header's own number
+};
+// Empty for a file that is no recording of this program, and with `failure` set where it can't be read.
+std::optional<ToldSamples> ReadRecordingHeader(OpenFile& file, Failure& failure);
+
 struct Recording {
   RecordingFormat Format;
   std::int64_t FileBytes = 0;

@@ -1,0 +1,163 @@
+#include "recorder/journal/MendPlan.h"
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+
+namespace quorl {
+namespace {
+
+// A file that lacks more than these bytes isn't the journal's.
+constexpr std::int64_t kMostSilence = std::int64_t{16} << 20;
+
+// A file as it lies there.
+struct Lying {
+  std::int64_t Length = 0;
+  std::optional<ToldSamples> Told;
+  bool HasTrailer = false;  // one begins where the header tells, whole or cut off
+
+  std::int64_t ToldEnd() const { return Told->Format.DataAt() + Told->Bytes; }
+  // Where the samples end, by this file alone.
+  std::int64_t SamplesEnd() const { return HasTrailer ? ToldEnd() : Length; }
+};
+
+bool HasTrailerAt(OpenFile& file, std::int64_t at, Failure& failure) {
+  std::string bytes(kLogTag.size(), '\0');
+  bytes.resize(static_cast<std::size_t>(file.ReadAt(at, bytes.data(), std::ssize(bytes), failure)));
+  return !bytes.empty() && kLogTag.starts_with(bytes);
+}
+
+std::int64_t WholeFrames(const RecordingFormat& format, std::int64_t end) {
+  const std::int64_t bytes = std::max<std::int64_t>(end - format.DataAt(), 0);
+  return format.DataAt() + bytes - bytes % format.FrameBytes();
+}
+
+// What the journal holds comes to its place; what the file lacks before that (a power cut takes what was not
+// on the disk yet) becomes silence, so that the log still fits. `behind`: the first half of the next part.
+void PutHeld(FilePlan& plan, const Journal& journal, const JournalPart& part, std::int64_t behind) {
+  for (const HeldHalf& held : journal.Held) {
+    const std::int64_t place = part.PlaceOf(held.Half);
+    if (held.Half < part.FirstHalf || held.Half >= behind) continue;
+    if (place > std::max(plan.Keep, plan.End) + kMostSilence) break;
+    plan.Pieces.push_back({held, place});
+    plan.End = std::max(plan.End, place + std::int64_t{2} * held.Samples);
+  }
+  plan.End = std::max(plan.End, std::min(part.WrittenTo(), plan.Keep));
+  // A write that failed in its middle leaves less than a half behind the end. A file that goes on for longer
+  // knows more than its journal.
+  if (plan.Keep > plan.End + journal.Head.HalfBytes()) plan.End = plan.Keep;
+  plan.End = WholeFrames(plan.Format, plan.End);
+  plan.Log = part.Log;
+}
+
+class Planning {
+ public:
+  Planning(const Files& files, const RecordingParts& parts) : files_(files), parts_(parts) {}
+  MendPlan Plan();
+
+ private:
+  Lying Look(const std::string& path);
+  std::optional<Journal> FindJournal();
+  void PlanAlone(const std::string& path);
+  void PlanByJournal(const Journal& journal);
+  FilePlan PlanPart(const Journal& journal, std::size_t index, const Lying& lying) const;
+  void CloseLog(FilePlan& plan) const;
+
+  const Files& files_;
+  const RecordingParts& parts_;
+  MendPlan plan_;
+  LogRecord inForce_;  // at the end of the part before
+};
+
+Lying Planning::Look(const std::string& path) {
+  Lying lying;
+  if (!files_.Exists(path)) return lying;
+  const auto file = files_.Open(path, OpenMode::Read, plan_.Fault);
+  if (!file) return lying;
+  lying.Length = file->Size().value_or(0);
+  lying.Told = ReadRecordingHeader(*file, plan_.Fault);
+  if (lying.Told && lying.ToldEnd() < lying.Length) {
+    lying.HasTrailer = HasTrailerAt(*file, lying.ToldEnd(), plan_.Fault);
+  }
+  return lying;
+}
+
+std::optional<Journal> Planning::FindJournal() {
+  plan_.HasJournal = files_.Exists(parts_.Journal());
+  if (!plan_.HasJournal) return {};
+  const auto file = files_.Open(parts_.Journal(), OpenMode::Read, plan_.Fault);
+  return file ? ReadJournal(*file, plan_.Fault) : std::nullopt;
+}
+
+// By its length and header. A file that isn't a recording stays out of it.
+void Planning::PlanAlone(const std::string& path) {
+  const Lying lying = Look(path);
+  if (!lying.Told) return;
+  FilePlan plan;
+  plan.Path = path;
+  plan.Format = lying.Told->Format;
+  plan.Keep = plan.End = WholeFrames(plan.Format, lying.SamplesEnd());
+  plan.Mends = plan.End != lying.ToldEnd();
+  plan_.LogLost = plan_.LogLost || plan.Mends;
+  plan_.Files.push_back(std::move(plan));
+}
+
+// A part begins with the frequency in force. The last record ends one behind the others' count.
+void Planning::CloseLog(FilePlan& plan) const {
+  if (plan.Log.empty() && inForce_.Freq > 0) plan.Log = {inForce_};
+  const std::int64_t begin = plan.Format.DataAt();
+  for (LogRecord& record : plan.Log) record.Start = std::clamp(record.Start, begin, plan.End);
+  for (std::size_t i = 1; i < plan.Log.size(); ++i) plan.Log[i - 1].End = plan.Log[i].Start;
+  if (!plan.Log.empty()) plan.Log.back().End = plan.End + 1;
+}
+
+FilePlan Planning::PlanPart(const Journal& journal, std::size_t index, const Lying& lying) const {
+  const JournalPart& part = journal.Parts[index];
+  const bool last = index + 1 == journal.Parts.size();
+  FilePlan plan;
+  plan.Path = parts_.Current();
+  if (!last) plan.FinishedAs = parts_.Finished(part.Number);
+  plan.Format = journal.Head.Format;
+  plan.Mends = plan.HasLog = true;
+  const bool closed = lying.Told && lying.Told->Format == plan.Format;
+  plan.End = plan.Format.DataAt();
+  plan.Keep = std::max(plan.End, closed ? lying.SamplesEnd() : lying.Length);
+  PutHeld(plan, journal, part,
+          last ? std::numeric_limits<std::int64_t>::max() : journal.Parts[index + 1].FirstHalf);
+  CloseLog(plan);
+  return plan;
+}
+
+// Of the parts that aren't finished the first has the file that was written. One that was begun while that
+// one waited for the disk has none yet: all of it is in the journal.
+void Planning::PlanByJournal(const Journal& journal) {
+  const std::int32_t finished = parts_.LastFinished(files_);
+  bool hasFile = files_.Exists(parts_.Current());
+  if (finished == 0 && !hasFile) return;
+  for (std::size_t i = 0; i < journal.Parts.size(); ++i) {
+    if (journal.Parts[i].Number > finished) {
+      FilePlan plan = PlanPart(journal, i, hasFile ? Look(parts_.Current()) : Lying());
+      if (hasFile || plan.Frames() > 0) plan_.Files.push_back(std::move(plan));
+      hasFile = false;
+    }
+    if (!journal.Parts[i].Log.empty()) inForce_ = journal.Parts[i].Log.back();
+  }
+}
+
+MendPlan Planning::Plan() {
+  const std::optional<Journal> journal = FindJournal();
+  for (const std::string& path : parts_.Existing(files_)) {
+    if (!journal || path != parts_.Current()) PlanAlone(path);
+  }
+  if (journal) PlanByJournal(*journal);
+  if (plan_.Fault) plan_.Files.clear();
+  return std::move(plan_);
+}
+
+}  // namespace
+
+MendPlan PlanMending(const Files& files, const RecordingParts& parts) {
+  return Planning(files, parts).Plan();
+}
+
+}  // namespace quorl
