@@ -23,7 +23,8 @@ class JournalWriter {
   // Runs once a recording: the journal can't be written. It ends, and no torn one stays.
   std::function<void(const Error&)> OnFault;
 
-  // Makes the file anew. Call it when the recording's temporary file has been made.
+  // Makes the file anew. Before the first sample, and after the making of the recording's temporary file was
+  // given to the same worker: an old file must not meet a new journal.
   void Begin(const JournalHead& head);
   // Frequency, time and Start as in the file of the part that is filled now; the End doesn't matter.
   void NoteLog(const LogRecord& record);

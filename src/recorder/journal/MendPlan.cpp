@@ -50,6 +50,14 @@ void PutHeld(FilePlan& plan, const Journal& journal, const JournalPart& part, st
   plan.Log = part.Log;
 }
 
+// The last record ends one behind the others' count.
+void CloseLog(FilePlan& plan) {
+  const std::int64_t begin = plan.Format.DataAt();
+  for (LogRecord& record : plan.Log) record.Start = std::clamp(record.Start, begin, plan.End);
+  for (std::size_t i = 1; i < plan.Log.size(); ++i) plan.Log[i - 1].End = plan.Log[i].Start;
+  if (!plan.Log.empty()) plan.Log.back().End = plan.End + 1;
+}
+
 class Planning {
  public:
   Planning(const Files& files, const RecordingParts& parts) : files_(files), parts_(parts) {}
@@ -61,12 +69,10 @@ class Planning {
   void PlanAlone(const std::string& path);
   void PlanByJournal(const Journal& journal);
   FilePlan PlanPart(const Journal& journal, std::size_t index, const Lying& lying) const;
-  void CloseLog(FilePlan& plan) const;
 
   const Files& files_;
   const RecordingParts& parts_;
   MendPlan plan_;
-  LogRecord inForce_;  // at the end of the part before
 };
 
 Lying Planning::Look(const std::string& path) {
@@ -102,15 +108,6 @@ void Planning::PlanAlone(const std::string& path) {
   plan_.Files.push_back(std::move(plan));
 }
 
-// A part begins with the frequency in force. The last record ends one behind the others' count.
-void Planning::CloseLog(FilePlan& plan) const {
-  if (plan.Log.empty() && inForce_.Freq > 0) plan.Log = {inForce_};
-  const std::int64_t begin = plan.Format.DataAt();
-  for (LogRecord& record : plan.Log) record.Start = std::clamp(record.Start, begin, plan.End);
-  for (std::size_t i = 1; i < plan.Log.size(); ++i) plan.Log[i - 1].End = plan.Log[i].Start;
-  if (!plan.Log.empty()) plan.Log.back().End = plan.End + 1;
-}
-
 FilePlan Planning::PlanPart(const Journal& journal, std::size_t index, const Lying& lying) const {
   const JournalPart& part = journal.Parts[index];
   const bool last = index + 1 == journal.Parts.size();
@@ -135,13 +132,12 @@ void Planning::PlanByJournal(const Journal& journal) {
   bool hasFile = files_.Exists(parts_.Current());
   if (finished == 0 && !hasFile) return;
   for (std::size_t i = 0; i < journal.Parts.size(); ++i) {
-    if (journal.Parts[i].Number > finished) {
-      FilePlan plan = PlanPart(journal, i, hasFile ? Look(parts_.Current()) : Lying());
-      if (hasFile || plan.Frames() > 0) plan_.Files.push_back(std::move(plan));
-      hasFile = false;
-    }
-    if (!journal.Parts[i].Log.empty()) inForce_ = journal.Parts[i].Log.back();
+    if (journal.Parts[i].Number <= finished) continue;
+    FilePlan plan = PlanPart(journal, i, hasFile ? Look(parts_.Current()) : Lying());
+    if (hasFile || plan.Frames() > 0) plan_.Files.push_back(std::move(plan));
+    hasFile = false;
   }
+  if (hasFile) PlanAlone(parts_.Current());
 }
 
 MendPlan Planning::Plan() {

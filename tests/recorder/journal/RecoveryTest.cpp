@@ -14,7 +14,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::int32_t kHalf = 32, kBlock = 8, kFreq = 72050000;
+constexpr std::int32_t kHalf = 32, kFreq = 72050000;
 
 // A sample tells its place within the recording.
 std::int16_t Sample(std::int64_t index) {
@@ -34,21 +34,24 @@ RecordingRead ReadBack(const VirtualFiles& files, const std::string& path) {
 
 class Session {
  public:
-  explicit Session(const RecordingFormat& recorded) : format(recorded) { files.Put("music/other.wav", ""); }
+  explicit Session(const RecordingFormat& recorded, std::int32_t halfSamples = kHalf)
+      : format(recorded), half(halfSamples), block(halfSamples / 4) {
+    files.Put("music/other.wav", "");
+  }
 
   void Work() { queue.AdvanceBy(milliseconds(200)); }
 
   void Open() {
-    recorder = std::make_unique<SketchRecorder>(files, worker, parts, JournalHead{format, kHalf, 1});
+    recorder = std::make_unique<SketchRecorder>(files, worker, parts, JournalHead{format, half, 1});
     recorder->Open(kFreq);
     Work();
   }
 
   void Feed(int blocks) {
     for (int i = 0; i < blocks; ++i) {
-      std::vector<std::int16_t> block(kBlock);
-      for (std::int16_t& sample : block) sample = Sample(given++);
-      recorder->Feed(block);
+      std::vector<std::int16_t> samples(static_cast<std::size_t>(block));
+      for (std::int16_t& sample : samples) sample = Sample(given++);
+      recorder->Feed(samples);
       Work();
       fed = given;
     }
@@ -80,6 +83,7 @@ class Session {
   }
 
   RecordingFormat format;
+  std::int32_t half, block;
   VirtualClock clock;
   VirtualEventQueue queue{clock};
   VirtualFiles files;
@@ -177,21 +181,21 @@ TEST(Recovery, IsBegunAgainWhereItWasKilledItself) {
 }
 
 TEST(Recovery, TheLogFitsTheSamplesAlsoBehindALostHalf) {
-  Session session(kFormats[0]);
+  Session session(kFormats[0], 1024);
   session.Open();
   session.Feed(6);
   session.recorder->Tune(kFreq + 5000);  // in the half that gets lost
   session.Feed(1);
-  session.recorder->Feed(std::vector<std::int16_t>(kBlock, 0));
+  session.recorder->Feed(std::vector<std::int16_t>(256, 0));
   session.queue.AdvanceBy(milliseconds(1));  // the journal takes the block; next is the half's turn
-  session.files.WriteShort(50);
-  session.Work();
+  session.files.WriteShort(2000);
+  session.Work();  // what it has put down is longer than the log
   session.recorder->Tune(kFreq + 9000);
-  session.given = kHalf;
+  session.given = 1024;
   session.Feed(2);
   session.Dies();
-  ExpectWhole(session, MendRecording(session.files, session.parts), kHalf + 2 * kBlock);
-  const std::int64_t at = 44 + 2 * kHalf, end = at + 4 * kBlock;
+  ExpectWhole(session, MendRecording(session.files, session.parts), 1024 + 2 * 256);
+  const std::int64_t at = 44 + 2 * 1024, end = at + 4 * 256;
   EXPECT_EQ(ReadBack(session.files, session.parts.Current()).Own->Log,
             (std::vector<LogRecord>{
                 {1.0, kFreq, 44, at}, {2.0, kFreq + 5000, at, at}, {3.0, kFreq + 9000, at, end + 1}}));

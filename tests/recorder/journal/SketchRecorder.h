@@ -24,10 +24,8 @@ class SketchRecorder {
   void Open(std::int32_t freq) {
     freq_ = freq;
     Then([this] { return MakeFile(); });
-    Then({}, [this] {
-      journal_.Begin(head_);
-      Tune(freq_);
-    });
+    journal_.Begin(head_);
+    Tune(freq_);
   }
 
   // The time of a record is a number of its own.
