@@ -26,5 +26,6 @@ inline double SecondsOf(const std::function<void()>& work, int calls = 24) {
 
 std::vector<Budget> MeasureWaterfall();
 std::vector<Budget> MeasureMemories();
+std::vector<Budget> MeasureRecorder();
 
 }  // namespace quorl

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "Budgets.h"
+#include "DeckWorks.h"
 #include "display/analyser/Smoothing.h"
 #include "display/analyser/SpectrumTransform.h"
 #include "display/analyser/TraceScale.h"
@@ -254,6 +255,8 @@ struct Works {
   OurPolar ourPolar;
   LibraryPolar libraryPolar;
   Block am{AMOnRealIF}, heaviest{Heaviest}, heaviestIFNotch{HeaviestWithIFNotch};
+  RecordStep record;
+  PlayedBlock played;
 };
 
 struct Ratio {
@@ -273,6 +276,8 @@ std::vector<Ratio> Measure(Works& w) {
       {"line of the scope to FFTW's real transform, 2048 points", ratio(w.ourLine, w.fftwReal), 4.0},
       {"std::atan2 and std::sqrt to CartToPolar_S_2", ratio(w.libraryPolar, w.ourPolar), 5.0, true},
       {"block of AM on the real IF, in FFTW steps", ratio(w.am, w.fftwFilter), 7.0},
+      {"recording a block, to a block of AM", ratio(w.record, w.am), 0.05},
+      {"block that is played, to a block of AM", ratio(w.played, w.am), 0.5},
       {"heaviest block, in FFTW steps", ratio(w.heaviest, w.fftwFilter), 20.0},
       {"heaviest block, notch on the IF, in FFTW steps", ratio(w.heaviestIFNotch, w.fftwFilter), 20.0},
   };
@@ -284,6 +289,7 @@ bool PrintBudgets() {
   bool kept = true;
   std::vector<Budget> budgets = MeasureWaterfall();
   for (const Budget& budget : MeasureMemories()) budgets.push_back(budget);
+  for (const Budget& budget : MeasureRecorder()) budgets.push_back(budget);
   for (const Budget& budget : budgets) {
     const bool within = budget.Milliseconds <= budget.Limit;
     std::printf("%-52s %7.3f    at most %4.1f ms %s\n", budget.What, budget.Milliseconds, budget.Limit,

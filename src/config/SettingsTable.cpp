@@ -29,7 +29,9 @@ void SettingsTable::Read(const SettingsStore& store) const {
 }
 
 void SettingsTable::Write(SettingsStore& store) const {
-  for (const Row& row : rows_) store.SaveSetting(section_, row.Key, row.Text());
+  for (const Row& row : rows_) {
+    if (row.Text) store.SaveSetting(section_, row.Key, row.Text());
+  }
 }
 
 }  // namespace quorl

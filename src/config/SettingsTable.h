@@ -47,6 +47,13 @@ class SettingsTable {
     rows_.push_back({key, [get] { return Text(get()); }, {}});
   }
 
+  // Only read, for what nobody changes but by hand.
+  template <typename T>
+  void AddRead(const std::string& key, std::function<void(T)> set) {
+    Add<T>(key, {}, std::move(set));
+    rows_.back().Text = {};
+  }
+
   void Read(const SettingsStore& store) const;
   void Write(SettingsStore& store) const;
 

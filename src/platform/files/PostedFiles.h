@@ -1,6 +1,7 @@
 // Calls on files that are done beside the event queue's thread; what they bring comes back through the queue.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -8,6 +9,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/EventQueue.h"
 #include "platform/FileWorker.h"
 #include "platform/Files.h"
 
@@ -27,6 +29,15 @@ class FileCalls {
                 [done = std::move(done), result, alive = std::weak_ptr<bool>(alive_)] {
                   if (done && !alive.expired()) done(std::move(**result));
                 });
+  }
+  // Makes the call and delivers what `queue` brings meanwhile, until its result is there. The caller sees to
+  // it that nothing of that destroys this object.
+  template <class Result>
+  Result Await(EventQueue& queue, std::function<Result()> call) {
+    std::optional<Result> result;
+    Make<Result>(std::move(call), [&result](Result brought) { result.emplace(std::move(brought)); });
+    while (!result) queue.Wait(std::chrono::milliseconds(10));
+    return std::move(*result);
   }
 
  private:
