@@ -9,6 +9,7 @@
 
 #include "BindingRig.h"
 #include "desktop/views/Binder.h"
+#include "desktop/views/Skin.h"
 
 namespace quorl {
 namespace {
@@ -157,6 +158,14 @@ TEST_F(BindingTest, ListsAndFieldsAndMenus) {
   text.SetValue("20m");
   window.Clock().Flush();
   EXPECT_EQ(field->Line().text(), "20m");
+  const auto ink = [&field] { return field->Line().palette().color(QPalette::Text).name(); };
+  field->Line().ensurePolished();
+  text.ForeColour = Colour{0x0000FF};
+  window.Clock().Flush();
+  EXPECT_EQ(ink(), skin::ColourOf(0x0000FF).name()) << "a text that is refused";
+  text.ForeColour = Colour{0};
+  window.Clock().Flush();
+  EXPECT_NE(ink(), skin::ColourOf(0x0000FF).name());
 
   Open();
   int chosen = -1;

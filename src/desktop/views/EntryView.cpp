@@ -40,10 +40,6 @@ void EntryView::TakeOver() {
     hide();
     return;
   }
-  if (ink_ != Shown().ForeColour()) {
-    ink_ = Shown().ForeColour();
-    Line().setStyleSheet(ink_ == 0 ? QString() : "color: " + skin::ColourOf(ink_).name());
-  }
   setGeometry(QRect(anchor_->mapTo(anchor_->window(), QPoint(0, 0)), anchor_->size()));
   if (comes) Come();
   if (toolTip() == told_) return;

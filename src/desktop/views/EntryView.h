@@ -24,7 +24,6 @@ class EntryView : public TextView {
 
   QPointer<QWidget> anchor_, before_;  // before: what had the keyboard
   QString told_;
-  Colour ink_ = 0;
 };
 
 }  // namespace quorl

@@ -62,6 +62,9 @@ void TextView::TakeOver() {
   if (line_->text() != value) line_->setText(value);
   line_->setAccessibleName(SpokenName());
   line_->setPlaceholderText(SpokenName());
+  const Colour ink = text_.ForeColour();
+  const QString style = ink == 0 ? QString() : "color: " + skin::ColourOf(ink).name();
+  if (line_->styleSheet() != style) line_->setStyleSheet(style);
 }
 
 SymbolView::SymbolView(RefreshClock& clock, Picture& picture, Symbol symbol)

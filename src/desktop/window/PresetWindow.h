@@ -14,6 +14,8 @@ class PresetWindow : public QWidget {
   PresetWindow(const ControlRegistry& registry, Binder::Logger log);
   ~PresetWindow() override;
 
+  RefreshClock& Clock() { return clock_; }
+
  protected:
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
