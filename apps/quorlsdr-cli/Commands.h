@@ -18,6 +18,7 @@ void AddSpectrumCommand(CLI::App& app, int& exitCode);
 void AddListenCommand(CLI::App& app, int& exitCode);
 void AddTuneCommand(CLI::App& app, int& exitCode);
 void AddPlanCommand(CLI::App& app, int& exitCode);
+void AddTracksCommand(CLI::App& app, int& exitCode);
 void AddDevicesCommand(CLI::App& app, int& exitCode);
 
 }  // namespace quorl::cli

@@ -29,6 +29,11 @@ void InterruptWatcher::Start(std::vector<std::string> temporaries, std::string n
   thread_ = std::thread([this] { Watch(); });
 }
 
+bool InterruptWatcher::TakePending() const {
+  const timespec atOnce{};
+  return sigtimedwait(&signals_, nullptr, &atOnce) > 0;
+}
+
 void InterruptWatcher::Watch() const {
   int signal = 0;
   sigwait(&signals_, &signal);

@@ -23,6 +23,9 @@ class InterruptWatcher {
 
   // Empty names of `temporaries` are passed over; `name` is what the message names. Once.
   void Start(std::vector<std::string> temporaries, std::string name);
+  // Instead of Start, for who cleans up on its own between two steps: whether a signal has come, which is
+  // taken.
+  bool TakePending() const;
 
  private:
   void Watch() const;

@@ -17,7 +17,7 @@ int main(int argc, char** argv) {
 
   CLI::App app(
       "QUORLSDR on the command line: receives live and from recordings, measures spectra, tunes boards, "
-      "designs filters, checks band plans",
+      "designs filters, checks band plans, lists and exports the tracks of recordings",
       "quorlsdr-cli");
   app.set_version_flag("--version", "quorlsdr-cli " QUORL_VERSION);
   int exitCode = ExitCode::Success;
@@ -27,11 +27,13 @@ int main(int argc, char** argv) {
   AddListenCommand(app, exitCode);
   AddTuneCommand(app, exitCode);
   AddPlanCommand(app, exitCode);
+  AddTracksCommand(app, exitCode);
   AddDevicesCommand(app, exitCode);
   try {
     app.parse(argc, argv);
     if (app.get_subcommands().empty())
-      throw CLI::RequiredError("A subcommand, receive, filter, spectrum, listen, tune, plan or devices,");
+      throw CLI::RequiredError(
+          "A subcommand, receive, filter, spectrum, listen, tune, plan, tracks or devices,");
   } catch (const CLI::Success& shown) {  // help or version
     return app.exit(shown);
   } catch (const CLI::ValidationError& error) {  // of ours: says itself what is needed

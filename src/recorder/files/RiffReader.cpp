@@ -145,4 +145,12 @@ std::optional<WavLayout> ReadWavLayout(OpenFile& file, Failure& failure) {
   return walk.Layout;
 }
 
+Failure ShortOfSamples(const OpenFile& file, const WavLayout& layout) {
+  if (!layout.BytesThere || *layout.BytesThere >= layout.DataBytes) return {};
+  return Error{SampleFault::TruncatedData,
+               file.Name() + ": the header promises " + std::to_string(layout.DataBytes) +
+                   " bytes of samples, the file ends after " + std::to_string(*layout.BytesThere) +
+                   "; a complete file is needed"};
+}
+
 }  // namespace quorl

@@ -31,4 +31,7 @@ struct WavLayout {
 // SampleFault or the system's) where the file isn't a WAV file or ends too early for one.
 std::optional<WavLayout> ReadWavLayout(OpenFile& file, Failure& failure);
 
+// A failure where the file holds fewer samples than its header promises.
+Failure ShortOfSamples(const OpenFile& file, const WavLayout& layout);
+
 }  // namespace quorl

@@ -38,12 +38,7 @@ Failure Check(const OpenFile& file, const WavLayout& layout, const WavNeeds& nee
   if (const std::string misfit = Misfit(layout.Format, needs); !misfit.empty()) {
     return Fault(file, SampleFault::Format, misfit);
   }
-  if (layout.BytesThere && *layout.BytesThere < layout.DataBytes) {
-    return Fault(file, SampleFault::TruncatedData,
-                 "the header promises " + std::to_string(layout.DataBytes) +
-                     " bytes of samples, the file ends after " + std::to_string(*layout.BytesThere) +
-                     "; a complete file is needed");
-  }
+  if (Failure failure = ShortOfSamples(file, layout)) return failure;
   if (layout.DataBytes % layout.Format.FrameBytes != 0) {
     return Fault(file, SampleFault::OddLength,
                  "has " + std::to_string(layout.DataBytes) +
