@@ -104,7 +104,7 @@ void AddTracksCommand(CLI::App& app, int& exitCode) {
                           "folder for one file a track, named by date and kHz, tagged; prints their names");
   command->add_flag("--flac", options->Flac, "FLAC files instead of WAV")->needs(folder);
   command->callback(
-      [options, &exitCode] { exitCode = options->Export.empty() ? List(*options) : Export(*options); });
+      [options, folder, &exitCode] { exitCode = folder->count() == 0 ? List(*options) : Export(*options); });
 }
 
 }  // namespace quorl::cli

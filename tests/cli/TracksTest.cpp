@@ -63,6 +63,7 @@ TEST_F(TracksTest, BadInputIsRefusedInOneLine) {
   ExpectOneLine(Cli("tracks gone.wav --export out"), 2, "gone.wav");
   ExpectOneLine(Cli("tracks night.wav --flac"), 2, "--export");
   ExpectOneLine(Cli("tracks"), 2, "FILE");
+  ExpectOneLine(Cli("tracks night.wav --export ''"), 2, "irectory");
   ExpectOneLine(Cli("tracks night.wav --export night.wav"), 2, "night.wav");
 }
 
@@ -94,6 +95,19 @@ TEST_F(TracksTest, ExportsFilesThatOtherProgramsRead) {
     Run("/usr/bin/env", std::string("sox '") + name + "' -t raw -e signed -b 16 track.raw", "");
     EXPECT_EQ(Get("track.raw"), Get("night.wav").substr(44, 12000));
   }
+}
+
+// The signal has come before the program starts, and waits.
+TEST_F(TracksTest, AnInterruptedExportLeavesNoHalfFile) {
+  PutNight();
+  const CliResult result =
+      Run("/usr/bin/env",
+          "python3 -c 'import os, signal, sys; signal.pthread_sigmask(signal.SIG_BLOCK, "
+          "[signal.SIGTERM]); os.kill(os.getpid(), signal.SIGTERM); os.execv(sys.argv[1], "
+          "sys.argv[1:])' '" QUORL_CLI "' tracks night.wav --export out",
+          "");
+  ExpectOneLine(result, 1, "out: interrupted");
+  EXPECT_TRUE(std::filesystem::is_empty(Path("out")));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <functional>
 #include <limits>
 #include <numbers>
+#include <random>
 
 #include "platform/ScratchDirectory.h"
 #include "platform/files/PostedJob.h"
@@ -184,6 +185,37 @@ TEST_F(SoundImportTest, WhatCannotBeTakenIsToldInOneLineAndLeavesNothing) {
   SoundImport gone(files_, media_, "gone", "to.wav");
   EXPECT_TRUE(Finish(gone));
   ExpectNothingLeft();
+}
+
+// Whatever is wrong with a file, it ends in one line or in a sound, soon.
+TEST_F(SoundImportTest, SpoiledFilesEndInOneLineOrInASound) {
+  std::mt19937 random(11);
+  int sounds = 0, lines = 0;
+  for (const int format : {SF_FORMAT_WAV | SF_FORMAT_PCM_16, SF_FORMAT_WAVEX | SF_FORMAT_FLOAT,
+                           SF_FORMAT_AIFF | SF_FORMAT_PCM_16, SF_FORMAT_FLAC | SF_FORMAT_PCM_16,
+                           SF_FORMAT_OGG | SF_FORMAT_VORBIS, SF_FORMAT_AU | SF_FORMAT_ULAW}) {
+    const std::string good =
+        SoundBytes(format, 1, 44100, 3000, [](int frame, int) { return ToneAt(frame, 44100); });
+    for (int round = 0; round < 60; ++round) {
+      std::string bytes = good;
+      const std::size_t reach = round % 2 == 0 ? std::min<std::size_t>(100, good.size()) : good.size();
+      for (int spoiled = 0; spoiled < 3; ++spoiled) bytes[random() % reach] = static_cast<char>(random());
+      if (round % 5 == 0) bytes.resize(random() % bytes.size());
+      files_.Put("from", bytes);
+      const Failure failure = Import();
+      if (failure) {
+        ++lines;
+        EXPECT_EQ(failure->Text.find('\n'), std::string::npos) << failure->Text;
+        ExpectNothingLeft();
+      } else {
+        ++sounds;
+        EXPECT_FALSE(Result().empty());
+        EXPECT_FALSE(files_.Remove("to.wav"));
+      }
+    }
+  }
+  EXPECT_GT(lines, 50);
+  EXPECT_GT(sounds, 50);
 }
 
 // Claims a length without having it.
