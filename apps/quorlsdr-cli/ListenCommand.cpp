@@ -11,13 +11,15 @@
 #include "Commands.h"
 #include "Fault.h"
 #include "ListenOptions.h"
+#include "ListenRecorder.h"
 #include "ListenScreen.h"
 #include "Options.h"
+#include "RecordingBlocks.h"
 #include "core/LiveRadio.h"
+#include "platform/CalendarDays.h"
 #include "platform/linux/system/LinuxClock.h"
 #include "platform/linux/system/LinuxEventQueue.h"
 #include "platform/linux/system/TerminalDialogs.h"
-#include "shared/AudioFile.h"
 #include "shared/HostMachine.h"
 #include "shared/JsonReport.h"
 #include "support/Rounding.h"
@@ -26,14 +28,13 @@
 namespace quorl::cli {
 namespace {
 
-constexpr double kHighestKhz = 214748.3647;
 constexpr std::chrono::milliseconds kRedraw(200);
 
 volatile std::sig_atomic_t interrupted = 0;
 
 // The time that blocks take, and the share of it that the whole program takes from one core.
 struct Measure {
-  std::int64_t Blocks = 0;
+  std::int64_t Blocks = 0;                   // that were wanted
   double Microseconds = 0.0, Longest = 0.0;  // of a block's reception
   std::chrono::steady_clock::time_point Begin = std::chrono::steady_clock::now();
   std::clock_t ProcessorBegin = std::clock();
@@ -76,16 +77,24 @@ Failure TuneIn(const ListenOptions& options, clsVFO& vfo) {
   return Error{1, "--frequency: with its DDS clock the board reaches no further than " + reach + " kHz"};
 }
 
+// Waits for the recording's begin with the radio off; false where it was interrupted.
+bool WaitForStart(const ListenOptions& options, HostMachine& machine, const ListenRecorder& recorder,
+                  const ListenTimes& times) {
+  if (recorder.IsDue()) return true;
+  if (!options.Quiet) std::cerr << "waiting until " + DateText(*times.Start) + "\n";
+  while (!recorder.IsDue() && interrupted == 0) machine.Parts().Queue.Wait(kRedraw);
+  return interrupted == 0;
+}
+
 // Receives until there is enough, the listener ends it or the sound is lost for good.
 int Receive(const ListenOptions& options, HostMachine& machine, LiveRadio& radio, LinuxEventQueue& terminal,
-            AudioFile* file) {
-  const auto blocksWanted = static_cast<std::int64_t>(std::ceil(options.Seconds * BlocksPerSecond));
+            ListenRecorder& recorder) {
   Measure measure;
   radio.OnAudio = [&](const std::int16_t* block, std::int32_t attenuation) {
-    if (blocksWanted > 0 && measure.Blocks >= blocksWanted) return;
-    ++measure.Blocks;
-    if (file != nullptr) file->Take(block, attenuation);
+    recorder.TakeAudio(block, attenuation);
   };
+  const auto record = [&] { recorder.Housekeeping(radio.VFO().TunedFrequency()); };
+  radio.BeforeFilters = record;
   ListenScreen screen(radio, static_cast<float>(options.Reception.Volume));
   radio.OnBlockOut = [&] {
     measure.Add(radio.Rx.Pump.PumpMicroseconds);
@@ -101,7 +110,7 @@ int Receive(const ListenOptions& options, HostMachine& machine, LiveRadio& radio
   // They refer to what ends with this routine.
   const std::shared_ptr<void> deaf(nullptr, [&](void*) {
     radio.OnAudio = nullptr;
-    radio.OnBlockOut = [] {};
+    radio.BeforeFilters = radio.OnBlockOut = [] {};
     machine.Parts().Sound.OnDeviceLost({});
   });
   radio.Housekeeping();
@@ -114,23 +123,44 @@ int Receive(const ListenOptions& options, HostMachine& machine, LiveRadio& radio
     screen.WatchKeys(terminal);
     redraw->Start(kRedraw);
   }
-  const auto isDone = [&] {
-    const bool enough = blocksWanted > 0 && measure.Blocks >= blocksWanted;
-    return enough || lost || interrupted != 0 || screen.IsDone() || (file != nullptr && file->Fault());
-  };
+  const auto isDone = [&] { return recorder.IsDone() || lost || interrupted != 0 || screen.IsDone(); };
   while (!isDone()) machine.Parts().Queue.Wait(kRedraw);
   redraw->Stop();
   screen.Finish();
   radio.Stop();
+  measure.Blocks = recorder.Blocks();
   if (options.Reception.Report) PrintReport(radio, machine.Parts().Sound.Statistics(), measure);
   return lost ? ExitCode::Failed : ExitCode::Success;
 }
 
-int Listen(const ListenOptions& options, HostMachine& machine, LinuxEventQueue& terminal, AudioFile* file) {
-  NoRecorder recorder;
+// From the first file to the last. Nothing is received where a file can't be written.
+int Record(const ListenOptions& options, HostMachine& machine, LiveRadio& radio, LinuxEventQueue& terminal,
+           ListenRecorder& recorder) {
+  std::string misfit;
+  const ListenTimes times =
+      PlaceTimes(options.Start, options.End, DaysOf(machine.Parts().Time.Now()), misfit);
+  Failure failure = TuneIn(options, radio.VFO());
+  if (!failure && !misfit.empty()) failure = Error{1, misfit};
+  if (!failure) failure = recorder.Open({radio.Rx.Vars.SDRModelNo, radio.Rx.Vars.LowSideLO});
+  if (failure) {
+    PrintFault(failure->Text);
+    return ExitCode::Refused;
+  }
+  recorder.SetLimits(times, static_cast<std::int64_t>(std::ceil(options.Seconds * BlocksPerSecond)));
+  if (!WaitForStart(options, machine, recorder, times)) return ExitCode::Success;
+  const int exitCode = Receive(options, machine, radio, terminal, recorder);
+  if (const Failure fault = recorder.Close()) {
+    PrintFault(fault->Text);
+    return ExitCode::Failed;
+  }
+  return exitCode;
+}
+
+int Listen(const ListenOptions& options, HostMachine& machine, LinuxEventQueue& terminal) {
   // In virtual time too the stop watch tells how long a block has taken.
   const LinuxClock stopWatch;
   const Machine& all = machine.Parts();
+  ListenRecorder recorder(machine.Parts(), options.Files);
   Machine parts{all.Queue,    stopWatch, all.Boxes,  all.Storage, all.Beside,  all.Media,
                 all.Instance, all.Sound, all.Serial, all.Printer, all.Programs};
   LiveRadio radio(parts, machine.Settings(), recorder, [](const std::string& line) { PrintFault(line); });
@@ -145,14 +175,9 @@ int Listen(const ListenOptions& options, HostMachine& machine, LinuxEventQueue& 
   // option holds for this run and isn't stored.
   clsVFO& vfo = radio.VFO();
   const bool storedSide = vfo.HiSideLO;
-  if (options.Demo || options.Reception.LowSideLO) vfo.HiSideLO = !options.Reception.LowSideLO;
+  if (options.Demo || options.Reception.SideNamed) vfo.HiSideLO = !options.Reception.LowSideLO;
   radio.Rx.SetLowSideLO(!vfo.HiSideLO);
-  int exitCode = ExitCode::Refused;
-  if (const Failure failure = TuneIn(options, vfo)) {
-    PrintFault(failure->Text);
-  } else {
-    exitCode = Receive(options, machine, radio, terminal, file);
-  }
+  const int exitCode = Record(options, machine, radio, terminal, recorder);
   radio.SoundCard().ReleaseDevices();
   vfo.HiSideLO = storedSide;
   radio.Tuning().Save();
@@ -165,9 +190,10 @@ int Listen(const ListenOptions& options, HostMachine& machine, LinuxEventQueue& 
 HostMachineOptions MachineOptions(const ListenOptions& options) {
   HostMachineOptions machine;
   machine.Demo = options.Demo;
-  machine.VirtualTime =
-      options.Demo && !options.Output.empty() && options.Playback.empty() && options.Seconds > 0.0;
-  machine.Loudspeaker = options.Output.empty() || !options.Playback.empty();
+  const bool records = !options.Files.Output.empty() || !options.Files.RecordIF.empty();
+  const bool ends = options.Seconds > 0.0 || options.End;
+  machine.VirtualTime = options.Demo && records && options.Playback.empty() && ends;
+  machine.Loudspeaker = !records || !options.Playback.empty();
   machine.Board.SDRModelNo = options.Reception.SDRModelNo;
   machine.Board.LowSideLO = options.Reception.LowSideLO;
   machine.Board.ErrorPpm = options.BoardErrorPpm;
@@ -181,6 +207,11 @@ HostMachineOptions MachineOptions(const ListenOptions& options) {
 
 // What the options ask for that doesn't go together; empty where all does.
 std::string Misfit(const ListenOptions& options) {
+  if (std::string misfit = ListenRecorder::Misfit(options.Files); !misfit.empty()) return misfit;
+  if (options.Start && options.Files.Output.empty() && options.Files.RecordIF.empty()) {
+    return "--start: nothing is recorded; --output FILE or --record-if FILE is needed";
+  }
+  if (options.End && options.Seconds > 0.0) return "--seconds: --end tells how long; leave one of them out";
   if (options.Demo) {
     return options.Capture.empty() ? ""
                                    : "--capture: the demo brings its own antenna; leave --demo or this out";
@@ -194,7 +225,7 @@ std::string Misfit(const ListenOptions& options) {
   return "";
 }
 
-int Run(const ListenOptions& options) {
+int Run(ListenOptions options) {
   if (const std::string misfit = Misfit(options); !misfit.empty()) {
     PrintFault(misfit);
     return ExitCode::Refused;
@@ -204,9 +235,10 @@ int Run(const ListenOptions& options) {
     std::signal(signal, [](int) { interrupted = 1; });
   }
   Failure failure;
-  LinuxFiles files;
-  std::unique_ptr<AudioFile> file;
-  if (!options.Output.empty()) file = AudioFile::Create(files, options.Output, failure);
+  if (!options.Antenna.empty()) {
+    const std::optional<Recording> own = ReadOwn(LinuxFiles(), options.Antenna, failure);
+    if (own && own->Format.IF) TakeOrigin(*own->Format.IF, options.Reception);
+  }
   LinuxEventQueue queue;
   TerminalDialogs boxes(std::cerr);
   std::unique_ptr<HostMachine> machine;
@@ -218,22 +250,33 @@ int Run(const ListenOptions& options) {
   }
   if (options.Demo) PutDemoDefaults(machine->Settings());
   for (const std::string& notice : machine->Notices()) PrintFault(notice);
-  const int exitCode = Listen(options, *machine, queue, file.get());
-  if (!file || file->IsEmpty()) return exitCode;
-  if (const Failure fault = file->Close()) {
-    PrintFault(fault->Text);
-    return ExitCode::Failed;
-  }
-  return exitCode;
+  return Listen(options, *machine, queue);
 }
 
 constexpr const char* kExamples = R"(Examples:
   quorlsdr-cli listen --demo --frequency 7050 --mode usb
   quorlsdr-cli listen --demo --frequency 7260 --if-filter track --output audio.wav --seconds 30
   quorlsdr-cli listen --capture 1 --playback 2 --frequency 6070
+  quorlsdr-cli listen --capture 1 --frequency 6070 --start 22:00 --end 23:00 --record-if night.wav
 
-A capture device's number comes from 'quorlsdr-cli devices'. With --demo, --output and --seconds time passes as
-fast as the machine allows. Ctrl-C keeps what was received so far.)";
+A capture device's number comes from 'quorlsdr-cli devices'. Where the demo is recorded and --seconds or --end tells
+how long, time passes as fast as the machine allows. Ctrl-C keeps what was received so far.)";
+
+void AddFileOptions(CLI::App& command, ListenOptions& options) {
+  command.add_option("--output", options.Files.Output, "WAV file of what is heard")->type_name("FILE");
+  command
+      .add_option(
+          "--record-if", options.Files.RecordIF,
+          "IF recording of the captured blocks: WAV file with board, oscillator's side and tuning log")
+      ->type_name("FILE");
+  command.add_flag("--log", options.Files.Log, "put a log of what was tuned behind the samples of --output");
+  AddText(command, "--start", "TIME", "when to begin to record: HH:MM or \"YYYY-MM-DD HH:MM\", local",
+          [&options](const std::string& text) { options.Start = ParseMoment("--start", text); });
+  AddText(command, "--end", "TIME", "when to end, likewise",
+          [&options](const std::string& text) { options.End = ParseMoment("--end", text); });
+  AddNumber(command, "--seconds", "S", 0.0, 864000.0, "how long, default until it is stopped",
+            [&options](double s) { options.Seconds = s; });
+}
 
 }  // namespace
 
@@ -246,16 +289,16 @@ void AddListenCommand(CLI::App& app, int& exitCode) {
             [options](double khz) { options->FrequencyDhz = RoundHalfEven(khz * 10000.0); });
   command->add_flag("--demo", options->Demo, "a simulated board and band; no hardware is needed");
   command
-      ->add_option("--antenna", options->Antenna,
-                   "with --demo: a recording of the IF or of I/Q in the antenna's place")
+      ->add_option(
+          "--antenna", options->Antenna,
+          "with --demo: a recording of the IF or of I/Q in the antenna's place; one of ours brings board "
+          "and oscillator's side")
       ->type_name("FILE");
   command->add_option("--capture", options->Capture, "sound device that the board is connected to")
       ->type_name("NAME|N");
   command->add_option("--playback", options->Playback, "loudspeaker, default the first one")
       ->type_name("NAME|N");
-  command->add_option("--output", options->Output, "WAV file of what is heard")->type_name("FILE");
-  AddNumber(*command, "--seconds", "S", 0.0, 864000.0, "how long, default until it is stopped",
-            [options](double s) { options->Seconds = s; });
+  AddFileOptions(*command, *options);
   AddNumber(*command, "--board-error", "PPM", -1000.0, 1000.0,
             "with --demo: error of the board's clock, default 0",
             [options](double ppm) { options->BoardErrorPpm = ppm; });

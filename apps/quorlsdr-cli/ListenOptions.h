@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "ListenRecorder.h"
+#include "ListenTimes.h"
 #include "ReceiveOptions.h"
 
 namespace quorl::cli {
@@ -15,8 +17,9 @@ struct ListenOptions {
   std::string Antenna;  // recording that takes the antenna's place, in the demo
   std::string Capture;  // name or number
   std::string Playback;
-  std::string Output;    // WAV file of what is heard
-  double Seconds = 0.0;  // 0 listens until it is stopped
+  ListenFiles Files;
+  std::optional<Moment> Start, End;  // of what is recorded
+  double Seconds = 0.0;              // 0 listens until it is stopped
   double BoardErrorPpm = 0.0;
   std::string Settings;  // path of the settings file
   std::string Folder;    // of demo data

@@ -15,6 +15,8 @@ namespace quorl::cli {
 // Index: SDRModel.
 inline constexpr std::array<std::string_view, 4> kModelNames = {"drt1", "elektor", "iq", "real2iq"};
 
+inline constexpr double kHighestKhz = 214748.3647;  // that can be tuned
+
 // `shape` stands behind the name in the help; `take` turns the text into a value.
 CLI::Option* AddText(CLI::App& command, const std::string& name, const std::string& shape,
                      const std::string& help, std::function<void(const std::string&)> take);

@@ -60,13 +60,19 @@ NotchOptions ParseNotch(const std::string& option, const std::string& text) {
 }
 
 void AddTuningOptions(CLI::App& command, ReceiveOptions& options) {
-  AddChoice(command, "--model", kModelNames, "receiver board, default drt1", options.SDRModelNo);
+  AddChoice(command, "--model", kModelNames, "receiver board, default drt1, or that of an IF recording",
+            options.SDRModelNo)
+      ->each([&options](const std::string&) { options.ModelNamed = true; });
   AddChoice(command, "--mode", ModeNames, "demodulator, default am", options.DemodMode);
   AddWhole(command, "--filter-mode", {0, FilterModeCount - 1}, "audio filter preset, default 0",
            [&options](int value) { options.FilterMode = value; });
   AddText(command, "--filter", "LO:HI", "audio filter edges in Hz, over the preset's",
           [&options](const std::string& text) { options.Filter = ParseFilter("--filter", text); });
-  command.add_flag("--low-side", options.LowSideLO, "the local oscillator lies below the signal");
+  command
+      .add_flag("--low-side,!--high-side", options.LowSideLO,
+                "the local oscillator lies below the signal, or above it; default high, or that of an IF "
+                "recording")
+      ->each([&options](const std::string&) { options.SideNamed = true; });
   AddWhole(command, "--bfo", BFORange, "second oscillator, in Hz from the IF's centre, default 0",
            [&options](int value) { options.BFO = value; });
   AddText(command, "--if-filter", "off|track|man:LO:HI",
@@ -143,6 +149,11 @@ void ApplyNotch(const NotchOptions& notch, bool mirror, Receiver& receiver) {
 }
 
 }  // namespace
+
+void TakeOrigin(const IFOrigin& origin, ReceiveOptions& options) {
+  if (!options.ModelNamed) options.SDRModelNo = origin.Model;
+  if (!options.SideNamed) options.LowSideLO = origin.LowSideLO;
+}
 
 // The filters come before what is laid over them, as when a panel restores its settings.
 void ApplyReceiveOptions(const ReceiveOptions& options, Receiver& receiver) {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "recorder/files/RecordingHeader.h"
 #include "state/PublicConstants.h"
 
 namespace quorl {
@@ -36,7 +37,8 @@ struct ReceiveOptions {
   std::int32_t FilterMode = 0;
   std::optional<Band> Filter;  // over the edges of FilterMode
   bool LowSideLO = false;
-  std::int32_t BFO = 0;  // Hz, as the BFO control shows it
+  bool ModelNamed = false, SideNamed = false;  // by the user: hold against what an IF recording tells
+  std::int32_t BFO = 0;                        // Hz, as the BFO control shows it
   std::int32_t IFFilter = IFFilterMode::Off;
   Band ManualIFFilter;                       // extents from the IF's centre
   std::int32_t AGCMode = AGCPreset::Normal;  // Off switches the AGC off
@@ -55,6 +57,9 @@ void AddInputOptions(CLI::App& command, ReceiveOptions& options);
 void RefuseChannelsOfFile(const CLI::App& command, const ReceiveOptions& options);
 // Only those that say how to receive, not what from where to where.
 void AddReceptionOptions(CLI::App& command, ReceiveOptions& options);
+
+// Board and side of an IF recording, where the user has named no other.
+void TakeOrigin(const IFOrigin& origin, ReceiveOptions& options);
 
 // Sets a receiver to the options.
 void ApplyReceiveOptions(const ReceiveOptions& options, Receiver& receiver);

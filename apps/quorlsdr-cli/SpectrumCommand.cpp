@@ -140,7 +140,7 @@ class Outputs {
   std::unique_ptr<OutputFile> csv_, png_;
 };
 
-int Run(const SpectrumOptions& options) {
+int Run(SpectrumOptions options) {
   const auto begin = std::chrono::steady_clock::now();
   Failure failure;
   LinuxFiles files;

@@ -54,7 +54,7 @@ class Program {
     frame_->Form_Unload();
     if (options_.Report) report_.Print(*frame_, *machine_, application_);
     if (file_) {
-      if (const Failure failure = file_->Close()) {
+      if (const Failure failure = file_->File().Close(nullptr)) {
         Complain(failure->Text);
         exitCode = ExitCode::Failed;
       }
@@ -77,7 +77,9 @@ class Program {
                                  FindInstalledData(machine_->Storage()) + "/bandplans", failure);
     if (failure) return failure;
     log_ = std::make_unique<LogBook>(machine_->Storage(), machine_->Parts().Time, machine_->LogFile());
-    if (!options_.Output.empty()) file_ = AudioFile::Create(machine_->Storage(), options_.Output, failure);
+    if (!options_.Output.empty()) {
+      file_ = AudioFile::Create(machine_->Storage(), machine_->Parts().Beside, options_.Output, failure);
+    }
     if (failure) return failure;
     const auto defaults = [demo = options_.Demo](SettingsStore& store) {
       if (demo) PutDemoDefaults(store);
@@ -128,7 +130,10 @@ class Program {
     window_->setAttribute(Qt::WA_TransparentForMouseEvents);  // until the start is done
     logWindow_->PaintNow();                                   // before the panel covers it
     window_->show();
-    frame_->Radio().OnHousekept = [this](double microseconds) { report_.NoteHousekeeping(microseconds); };
+    frame_->Radio().OnHousekept = [this](double microseconds) {
+      report_.NoteHousekeeping(microseconds);
+      if (file_) file_->File().Flush();
+    };
     frame_->Radio().OnAudio = [this](const std::int16_t* block, std::int32_t attenuation) {
       report_.NoteBlock(frame_->Radio().Rx.Pump.PumpMicroseconds);
       if (file_) file_->Take(block, attenuation);

@@ -7,20 +7,15 @@
 
 namespace quorl {
 
-std::unique_ptr<AudioFile> AudioFile::Create(Files& files, const std::string& path, Failure& failure) {
-  auto writer = WavWriter::Create(files, path, 1, FSampling, failure);
-  return writer ? std::unique_ptr<AudioFile>(new AudioFile(std::move(writer))) : nullptr;
+std::unique_ptr<AudioFile> AudioFile::Create(Files& files, FileWorker& worker, const std::string& path,
+                                             Failure& failure) {
+  auto file = PostedWav::Create(files, worker, path, RecordingFormat{}, failure);
+  return file ? std::unique_ptr<AudioFile>(new AudioFile(std::move(file))) : nullptr;
 }
 
 void AudioFile::Take(const std::int16_t* block, std::int32_t attenuation) {
-  if (fault_) return;
-  empty_ = false;
   Attenuate(block, attenuation, scaled_.data());
-  fault_ = writer_->Write(scaled_.data(), SamplesPerEvent);
-}
-
-Failure AudioFile::Close() {
-  return fault_ ? fault_ : writer_->Commit();
+  file_->Take(scaled_.data(), nullptr);
 }
 
 void Attenuate(const std::int16_t* block, std::int32_t attenuation, std::int16_t* out) {

@@ -6,30 +6,26 @@
 #include <memory>
 #include <string>
 
-#include "recorder/files/WavWriter.h"
+#include "shared/PostedWav.h"
 #include "state/PublicConstants.h"
 #include "support/Error.h"
 
 namespace quorl {
 
-// The file appears when Close succeeds; until then an old one of that name stays.
 class AudioFile {
  public:
-  // `files` outlives the file.
-  static std::unique_ptr<AudioFile> Create(Files& files, const std::string& path, Failure& failure);
+  // `files` and `worker` outlive the file.
+  static std::unique_ptr<AudioFile> Create(Files& files, FileWorker& worker, const std::string& path,
+                                           Failure& failure);
 
   // A block of SamplesPerEvent samples and the sound card's attenuation, hundredths of a decibel.
   void Take(const std::int16_t* block, std::int32_t attenuation);
-  bool IsEmpty() const { return empty_; }  // nothing was taken: the old file may as well stay
-  Failure Close();
-  const Failure& Fault() const { return fault_; }  // what ended the writing
+  PostedWav& File() { return *file_; }
 
  private:
-  explicit AudioFile(std::unique_ptr<WavWriter> writer) : writer_(std::move(writer)) {}
+  explicit AudioFile(std::unique_ptr<PostedWav> file) : file_(std::move(file)) {}
 
-  std::unique_ptr<WavWriter> writer_;
-  Failure fault_;
-  bool empty_ = true;
+  std::unique_ptr<PostedWav> file_;
   std::array<std::int16_t, SamplesPerEvent> scaled_{};
 };
 

@@ -11,59 +11,15 @@
 #include <thread>
 #include <vector>
 
-#include "cli/CliRunner.h"
+#include "cli/ListenRig.h"
 #include "cli/Signals.h"
 
 namespace quorl::test {
 namespace {
 
-// Steady tones, so that what is heard can be measured.
-constexpr const char* kStations = R"([band]
-seed = 3
-noise_dbm_hz = -152
-[station Broadcaster]
-frequency_khz = 7205
-mode = am
-level_dbm = -58
-programme = tone 700 60
-[station Upper voice]
-frequency_khz = 7050
-mode = usb
-level_dbm = -58
-programme = tone 1200 60
-[station Lower voice]
-frequency_khz = 7090
-mode = lsb
-level_dbm = -58
-programme = tone 900 60
-)";
-
 double ReportValue(const CliResult& result, const std::string& key) {
   return nlohmann::json::parse(result.Errors).at(key).get<double>();
 }
-
-class ListenTest : public CliTest {
- protected:
-  // No sound server is asked, and the user's directories are the test's own.
-  static constexpr const char* kAlone =
-      "export XDG_CONFIG_HOME=\"$PWD/config\" XDG_STATE_HOME=\"$PWD/state\" PULSE_SERVER=unix:/nowhere;";
-
-  ListenTest() {
-    std::filesystem::create_directory(Path("band"));
-    Put("band/stations.ini", kStations);
-  }
-  CliResult Listen(const std::string& arguments) const { return Cli("listen " + arguments, kAlone); }
-
-  // The audio of a second and a half, without the second in which the filters fill and the AGC settles.
-  std::vector<std::int16_t> Hear(const std::string& arguments, const std::string& band = "--folder band") {
-    const CliResult result = Listen("--demo --output a.wav --seconds 2.5 " + band + " " + arguments);
-    EXPECT_EQ(result.ExitCode, 0) << result.Errors;
-    std::vector<std::int16_t> audio = GetWav("a.wav");
-    EXPECT_GE(audio.size(), 120000U);
-    audio.erase(audio.begin(), audio.begin() + 48000);
-    return audio;
-  }
-};
 
 TEST_F(ListenTest, TheBroadcastersProgrammeComesOutAndIsGoneThreeKilohertzAway) {
   const double tuned = LineAt(Hear("--frequency 7205 --agc off"), 700.0);

@@ -120,6 +120,12 @@ RecordingRead Reading::Read() {
   const std::optional<ToldSamples> told = ReadRecordingHeader(file_, failure_);
   if (failure_) return {{}, failure_};
   if (!told) return read;
+  if (const auto& origin = told->Format.IF; origin && (origin->Model < 0 || origin->Model >= IFOrigin::Models)) {
+    return {{},
+            Fault(SampleFault::Format, "recorded from a receiver board of number " +
+                                           std::to_string(origin->Model) + "; one of 0 to " +
+                                           std::to_string(IFOrigin::Models - 1) + " is needed")};
+  }
 
   const std::int64_t held = *size - told->Format.DataAt();
   if (told->Bytes > held) {
@@ -142,6 +148,20 @@ std::string MakeWavHeader(const RecordingFormat& format, std::int64_t fileBytes,
   return "RIFF" + U32(fileBytes - 8) + "WAVEfmt " + U32(16) + U16(1) + U16(format.Channels) +
          U32(format.Rate) + U32(format.Rate * frameBytes) + U16(frameBytes) + U16(format.Bits) +
          (format.IF ? ListChunk(*format.IF) : "") + "data" + U32(frames * frameBytes);
+}
+
+std::vector<LogRecord> MoveLog(std::vector<LogRecord> log, const RecordingFormat& from,
+                               const RecordingFormat& to) {
+  const auto move = [&](std::int64_t position) {
+    const std::int64_t frames = (position - from.DataAt()) / from.FrameBytes();
+    return to.DataAt() + std::max<std::int64_t>(frames, 0) * to.FrameBytes();
+  };
+  for (LogRecord& record : log) {
+    record.Start = move(record.Start);
+    record.End = move(record.End);
+  }
+  if (!log.empty()) ++log.back().End;
+  return log;
 }
 
 WavHeader ParseWavHeader(std::string_view bytes) {

@@ -14,7 +14,9 @@ namespace quorl {
 
 // Where the samples of an IF recording come from.
 struct IFOrigin {
-  std::int32_t Model = 0;  // number of the receiver board
+  static constexpr std::int32_t Models = 4;
+
+  std::int32_t Model = 0;  // number of the receiver board, below Models
   bool LowSideLO = true;
 
   bool operator==(const IFOrigin&) const = default;
@@ -54,6 +56,11 @@ struct ToldSamples {
 };
 // Empty for a file that is no recording of this program, and with `failure` set where it can't be read.
 std::optional<ToldSamples> ReadRecordingHeader(OpenFile& file, Failure& failure);
+
+// Where a log of positions in a file of format `from` belongs in a copy of its samples, frame by frame, in a
+// file of format `to`; the last record ends one byte later, as that of a recording does.
+std::vector<LogRecord> MoveLog(std::vector<LogRecord> log, const RecordingFormat& from,
+                               const RecordingFormat& to);
 
 struct Recording {
   RecordingFormat Format;

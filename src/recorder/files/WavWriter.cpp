@@ -1,20 +1,19 @@
 #include "recorder/files/WavWriter.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
-#include <string_view>
 
 #include "recorder/files/LittleEndian.h"
 
 namespace quorl {
 namespace {
 
-constexpr int HeaderBytes = 44;
-constexpr std::uint32_t LengthUnknown = 0xFFFFFFFF - HeaderBytes;
-constexpr std::int64_t MostDataBytes = LengthUnknown - 1;
+// The largest number of the header's size fields says that the length is unknown.
+constexpr std::int64_t kLengthUnknown = 0xFFFFFFFF;
 
-void PutTag(unsigned char* bytes, std::string_view tag) {
-  std::copy(tag.begin(), tag.end(), bytes);
+std::int64_t Length(const std::string& bytes) {
+  return static_cast<std::int64_t>(bytes.size());
 }
 
 Failure AppendSamples(GrowingFile& file, const std::int16_t* samples, int count) {
@@ -35,37 +34,25 @@ Failure AppendSamples(GrowingFile& file, const std::int16_t* samples, int count)
 
 }  // namespace
 
-std::unique_ptr<WavWriter> WavWriter::Create(Files& files, const std::string& path, int channels,
-                                             int sampleRate, Failure& failure) {
+std::unique_ptr<WavWriter> WavWriter::Create(Files& files, const std::string& path,
+                                             const RecordingFormat& format, Failure& failure) {
   auto file = GrowingFile::Create(files, path, failure);
   if (failure) return nullptr;
-  std::unique_ptr<WavWriter> writer(new WavWriter(std::move(file), channels, sampleRate));
-  failure = writer->file_->Append(writer->Header(LengthUnknown).data(), HeaderBytes);
+  std::unique_ptr<WavWriter> writer(new WavWriter(std::move(file), format));
+  const std::string header =
+      MakeWavHeader(format, kLengthUnknown, (kLengthUnknown - format.DataAt()) / format.FrameBytes());
+  failure = writer->file_->Append(header.data(), Length(header));
   return failure ? nullptr : std::move(writer);
 }
 
-std::array<unsigned char, HeaderBytes> WavWriter::Header(std::uint32_t dataBytes) const {
-  std::array<unsigned char, HeaderBytes> header{};
-  const auto channels = static_cast<std::uint16_t>(channels_);
-  const auto rate = static_cast<std::uint32_t>(sampleRate_);
-  PutTag(&header[0], "RIFF");
-  PutU32(&header[4], dataBytes + HeaderBytes - 8);
-  PutTag(&header[8], "WAVEfmt ");
-  PutU32(&header[16], 16);
-  PutU16(&header[20], 1);
-  PutU16(&header[22], channels);
-  PutU32(&header[24], rate);
-  PutU32(&header[28], rate * channels * 2);
-  PutU16(&header[32], static_cast<std::uint16_t>(channels * 2));
-  PutU16(&header[34], 16);
-  PutTag(&header[36], "data");
-  PutU32(&header[40], dataBytes);
-  return header;
+std::int64_t WavWriter::MostDataBytes(const RecordingFormat& format) {
+  const std::int64_t most = kLengthUnknown - format.DataAt() - 1;
+  return most - most % format.FrameBytes();
 }
 
 Failure WavWriter::Write(const std::int16_t* samples, int count) {
   bytes_ += std::int64_t{count} * 2;
-  if (bytes_ > MostDataBytes) {
+  if (bytes_ > MostDataBytes(format_)) {
     return Error{SampleFault::TooLong,
                  file_->Name() + ": a WAV file ends at 4 GB; a shorter input is needed"};
   }
@@ -74,8 +61,10 @@ Failure WavWriter::Write(const std::int16_t* samples, int count) {
 
 Failure WavWriter::Commit() {
   if (!file_->IsDirect()) {
-    const auto header = Header(static_cast<std::uint32_t>(bytes_));
-    if (Failure failure = file_->WriteAt(0, header.data(), HeaderBytes)) return failure;
+    const std::string header =
+        MakeWavHeader(format_, format_.DataAt() + bytes_, bytes_ / format_.FrameBytes());
+    if (Failure failure = file_->WriteAt(0, header.data(), Length(header))) return failure;
+    if (Failure failure = file_->Append(trailer_.data(), Length(trailer_))) return failure;
   }
   return file_->Commit();
 }
