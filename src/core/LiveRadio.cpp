@@ -24,7 +24,7 @@ LiveRadio::LiveRadio(Machine& machine, SettingsStore& settings, BlockRecorder& r
       soundCard_(machine.Sound, machine.Queue, machine.Boxes, *this),
       soundEvents_(soundCard_),
       tuning_({machine.Serial, machine.Printer, machine.Queue, machine.Boxes, settings}, std::move(log)) {
-  Rx.Tap.TunedFrequency = [this] { return VFO().TunedFrequency(); };
+  Rx.Tap.TunedFrequency = [this] { return tuning_.Tune().Tuned(); };
 }
 
 void LiveRadio::SetSoundFormat(bool shortDelay) {

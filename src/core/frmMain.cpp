@@ -22,6 +22,7 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
       log_(log),
       options_(std::move(options)),
       radio_(machine_, store, recorder_, [&log](const std::string& line) { log.AddLog(line); }),
+      played_(radio_.Rx, radio_.Tuning()),
       logPanel_(registry_, log),
       form_(registry_, "frmMain"),
       frPwr_(registry_, "frPwr"),
@@ -202,6 +203,7 @@ void frmMain::PowerOff() {
   RestMeters();
   optPwr_(2).Enabled = true;
   RemoveCaption(false);
+  played_.End();
   SaveNow();
 }
 
@@ -217,6 +219,7 @@ void frmMain::Form_Unload() {
   radio_.SoundCard().ReleaseDevices();
   machine_.Sound.OnDeviceLost([](const Error&) {});
   memories_.tmrSubBands.SetEnabled(false);
+  played_.End();
   if (!loading_) {
     memories_.Finish();
     SaveSettings();

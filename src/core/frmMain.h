@@ -13,6 +13,7 @@
 #include "controls/Controls.h"
 #include "core/LiveRadio.h"
 #include "core/MainOptions.h"
+#include "core/PlayedBand.h"
 #include "core/StartOptions.h"
 #include "diagnostics/LogBook.h"
 #include "diagnostics/LogPanel.h"
@@ -85,6 +86,7 @@ class frmMain {
   ScrollableControls& Scrollables() { return scrollables_; }
   const std::vector<BandPlan>& MainBands() const { return memories_.BandPlans; }
   MemoriesPanel& Memories() { return memories_; }
+  PlayedBand& Played() { return played_; }
   bool IsOn() const { return on_; }
   bool CaptionRemoved() const { return captionRemoved_; }
 
@@ -141,6 +143,7 @@ class frmMain {
   ControlRegistry registry_;
   ColourSchemes scheme_;
   LiveRadio radio_;
+  PlayedBand played_;
   LogPanel logPanel_;
   Picture form_;  // the window itself: keys and pointer that no control took
   Frame frPwr_, frDispMode_;

@@ -293,6 +293,7 @@ void frmMain::ConnectHousekeeping() {
   following_ = radio_.Rx.Changed.Listen([this](ReceiverPart part) {
     if (part == ReceiverPart::Side) tuning_.chkTuneLo.SetValue(radio_.Rx.Vars.LowSideLO);
   });
+  played_.OnChange = [this](bool plays) { memories_.SetHeld(plays); };
   radio_.BeforeFilters = [this] {
     smeter_.Update();
     stats_.Update();

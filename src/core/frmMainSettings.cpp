@@ -68,7 +68,7 @@ void frmMain::StartSaving() {
 
 // On the disk, too: what a power cut would cost otherwise. While the sound plays the disk is not waited for.
 void frmMain::SaveNow() {
-  if (loading_ || unloaded_) return;
+  if (loading_ || unloaded_ || played_.IsPlaying()) return;
   // A step holds the chip's refreshing back until it has been sent: that is not what the user chose.
   const bool sending = radio_.VFO().IsStepping();
   tmrSaveSettings_.SetInterval(sending ? kSaveRetry : kSaveInterval);

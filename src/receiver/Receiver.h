@@ -99,6 +99,17 @@ class Receiver {
   void TakeUserAGC(float tenthsOfSecond, float tenthsOfMillisecond);
   void SetVolume(float value);  // -10000 to 8000, as AGC::SetVolume takes it
 
+  // The board that the samples come from, where they come from another one than the radio's own; and its
+  // side.
+  void SetBoard(std::int32_t SDRModelNo, bool lowSideLO);
+  // All that the listener has set, and the board: everything but the volume.
+  struct Reception {
+    PublicVars Vars;
+    bool IFFilter = false, Notch = false;  // these filters run
+  };
+  Reception Keep() const;
+  void Take(const Reception& reception);
+
   // What follows each block: waits for a block in work, rebuilds filters, tracks the notch. True where
   // PeakFrequency is new.
   bool Housekeeping();

@@ -30,17 +30,35 @@ std::int32_t Tuner::MoveTo(std::int32_t dHz) {
 }
 
 void Tuner::SetHiSideLO(bool high) {
+  if (played_) return;
   vfo_->HiSideLO = high;
   MoveTo(Wanted());
 }
 
 std::int32_t Tuner::Ask(double dHz, bool isStep) {
+  if (played_) {
+    OnRefused();
+    return *played_;
+  }
   const double highest = Highest();
   wish_ = Wish{RoundHalfEven(std::clamp(dHz, 0.0, highest)), isStep};
   OnWanted();
   if (dHz > highest) OnStop();
   Settle();
   return Wanted();
+}
+
+void Tuner::Play(std::int32_t dHz) {
+  if (played_ == dHz) return;
+  played_ = dHz;
+  OnWanted();
+}
+
+void Tuner::EndPlay() {
+  if (!played_) return;
+  played_.reset();
+  OnWanted();
+  Settle();
 }
 
 void Tuner::CarryOut(const Wish& wish) {
@@ -62,7 +80,7 @@ void Tuner::Settle() {
   if (working_) return;
   const ScopedFlag working(working_);
   bool tried = false;
-  while (wish_ || chipLost_ || (!tried && IsChipAstray())) {
+  while (!played_ && (wish_ || chipLost_ || (!tried && IsChipAstray()))) {
     tried = !wish_ && !chipLost_;
     if (std::exchange(chipLost_, false)) {
       if (vfo_->OscType) vfo_->OscType->Initialise();
@@ -80,7 +98,7 @@ void Tuner::Revive() {
 }
 
 void Tuner::Resend() {
-  if (working_ || !vfo_->OscType) return;
+  if (working_ || played_ || !vfo_->OscType) return;
   {
     const ScopedFlag working(working_);
     vfo_->OscType->Refresh();

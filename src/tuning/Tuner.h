@@ -25,9 +25,11 @@ class Tuner {
 
   clsVFO& VFO() const { return *vfo_; }
   // The frequency that stands when all that waits has been carried out: what a display shows.
-  std::int32_t Wanted() const { return wish_ ? wish_->Frequency : vfo_->TunedFrequency(); }
-  // The oscillator's frequency that goes with it.
-  std::int32_t WantedOscillator() const { return vfo_->OscillatorFor(Wanted()); }
+  std::int32_t Wanted() const { return played_.value_or(OnAir()); }
+  // What the samples that come in are tuned to.
+  std::int32_t Tuned() const { return played_.value_or(vfo_->TunedFrequency()); }
+  // The oscillator's frequency that goes with what is wanted on the air.
+  std::int32_t WantedOscillator() const { return vfo_->OscillatorFor(OnAir()); }
 
   // From the grid point next to what is wanted (clsVFO::Inc_Freq) by `dHz`, up or down; 0 does nothing.
   // Stops at 0 and at Highest(). Returns what is wanted then.
@@ -36,6 +38,11 @@ class Tuner {
   std::int32_t MoveTo(std::int32_t dHz);
   // The oscillator's side; tunes anew.
   void SetHiSideLO(bool high);
+  // A recording of the band plays: its frequency is the one that is wanted, and until EndPlay nobody tunes
+  // (OnRefused) and nothing is sent. Again for each frequency of the recording.
+  void Play(std::int32_t dHz);
+  // The radio is back on the air. What waited is carried out.
+  void EndPlay();
   // The highest frequency that chip and IF can do. A clock too low for the IF can do none: then it is the
   // highest one that the VFO notes.
   std::int32_t Highest() const;
@@ -49,8 +56,9 @@ class Tuner {
   // for the next call.
   void Settle();
 
-  std::function<void()> OnWanted = [] {};  // Wanted() may have changed; before anything is sent
-  std::function<void()> OnStop = [] {};    // a wish went beyond Highest()
+  std::function<void()> OnWanted = [] {};   // Wanted() may have changed; before anything is sent
+  std::function<void()> OnStop = [] {};     // a wish went beyond Highest()
+  std::function<void()> OnRefused = [] {};  // a wish while a recording plays
 
  private:
   struct Wish {
@@ -58,12 +66,14 @@ class Tuner {
     bool IsStep;
   };
 
+  std::int32_t OnAir() const { return wish_ ? wish_->Frequency : vfo_->TunedFrequency(); }
   std::int32_t Ask(double dHz, bool isStep);
   void CarryOut(const Wish& wish);
   bool IsChipAstray() const;
 
   std::shared_ptr<clsVFO> vfo_;
   std::optional<Wish> wish_;
+  std::optional<std::int32_t> played_;  // dHz
   bool chipLost_ = false;
   bool working_ = false;
 };

@@ -99,12 +99,13 @@ void TuningPanel::ConnectDigits() {
 }
 
 void TuningPanel::SetTuner(Tuner* tuner) {
-  if (tuner_ != nullptr) tuner_->OnWanted = tuner_->OnStop = [] {};
+  if (tuner_ != nullptr) tuner_->OnWanted = tuner_->OnStop = tuner_->OnRefused = [] {};
   tuner_ = tuner;
   vfo_ = tuner != nullptr ? &tuner->VFO() : nullptr;
   if (vfo_ == nullptr) return;
   tuner_->OnWanted = [this] { ShowWanted(); };
-  tuner_->OnStop = [this] { ShowLimit(); };
+  tuner_->OnStop = [this] { ShowLimit(TuningLimitText(tuner_->Highest())); };
+  tuner_->OnRefused = [this] { ShowLimit("A recording plays: the BFO tunes within it"); };
   TuneRate = static_cast<float>(vfo_->TuneStep());
   if (TuneRate >= 1.0F) TuneDigit = DigitOfRate();
   ShowRate(TuneDigit);
@@ -161,8 +162,8 @@ void TuningPanel::ShowWanted() {
   DisplayFrequency();
 }
 
-void TuningPanel::ShowLimit() {
-  lblTuningLimit.Caption = TuningLimitText(tuner_->Highest());
+void TuningPanel::ShowLimit(const std::string& why) {
+  lblTuningLimit.Caption = why;
   lblTuningLimit.Visible = true;
 }
 

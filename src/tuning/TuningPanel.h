@@ -121,7 +121,7 @@ class TuningPanel {
   void Step(double dHz);
   void StepAndTurn(int direction, double dHz);
   void ShowWanted();
-  void ShowLimit();
+  void ShowLimit(const std::string& why);
   void TurnDial(std::int32_t steps);
   void LockDigit(std::int32_t digit);
   std::int32_t DigitOfRate() const;

@@ -115,6 +115,33 @@ TEST_F(TunerTest, AChipThatLosesItsPowerInTheMiddleOfAFrameIsBroughtUpAgain) {
   EXPECT_NEAR(Received(), 73001000, 1);
 }
 
+TEST_F(TunerTest, WhileARecordingPlaysNothingIsSentAndThenTheChipStandsWhereItWasWanted) {
+  int refused = 0;
+  Tune().OnRefused = [&] { ++refused; };
+  During([&] {
+    Tune().MoveTo(61000003);
+    Tune().Play(50000000);
+  });
+  Tune().StepBy(1000);
+  EXPECT_EQ(Tune().Wanted(), 50000000);
+  EXPECT_EQ(Tune().Tuned(), 50000000);
+  Serial.SetRecording(true);
+  Serial.ClearLevels();
+  EXPECT_EQ(Tune().MoveTo(72000000), 50000000);
+  EXPECT_EQ(Tune().StepBy(1000), 50000000);
+  EXPECT_EQ(refused, 2);
+  Tune().SetHiSideLO(false);
+  Tune().Revive();
+  Tune().Resend();
+  Tune().Settle();
+  Tune().Play(50100000);
+  EXPECT_TRUE(Serial.Levels().empty());
+  EXPECT_TRUE(VFO().HiSideLO);
+  Tune().EndPlay();
+  EXPECT_EQ(Tune().Wanted(), 61000003);
+  EXPECT_NEAR(Received(), 61000003, 1);
+}
+
 TEST_F(TunerTest, TuningStopsWhereChipAndIFEnd) {
   struct {
     int Model;

@@ -50,7 +50,9 @@ MemoriesPanel::MemoriesPanel(const PanelContext& context, const MemoryMachine& m
       Memory(context, links_),
       Plans(machine.Storage, machine.Worker, machine.Queue, machine.Boxes, machine.Time),
       Finder(context.Registry, machine.Storage, BandPlans,
-             [this](const TuningSettings& block) { Memory.ApplySettings(block); }),
+             [this](const TuningSettings& block) {
+               if (!held_) Memory.ApplySettings(block);
+             }),
       context_(context),
       machine_(machine),
       links_(std::move(links)),
@@ -282,6 +284,7 @@ void MemoriesPanel::tmrSubBands_Timer() {
   if (!band) return;
   links_.TellRecorder(links_.Tuned() / 10);
   MarkTuned();
+  if (held_) return;
   if (band->ActivePreset < 0 && Memory.SafeMemories) band->ActivePreset = 0;
   if (band->ActivePreset < 0) return;
   if (Memory.ApplyingSettings || Plans.BandPlanLoading || links_.LauncherIsBusy()) return;
@@ -316,7 +319,19 @@ void MemoriesPanel::Follow(SubBand& band) {
 }
 
 void MemoriesPanel::StoreTuneStep(std::int32_t dHz) {
-  if (SubBand* band = Band()) band->Settings.TuneStep = dHz;
+  SubBand* band = Band();
+  if (band && !held_) band->Settings.TuneStep = dHz;
+}
+
+void MemoriesPanel::SetHeld(bool held) {
+  held_ = held;
+  for (OptionGroup* group : {&optSubBand, &optPreset}) {
+    for (int i = 0; i < group->Count(); ++i) (*group)(i).Enabled = !held;
+  }
+  for (Control* control : std::initializer_list<Control*>{&cboBandSelect, &cboSubBandSelect, &imgBandSelect,
+                                                          &picSubBands, &lblSubBand}) {
+    control->Enabled = !held;
+  }
 }
 
 void MemoriesPanel::Save() {

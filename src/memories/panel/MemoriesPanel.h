@@ -78,6 +78,8 @@ class MemoriesPanel {
   void mnuUserPresets_Edit_Click();
   void tmrSubBands_Timer();
 
+  // The radio is not on the air, as a recording plays: memories neither recall nor follow.
+  void SetHeld(bool held);
   // The step that the tuning panel has taken, dHz, for the active sub-band.
   void StoreTuneStep(std::int32_t dHz);
   // Writes all loaded plans as they are now, beside the sound; nothing while the save before is under way.
@@ -127,6 +129,7 @@ class MemoriesPanel {
   bool lastGoodPresetValid_ = false;
   bool byMouse_ = false;  // the click to come belongs to a press that has been carried out
   bool menuIsOpen_ = false;
+  bool held_ = false;
   bool inSelect_ = false, inSubBand_ = false, inPreset_ = false, inApplyPreset_ = false, inMenu_ = false,
        inTimer_ = false;
 };

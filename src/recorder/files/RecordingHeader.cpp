@@ -120,7 +120,8 @@ RecordingRead Reading::Read() {
   const std::optional<ToldSamples> told = ReadRecordingHeader(file_, failure_);
   if (failure_) return {{}, failure_};
   if (!told) return read;
-  if (const auto& origin = told->Format.IF; origin && (origin->Model < 0 || origin->Model >= IFOrigin::Models)) {
+  if (const auto& origin = told->Format.IF;
+      origin && (origin->Model < 0 || origin->Model >= IFOrigin::Models)) {
     return {{},
             Fault(SampleFault::Format, "recorded from a receiver board of number " +
                                            std::to_string(origin->Model) + "; one of 0 to " +
