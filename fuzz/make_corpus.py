@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Writes the seed corpora: small files that reach every branch of the readers."""
 import struct
+import zlib
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
@@ -47,6 +48,86 @@ WAV = {
 }
 
 
+def recording_header(frames, rate=48000, bits=16, origin=None):
+    at = 80 if origin else 44
+    channels = origin[2] if origin else 1
+    align = channels * bits // 8
+    extra = b"" if not origin else chunk(
+        b"LIST", b"qIF " + chunk(b"mod ", struct.pack("<I", origin[0])) + chunk(b"side", struct.pack("<I", origin[1])))
+    return (b"RIFF" + struct.pack("<I", at + 2 * channels * frames - 8) + b"WAVE"
+            + chunk(b"fmt ", struct.pack("<HHIIHH", 1, channels, rate, rate * align, align, bits))
+            + extra + b"data" + struct.pack("<I", frames * align))
+
+
+def trailer(*records):
+    text = "".join(f"F={freq:010}\x04T={when}\x04S={start:010}\x04E={end:010}\x04\0" for freq, when, start, end in records)
+    return b"QUORL" + b"".join(bytes([c, 0]) for c in text.encode())
+
+
+NIGHT = [(72050000, "2026-11-23 18:05:09", 44, 52), (60700000, "2026-11-23 18:06:00", 52, 61)]
+RECORDINGS = {
+    "two-tracks": recording_header(8) + SAMPLES + trailer(*NIGHT),
+    "eight-bits": recording_header(8, 12000, 8) + SAMPLES + trailer(*NIGHT),
+    "if": recording_header(8, origin=(3, 1, 1)) + SAMPLES + trailer((72050000, "2026-11-23 18:05:09", 80, 97)),
+    "if-stereo": recording_header(4, origin=(2, 0, 2)) + SAMPLES + trailer(),
+    "no-trailer": recording_header(8, 3000) + SAMPLES,
+    "cut": (recording_header(8) + SAMPLES + trailer(*NIGHT))[:-9],
+    "too-short": recording_header(9) + SAMPLES,
+    "strange-fields": recording_header(8) + SAMPLES + trailer((-5, "2026-02-30 25:00:00", 10**12, -1)) + b"Z\0=\0\4\0\0\0",
+}
+
+
+def sealed(body):
+    return body + struct.pack("<I", zlib.crc32(body))
+
+
+def journal_head(half, rate=48000, bits=16, origin=None, part=1):
+    model, side, channels = origin or (0, 0, 1)
+    return sealed((b"QUORLJNL" + struct.pack("<9i", 1, rate, channels, bits, 1 if origin else 0, model, side, half,
+                                             part)).ljust(60, b"\0"))
+
+
+def slot(half_samples, half=None, samples=b""):
+    head = sealed(struct.pack("<qiI", half, len(samples) // 2, zlib.crc32(samples)).ljust(20, b"\0")) if samples else bytes(24)
+    return head + bytes(24) + samples.ljust(2 * half_samples, b"\0")
+
+
+def event(kind, number=0, place=0, value=0):
+    return sealed(struct.pack("<Iiq", kind, number, place) + (struct.pack("<d", value) if kind == 1 else
+                                                             struct.pack("<q", value)))
+
+
+def journal(half, slots, *events, **head):
+    held = [slot(half, *slots[i]) if i < len(slots) else slot(half) for i in range(6)]
+    return journal_head(half, **head) + b"".join(held) + b"".join(events)
+
+
+def crash(temporary, journal_bytes, flags=1, kill=2):
+    return struct.pack("<BBH", flags, kill, len(temporary)) + temporary + journal_bytes
+
+
+LOG, WRITTEN, LOST, PART = 1, 2, 3, 4
+GROWING = recording_header(0) + SAMPLES
+TUNED = event(LOG, 72050000, 44, 46349.75)
+JOURNAL = {
+    "tail": crash(GROWING, journal(8, [(1, SAMPLES[:6])], TUNED, event(WRITTEN, 0, 0, 16))),
+    "unsealed": crash(GROWING, journal(8, [(1, SAMPLES[:6])], TUNED, event(WRITTEN, 0, 0, 16)), 0),
+    "eight-bits": crash(recording_header(0, bits=8) + SAMPLES, journal(8, [(1, SAMPLES)], TUNED, bits=8), kill=5),
+    "if": crash(recording_header(0, origin=(3, 1, 2)) + SAMPLES, journal(8, [(1, SAMPLES)], TUNED, origin=(3, 1, 2))),
+    "lost": crash(GROWING + b"junk", journal(8, [(0, SAMPLES), (1, SAMPLES), (2, SAMPLES[:4])], TUNED,
+                                              event(LOG, 60700000, 64, 46349.8), event(LOST, 0, 1, 16))),
+    "parts": crash(GROWING, journal(8, [(1, SAMPLES), (2, SAMPLES)], TUNED, event(PART, 2, 1), TUNED), kill=8),
+    "part-finished": crash(GROWING, journal(8, [(1, SAMPLES), (2, SAMPLES)], TUNED, event(PART, 2, 1), TUNED), 3),
+    "closed": crash(recording_header(8) + SAMPLES + trailer(*NIGHT)[:40], journal(8, [(0, SAMPLES)], TUNED), kill=4),
+    "goes-on": crash(recording_header(0) + 5 * SAMPLES + b"x", journal(8, [(0, SAMPLES)], TUNED), kill=6),
+    "goes-on-a-little": crash(recording_header(0) + 2 * SAMPLES + b"x", journal(8, [(0, SAMPLES)], TUNED), kill=5),
+    "power-cut": crash(recording_header(0), journal(8, [(9, SAMPLES), (10, SAMPLES[:2])], TUNED)),
+    "torn": crash(GROWING, journal(8, [(1, SAMPLES)], TUNED, event(WRITTEN, 0, 0, 16)[:11]), 0),
+    "no-journal": crash(GROWING, b"QUORL"),
+    "no-file": crash(b"", journal(8, [(0, SAMPLES)], TUNED)),
+}
+
+
 SETTINGS = {
     "plain": "# mine\n\n[frmMain]\nFilterHi = 5000\n[DDSAD9951]\nCLKIn=360096000\n",
     "broken": "x=1\n[a]\nstray\nbad=\\q\n[b\nlost=1\n[a]\n; note\nn=\\x41\\n\\\\\n",
@@ -68,7 +149,7 @@ OPTIONS = {
     "filters": "--model\niq\n--if-filter\nman:100:2000\n--notch\nif:-500:200\n--agc\nslow\n--nb\n30\n-\n-",
     "refused": "--channels\n3\n--filter\n5:4\n--help",
 }
-CORPORA = {"wav": (WAV, ".wav"), "settings": (SETTINGS, ".ini"), "stations": (STATIONS, ".ini"),
+CORPORA = {"wav": (WAV, ".wav"), "recordings": (RECORDINGS, ".wav"), "journal": (JOURNAL, ".bin"), "settings": (SETTINGS, ".ini"), "stations": (STATIONS, ".ini"),
            "scripts": (SCRIPTS, ".txt"), "options": (OPTIONS, ".txt")}
 
 

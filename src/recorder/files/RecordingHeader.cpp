@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kPlainHeader = 44, kIFHeader = 80, kPiece = std::size_t{1} << 20;
 constexpr std::size_t kListAt = 36, kDataAtInIF = 72;
-constexpr std::array<std::uint32_t, 5> kRates{48000, 24000, 12000, 6000, 3000};
+constexpr std::array<std::int32_t, 5> kRates{48000, 24000, 12000, 6000, 3000};
 
 std::string U16(std::int64_t value) {
   std::array<unsigned char, 2> bytes;
@@ -40,28 +40,23 @@ std::string ListChunk(const IFOrigin& origin) {
 }
 
 std::optional<IFOrigin> ParseList(std::string_view header) {
-  if (header.size() < kIFHeader || !HasTag(header, kListAt, "LIST") || !HasTag(header, kListAt + 8, "qIF ") ||
-      !HasTag(header, kListAt + 12, "mod ") || !HasTag(header, kListAt + 24, "side") ||
-      !HasTag(header, kDataAtInIF, "data")) {
+  if (header.size() < kIFHeader || !HasTag(header, 0, "RIFF") || !HasTag(header, 8, "WAVE") ||
+      !HasTag(header, 12, "fmt ") || !HasTag(header, kListAt, "LIST") ||
+      !HasTag(header, kListAt + 8, "qIF ") || !HasTag(header, kListAt + 12, "mod ") ||
+      !HasTag(header, kListAt + 24, "side") || !HasTag(header, kDataAtInIF, "data")) {
     return {};
   }
   return IFOrigin{static_cast<std::int32_t>(GetU32(At(header, kListAt + 20))),
                   GetU32(At(header, kListAt + 32)) != 0};
 }
 
-// A mono file of one of the deck's rates, 16 bits wide whatever it says; or one with samples of the IF.
+// 16 bits wide, whatever the header says.
 std::optional<RecordingFormat> FormatOf(const WavHeader& header, const std::optional<IFOrigin>& origin) {
   if (header.FormatSize != 16 || header.FormatTag != 1) return {};
   const RecordingFormat format{static_cast<std::int32_t>(header.Rate), header.Channels, header.Bits, origin};
-  if (origin) {
-    const bool fits =
-        header.Rate == kRates[0] && header.Bits == 16 && (header.Channels == 1 || header.Channels == 2);
-    return fits ? std::optional(format) : std::nullopt;
-  }
-  const bool narrow =
-      header.Bits == 8 && header.RiffSize == std::uint64_t{36} + std::uint64_t{2} * header.DataSize;
-  const bool fits = header.HasTags && header.Channels == 1 && (header.Bits == 16 || narrow) &&
-                    std::find(kRates.begin(), kRates.end(), header.Rate) != kRates.end();
+  const bool sized =
+      header.Bits == 16 || header.RiffSize == std::uint64_t{36} + std::uint64_t{2} * header.DataSize;
+  const bool fits = (origin || header.HasTags) && sized && IsRecordingFormat(format);
   return fits ? std::optional(format) : std::nullopt;
 }
 
@@ -143,6 +138,14 @@ RecordingRead Reading::Read() {
 }
 
 }  // namespace
+
+bool IsRecordingFormat(const RecordingFormat& format) {
+  if (format.IF) {
+    return format.Rate == kRates[0] && format.Bits == 16 && (format.Channels == 1 || format.Channels == 2);
+  }
+  return format.Channels == 1 && (format.Bits == 16 || format.Bits == 8) &&
+         std::find(kRates.begin(), kRates.end(), format.Rate) != kRates.end();
+}
 
 std::string MakeWavHeader(const RecordingFormat& format, std::int64_t fileBytes, std::int64_t frames) {
   const std::int64_t frameBytes = std::int64_t{format.Channels} * format.Bits / 8;

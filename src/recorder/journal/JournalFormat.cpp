@@ -62,11 +62,8 @@ bool IsWithin(std::int64_t value, std::int64_t least, std::int64_t most) {
 }
 
 bool IsSound(const JournalHead& head) {
-  const RecordingFormat& format = head.Format;
-  return IsWithin(format.Rate, 1, 1 << 20) && IsWithin(format.Channels, 1, 2) &&
-         (format.Bits == 8 || format.Bits == 16) &&
-         IsWithin(head.HalfSamples, 1, JournalHead::kMostSamples) &&
-         head.HalfSamples % format.Channels == 0 && IsWithin(head.Part, 1, 1 << 20);
+  return IsRecordingFormat(head.Format) && IsWithin(head.HalfSamples, 1, JournalHead::kMostSamples) &&
+         head.HalfSamples % head.Format.Channels == 0 && IsWithin(head.Part, 1, 1 << 20);
 }
 
 bool IsSound(const JournalEvent& event) {
@@ -142,7 +139,7 @@ std::optional<JournalHead> ParseJournalHead(std::string_view bytes) {
 std::optional<SlotHead> ParseSlotHead(std::string_view bytes) {
   if (!IsSealed(bytes, JournalLayout::kSlotHeadBytes)) return {};
   const SlotHead head{LongNumber(bytes, 0), Number(bytes, 8), GetU32(Field(bytes, 12))};
-  if (!IsWithin(head.Half, 0, kMostHalves) || head.Samples < 0) return {};
+  if (!IsWithin(head.Half, 0, kMostHalves) || head.Samples < 1) return {};
   return head;
 }
 

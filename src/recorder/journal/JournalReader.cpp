@@ -58,12 +58,11 @@ bool Reading::Take(const JournalEvent& event) {
 
 // Up to the first that is torn or makes no sense.
 void Reading::ReadEvents() {
-  for (std::int64_t at = layout_.EventsAt();; at += kPiece) {
-    const std::string piece = Bytes(file_, at, kPiece, failure_);
-    for (std::size_t i = 0; i < static_cast<std::size_t>(kPiece); i += JournalLayout::kEventBytes) {
-      const auto event =
-          i < piece.size() ? ParseJournalEvent(std::string_view(piece).substr(i, JournalLayout::kEventBytes))
-                           : std::nullopt;
+  const std::int64_t end = file_.Size().value_or(0);
+  for (std::int64_t at = layout_.EventsAt(); at < end; at += kPiece) {
+    const std::string piece = Bytes(file_, at, std::min(kPiece, end - at), failure_);
+    for (std::size_t i = 0; i < piece.size(); i += JournalLayout::kEventBytes) {
+      const auto event = ParseJournalEvent(std::string_view(piece).substr(i, JournalLayout::kEventBytes));
       if (!event || !Take(*event)) return;
     }
   }

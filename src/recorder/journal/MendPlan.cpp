@@ -7,8 +7,9 @@
 namespace quorl {
 namespace {
 
-// A file that lacks more than these bytes isn't the journal's.
-constexpr std::int64_t kMostSilence = std::int64_t{16} << 20;
+// A system keeps what is written to itself for half a minute or so. A file that lacks more than these seconds
+// before what the journal holds isn't the journal's.
+constexpr std::int64_t kMostSilence = 60;
 
 // A file as it lies there.
 struct Lying {
@@ -35,10 +36,12 @@ std::int64_t WholeFrames(const RecordingFormat& format, std::int64_t end) {
 // What the journal holds comes to its place; what the file lacks before that (a power cut takes what was not
 // on the disk yet) becomes silence, so that the log still fits. `behind`: the first half of the next part.
 void PutHeld(FilePlan& plan, const Journal& journal, const JournalPart& part, std::int64_t behind) {
+  std::int64_t silence = kMostSilence * plan.Format.Rate * plan.Format.FrameBytes();
   for (const HeldHalf& held : journal.Held) {
     const std::int64_t place = part.PlaceOf(held.Half);
     if (held.Half < part.FirstHalf || held.Half >= behind) continue;
-    if (place > std::max(plan.Keep, plan.End) + kMostSilence) break;
+    if (place > std::max(plan.Keep, plan.End) + silence) break;
+    silence = JournalLayout::kSlots * journal.Head.HalfBytes();  // they follow each other
     plan.Pieces.push_back({held, place});
     plan.End = std::max(plan.End, place + std::int64_t{2} * held.Samples);
   }
@@ -118,7 +121,7 @@ FilePlan Planning::PlanPart(const Journal& journal, std::size_t index, const Lyi
   plan.Mends = plan.HasLog = true;
   const bool closed = lying.Told && lying.Told->Format == plan.Format;
   plan.End = plan.Format.DataAt();
-  plan.Keep = std::max(plan.End, closed ? lying.SamplesEnd() : lying.Length);
+  plan.Keep = WholeFrames(plan.Format, closed ? lying.SamplesEnd() : lying.Length);
   PutHeld(plan, journal, part,
           last ? std::numeric_limits<std::int64_t>::max() : journal.Parts[index + 1].FirstHalf);
   CloseLog(plan);
