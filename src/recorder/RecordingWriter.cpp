@@ -52,6 +52,27 @@ Opened OpenNew(Files& files, const std::string& path, const RecordingFormat& for
   return opened;
 }
 
+// A part that ends at `position` keeps what was tuned in it; the next one begins with the frequency in force.
+struct SplitLog {
+  SplitLog(const std::vector<LogRecord>& log, std::int64_t position, std::int64_t dataAt) {
+    const auto behind =
+        std::find_if(log.begin(), log.end(), [position](const LogRecord& r) { return r.Start >= position; });
+    Ended.assign(log.begin(), behind);
+    Next.assign(behind, log.end());
+    if (!Ended.empty() && (Next.empty() || Next.front().Start > position)) {
+      Next.insert(Next.begin(), {Ended.back().When, Ended.back().Freq, position, Ended.back().End});
+    }
+    if (!Ended.empty()) Ended.back().End = position + 1;
+    const std::int64_t moved = position - dataAt;
+    for (LogRecord& record : Next) {
+      record.Start -= moved;
+      record.End = std::max(record.End - moved, record.Start);
+    }
+  }
+
+  std::vector<LogRecord> Ended, Next;
+};
+
 }  // namespace
 
 RecordingWriter::RecordingWriter(Files& files, FileWorker& worker, EventQueue& queue,
@@ -106,7 +127,9 @@ void RecordingWriter::NoteTuning(std::int32_t freq, double when, std::int64_t sa
   const std::int64_t start = format_.DataAt() + 2 * samples - base_;
   if (!log_.empty()) log_.back().End = start;
   log_.push_back({when, freq, start, start});
-  journal_.NoteLog(log_.back());
+  LogRecord noted = log_.back();
+  if (notedPart_ > part_) noted.Start -= position_ - format_.DataAt();
+  journal_.NoteLog(noted);
 }
 
 bool RecordingWriter::IsPartFull(std::int64_t bytes) const {
@@ -141,7 +164,7 @@ void RecordingWriter::Written(const Failure& failure) {
     waiting_.pop_front();
     position_ += half.Length;
     frames_ += half.Length / format_.FrameBytes();
-    journal_.NoteWritten(half.Number);
+    journal_.NoteWritten(half.Number, static_cast<std::int32_t>(half.Length / 2));
   }
   OnWritten();
   WriteNext();
@@ -159,45 +182,29 @@ void RecordingWriter::LoseFirst() {
   journal_.NoteLost(half.Number, half.Length);
 }
 
-// The part that ends here keeps what was tuned in it; the next one begins with the frequency in force.
-std::vector<LogRecord> RecordingWriter::SplitLog() {
-  const auto behind =
-      std::find_if(log_.begin(), log_.end(), [this](const LogRecord& r) { return r.Start >= position_; });
-  std::vector<LogRecord> ended(log_.begin(), behind), next(behind, log_.end());
-  if (!ended.empty() && (next.empty() || next.front().Start > position_)) {
-    next.insert(next.begin(), {ended.back().When, ended.back().Freq, position_, ended.back().End});
-  }
-  if (!ended.empty()) ended.back().End = position_ + 1;
-  const std::int64_t moved = position_ - format_.DataAt();
-  for (LogRecord& record : next) {
-    record.Start -= moved;
-    record.End = std::max(record.End - moved, record.Start);
-  }
-  log_ = std::move(next);
-  return ended;
-}
-
+// What is tuned meanwhile counts from the old part's begin, until the new one is there. A try that failed
+// behind the renaming goes on from there: the new file's name must not go over the finished part's.
 void RecordingWriter::TurnPart() {
-  const std::vector<LogRecord> before = log_;
-  const std::string trailer = MakeTrailer(SplitLog());
+  const std::string trailer = MakeTrailer(SplitLog(log_, position_, format_.DataAt()).Ended);
   const auto turn = [&files = files_, file = file_, format = format_, bytes = position_, trailer,
                      current = names_.Current(), numbered = names_.Finished(part_)] {
-    Opened next;
-    next.Fault = FinishFile(*file, format, bytes, trailer);
-    if (!next.Fault) next.Fault = files.Rename(current, numbered);
-    return next.Fault ? next : OpenNew(files, current, format);
+    Failure failure;
+    if (!files.Exists(numbered)) {
+      failure = FinishFile(*file, format, bytes, trailer);
+      if (!failure) failure = files.Rename(current, numbered);
+    }
+    return failure ? Opened{nullptr, failure} : OpenNew(files, current, format);
   };
   if (notedPart_ == part_) journal_.NotePart(notedPart_ = part_ + 1, waiting_.front().Number);
-  calls_.Make<Opened>(turn, [this, before](Opened next) {
+  calls_.Make<Opened>(turn, [this](Opened next) {
     if (next.Fault) {
-      log_ = before;
       Written(next.Fault);
       return;
     }
     file_ = std::move(next.File);
+    log_ = SplitLog(log_, position_, format_.DataAt()).Next;
     base_ += position_ - format_.DataAt();
     position_ = format_.DataAt();
-    for (const LogRecord& record : log_) journal_.NoteLog(record);
     busy_ = false;
     OnPart(part_++);
     WriteNext();

@@ -79,7 +79,6 @@ class RecordingWriter {
   void LoseFirst();
   bool IsPartFull(std::int64_t bytes) const;
   void TurnPart();
-  std::vector<LogRecord> SplitLog();
 
   Files& files_;
   EventQueue& queue_;

@@ -33,9 +33,9 @@ class Reading {
 };
 
 bool Reading::TakePart(const JournalEvent& event) {
-  const JournalPart& last = journal_.Parts.back();
+  JournalPart& last = journal_.Parts.back();
   if (event.Number != last.Number + 1 || event.Place < last.FirstHalf) return false;
-  journal_.Parts.emplace_back(journal_.Head, event.Number, event.Place);
+  journal_.Parts.push_back(last.Next(event.Place));
   return true;
 }
 
@@ -99,6 +99,20 @@ void Reading::ReadSlots() {
 }
 
 }  // namespace
+
+JournalPart JournalPart::Next(std::int64_t half) {
+  JournalPart next(head_, Number + 1, half);
+  const std::int64_t place = PlaceOf(half);
+  const auto behind = std::find_if(Log.begin(), Log.end(),
+                                   [place](const LogRecord& record) { return record.Start >= place; });
+  next.Log.assign(behind, Log.end());
+  Log.erase(behind, Log.end());
+  if (!Log.empty() && (next.Log.empty() || next.Log.front().Start > place)) {
+    next.Log.insert(next.Log.begin(), {Log.back().When, Log.back().Freq, place, 0});
+  }
+  for (LogRecord& record : next.Log) record.Start -= place - head_.Format.DataAt();
+  return next;
+}
 
 // What starts within the half starts where it would have stood, what starts behind it moves down.
 void JournalPart::NoteLost(std::int64_t half, std::int64_t bytes) {

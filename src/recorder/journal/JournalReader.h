@@ -27,6 +27,9 @@ class JournalPart {
   // Starts as the file holds them, losses taken off; Ends are not set.
   std::vector<LogRecord> Log;
 
+  // The part that comes next and begins with this half. What is tuned from there on is its, and it begins
+  // with the frequency in force.
+  JournalPart Next(std::int64_t half);
   void NoteLost(std::int64_t half, std::int64_t bytes);
   void NoteWritten(std::int64_t half, std::int64_t bytes);
   bool IsLost(std::int64_t half) const;

@@ -35,8 +35,8 @@ class JournalWriter {
   // The half will never stand there: log positions behind it move down by `bytes`, those within it to its
   // start, noted already or not.
   void NoteLost(std::int64_t half, std::int64_t bytes);
-  // A new part begins with this half, and positions begin anew. Call it when the half begins to be filled and
-  // before the finished part is renamed; then give it its first log record.
+  // A new part begins with this half, before the finished one is renamed. Records that were noted before and
+  // start from there on are its, and so is the frequency in force; what is noted later counts from its begin.
   void NotePart(std::int32_t part, std::int64_t half);
   // The file is closed whole: the journal goes.
   void Remove();

@@ -1,8 +1,11 @@
 #include "recorder/journal/MendPlan.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <memory>
+
+#include "recorder/files/LittleEndian.h"
 
 namespace quorl {
 namespace {
@@ -10,17 +13,6 @@ namespace {
 // A system keeps what is written to itself for half a minute or so. A file that lacks more than these seconds
 // before what the journal holds isn't the journal's.
 constexpr std::int64_t kMostSilence = 60;
-
-// A file as it lies there.
-struct Lying {
-  std::int64_t Length = 0;
-  std::optional<ToldSamples> Told;
-  bool HasTrailer = false;  // one begins where the header tells, whole or cut off
-
-  std::int64_t ToldEnd() const { return Told->Format.DataAt() + Told->Bytes; }
-  // Where the samples end, by this file alone.
-  std::int64_t SamplesEnd() const { return HasTrailer ? ToldEnd() : Length; }
-};
 
 bool HasTrailerAt(OpenFile& file, std::int64_t at, Failure& failure) {
   std::string bytes(kLogTag.size(), '\0');
@@ -31,6 +23,16 @@ bool HasTrailerAt(OpenFile& file, std::int64_t at, Failure& failure) {
 std::int64_t WholeFrames(const RecordingFormat& format, std::int64_t end) {
   const std::int64_t bytes = std::max<std::int64_t>(end - format.DataAt(), 0);
   return format.DataAt() + bytes - bytes % format.FrameBytes();
+}
+
+// Where the samples end, by this file alone: behind what its header tells where a log begins there, whole or
+// cut off, and else at the file's end.
+std::int64_t SamplesEnd(OpenFile& file, const RecordingFormat& format, Failure& failure) {
+  std::array<unsigned char, 4> size{};
+  file.ReadAt(format.DataAt() - std::ssize(size), size.data(), std::ssize(size), failure);
+  const std::int64_t told = format.DataAt() + std::int64_t{GetU32(size.data())} * (format.Bits == 8 ? 2 : 1);
+  const std::int64_t length = file.Size().value_or(0);
+  return told < length && HasTrailerAt(file, told, failure) ? told : length;
 }
 
 // What the journal holds comes to its place; what the file lacks before that (a power cut takes what was not
@@ -67,29 +69,15 @@ class Planning {
   MendPlan Plan();
 
  private:
-  Lying Look(const std::string& path);
   std::optional<Journal> FindJournal();
   void PlanAlone(const std::string& path);
   void PlanByJournal(const Journal& journal);
-  FilePlan PlanPart(const Journal& journal, std::size_t index, const Lying& lying) const;
+  FilePlan PlanPart(const Journal& journal, std::size_t index, bool hasFile);
 
   const Files& files_;
   const RecordingParts& parts_;
   MendPlan plan_;
 };
-
-Lying Planning::Look(const std::string& path) {
-  Lying lying;
-  if (!files_.Exists(path)) return lying;
-  const auto file = files_.Open(path, OpenMode::Read, plan_.Fault);
-  if (!file) return lying;
-  lying.Length = file->Size().value_or(0);
-  lying.Told = ReadRecordingHeader(*file, plan_.Fault);
-  if (lying.Told && lying.ToldEnd() < lying.Length) {
-    lying.HasTrailer = HasTrailerAt(*file, lying.ToldEnd(), plan_.Fault);
-  }
-  return lying;
-}
 
 std::optional<Journal> Planning::FindJournal() {
   plan_.HasJournal = files_.Exists(parts_.Journal());
@@ -100,18 +88,20 @@ std::optional<Journal> Planning::FindJournal() {
 
 // By its length and header. A file that isn't a recording stays out of it.
 void Planning::PlanAlone(const std::string& path) {
-  const Lying lying = Look(path);
-  if (!lying.Told) return;
+  const auto file = plan_.Fault ? nullptr : files_.Open(path, OpenMode::Read, plan_.Fault);
+  if (!file) return;
+  const std::optional<ToldSamples> told = ReadRecordingHeader(*file, plan_.Fault);
+  if (!told) return;
   FilePlan plan;
   plan.Path = path;
-  plan.Format = lying.Told->Format;
-  plan.Keep = plan.End = WholeFrames(plan.Format, lying.SamplesEnd());
-  plan.Mends = plan.End != lying.ToldEnd();
+  plan.Format = told->Format;
+  plan.Keep = plan.End = WholeFrames(plan.Format, SamplesEnd(*file, plan.Format, plan_.Fault));
+  plan.Mends = plan.End != plan.Format.DataAt() + told->Bytes;
   plan_.LogLost = plan_.LogLost || plan.Mends;
   plan_.Files.push_back(std::move(plan));
 }
 
-FilePlan Planning::PlanPart(const Journal& journal, std::size_t index, const Lying& lying) const {
+FilePlan Planning::PlanPart(const Journal& journal, std::size_t index, bool hasFile) {
   const JournalPart& part = journal.Parts[index];
   const bool last = index + 1 == journal.Parts.size();
   FilePlan plan;
@@ -119,9 +109,9 @@ FilePlan Planning::PlanPart(const Journal& journal, std::size_t index, const Lyi
   if (!last) plan.FinishedAs = parts_.Finished(part.Number);
   plan.Format = journal.Head.Format;
   plan.Mends = plan.HasLog = true;
-  const bool closed = lying.Told && lying.Told->Format == plan.Format;
-  plan.End = plan.Format.DataAt();
-  plan.Keep = WholeFrames(plan.Format, closed ? lying.SamplesEnd() : lying.Length);
+  plan.Keep = plan.End = plan.Format.DataAt();
+  const auto file = hasFile ? files_.Open(plan.Path, OpenMode::Read, plan_.Fault) : nullptr;
+  if (file) plan.Keep = WholeFrames(plan.Format, SamplesEnd(*file, plan.Format, plan_.Fault));
   PutHeld(plan, journal, part,
           last ? std::numeric_limits<std::int64_t>::max() : journal.Parts[index + 1].FirstHalf);
   CloseLog(plan);
@@ -135,8 +125,9 @@ void Planning::PlanByJournal(const Journal& journal) {
   bool hasFile = files_.Exists(parts_.Current());
   if (finished == 0 && !hasFile) return;
   for (std::size_t i = 0; i < journal.Parts.size(); ++i) {
+    if (plan_.Fault) return;
     if (journal.Parts[i].Number <= finished) continue;
-    FilePlan plan = PlanPart(journal, i, hasFile ? Look(parts_.Current()) : Lying());
+    FilePlan plan = PlanPart(journal, i, hasFile);
     if (hasFile || plan.Frames() > 0) plan_.Files.push_back(std::move(plan));
     hasFile = false;
   }

@@ -138,21 +138,25 @@ TEST_F(JournalTest, LossesMoveWhatWasNotedBeforeAndFreeTheirSlots) {
 }
 
 TEST_F(JournalTest, ANewPartCountsItsPositionsAnew) {
-  FeedHalf(0);
-  FeedHalf(1);
-  writer.NotePart(2, 2);
+  constexpr std::int64_t bytes = 2 * kHalf;
+  for (std::int64_t half = 0; half < 4; ++half) FeedHalf(half);
   writer.NoteLog({1.0, 1000, 44, 0});
-  FeedHalf(2);
-  FeedHalf(3);
-  writer.NoteLost(1, 2 * kHalf);  // one of the first part
+  writer.NoteLost(1, bytes);
+  writer.NoteLog({2.0, 2000, 44 + 3 * bytes - 8, 0});  // the last half is filled while the part turns
+  writer.NotePart(2, 3);
+  writer.NoteLog({3.0, 3000, 44 + bytes - 4, 0});
+  writer.NotePart(3, 4);
   Work();
   auto journal = Read();
-  ASSERT_EQ(journal->Parts.size(), 2U);
-  EXPECT_TRUE(journal->Parts[0].Log.empty());
-  EXPECT_EQ(journal->Parts[1].Log.at(0).Start, 44);
-  EXPECT_EQ(journal->PartOf(1).Number, 1);
+  ASSERT_EQ(journal->Parts.size(), 3U);
+  EXPECT_EQ(journal->Parts[0].Log, (std::vector<LogRecord>{{1.0, 1000, 44, 0}}));
+  EXPECT_EQ(journal->Parts[1].Log,
+            (std::vector<LogRecord>{
+                {1.0, 1000, 44, 0}, {2.0, 2000, 44 + bytes - 8, 0}, {3.0, 3000, 44 + bytes - 4, 0}}));
+  EXPECT_EQ(journal->Parts[2].Log, (std::vector<LogRecord>{{3.0, 3000, 44, 0}}));
+  EXPECT_EQ(journal->PartOf(2).Number, 1);
   EXPECT_EQ(journal->PartOf(3).Number, 2);
-  EXPECT_EQ(journal->PartOf(3).PlaceOf(3), 44 + 2 * kHalf);
+  EXPECT_EQ(journal->PartOf(5).PlaceOf(5), 44 + bytes);
 }
 
 TEST_F(JournalTest, AKillAtAnyStepCostsNoMoreThanTheBlockThatWasOnItsWay) {

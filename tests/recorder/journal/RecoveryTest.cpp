@@ -3,10 +3,10 @@
 
 #include <map>
 
-#include "SketchRecorder.h"
 #include "platform/virtual/VirtualEventQueue.h"
 #include "platform/virtual/VirtualFileWorker.h"
 #include "platform/virtual/VirtualFiles.h"
+#include "recorder/RecordingWriter.h"
 #include "recorder/journal/Recovery.h"
 
 namespace quorl {
@@ -32,6 +32,7 @@ RecordingRead ReadBack(const VirtualFiles& files, const std::string& path) {
   return file ? ReadRecording(*file) : RecordingRead{{}, failure};
 }
 
+// What a deck does with its writer, half by half.
 class Session {
  public:
   explicit Session(const RecordingFormat& recorded, std::int32_t halfSamples = kHalf)
@@ -41,34 +42,58 @@ class Session {
 
   void Work() { queue.AdvanceBy(milliseconds(200)); }
 
-  void Open() {
-    recorder = std::make_unique<SketchRecorder>(files, worker, parts, JournalHead{format, half, 1});
-    recorder->Open(kFreq);
+  void Open(int halvesOfAPart = 3) {
+    writer = std::make_unique<RecordingWriter>(files, worker, queue, log, parts);
+    writer->Open(format, {half, std::int64_t{1} << 40, halvesOfAPart * half / format.Channels});
+    Tune(kFreq);
     Work();
+  }
+
+  void Tune(std::int32_t freq) {
+    tuned[freq] = total;
+    writer->NoteTuning(freq, static_cast<double>(tuned.size()), total);
+  }
+
+  void Give(const std::vector<std::int16_t>& samples) {
+    const auto filled = static_cast<std::int32_t>(filling.size());
+    writer->Follow(total / half, filled, samples.data(), static_cast<std::int32_t>(samples.size()));
+    filling.insert(filling.end(), samples.begin(), samples.end());
+    total += std::ssize(samples);
+    if (total % half == 0) writer->Write(total / half - 1, std::exchange(filling, {}));
+  }
+
+  void GiveBlock() {
+    std::vector<std::int16_t> samples(static_cast<std::size_t>(block));
+    for (std::int16_t& sample : samples) sample = Sample(given++);
+    Give(samples);
   }
 
   void Feed(int blocks) {
     for (int i = 0; i < blocks; ++i) {
-      std::vector<std::int16_t> samples(static_cast<std::size_t>(block));
-      for (std::int16_t& sample : samples) sample = Sample(given++);
-      recorder->Feed(samples);
+      GiveBlock();
       Work();
       fed = given;
     }
   }
 
-  // What a program does until it is killed: two parts, a tuning in the middle of a block's half, and the end.
+  // What a program does until it is killed: two parts, the tuning changes before, while and after the first
+  // one is finished, and the end.
   bool Record() {
     try {
       Open();
       Feed(10);
-      recorder->Tune(kFreq + 5000);
-      Feed(2);
-      recorder->BeginPart();
+      Tune(kFreq + 5000);
       Feed(5);
-      recorder->Tune(kFreq + 9000);
+      worker.Stall();
+      GiveBlock();
+      Tune(kFreq + 7000);
+      worker.Resume();
+      Work();
+      fed = given;
+      Feed(1);
+      Tune(kFreq + 9000);
       Feed(7);
-      recorder->Close();
+      writer->Finish();
       Work();
       return true;
     } catch (const Killed&) {
@@ -78,7 +103,7 @@ class Session {
 
   void Dies() {
     worker.Finish();
-    recorder = nullptr;
+    writer = nullptr;
     files.Revive();
   }
 
@@ -89,9 +114,34 @@ class Session {
   VirtualFiles files;
   VirtualFileWorker worker{queue};
   RecordingParts parts{"music"};
-  std::unique_ptr<SketchRecorder> recorder;
-  std::int64_t given = 0, fed = 0;  // samples handed over, and those that had time to reach the disk
+  std::vector<LogRecord> log;
+  std::unique_ptr<RecordingWriter> writer;
+  std::vector<std::int16_t> filling;
+  std::map<std::int32_t, std::int64_t> tuned;  // from which sample on
+  // Samples handed over, lost ones among them; those that tell their place; those that had time to reach the
+  // disk.
+  std::int64_t total = 0, given = 0, fed = 0;
 };
+
+// The log of a part that begins with sample `first`, where none was lost.
+void ExpectLog(const Session& session, const Recording& recording, std::int64_t first) {
+  const std::int64_t begin = session.format.DataAt(), end = begin + recording.DataBytes;
+  ASSERT_FALSE(recording.Log.empty());
+  EXPECT_EQ(recording.Log.front().Start, begin);
+  EXPECT_EQ(recording.Log.back().End, end + 1);
+  EXPECT_EQ(recording.LogStart, end + 1);
+  EXPECT_EQ(recording.FileBytes, end + 5 + kLogRecordBytes * std::ssize(recording.Log));
+  for (const LogRecord& record : recording.Log) {
+    const std::int64_t start = begin + 2 * std::max<std::int64_t>(session.tuned.at(record.Freq) - first, 0);
+    EXPECT_EQ(record.Start, std::min(start, end)) << record.Freq;
+  }
+  // Whatever was tuned within it is there.
+  for (const auto& [freq, sample] : session.tuned) {
+    const bool within = sample >= first && sample < first + recording.DataBytes / 2;
+    const auto is = [freq = freq](const LogRecord& record) { return record.Freq == freq; };
+    EXPECT_TRUE(!within || std::any_of(recording.Log.begin(), recording.Log.end(), is)) << freq;
+  }
+}
 
 // Every file is a sound recording, and all samples are there in their order.
 void ExpectWhole(const Session& session, const FoundRecording& found, std::int64_t least) {
@@ -109,11 +159,7 @@ void ExpectWhole(const Session& session, const FoundRecording& found, std::int64
                  high = static_cast<unsigned char>(content[at + 1]);
       ASSERT_EQ(static_cast<std::int16_t>(low | high << 8), Sample(index++)) << path << " at " << at;
     }
-    ASSERT_FALSE(read.Own->Log.empty());
-    EXPECT_EQ(read.Own->Log.front().Start, session.format.DataAt());
-    EXPECT_EQ(read.Own->Log.back().End, read.Own->LogStart);
-    EXPECT_EQ(read.Own->LogStart, session.format.DataAt() + read.Own->DataBytes + 1);
-    EXPECT_EQ(read.Own->FileBytes, read.Own->LogStart + 4 + kLogRecordBytes * std::ssize(read.Own->Log));
+    ExpectLog(session, *read.Own, index - read.Own->DataBytes / 2);
   }
   EXPECT_EQ(found.Frames * session.format.Channels, index);
   EXPECT_GE(index, least);
@@ -184,21 +230,47 @@ TEST(Recovery, TheLogFitsTheSamplesAlsoBehindALostHalf) {
   Session session(kFormats[0], 1024);
   session.Open();
   session.Feed(6);
-  session.recorder->Tune(kFreq + 5000);  // in the half that gets lost
+  session.Tune(kFreq + 5000);  // in the half that gets lost
   session.Feed(1);
-  session.recorder->Feed(std::vector<std::int16_t>(256, 0));
+  session.Give(std::vector<std::int16_t>(256, 0));
   session.queue.AdvanceBy(milliseconds(1));  // the journal takes the block; next is the half's turn
   session.files.WriteShort(2000);
   session.Work();  // what it has put down is longer than the log
-  session.recorder->Tune(kFreq + 9000);
+  session.Tune(kFreq + 9000);
   session.given = 1024;
   session.Feed(2);
   session.Dies();
-  ExpectWhole(session, MendRecording(session.files, session.parts), 1024 + 2 * 256);
+  const FoundRecording mended = MendRecording(session.files, session.parts);
+  EXPECT_EQ(mended.Frames, 1024 + 2 * 256);
   const std::int64_t at = 44 + 2 * 1024, end = at + 4 * 256;
   EXPECT_EQ(ReadBack(session.files, session.parts.Current()).Own->Log,
             (std::vector<LogRecord>{
                 {1.0, kFreq, 44, at}, {2.0, kFreq + 5000, at, at}, {3.0, kFreq + 9000, at, end + 1}}));
+  const std::string content = Content(session.files, session.parts.Current());
+  for (std::int64_t i = 0; i < mended.Frames; ++i) {
+    const auto low = static_cast<std::size_t>(44 + 2 * i);
+    ASSERT_EQ(content[low], static_cast<char>(Sample(i) & 0xFF)) << i;
+  }
+}
+
+TEST(Recovery, AFinishedPartStaysWholeWhereTheNextFileIsNotMadeAtOnce) {
+  Session session(kFormats[0]);
+  session.Open();
+  session.Feed(15);
+  session.files.Fail(FileOperation::Open, {24, "too many open files"});
+  session.Give(std::vector<std::int16_t>(static_cast<std::size_t>(session.block), 0));
+  session.Work();  // the part has got its number, and this half is lost
+  EXPECT_EQ(session.writer->TakeFault()->Code, 24);
+  session.files.ClearFailures();
+  session.given = 3 * kHalf;
+  session.Feed(4);
+  EXPECT_FALSE(session.writer->Finish());
+  session.Work();
+  session.Dies();
+  const FoundRecording found = FindRecording(session.files, session.parts);
+  EXPECT_EQ(found.Files.size(), 2U);
+  EXPECT_FALSE(found.NeedsMending);
+  ExpectWhole(session, found, 4 * kHalf);
 }
 
 TEST(Recovery, WithoutASoundJournalTheLengthTellsTheEndAndThatIsTold) {
@@ -229,7 +301,7 @@ TEST(Recovery, WithoutASoundJournalTheLengthTellsTheEndAndThatIsTold) {
 
 TEST(Recovery, ADamagedEventDoesNotCutAFileThatGoesOnBehindIt) {
   Session session(kFormats[0]);
-  session.Open();
+  session.Open(100);
   session.Feed(4 * 20);
   session.Dies();
   std::string journal = Content(session.files, session.parts.Journal());
@@ -245,9 +317,9 @@ TEST(Recovery, ADamagedEventDoesNotCutAFileThatGoesOnBehindIt) {
 
 TEST(Recovery, SamplesThatAPowerCutTookBecomeSilenceAndTheLogStaysRight) {
   Session session(kFormats[0]);
-  session.Open();
+  session.Open(100);
   session.Feed(4 * 8);
-  session.recorder->Tune(kFreq + 5000);
+  session.Tune(kFreq + 5000);
   session.Feed(2);
   session.Dies();
   const std::string whole = Content(session.files, session.parts.Current());

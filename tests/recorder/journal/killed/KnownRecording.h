@@ -4,18 +4,15 @@
 #include <atomic>
 #include <cstdint>
 
-#include "recorder/journal/JournalFormat.h"
-
 namespace quorl {
 
 struct KnownRecording {
-  static constexpr std::int32_t Block = 2048;         // fed in real time
-  static constexpr std::int32_t Half = 32768;         // 0.68 s: many go to the disk
-  static constexpr std::int64_t PartSamples = 32768;  // of the first part
+  static constexpr std::int32_t Block = 2048;        // fed in real time
+  static constexpr std::int32_t Half = 32768;        // 0.68 s: many go to the disk
+  static constexpr std::int64_t PartBytes = 120000;  // a half and its log
   static constexpr std::int32_t BlocksATuning = 3;
   static constexpr std::int32_t FirstFreq = 70000000, FreqStep = 1000;
 
-  static JournalHead Head() { return {{48000, 1, 16, {}}, Half, 1}; }
   static std::int16_t Sample(std::int64_t index) {
     const auto mixed = static_cast<std::uint64_t>(index + 1) * 0x9E3779B97F4A7C15U;
     return static_cast<std::int16_t>(mixed >> 48);

@@ -3,7 +3,9 @@
 #include <sys/mman.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
+#include <iostream>
 #include <new>
 
 #include "KnownRecording.h"
@@ -11,7 +13,8 @@
 #include "platform/linux/system/LinuxEventQueue.h"
 #include "platform/linux/system/LinuxFileWorker.h"
 #include "platform/linux/system/LinuxFiles.h"
-#include "recorder/journal/SketchRecorder.h"
+#include "platform/linux/system/TerminalDialogs.h"
+#include "recorder/clsWavFile.h"
 
 namespace {
 
@@ -19,8 +22,7 @@ using Known = quorl::KnownRecording;
 
 class Feeding {
  public:
-  Feeding(quorl::SketchRecorder& recorder, quorl::KilledProgress& progress)
-      : recorder_(recorder), progress_(progress) {}
+  Feeding(quorl::clsWavFile& deck, quorl::KilledProgress& progress) : deck_(deck), progress_(progress) {}
 
   // Feeds a block where one is due: never faster than sound comes, also where the machine was busy.
   void At(std::int64_t microseconds) {
@@ -34,15 +36,14 @@ class Feeding {
 
   void FeedBlock() {
     const std::int64_t block = fed_ / Known::Block;
-    if (fed_ == Known::PartSamples) recorder_.BeginPart();
-    if (block % Known::BlocksATuning == 0 && block > 0) recorder_.Tune(Known::FreqAt(block));
-    std::vector<std::int16_t> samples(Known::Block);
+    deck_.NewLogRecord(Known::FreqAt(block));
+    std::array<std::int16_t, Known::Block> samples;
     for (std::int16_t& sample : samples) sample = Known::Sample(fed_++);
+    deck_.AddSamples(samples.data(), Known::Block);
     progress_.Fed = fed_;
-    recorder_.Feed(samples);
   }
 
-  quorl::SketchRecorder& recorder_;
+  quorl::clsWavFile& deck_;
   quorl::KilledProgress& progress_;
   std::int64_t fed_ = 0, due_ = 0;
 };
@@ -60,9 +61,14 @@ int main(int count, char** arguments) {
   quorl::LinuxEventQueue queue;
   quorl::LinuxFileWorker worker(queue);
   quorl::LinuxClock clock;
-  quorl::SketchRecorder recorder(files, worker, quorl::RecordingParts(arguments[1]), Known::Head());
-  recorder.Open(Known::FreqAt(0));
-  Feeding feeding(recorder, *progress);
+  quorl::TerminalDialogs boxes(std::cerr);
+  quorl::clsWavFile deck({files, worker, queue, boxes, clock}, arguments[1]);
+  deck.RecBlockSizeInSamples = Known::Half;
+  deck.MostFileBytes = Known::PartBytes;
+  deck.TunedFrequency = [] { return Known::FreqAt(0); };
+  deck.WriteNextBlockToDisk = [&] { queue.Post([&] { deck.WriteToDisk(); }); };
+  if (deck.OpenRecording() != 0) return 1;
+  Feeding feeding(deck, *progress);
   for (;;) {
     queue.Wait(std::chrono::milliseconds(5));
     feeding.At(clock.Microseconds());
