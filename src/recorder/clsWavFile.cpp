@@ -100,6 +100,7 @@ std::int16_t clsWavFile::OpenRecording() {
   FileSize = format.DataAt();
   unsavedParts_ = savedParts_ = 0;
   nextHalf_ = followedHalf_ = followed_ = 0;
+  leftBehind_ = false;
   isRecording_ = true;
   isIF_ = RecordIF;
   isClosed_ = isPaused_ = false;

@@ -120,11 +120,14 @@ class clsWavFile final : public BlockRecorder {
   const std::vector<LogRecord>& Log() const { return log_; }
   // Of the file that is open for playing.
   const RecordingFormat& Playing() const { return playing_; }
-  bool HasFile() const { return playback_.IsOpen(); }  // a file is open for playing
-  std::int64_t PlayPosition() const;                   // of the next sample to be played
-  std::int64_t FirstPosition() const;                  // of the first sample
-  std::int64_t BehindSamples() const;                  // of the byte behind the last sample
-  std::int64_t FramesRecorded() const;                 // of all parts, at the rate of the file
+  bool HasFile() const { return playback_.IsOpen(); }                 // a file is open for playing
+  std::int64_t PlayPosition() const;                                  // of the next sample to be played
+  std::int64_t FirstPosition() const;                                 // of the first sample
+  std::int64_t BehindSamples() const;                                 // of the byte behind the last sample
+  std::int64_t FramesRecorded() const;                                // of all parts, at the rate of the file
+  std::int64_t HalvesFilled() const { return queue_.FillingHalf(); }  // of the recording under way
+  // Files that a save would name.
+  std::int32_t PartsToSave() const;
   const Failure& LastFault() const { return fault_; }  // words for the last result that wasn't 0
   const Failure& PlaybackFault() const { return playbackFault_; }
   // One of the methods that wait is under way.
@@ -150,6 +153,11 @@ class clsWavFile final : public BlockRecorder {
   // A recording that was found unsaved lies in the temporary files: Save takes it. False where another
   // program has it.
   bool Adopt();
+  // Keeps other programs from recording in the folder, and lets them again unless something of ours is there.
+  // `leftBehind`: an unsaved recording of before lies there, which the next one will replace.
+  bool HoldFolder() { return !busy_ && Lock(); }
+  void LeaveFolder(bool leftBehind);
+  bool IsLeftBehind() const { return leftBehind_; }
 
   // Playing.
   std::int16_t LoadMedia();                // asks for a file
@@ -230,7 +238,7 @@ class clsWavFile final : public BlockRecorder {
   std::int64_t nextHalf_ = 0, followedHalf_ = 0;
   std::int32_t followed_ = 0;
   bool isRecording_ = false, isClosed_ = true, isPaused_ = false, isPlaying_ = false, isIF_ = false,
-       busy_ = false, loopOnTime_ = false;
+       busy_ = false, leftBehind_ = false;
 };
 
 }  // namespace quorl

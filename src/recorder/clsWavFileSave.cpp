@@ -27,6 +27,10 @@ std::string DirectoryOf(const std::string& path) {
 
 }  // namespace
 
+std::int32_t clsWavFile::PartsToSave() const {
+  return static_cast<std::int32_t>(names_.Existing(machine_.Storage).size());
+}
+
 std::string clsWavFile::AskTarget() {
   if (!RecordFileName.empty()) return WithEnding(RecordFileName);
   const std::optional<std::string> chosen =
@@ -171,8 +175,14 @@ std::int16_t clsWavFile::SaveAs(const std::string& target) {
   return SaveParts(WithEnding(target));
 }
 
+void clsWavFile::LeaveFolder(bool leftBehind) {
+  leftBehind_ = leftBehind;
+  if (!IsUnsaved()) lock_.reset();
+}
+
 bool clsWavFile::Adopt() {
   if (busy_ || isRecording_ || !Lock()) return false;
+  leftBehind_ = false;
   statusOfMedia_ = MediaStatus::Unsaved;
   playerMode_ = kStopped;
   return true;

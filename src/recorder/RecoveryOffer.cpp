@@ -1,0 +1,68 @@
+#include "recorder/RecoveryOffer.h"
+
+#include "support/NumberPicture.h"
+#include "support/Product.h"
+
+namespace quorl {
+namespace {
+
+std::string LengthText(const FoundRecording& found) {
+  const double seconds = static_cast<double>(found.Frames) / found.Format.Rate;
+  return seconds < 120.0 ? FormatPicture(seconds, "0") + " seconds"
+                         : FormatPicture(seconds / 60.0, "#,##0") + " minutes";
+}
+
+}  // namespace
+
+RecoveryOffer::RecoveryOffer(clsWavFile& deck, const WavFileMachine& machine, const std::string& folder)
+    : deck_(deck), machine_(machine), recovery_(machine.Storage, machine.Worker, RecordingParts(folder)) {}
+
+void RecoveryOffer::Look() {
+  if (!deck_.HoldFolder()) return;
+  recovery_.Find([this](const FoundRecording& found) { Found(found); });
+}
+
+void RecoveryOffer::Tell(const Error& fault) {
+  Log(fault.Text);
+  machine_.Boxes.ShowMessage({.Text = fault.Text, .Title = kProductName, .Icon = MessageIcon::Warning});
+}
+
+bool RecoveryOffer::Asks(const FoundRecording& found) {
+  return machine_.Boxes.ShowMessage(
+             {.Text =
+                  "A recording of " + LengthText(found) +
+                  " was left behind without being saved. Do you want to keep it ?\nNo leaves it where it is, "
+                  "and asks again at the next start.",
+              .Title = kProductName,
+              .Icon = MessageIcon::Question,
+              .Buttons = MessageButtons::YesNo}) == MessageAnswer::Yes;
+}
+
+// Somebody who records meanwhile has had the question from the deck.
+void RecoveryOffer::Found(const FoundRecording& found) {
+  if (deck_.IsUnsaved() || deck_.IsBusy()) return;
+  if (found.Fault) {
+    deck_.LeaveFolder(true);
+    Tell(*found.Fault);
+  } else if (found.Files.empty()) {
+    deck_.LeaveFolder(false);
+  } else if (!Asks(found) || deck_.IsUnsaved()) {
+    deck_.LeaveFolder(true);
+  } else {
+    recovery_.Mend([this](const FoundRecording& mended) { Mended(mended); });
+  }
+}
+
+void RecoveryOffer::Mended(const FoundRecording& found) {
+  if (found.Fault) {
+    deck_.LeaveFolder(true);
+    Tell(*found.Fault);
+    return;
+  }
+  if (!deck_.Adopt()) return;
+  Log("A recording of " + LengthText(found) + " that was left behind is on the deck again" +
+      (found.LogLost ? ", without the log of its tuning" : ""));
+  OnAdopted();
+}
+
+}  // namespace quorl
