@@ -31,7 +31,7 @@ struct RecordingFormat {
   // Position of the first sample, from 0.
   std::int64_t DataAt() const { return IF ? 80 : 44; }
   // On the disk.
-  std::int64_t FrameBytes() const { return 2 * Channels; }
+  std::int64_t FrameBytes() const { return std::int64_t{2} * Channels; }
 
   bool operator==(const RecordingFormat&) const = default;
 };
