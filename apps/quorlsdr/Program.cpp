@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QScreen>
+#include <QStandardPaths>
 #include <QTimer>
 #include <cstdio>
 #include <functional>
@@ -15,6 +16,7 @@
 #include "desktop/qt/QtEventQueue.h"
 #include "desktop/window/PanelWindow.h"
 #include "desktop/window/PresetWindow.h"
+#include "desktop/window/RecordErrorWindow.h"
 #include "desktop/window/Shot.h"
 #include "desktop/window/SidePanels.h"
 #include "display/scope/ScopeOptions.h"
@@ -87,11 +89,18 @@ class Program {
       PutMemoryDefaults(store);
     };
     frame_ = std::make_unique<frmMain>(machine_->Parts(), machine_->Settings(), *log_,
-                                       StartOptions{options_.CommandLine, folder, defaults});
+                                       StartOptions{options_.CommandLine, folder, defaults, SoundFolder()});
     frame_->OnSplash = [this](bool visible) { ShowSplash(visible); };
     frame_->OnForm = [this] { OpenWindow(); };
     frame_->OnClose = [this] { Close(); };
     return {};
+  }
+
+  // The user's folder for music, or home where there is none.
+  std::string SoundFolder() const {
+    const std::string music = QStandardPaths::writableLocation(QStandardPaths::MusicLocation).toStdString();
+    const bool exists = machine_->Storage().Kind(music) == FileKind::Directory;
+    return exists ? music : QStandardPaths::writableLocation(QStandardPaths::HomeLocation).toStdString();
   }
 
   void ShowSplash(bool visible) {
@@ -102,6 +111,7 @@ class Program {
     // The log's controls are there by now: where it is wanted it shows from the first step.
     logWindow_ = std::make_unique<LogWindow>(frame_->Controls(), LogLine());
     presetWindow_ = std::make_unique<PresetWindow>(frame_->Controls(), LogLine());
+    recordErrorWindow_ = std::make_unique<RecordErrorWindow>(frame_->Controls(), LogLine());
     logWindow_->PaintNow();
     if (options_.Script.empty()) splash_ = std::make_unique<SplashPanel>(QUORL_VERSION);
   }
@@ -203,6 +213,7 @@ class Program {
   std::unique_ptr<SplashPanel> splash_;
   std::unique_ptr<LogWindow> logWindow_;
   std::unique_ptr<PresetWindow> presetWindow_;
+  std::unique_ptr<RecordErrorWindow> recordErrorWindow_;
   std::unique_ptr<PanelWindow> window_;
   bool closing_ = false;
 };

@@ -10,9 +10,10 @@ namespace quorl {
 
 struct StartOptions {
   std::string CommandLine;        // "trace" anywhere in it shows the log from the first step
-  std::string ApplicationFolder;  // band plans live here
+  std::string ApplicationFolder;  // band plans and a recording in progress live here
   // Puts into the store, once it has been read, what it lacks for this run. May be empty.
   std::function<void(SettingsStore&)> Defaults = {};
+  std::string SoundFolder = {};  // where files are sought that a user records and plays
 };
 
 }  // namespace quorl

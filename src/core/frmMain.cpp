@@ -21,7 +21,9 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
       store_(store),
       log_(log),
       options_(std::move(options)),
-      radio_(machine_, store, recorder_, [&log](const std::string& line) { log.AddLog(line); }),
+      wavFile_({machine_.Storage, machine_.Beside, machine_.Queue, machine_.Boxes, machine_.Time},
+               options_.ApplicationFolder),
+      radio_(machine_, store, wavFile_, [&log](const std::string& line) { log.AddLog(line); }),
       played_(radio_.Rx, radio_.Tuning()),
       logPanel_(registry_, log),
       form_(registry_, "frmMain"),
@@ -47,6 +49,8 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
       scope_(context_, machine_.Queue, machine_.Time, LinksOfScope()),
       memories_(context_, {machine_.Storage, machine_.Beside, machine_.Queue, machine_.Boxes, machine_.Time},
                 LinksOfMemories()),
+      recorder_(context_, {machine_.Storage, machine_.Beside, machine_.Queue, machine_.Boxes, machine_.Time},
+                wavFile_, LinksOfRecorder()),
       tmrSaveSettings_(machine_.Queue, [this] { SaveNow(); }),
       tmrUnload_(machine_.Queue, [this] { Form_Unload(); }) {
   logPanel_.frmLog.Visible = false;
@@ -55,6 +59,7 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
   ConnectColours();
   ConnectHousekeeping();
   ConnectScope();
+  ConnectRecorder();
   AddSettings();
 }
 
@@ -187,6 +192,7 @@ void frmMain::LogSoundFailure(const Error& failure) {
 void frmMain::PaintPower() {
   optPwr_(0).BackColour = on_ ? 0x00C000 : 0x00FF00;
   optPwr_(1).BackColour = on_ ? 0x0000FF : 0x0000C0;
+  recorder_.ShowState();
 }
 
 // A radio that is off shows nothing of what it last heard.
@@ -209,16 +215,18 @@ void frmMain::PowerOff() {
 
 void frmMain::Form_Unload() {
   if (unloaded_ || !formed_) return;
-  // A load that this was called from can only go on when this has returned.
+  // A load or a save that this was called from can only go on when this has returned.
+  const bool waits = memories_.IsLoading() || wavFile_.IsBusy();
   tmrUnload_.SetInterval(kUnloadInterval);
-  tmrUnload_.SetEnabled(memories_.IsLoading());
-  if (memories_.IsLoading()) return;
+  tmrUnload_.SetEnabled(waits);
+  if (waits) return;
   radio_.tmrPerfStats.SetEnabled(false);
   scope_.Stop();
   radio_.Stop();
   radio_.SoundCard().ReleaseDevices();
   machine_.Sound.OnDeviceLost([](const Error&) {});
   memories_.tmrSubBands.SetEnabled(false);
+  wavFile_.Finish();
   played_.End();
   if (!loading_) {
     memories_.Finish();

@@ -34,6 +34,7 @@
 #include "reception/NBPanel.h"
 #include "reception/NotchPanel.h"
 #include "reception/VolumePanel.h"
+#include "recorder/panel/RecorderPanel.h"
 #include "tuning/FrequencyEntry.h"
 #include "tuning/TuningPanel.h"
 
@@ -87,6 +88,7 @@ class frmMain {
   const std::vector<BandPlan>& MainBands() const { return memories_.BandPlans; }
   MemoriesPanel& Memories() { return memories_; }
   PlayedBand& Played() { return played_; }
+  clsWavFile& WavFile() { return wavFile_; }
   bool IsOn() const { return on_; }
   bool CaptionRemoved() const { return captionRemoved_; }
 
@@ -102,12 +104,15 @@ class frmMain {
   TuningPanelLinks LinksOfTuning();
   ScopePanelLinks LinksOfScope();
   MemoryLinks LinksOfMemories();
+  RecorderLinks LinksOfRecorder();
   void MakeTuning();
   void TellTuningFaults(bool open);
   void ApplyStored();
   void InitialiseSoundCard();
   void ConnectHousekeeping();
   void ConnectScope();
+  void ConnectRecorder();
+  void ApplyPace();
   void EnableTimers();
   void SwitchPower(bool on);
   void RemoveCaption(bool removed);
@@ -128,12 +133,13 @@ class frmMain {
   PostedFiles beside_{machine_.Storage, machine_.Beside};
   LogBook& log_;
   StartOptions options_;
-  NoRecorder recorder_;  // the recorder's place
+  clsWavFile wavFile_;
   MainOptions stored_;
   bool loading_ = true;
   bool on_ = false;
   bool powerWanted_ = false;  // what the last click asked for
   bool switching_ = false;
+  bool seen_ = true;
   bool captionRemoved_ = false;
   bool formed_ = false;  // the form is there: what follows has to be let go
   bool unloaded_ = false;
@@ -165,10 +171,11 @@ class frmMain {
   SMeterPanel smeter_;
   ScopePanel scope_;
   MemoriesPanel memories_;
+  RecorderPanel recorder_;
   Timer tmrSaveSettings_, tmrUnload_;
   SettingsTable early_;     // read before window and tuning are made of it: colours, size, board, interface
   SettingsTable settings_;  // the rest, read at its own step
-  SettingsTable ownMemories_{"Memories"};
+  SettingsTable ownMemories_{"Memories"}, wavFileRows_{"WavFile"}, ownRecorder_{"Recorder"};
   Listening following_;
 };
 

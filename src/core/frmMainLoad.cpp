@@ -57,6 +57,7 @@ void frmMain::LoadSteps() {
   step(":Making Form Visible");
   OnForm();
   step(":Setting Colour Scheme");
+  step(":Creating Wavfile Object");
   step(":Positioning Presets");
   step(":Initialising MouseOverS");
   step(":Initialising 7Segment Display Tuning");
@@ -124,6 +125,8 @@ void frmMain::LoadSteps() {
   filter_.lblFilterHi_Wheel();
   step(":Call MouseOverS.lblFilterLo_Wheel");
   filter_.lblFilterLo_Wheel();
+  step(":Initialise WavFile Object");
+  recorder_.Initialise();
   step(":Call tmrPerfStats_Timer");
   radio_.Housekeeping();
   RestMeters();
@@ -200,6 +203,7 @@ TuningPanelLinks frmMain::LinksOfTuning() {
   links.ScopePeriodic = [this] { scope_.Periodic(); };
   links.SetLowSideLO = [this](bool low) { radio_.Rx.SetLowSideLO(low); };
   links.StoreTuneStep = [this](std::int32_t dHz) { memories_.StoreTuneStep(dHz); };
+  links.TellRecorder = [this](std::int32_t dHz) { wavFile_.NewLogRecord(dHz); };
   links.ShowOscillator = [this](const std::string& text) {
     stats_.lblStatsVal(StatsPanel::kLO).Caption = text;
   };
@@ -213,7 +217,7 @@ ScopePanelLinks frmMain::LinksOfScope() {
   links.StepByRate = [this](int direction) { tuning_.StepByRate(direction); };
   links.TakeStep = [this](double dHz) { tuning_.TakeStep(dHz); };
   links.TuneStep = [this] { return radio_.VFO().TuneStep(); };
-  links.IsPlaying = [this] { return recorder_.PlayerMode() == PlayerModes::Playing; };
+  links.IsPlaying = [this] { return wavFile_.PlayerMode() == PlayerModes::Playing; };
   return links;
 }
 
@@ -223,9 +227,26 @@ MemoryLinks frmMain::LinksOfMemories() {
   links.Tuned = [this] { return radio_.Tuning().Tune().Wanted(); };
   links.ShowStepLock = [this] { tuning_.imgTuneStepLock.Visible = radio_.VFO().TuneStepLock; };
   links.SetTuningRate = [this](std::int32_t index) { tuning_.SetTuningRate(index, true); };
+  links.TellRecorder = [this](std::int32_t hertz) { wavFile_.NewLogRecord(hertz * 10); };
   links.Changed = [this] { scope_.Marks.Refresh(true); };
   links.Splash = [this](const std::string&, bool visible) { OnSplash(visible); };
   return links;
+}
+
+RecorderLinks frmMain::LinksOfRecorder() {
+  RecorderLinks links;
+  links.PressPower = [this](bool on) { optPwr_.Press(on ? 0 : 1); };
+  links.IsOn = [this] { return on_; };
+  links.ShowMemories = [this](bool shown) { memories_.frPresets.Visible = shown; };
+  links.Changed = [this] { ApplyPace(); };
+  links.Log = [this](const std::string& line) { log_.AddLog(line); };
+  return links;
+}
+
+void frmMain::ConnectRecorder() {
+  wavFile_.DefaultDirectory = options_.SoundFolder;
+  wavFile_.TunedFrequency = [this] { return radio_.Tuning().Tune().Wanted(); };
+  wavFile_.Origin = [this] { return IFOrigin{radio_.Rx.Vars.SDRModelNo, radio_.Rx.Vars.LowSideLO}; };
 }
 
 void frmMain::ConnectScope() {
@@ -239,6 +260,7 @@ void frmMain::ConnectScope() {
 void frmMain::ConnectColours() {
   scrollables_.BindKeys(CtlIndex::Frequency, tuning_.picFreqDisp);
   for (Frame* frame : {&tuning_.frFreqCtl, &frPwr_, &frDispMode_}) colours_.Add(*frame);
+  colours_.AddRepaint([this] { recorder_.ShowState(); });
   colours_.AddRepaint([this] {
     const ScrollableControl& digits = scrollables_(CtlIndex::Frequency);
     tuning_.SetColours({digits.NormalColour, digits.FocusColour, scheme_.SDRLabelColour,
@@ -297,6 +319,7 @@ void frmMain::ConnectHousekeeping() {
   radio_.BeforeFilters = [this] {
     smeter_.Update();
     stats_.Update();
+    recorder_.Housekeep();
   };
   radio_.AfterFilters = [this](bool peakMoved) {
     if (peakMoved) notch_.ShowPeak();
@@ -306,8 +329,15 @@ void frmMain::ConnectHousekeeping() {
 
 void frmMain::SetSeen(bool seen) {
   if (unloaded_) return;
+  seen_ = seen;
   scope_.SetSeen(seen);
-  if (!loading_) tuning_.tmrTune.SetInterval(seen ? kTuneInterval : kUnseenTuneInterval);
+  ApplyPace();
+}
+
+// A recording's log is as exact as the timer that tells it the frequency.
+void frmMain::ApplyPace() {
+  const int interval = seen_ || recorder_.IsRecording() ? kTuneInterval : kUnseenTuneInterval;
+  if (!loading_ && tuning_.tmrTune.Interval() != interval) tuning_.tmrTune.SetInterval(interval);
 }
 
 void frmMain::EnableTimers() {

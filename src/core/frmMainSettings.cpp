@@ -35,6 +35,8 @@ void frmMain::AddSettings() {
   scope_.AddSettings(settings_);
   memories_.AddSettings(settings_);
   memories_.AddOwnSettings(ownMemories_);
+  wavFile_.AddSettings(wavFileRows_);
+  recorder_.AddOwnSettings(ownRecorder_);
   notch_.AddSettings(settings_);
   nb_.AddSettings(settings_);
   agc_.AddSettings(settings_);
@@ -44,7 +46,7 @@ void frmMain::AddSettings() {
 void frmMain::RestoreSettings() {
   log_.AddLog("RestoreSettings : Start");
   settings_.Read(store_);
-  ownMemories_.Read(store_);
+  for (SettingsTable* own : {&ownMemories_, &wavFileRows_, &ownRecorder_}) own->Read(store_);
   scope_.ReadSettings(store_);
 }
 
@@ -57,7 +59,7 @@ void frmMain::SaveSettings() {
   radio_.NoteDevices();
   early_.Write(store_);
   settings_.Write(store_);
-  ownMemories_.Write(store_);
+  for (SettingsTable* own : {&ownMemories_, &wavFileRows_, &ownRecorder_}) own->Write(store_);
   scope_.WriteSettings(store_);
 }
 

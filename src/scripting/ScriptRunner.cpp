@@ -130,6 +130,8 @@ MessageAnswer ScriptDialogs::ShowMessage(const MessageRequest& request) {
   const bool yes = EqualsNoCase(*answer, "yes");
   if (request.Buttons == MessageButtons::Ok) return MessageAnswer::Ok;
   if (request.Buttons == MessageButtons::OkCancel) return yes ? MessageAnswer::Ok : MessageAnswer::Cancel;
+  if (request.Buttons == MessageButtons::YesNoCancel && EqualsNoCase(*answer, "cancel"))
+    return MessageAnswer::Cancel;
   return yes ? MessageAnswer::Yes : MessageAnswer::No;
 }
 

@@ -189,6 +189,7 @@ void TuningPanel::tmrTune_Timer() {
   if (std::exchange(TuneDownHeld, false)) StepAndTurn(-1, TuneRate);
   DisplayFrequency();
   links_.ScopePeriodic();
+  if (tuner_ != nullptr) links_.TellRecorder(tuner_->Wanted());
   lblTuneDialRate.Caption = lblTuningRate.Caption;
 }
 

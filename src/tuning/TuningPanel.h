@@ -27,6 +27,7 @@ struct TuningPanelLinks {
   std::function<void()> ReviveDisplay = [] {};  // where the keyboard came to them
   std::function<void(const std::string& text)> ShowOscillator = [](const std::string&) {};
   std::function<void()> ScopePeriodic = [] {};
+  std::function<void(std::int32_t dHz)> TellRecorder = [](std::int32_t) {};  // what is tuned, at each tick
   std::function<void(bool low)> SetLowSideLO = [](bool) {};  // the receiver's side of the local oscillator
   std::function<void(std::int32_t dHz)> StoreTuneStep = [](std::int32_t) {};  // in the active sub-band
 };

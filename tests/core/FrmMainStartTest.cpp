@@ -17,7 +17,7 @@ std::vector<std::string> ExpectedLog() {
        ":Creating Profiler Object", ":Initialising Tuning Step Array", ":Load Main Form"});
   add("Form_Load", {":Start", ":Resizing", ":Restoring SDR Colour Settings from Registry",
                     ":Creating SpectrumAnalyser Object", ":Making Form Visible", ":Setting Colour Scheme",
-                    ":Positioning Presets", ":Initialising MouseOverS",
+                    ":Creating Wavfile Object", ":Positioning Presets", ":Initialising MouseOverS",
                     ":Initialising 7Segment Display Tuning", ":Initialising dialtuner"});
   for (const int index : {2, 3, 4, 5, 7, 8, 9}) {
     add("Form_Load", {":Initialising CtlArray(" + std::to_string(index) + ")"});
@@ -48,10 +48,10 @@ std::vector<std::string> ExpectedLog() {
       {":Initialising SoundCard Object", ":Set OutputLevel Attenuator to PublicVars.OutputAttenuation",
        ":Select Band in use last time", ":Set the last tuned frequency for Spectrum Analyser",
        ":Call modWheelMouse.init", ":Set up default values in the AGC delayline",
-       ":Call MouseOverS.lblFilterHi_Wheel", ":Call MouseOverS.lblFilterLo_Wheel", ":Call tmrPerfStats_Timer",
-       ":Enable Power Butons", ":Enable TmrTune", ":Enable TmrVFOUpdate", ":Enable TmrShaft",
-       ":Enable TmrClock", ":Enable TmrSubBands", ":Initialise the Tuning Step Selector Drop Down List",
-       ":Call DarkenControls"});
+       ":Call MouseOverS.lblFilterHi_Wheel", ":Call MouseOverS.lblFilterLo_Wheel",
+       ":Initialise WavFile Object", ":Call tmrPerfStats_Timer", ":Enable Power Butons", ":Enable TmrTune",
+       ":Enable TmrVFOUpdate", ":Enable TmrShaft", ":Enable TmrClock", ":Enable TmrSubBands",
+       ":Initialise the Tuning Step Selector Drop Down List", ":Call DarkenControls"});
   add("Form_Initialize", {":End"});
   return lines;
 }

@@ -127,8 +127,8 @@ TEST_F(AccessibilityTest, EveryControlHasANameAndTheKeyboardReachesIt) {
     }
   }
   EXPECT_GT(turned, 85);
-  EXPECT_LT(reached.size(), 75U);
-  EXPECT_EQ(stops.size(), 10U);
+  EXPECT_LT(reached.size(), 95U);
+  EXPECT_EQ(stops.size(), 12U);
   for (const auto& [group, count] : stops) EXPECT_EQ(count, 1) << group;
 }
 

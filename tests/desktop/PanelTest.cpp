@@ -6,6 +6,7 @@
 #include "desktop/views/View.h"
 #include "desktop/window/PanelWindow.h"
 #include "desktop/window/PresetWindow.h"
+#include "desktop/window/RecordErrorWindow.h"
 #include "desktop/window/SidePanels.h"
 
 namespace quorl {
@@ -17,6 +18,7 @@ const std::map<std::string, std::string> kWithoutView = {
     {"frmLog", "the log's window itself"},
     {"frDispMode", "the buttons of the sizes stand on the receiver's card"},
     {"frmEditUserPreset", "the dialog's window itself"},
+    {"frmRecordFileError", "the message's window itself"},
     {"frmPresetDesc", "the hint beside a memory's button, which its text draws"},
     {"lblCaption", "the heading of that hint"},
     {"lstSubBandSelect", "the same choice as the field beside it"},
@@ -59,7 +61,8 @@ TEST_F(DesktopTest, EveryViewHasItsControlAndEveryControlItsView) {
   PanelWindow window(panel.Registry(), {.Log = missing});
   LogWindow log(panel.Registry(), missing);
   PresetWindow preset(panel.Registry(), missing);
-  const std::set<const Control*> shown = ShownBy({&window, &log, &preset});
+  RecordErrorWindow recordError(panel.Registry(), missing);
+  const std::set<const Control*> shown = ShownBy({&window, &log, &preset, &recordError});
   std::set<std::string> met;
   for (const Control* control : panel.Registry().All()) {
     const std::string& name = control->Name();

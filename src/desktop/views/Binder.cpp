@@ -54,6 +54,11 @@ LabelView* Binder::Reading(const std::string& name, const QString& widest, int p
   return control ? new LabelView(clock_, *control, LabelStyle::Reading, widest, pixels) : nullptr;
 }
 
+MessageView* Binder::Message(const std::string& name, int width) {
+  auto* control = Find<Label>(name);
+  return control ? new MessageView(clock_, *control, width) : nullptr;
+}
+
 KnobView* Binder::Knob(const std::string& name, int diameter) {
   auto* control = Find<Dial>(name);
   return control ? new KnobView(clock_, *control, diameter) : nullptr;
@@ -62,6 +67,26 @@ KnobView* Binder::Knob(const std::string& name, int diameter) {
 SliderView* Binder::Slide(const std::string& name, int width) {
   auto* control = Find<Slider>(name);
   return control ? new SliderView(clock_, *control, width) : nullptr;
+}
+
+SeekView* Binder::Seek(const std::string& name, int width) {
+  auto* control = Find<MarkedSlider>(name);
+  return control ? new SeekView(clock_, *control, width) : nullptr;
+}
+
+TransportView* Binder::Transport(const std::string& name, TransportSign sign) {
+  auto* control = Find<LatchButton>(name);
+  return control ? new TransportView(clock_, *control, sign) : nullptr;
+}
+
+LampView* Binder::Lamp(const std::string& name) {
+  auto* control = Find<Picture>(name);
+  return control ? new LampView(clock_, *control) : nullptr;
+}
+
+FocusRestView* Binder::FocusRest(const std::string& name) {
+  auto* control = Find<Picture>(name);
+  return control ? new FocusRestView(clock_, *control) : nullptr;
 }
 
 ChoiceView* Binder::Choice(const std::string& name, int width) {

@@ -13,16 +13,21 @@
 #include "desktop/views/FaceView.h"
 #include "desktop/views/FieldViews.h"
 #include "desktop/views/FloatingLabelView.h"
+#include "desktop/views/FocusRestView.h"
 #include "desktop/views/FrequencyView.h"
 #include "desktop/views/KnobView.h"
 #include "desktop/views/LabelView.h"
+#include "desktop/views/LampView.h"
 #include "desktop/views/LoudspeakerView.h"
+#include "desktop/views/MessageView.h"
 #include "desktop/views/NoteView.h"
 #include "desktop/views/RefreshClock.h"
 #include "desktop/views/SMeterView.h"
 #include "desktop/views/ScopeView.h"
+#include "desktop/views/SeekView.h"
 #include "desktop/views/SliderView.h"
 #include "desktop/views/SplitView.h"
+#include "desktop/views/TransportView.h"
 
 namespace quorl {
 
@@ -44,8 +49,14 @@ class Binder {
   LabelView* Word(const std::string& name, const QString& widest = {}, int pixels = 0);
   LabelView* Value(const std::string& name, const QString& widest, int pixels = 0);
   LabelView* Reading(const std::string& name, const QString& widest, int pixels = 0);
+  // Of several lines, which break at that width.
+  MessageView* Message(const std::string& name, int width);
   KnobView* Knob(const std::string& name, int diameter);
   SliderView* Slide(const std::string& name, int width);
+  SeekView* Seek(const std::string& name, int width);
+  TransportView* Transport(const std::string& name, TransportSign sign);
+  LampView* Lamp(const std::string& name);
+  FocusRestView* FocusRest(const std::string& name);
   ChoiceView* Choice(const std::string& name, int width);
   PopupListView* PopupList(const std::string& name, QWidget* anchor);
   ListView* List(const std::string& name);

@@ -54,6 +54,8 @@ TextView::TextView(RefreshClock& clock, TextBox& text, int width)
   line_->setFont(skin::WordFont());
   QObject::connect(line_, &QLineEdit::textEdited, this,
                    [this](const QString& typed) { text_.UserSet(typed.toStdString()); });
+  // The line has the keyboard in place of the view. Enter ends the typing, too.
+  QObject::connect(line_, &QLineEdit::editingFinished, this, [this] { text_.LostFocus(); });
 }
 
 void TextView::TakeOver() {

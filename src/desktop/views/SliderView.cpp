@@ -47,10 +47,10 @@ bool SliderView::OnKey(int code, Modifiers with) {
   return direction != 0 && slider_.UserTurn(direction, with);
 }
 
-double SliderView::ShareOfRange() const {
+double SliderView::PlaceOf(int value) const {
   const double range = slider_.Max() - slider_.Min();
-  const double share = range == 0 ? 0 : (slider_.Value() - slider_.Min()) / range;
-  return slider_.Reversed() ? 1 - share : share;
+  const double share = range == 0 ? 0 : (value - slider_.Min()) / range;
+  return kHandle + (slider_.Reversed() ? 1 - share : share) * (width() - 2 * kHandle);
 }
 
 void SliderView::MoveTo(double x) {
@@ -74,7 +74,7 @@ void SliderView::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   if (LooksOff()) painter.setOpacity(skin::kDisabledOpacity);
   const double middle = height() / 2.0;
-  const double at = kHandle + ShareOfRange() * (width() - 2 * kHandle);
+  const double at = PlaceOf(slider_.Value());
   const bool lively = IsHovered() || IsPressed() || hasFocus();
   painter.setPen(Qt::NoPen);
   painter.setBrush(QColor(skin::kUnlit));

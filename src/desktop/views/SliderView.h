@@ -24,11 +24,12 @@ class SliderView : public View {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
+  // Where a value stands, in pixels from the left.
+  double PlaceOf(int value) const;
 
  private:
   void Set(int value);
   void MoveTo(double x);
-  double ShareOfRange() const;
 
   Slider& slider_;
   int width_;

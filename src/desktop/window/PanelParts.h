@@ -23,5 +23,8 @@ QWidget* MakeSetupStrip(Binder& bind);
 QWidget* MakeScopeCard(Binder& bind);
 // Band plan, sub-bands, presets.
 QWidget* MakeMemoriesCard(Binder& bind);
+// The recorder's buttons, and the tracks that take the memories' place.
+QWidget* MakeRecorderCard(Binder& bind);
+QWidget* MakeTracksCard(Binder& bind);
 
 }  // namespace quorl

@@ -76,9 +76,21 @@ void PanelWindow::Build() {
   lower->addLayout(left, 1);
   // The keyboard's order is that of the making: the column comes before what is set once.
   lower->addWidget(column_ = MakeControlColumn(bind_));
-  left->addWidget(memories_ = MakeMemoriesCard(bind_));
+  left->addWidget(lists_ = MakeLists());
+  left->addWidget(recorder_ = MakeRecorderCard(bind_));
   left->addWidget(setup_ = MakeSetupStrip(bind_));
   rows->addLayout(lower, 1);
+}
+
+// The memories, or the tracks in their place.
+QWidget* PanelWindow::MakeLists() {
+  auto* lists = new QWidget;
+  lists->setMouseTracking(true);
+  auto* rows = new QVBoxLayout(lists);
+  rows->setContentsMargins(0, 0, 0, 0);
+  rows->addWidget(MakeMemoriesCard(bind_));
+  rows->addWidget(MakeTracksCard(bind_));
+  return lists;
 }
 
 void PanelWindow::SetDisplaySize(DisplaySize size) {
@@ -86,7 +98,8 @@ void PanelWindow::SetDisplaySize(DisplaySize size) {
   if (compact && !wasCompact) heightBefore_ = height();
   size_ = size;
   ShowRegion(*scope_, !compact);
-  ShowRegion(*memories_, !compact);
+  ShowRegion(*lists_, !compact);
+  ShowRegion(*recorder_, !compact);
   ShowRegion(*column_, size == DisplaySize::Standard || size == DisplaySize::Full);
   ShowRegion(*setup_, size == DisplaySize::Extended || size == DisplaySize::Full);
   setMinimumSize(kLeastWidth, compact ? kCompactHeight : kLeastHeight);

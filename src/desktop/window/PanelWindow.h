@@ -62,6 +62,7 @@ class PanelWindow : public QWidget {
 
  private:
   void Build();
+  QWidget* MakeLists();
   void ShowRegion(QWidget& region, bool shown);
   void FollowControls();
   void UpdateAwake();
@@ -80,7 +81,8 @@ class PanelWindow : public QWidget {
   QWidget* receiver_ = nullptr;
   QWidget* scope_ = nullptr;
   QWidget* column_ = nullptr;
-  QWidget* memories_ = nullptr;
+  QWidget* lists_ = nullptr;
+  QWidget* recorder_ = nullptr;
   QWidget* setup_ = nullptr;
 };
 

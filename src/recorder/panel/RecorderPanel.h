@@ -1,0 +1,143 @@
+// The recorder's strip: ten transport buttons, what is to be recorded and how, what the deck does at present.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "config/SettingsTable.h"
+#include "controls/Controls.h"
+#include "controls/LatchButton.h"
+#include "controls/MarkedSlider.h"
+#include "controls/Timer.h"
+#include "interaction/PanelContext.h"
+#include "platform/files/PostedFiles.h"
+#include "recorder/clsWavFile.h"
+#include "recorder/panel/RecordFileError.h"
+#include "recorder/panel/RecordingName.h"
+#include "recorder/panel/RecordingOptions.h"
+#include "recorder/panel/TrackList.h"
+
+namespace quorl {
+
+// What the panel needs of those beside it. Every entry may stay as it is.
+struct RecorderLinks {
+  std::function<void(bool on)> PressPower = [](bool) {};
+  std::function<bool()> IsOn = [] { return false; };
+  std::function<void(bool shown)> ShowMemories = [](bool) {};  // make room for the tracks, or come back
+  std::function<void()> Changed = [] {};                       // another state of the deck
+  std::function<void(const std::string& line)> Log = [](const std::string&) {};
+};
+
+// Places in cmdWavCtls.
+struct WavCtl {
+  static constexpr int Record = 0, Play = 1, Pause = 2, Stop = 3, Previous = 4, Next = 5, Loop = 6, Load = 7,
+                       Save = 8, Close = 9, Count = 10;
+};
+
+// PlayerMode beside PlayerModes.
+struct DeckMode {
+  static constexpr std::int32_t Paused = 3, Stopped = 4;
+};
+
+// One click routine serves all buttons, one click at a time: what is pressed while a box of the click before
+// stands open is dropped. Buttons look as the deck's state says, whoever brought it there.
+class RecorderPanel {
+ public:
+  // All outlives the panel.
+  RecorderPanel(const PanelContext& context, const WavFileMachine& machine, clsWavFile& deck,
+                RecorderLinks links);
+  ~RecorderPanel();
+
+  Frame frRecorder;
+  ControlArray<LatchButton> cmdWavCtls;
+  Picture picWavCtlsOffFocus;  // takes the keyboard from a pressed button, so that the keys tune on
+  Picture shpLooping;
+  Label lblRecorderState, lblRecordTime, lblRecordSize, lblRecorderDisk, lblRecorderDiskDesc;
+  MarkedSlider sldRecorderSeek;  // tenths of a second from the file's beginning
+  Label lblRecorderLeft;
+  Timer tmrRecorderWrite, tmrPlaybackRead;
+  RecordingName Name;
+  RecordingOptions Options;
+  TrackList Tracks;
+  RecordFileError Error;
+
+  void cmdWavCtls_Click(int index);
+  // Takes over what the settings have brought.
+  void Initialise();
+  // After each block that was heard: the numbers.
+  void Housekeep();
+  // The state, whoever changed it: the deck, the power, the receiver.
+  void ShowState();
+  bool IsRecording() const { return deck_.IsRecording(); }
+  // Section "Recorder".
+  void AddOwnSettings(SettingsTable& table) { Options.AddSettings(table); }
+
+ private:
+  enum class Unsaved { None, Goes, Stays };
+
+  void MakeButtons();
+  void ConnectDeck();
+  void ConnectControls();
+  void GiveKeysBack();
+  void RecordPressed();
+  void PlayPressed();
+  void PausePressed();
+  void StopPressed();
+  void PreviousPressed() { Tracks.Step(-1); }
+  void NextPressed() { Tracks.Step(1); }
+  void LoopPressed();
+  void LoadPressed();
+  void SavePressed();
+  void ClosePressed();
+  bool HasSomethingToPlay();
+  bool SaveForPlaying();
+  bool OpenLoaded();
+  Unsaved AskAboutUnsaved();
+  void Rewind();
+  void WavFile_CatalogueLoaded();
+  void WavFile_DiskRead(std::int64_t position);
+  void WavFile_PlayEnd();
+  void tmrRecorderWrite_Timer();
+  void tmrPlaybackRead_Timer();
+  void Seek();
+
+  void ShowButtons();
+  void ShowTracks(bool shown);
+  void ShowLine();
+  void ShowCounters();
+  void ShowPlace();
+  void LookAtDisk();
+  void ShowDisk();
+  std::optional<double> HoursLeft() const;
+  std::string StateText() const;
+  std::string Caution() const;
+  bool IsPaused() const { return deck_.PlayerMode() == DeckMode::Paused; }
+  bool Takes() const;  // a recording runs or is paused
+  bool Gives() const;  // a file is played or is paused
+  RecordingFormat Format() const;
+
+  PanelContext context_;
+  clsWavFile& deck_;
+  Dialogs& boxes_;
+  Files& files_;
+  const Clock& clock_;
+  RecorderLinks links_;
+  FileCalls calls_;
+  Listening listening_;
+  std::int64_t samples_ = 0, shownSamples_ = 0;
+  std::optional<std::int64_t> freeBytes_;
+  std::int64_t lookedAtDisk_ = 0;  // microseconds
+  std::string note_;               // stands in the line until the next click
+  std::int32_t parts_ = 0;
+  double saved_ = 0;  // share, while a save copies
+  bool looking_ = false;
+  bool started_ = false;  // nothing is asked of the disk before
+  bool inClick_ = false, inWrite_ = false, inRead_ = false, keysHere_ = false;
+  bool plays_ = false;     // Play has begun, and neither Stop nor the end has come
+  bool endWaits_ = false;  // the end came while a click was being carried out
+  bool writeFails_ = false;
+};
+
+}  // namespace quorl

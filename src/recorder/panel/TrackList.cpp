@@ -1,0 +1,82 @@
+#include "recorder/panel/TrackList.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/CalendarDays.h"
+#include "support/NumberPicture.h"
+#include "support/ScopedFlag.h"
+
+namespace quorl {
+namespace {
+
+constexpr const char* kHeaders = " F(KHz)   Date      Time   Duration";
+constexpr const char* kNoTracks = "No Track Information Found";
+constexpr std::size_t kFrequencyWidth = 6;
+
+std::int64_t SecondsOf(const LogRecord& record, const RecordingFormat& format) {
+  const double frames = double(record.End - record.Start) / double(format.FrameBytes());
+  return static_cast<std::int64_t>(std::floor(frames / format.Rate + 0.5));
+}
+
+std::string Padded(const std::string& text, std::size_t width) {
+  return text.size() < width ? std::string(width - text.size(), ' ') + text : text;
+}
+
+}  // namespace
+
+std::string TrackLine(const LogRecord& record, const RecordingFormat& format) {
+  const std::int64_t seconds = SecondsOf(record, format);
+  const double kiloHertz = std::floor(record.Freq / 10000.0 + 0.5);
+  return Padded(FormatPicture(kiloHertz, "0"), kFrequencyWidth) + " " + DateText(record.When) + " " +
+         FormatPicture(double(seconds / 3600), "0") + ":" + FormatPicture(double(seconds / 60 % 60), "00") +
+         ":" + FormatPicture(double(seconds % 60), "00") + " ";
+}
+
+TrackList::TrackList(ControlRegistry& registry)
+    : picRecorderTrackList(registry, "picRecorderTrackList"),
+      txtRecordingLogHeaders(registry, "txtRecordingLogHeaders"),
+      lstRecordingLogs(registry, "lstRecordingLogs") {
+  picRecorderTrackList.Visible = false;
+  lstRecordingLogs.AccessibleName = "Tracks";
+  lstRecordingLogs.Click = [this] {
+    const auto line = static_cast<std::size_t>(lstRecordingLogs.ListIndex());
+    if (!quiet_ && line < records_.size()) Chosen(records_[line]);
+  };
+}
+
+void TrackList::Fill(const std::vector<LogRecord>& log, const RecordingFormat& format) {
+  std::vector<std::string> lines;
+  std::size_t listed = 0;
+  records_.clear();
+  for (std::size_t i = 0; i < log.size(); ++i) {
+    if (SecondsOf(log[i], format) <= 0 || ++listed > kMostLines) continue;
+    records_.push_back(static_cast<std::int32_t>(i));
+    lines.push_back(TrackLine(log[i], format));
+  }
+  txtRecordingLogHeaders.Caption = log.empty() ? kNoTracks : kHeaders;
+  txtRecordingLogHeaders.ToolTip =
+      listed > kMostLines ? "The first 10,000 of " + FormatPicture(double(listed), "#,##0") + " tracks" : "";
+  const ScopedFlag quiet(quiet_);
+  lstRecordingLogs.SetItems(std::move(lines));
+  if (!records_.empty()) lstRecordingLogs.SetListIndex(0);
+}
+
+void TrackList::Select(int line) {
+  const ScopedFlag quiet(quiet_);
+  if (line >= 0 && line < static_cast<int>(records_.size())) lstRecordingLogs.SetListIndex(line);
+}
+
+void TrackList::SelectRecord(std::int32_t record) {
+  const auto line = std::lower_bound(records_.begin(), records_.end(), record);
+  if (line != records_.end() && *line == record) Select(static_cast<int>(line - records_.begin()));
+}
+
+void TrackList::Step(int direction) {
+  const int line = lstRecordingLogs.ListIndex() + direction;
+  if (line < 0 || line >= static_cast<int>(records_.size())) return;
+  Select(line);
+  Chosen(records_[static_cast<std::size_t>(line)]);
+}
+
+}  // namespace quorl

@@ -1,0 +1,90 @@
+// The recorder on the running radio.
+#include <gtest/gtest.h>
+
+#include "core/FrameRig.h"
+#include "recorder/files/RecordingHeader.h"
+
+namespace quorl::test {
+namespace {
+
+constexpr char kTemporary[] = "plans/~QUORLWAV.TMP";
+
+class FrmMainRecorder : public testing::Test {
+ protected:
+  FrmMainRecorder() {
+    rig.Storage.MakeDirectory("music");
+    EXPECT_TRUE(rig.Start());
+    rig.Click("optPwr(0)");
+    rig.Run(0.5);
+  }
+  void Button(int index) { rig.Press("cmdWavCtls", index); }
+  Recording Read(const std::string& path) {
+    Failure failure;
+    const auto file = rig.Storage.Open(path, OpenMode::Read, failure);
+    EXPECT_FALSE(failure) << failure->Text;
+    return file ? ReadRecording(*file).Own.value_or(Recording{}) : Recording{};
+  }
+
+  FrameRig rig{"[WavFile]\nRecBlockSizeInSamples=32768\nDecimator=2\n"};
+};
+
+// Whoever tunes: a hand, or a memory.
+TEST_F(FrmMainRecorder, ATourIsLoggedAndComesBackThroughTheLoudspeaker) {
+  EXPECT_EQ(rig.Text("optRecordSampleRate(1)"), "1");
+  rig.Set("txtRecordFileName", "music/tour");
+  Button(0);
+  rig.Run(3.0);
+  rig.Set("picFreqDisp", "7206300");
+  rig.Run(3.0);
+  rig.Frame().Memories().Memory.ApplySettings({.FreqCurrent = 7100000});
+  rig.Run(3.0);
+  Button(3);
+  rig.Run(0.5);
+  EXPECT_FALSE(rig.Frame().IsOn());
+  EXPECT_TRUE(rig.Storage.Exists(kTemporary));
+  Button(8);
+  const std::string saved = rig.Frame().WavFile().RecordFileName;
+  EXPECT_TRUE(saved.ends_with("/music/tour.wav")) << saved;
+  rig.Boxes.OpenFileAnswers.push_back("plans/../music/tour.wav");
+  EXPECT_FALSE(rig.Storage.Exists(kTemporary));
+}
+
+// A night's recording is logged by the timer that shows the frequency.
+TEST_F(FrmMainRecorder, AHiddenWindowDoesNotSlowTheLog) {
+  Timer& timer = rig.Frame().Tuning().tmrTune;
+  rig.Frame().SetSeen(false);
+  EXPECT_EQ(timer.Interval(), 500);
+  Button(0);
+  EXPECT_EQ(timer.Interval(), 50);
+  Button(3);
+  rig.Boxes.MessageAnswers.push_back(MessageAnswer::No);
+  Button(9);
+  EXPECT_EQ(timer.Interval(), 500);
+  Button(0);
+  rig.Frame().SetSeen(true);
+  rig.Frame().SetSeen(false);
+  EXPECT_EQ(timer.Interval(), 50);
+}
+
+TEST_F(FrmMainRecorder, TheProgramsEndFinishesARecording) {
+  Button(0);
+  rig.Run(3.0);
+  rig.Stop();
+  const Recording left = Read(kTemporary);
+  EXPECT_EQ(left.Format.Rate, 24000);
+  EXPECT_EQ(left.Frames(), 4 * 32768 / 2) << "four full halves of 0.68 s";
+  ASSERT_EQ(left.Log.size(), 1U);
+  EXPECT_EQ(left.Log[0].Freq, 72050000);
+}
+
+TEST_F(FrmMainRecorder, ItsSettingsAreKept) {
+  rig.Press("optRecordSampleRate", 3);
+  rig.Click("chkKeepTail");
+  rig.Restart();
+  EXPECT_EQ(rig.Text("optRecordSampleRate(3)"), "1");
+  EXPECT_EQ(rig.Text("chkKeepTail"), "1");
+  EXPECT_EQ(rig.Frame().WavFile().RecBlockSizeInSamples, 32768);
+}
+
+}  // namespace
+}  // namespace quorl::test
