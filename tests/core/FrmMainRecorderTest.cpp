@@ -13,6 +13,7 @@ class FrmMainRecorder : public testing::Test {
  protected:
   FrmMainRecorder() {
     rig.Storage.MakeDirectory("music");
+    rig.Storage.Put("plans/Amateur.bpl", kTinyPlan);
     EXPECT_TRUE(rig.Start());
     rig.Click("optPwr(0)");
     rig.Run(0.5);
@@ -36,17 +37,30 @@ TEST_F(FrmMainRecorder, ATourIsLoggedAndComesBackThroughTheLoudspeaker) {
   rig.Run(3.0);
   rig.Set("picFreqDisp", "7206300");
   rig.Run(3.0);
-  rig.Frame().Memories().Memory.ApplySettings({.FreqCurrent = 7100000});
+  hand::Click(rig.At("optPreset(0)"), {.Button = MouseButton::Left});
   rig.Run(3.0);
   Button(3);
   rig.Run(0.5);
   EXPECT_FALSE(rig.Frame().IsOn());
   EXPECT_TRUE(rig.Storage.Exists(kTemporary));
   Button(8);
-  const std::string saved = rig.Frame().WavFile().RecordFileName;
-  EXPECT_TRUE(saved.ends_with("/music/tour.wav")) << saved;
-  rig.Boxes.OpenFileAnswers.push_back("plans/../music/tour.wav");
   EXPECT_FALSE(rig.Storage.Exists(kTemporary));
+  const Recording tour = Read("music/tour.wav");
+  ASSERT_EQ(tour.Log.size(), 3U);
+  EXPECT_EQ(tour.Log[0].Freq, 72050000);
+  EXPECT_EQ(tour.Log[1].Freq, 72063000);
+  EXPECT_EQ(tour.Log[2].Freq, 71000000);
+  EXPECT_EQ(rig.Oscillator(), 450000000 + 71000000) << "far from what was heard first";
+
+  Button(1);  // what has just been saved
+  EXPECT_TRUE(rig.Frame().IsOn());
+  EXPECT_FALSE(rig.At("frPresets").Visible());
+  rig.Run(2.0);
+  EXPECT_GT(rig.Tone(500), 300.0) << "the broadcaster";
+  EXPECT_EQ(rig.Text("lblRecordTime"), "00:00:01");
+  rig.Run(8.0);
+  EXPECT_FALSE(rig.Frame().IsOn()) << "the end is a Stop";
+  EXPECT_TRUE(rig.Boxes.Messages.empty());
 }
 
 // A night's recording is logged by the timer that shows the frequency.

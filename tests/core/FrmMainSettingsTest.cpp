@@ -158,6 +158,7 @@ TEST(FrmMainSettings, APowerCutCostsAMinuteAtMost) {
 TEST(FrmMainSettings, ADiskThatStallsHoldsUpNeitherSoundNorTheLastSave) {
   FrameRig rig("[frmMain]\nAutoStartSDR=True\n");
   ASSERT_TRUE(rig.Start());
+  rig.Run(0.1);  // the recorder has asked for the disk's space
   rig.Worker.Stall();
   rig.Wheel("lbl7Seg(4)", 1);
   const std::int64_t before = rig.Blocks;

@@ -37,7 +37,8 @@ void RecordingName::Take() {
   if (!std::exchange(typed_, false)) return;
   const std::string text(Trim(txtRecordFileName.Value()));
   if (text.empty()) return Reset();
-  TakePath(text.starts_with('/') ? text : Directory() + "/" + text);
+  const std::string directory = text.starts_with('/') ? "" : Directory();
+  TakePath(directory.empty() ? text : directory + "/" + text);
 }
 
 std::string RecordingName::Directory() const {
