@@ -1,6 +1,6 @@
 #!/bin/sh
 # Makes the pictures of the panel in docs/pictures, off screen, on the demo band: the four display sizes at 1x and 2x,
-# and the scope in its modes.
+# the scope in its modes, and a recording that is played.
 # Usage: tools/make_screenshots.sh [PROGRAM]
 set -eu
 cd "$(dirname "$0")/.."
@@ -39,9 +39,28 @@ click chkChn2On
 set sldXWidth 400
 wait 2000
 shot docs/pictures/scope-time.png 1 frScope
+click chkScopeMode(0)
+click optSpectrumSource(0)
+click chkChn2On
+set txtRecordFileName tour
+click cmdWavCtls(0)
+set picFreqDisp 7205000
+wait 9000
+set picFreqDisp 7220000
+wait 12000
+set picFreqDisp 7290000
+wait 12000
+click cmdWavCtls(3)
+click cmdWavCtls(8)
+click cmdWavCtls(1)
+wait 1000
+click cmdWavCtls(5)
+wait 6000
+shot docs/pictures/recorder-tracks.png
+shot docs/pictures/recorder-tracks.png
 quit
 SCRIPT
 cp -r data/bandplans "$work/plans"  # the radio writes what it remembers into its plans
-QT_QPA_PLATFORM=offscreen "$program" --demo --virtual-time --settings "$work/demo.ini" --folder "$work/plans" \
+HOME="$work" QT_QPA_PLATFORM=offscreen "$program" --demo --virtual-time --settings "$work/demo.ini" --folder "$work/plans" \
   --script "$work/script.txt"
 ls -l docs/pictures
