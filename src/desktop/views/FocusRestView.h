@@ -12,6 +12,8 @@ class FocusRestView : public View {
     SetSizes(QSizePolicy::Fixed, QSizePolicy::Fixed);
   }
 
+  QAccessible::Role Role() const override { return QAccessible::Grouping; }
+  QString SpokenValue() const override { return {}; }
   bool TakesKeys() const override { return false; }  // the Tab key passes it by
   QSize sizeHint() const override { return {0, 24}; }
   QSize minimumSizeHint() const override { return sizeHint(); }

@@ -81,6 +81,7 @@ QWidget* MakeRecorderCard(Binder& bind) {
   Put(row, Small(bind.Toggle("chkRecordIF")));
   row->addSpacing(kGroupGap);
   row->addWidget(Flat(bind, "frRecordBitsPerSample", bind.Options("optRecordSamplePerBit", 2)));
+  row->addWidget(Caption("bit"));
   row->addStretch(1);
   PutNumber(row, bind.Reading("lblRecordMBytesPerHr", "000", 12), bind.Word("lblRecordMBytesDesc"));
   row->addSpacing(kGroupGap);

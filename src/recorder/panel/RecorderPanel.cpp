@@ -274,7 +274,8 @@ void RecorderPanel::SavePressed() {
   const std::int32_t mode = deck_.PlayerMode();
   if (mode != DeckMode::Stopped && mode != PlayerModes::Recording && mode != DeckMode::Paused) return;
   deck_.Save();
-  if (!deck_.IsUnsaved() && !deck_.HasFile()) Name.Show(deck_.RecordFileName);
+  if (deck_.StatusOfMedia() == MediaStatus::Saved && !deck_.HasFile() && !deck_.RecordFileName.empty())
+    Name.Show(deck_.RecordFileName);
 }
 
 void RecorderPanel::ClosePressed() {

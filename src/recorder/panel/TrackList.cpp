@@ -38,7 +38,9 @@ TrackList::TrackList(ControlRegistry& registry)
       txtRecordingLogHeaders(registry, "txtRecordingLogHeaders"),
       lstRecordingLogs(registry, "lstRecordingLogs") {
   picRecorderTrackList.Visible = false;
+  picRecorderTrackList.AccessibleName = "Recording";
   lstRecordingLogs.AccessibleName = "Tracks";
+  txtRecordingLogHeaders.AccessibleName = "Columns of the tracks";
   lstRecordingLogs.Click = [this] {
     const auto line = static_cast<std::size_t>(lstRecordingLogs.ListIndex());
     if (!quiet_ && line < records_.size()) Chosen(records_[line]);
