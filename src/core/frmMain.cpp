@@ -164,6 +164,7 @@ void frmMain::PowerOn() {
   on_ = true;
   PaintPower();
   RemoveCaption(stored_.FormCaptionOffOnPwrOn);
+  FollowDeck();
   radio_.Rx.FilterMaker.MakeFilters();
   optPwr_(2).Enabled = false;
   scope_.SetPower(true);

@@ -112,6 +112,7 @@ class frmMain {
   void ConnectHousekeeping();
   void ConnectScope();
   void ConnectRecorder();
+  void FollowDeck();
   void ApplyPace();
   void EnableTimers();
   void SwitchPower(bool on);
@@ -150,6 +151,7 @@ class frmMain {
   ColourSchemes scheme_;
   LiveRadio radio_;
   PlayedBand played_;
+  std::string playedFile_;  // that what is set belongs to
   LogPanel logPanel_;
   Picture form_;  // the window itself: keys and pointer that no control took
   Frame frPwr_, frDispMode_;

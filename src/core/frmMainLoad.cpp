@@ -217,7 +217,7 @@ ScopePanelLinks frmMain::LinksOfScope() {
   links.StepByRate = [this](int direction) { tuning_.StepByRate(direction); };
   links.TakeStep = [this](double dHz) { tuning_.TakeStep(dHz); };
   links.TuneStep = [this] { return radio_.VFO().TuneStep(); };
-  links.IsPlaying = [this] { return wavFile_.PlayerMode() == PlayerModes::Playing; };
+  links.IsPlaying = [this] { return wavFile_.PlayerMode() == PlayerModes::Playing && !wavFile_.IsIF(); };
   return links;
 }
 
@@ -238,7 +238,10 @@ RecorderLinks frmMain::LinksOfRecorder() {
   links.PressPower = [this](bool on) { optPwr_.Press(on ? 0 : 1); };
   links.IsOn = [this] { return on_; };
   links.ShowMemories = [this](bool shown) { memories_.frPresets.Visible = shown; };
-  links.Changed = [this] { ApplyPace(); };
+  links.Changed = [this] {
+    ApplyPace();
+    FollowDeck();
+  };
   links.Log = [this](const std::string& line) { log_.AddLog(line); };
   return links;
 }
@@ -247,6 +250,18 @@ void frmMain::ConnectRecorder() {
   wavFile_.DefaultDirectory = options_.SoundFolder;
   wavFile_.TunedFrequency = [this] { return radio_.Tuning().Tune().Wanted(); };
   wavFile_.Origin = [this] { return IFOrigin{radio_.Rx.Vars.SDRModelNo, radio_.Rx.Vars.LowSideLO}; };
+}
+
+// An IF recording that plays takes the antenna's place; one that pauses, ends or goes gives it back.
+void frmMain::FollowDeck() {
+  const bool plays = on_ && wavFile_.PlayerMode() == PlayerModes::Playing && wavFile_.IsIF();
+  const bool sameFile = wavFile_.HasFile() && wavFile_.FileName == playedFile_;
+  playedFile_ = wavFile_.FileName;
+  if (!plays || !sameFile) played_.End();
+  if (!sameFile) played_.Forget();
+  if (!plays) return;
+  played_.Begin(*wavFile_.Playing().IF, 0);
+  played_.Follow(wavFile_.Log(), wavFile_.PlayPosition() - 1);
 }
 
 void frmMain::ConnectScope() {
@@ -320,6 +335,7 @@ void frmMain::ConnectHousekeeping() {
     smeter_.Update();
     stats_.Update();
     recorder_.Housekeep();
+    FollowDeck();
   };
   radio_.AfterFilters = [this](bool peakMoved) {
     if (peakMoved) notch_.ShowPeak();

@@ -105,7 +105,7 @@ void TuningPanel::SetTuner(Tuner* tuner) {
   if (vfo_ == nullptr) return;
   tuner_->OnWanted = [this] { ShowWanted(); };
   tuner_->OnStop = [this] { ShowLimit(TuningLimitText(tuner_->Highest())); };
-  tuner_->OnRefused = [this] { ShowLimit("A recording plays: the BFO tunes within it"); };
+  tuner_->OnRefused = [this] { ShowLimit("A recording plays: only the BFO tunes"); };
   TuneRate = static_cast<float>(vfo_->TuneStep());
   if (TuneRate >= 1.0F) TuneDigit = DigitOfRate();
   ShowRate(TuneDigit);

@@ -9,6 +9,7 @@ namespace {
 
 constexpr IFOrigin kElektor{SDRModel::ElektorDRM, true};
 constexpr std::int32_t kYesterday = 61000000;  // dHz
+constexpr char kFile[] = "plans/yesterday.wav";
 
 // The part of the settings file that VFO, panel and receiver keep.
 std::string OfTheRadio(const std::string& stored) {
@@ -23,6 +24,20 @@ struct PlayedRig : FrameRig {
     Storage.Remove("plans/Broadcast.bpl");
   }
   PlayedBand& Band() { return Frame().Played(); }
+  clsWavFile& Deck() { return Frame().WavFile(); }
+  // A recording of four seconds, over and over.
+  void Play(const std::vector<LogRecord>& log = {{0.0, kYesterday, 80, 400000}},
+            const std::string& file = kFile) {
+    constexpr std::int64_t kFrames = 192000;
+    const RecordingFormat format{48000, 1, 16, kElektor};
+    Storage.Put(file, MakeWavHeader(format, format.DataAt() + 2 * kFrames, kFrames) +
+                          std::string(2 * kFrames, '\x11') + MakeTrailer(log));
+    Deck().FileName = file;
+    Deck().Looping = true;
+    EXPECT_EQ(Deck().OpenFile(), 0);
+    Press("cmdWavCtls", WavCtl::Play);
+  }
+  void Pause() { Press("cmdWavCtls", WavCtl::Pause); }
   std::string Plan() {
     Failure failure;
     return Storage.Read("plans/Amateur.bpl", failure).value_or("");
@@ -61,7 +76,7 @@ TEST(FrmMainPlayedBand, TheRadioIsTheRecordingsAndTheWireStandsStill) {
   const bool highSide = rig.VFO().HiSideLO;
   rig.Serial.SetRecording(true);
   rig.Serial.ClearLevels();
-  rig.Band().Begin(kElektor, kYesterday);
+  rig.Play();
   EXPECT_EQ(rig.Vars().SDRModelNo, SDRModel::ElektorDRM);
   EXPECT_TRUE(rig.Vars().LowSideLO);
   EXPECT_EQ(rig.Text("chkTuneLo"), "1");
@@ -85,13 +100,13 @@ TEST(FrmMainPlayedBand, TheRadioIsTheRecordingsAndTheWireStandsStill) {
     EXPECT_EQ(rig.Digits(), "061000000");
   }
   EXPECT_TRUE(rig.At("lblTuningLimit").Visible());
-  EXPECT_EQ(rig.Text("lblTuningLimit"), "A recording plays: the BFO tunes within it");
+  EXPECT_EQ(rig.Text("lblTuningLimit"), "A recording plays: only the BFO tunes");
   rig.Set("chkTuneLo", "0");  // a wrong side can be put right for the ear
   EXPECT_FALSE(rig.Vars().LowSideLO);
   rig.Run(10.0);  // the chip's refreshing
   EXPECT_TRUE(rig.Serial.Levels().empty());
 
-  rig.Band().End();
+  rig.Pause();
   EXPECT_FALSE(rig.At("lblTuningLimit").Visible());
   EXPECT_EQ(rig.Digits(), "072050000");
   EXPECT_EQ(rig.VFO().HiSideLO, highSide);
@@ -110,7 +125,7 @@ TEST(FrmMainPlayedBand, WhatIsSetForItGoesWithItAndComesBackAfterAPause) {
   rig.Set("sldOutVolume", "-1500");
   rig.Run(1.0);
   const PublicVars live = rig.Settings();
-  rig.Band().Begin(kElektor, kYesterday);
+  rig.Play();
   rig.TurnEverything();
   rig.Set("chkNotchOn", "0");
   rig.Run(1.0);
@@ -118,7 +133,7 @@ TEST(FrmMainPlayedBand, WhatIsSetForItGoesWithItAndComesBackAfterAPause) {
   EXPECT_EQ(heard.CurrentDemodMode, DemodMode::USB);
   EXPECT_EQ(heard.MixerFrequency, IFCentre + 700);
 
-  rig.Band().End();
+  rig.Pause();
   EXPECT_EQ(rig.Settings(), live);
   rig.Run(1.0);
   EXPECT_EQ(rig.Settings(), live);
@@ -129,23 +144,24 @@ TEST(FrmMainPlayedBand, WhatIsSetForItGoesWithItAndComesBackAfterAPause) {
   EXPECT_TRUE(rig.Frame().Radio().Rx.Filters.NotchFilterI.Active);
 
   rig.Set("sldOutVolume", "-2500");  // the volume is the listener's
-  rig.Band().Begin(kElektor, kYesterday);
+  rig.Pause();
   PublicVars again = rig.Settings();
   EXPECT_EQ(again.OutputAttenuation, -2500.0F);
   again.OutputAttenuation = heard.OutputAttenuation;
   again.OutputVolume = heard.OutputVolume;
   EXPECT_EQ(again, heard);
-  rig.Band().End();
+  rig.Pause();
   EXPECT_EQ(rig.Vars().OutputAttenuation, -2500.0F);
   EXPECT_EQ(rig.Vars().OutputVolume, -2500.0F);
 
-  rig.Band().Forget();
-  rig.Band().Begin(kElektor, kYesterday);
+  // Another recording begins with what the radio is set to.
+  rig.Play({}, "plans/other.wav");
+  EXPECT_TRUE(rig.Band().IsPlaying());
   EXPECT_EQ(rig.Vars().CurrentDemodMode, DemodMode::LSB);
 }
 
 TEST(FrmMainPlayedBand, NothingGoesToMemoriesOrStoreWhereverItEnds) {
-  for (const char* end : {"End", "power off", "the program closed"}) {
+  for (const char* end : {"pause", "power off", "the program closed"}) {
     SCOPED_TRACE(end);
     PlayedRig rig;
     ASSERT_TRUE(rig.Start());
@@ -153,13 +169,13 @@ TEST(FrmMainPlayedBand, NothingGoesToMemoriesOrStoreWhereverItEnds) {
     rig.Run(61.0);
     const std::string stored = rig.StoredText(), plan = rig.Plan();
     ASSERT_NE(stored.find("\nTunedFrequency=71000000\n"), std::string::npos);
-    rig.Band().Begin(kElektor, kYesterday);
+    rig.Play();
     rig.TurnEverything();
     hand::Click(rig.At("optPreset(1)"), {.Button = MouseButton::Right, .With = {.Shift = true}});
     rig.Run(130.0);
     EXPECT_EQ(rig.StoredText(), stored);
     EXPECT_EQ(rig.Plan(), plan);
-    if (end == std::string("End")) rig.Band().End();
+    if (end == std::string("pause")) rig.Pause();
     if (end == std::string("power off")) rig.Click("optPwr(1)");
     EXPECT_EQ(rig.Band().IsPlaying(), end == std::string("the program closed"));
     rig.Restart();
@@ -176,21 +192,24 @@ TEST(FrmMainPlayedBand, NothingGoesToMemoriesOrStoreWhereverItEnds) {
 TEST(FrmMainPlayedBand, TheDisplayFollowsTheLog) {
   PlayedRig rig;
   ASSERT_TRUE(rig.Start());
-  const std::vector<LogRecord> log = {{0.0, 61000000, 80, 2000}, {0.0, 70501000, 3000, 4001}};
-  rig.Band().Begin(kElektor, 0);
-  EXPECT_EQ(rig.Digits(), "000000000");
+  // Between the two nobody tells.
+  rig.Play({{0.0, 61000000, 80, 100080}, {0.0, 70501000, 200080, 400000}});
   struct Step {
     std::int64_t Position;
     const char* Digits;
   };
-  for (const Step& step : {Step{80, "061000000"}, Step{2500, "061000000"}, Step{3000, "070501000"},
-                           Step{9000, "070501000"}, Step{100, "061000000"}}) {
-    rig.Band().Follow(log, step.Position);
+  for (const Step& step : {Step{81, "061000000"}, Step{150081, "061000000"}, Step{200081, "070501000"},
+                           Step{90001, "061000000"}}) {
+    rig.Deck().SeekTo(step.Position);
+    rig.Run(0.1);
     EXPECT_EQ(rig.Digits(), step.Digits) << step.Position;
   }
-  rig.Band().End();
-  rig.Band().Follow(log, 3000);
+  rig.Pause();
   EXPECT_EQ(rig.Digits(), "072050000");
+  rig.Pause();
+  EXPECT_EQ(rig.Digits(), "061000000");
+  rig.Play({}, "plans/other.wav");
+  EXPECT_EQ(rig.Digits(), "000000000") << "a recording without a log";
 }
 
 }  // namespace
