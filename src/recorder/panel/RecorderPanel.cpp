@@ -167,6 +167,10 @@ void RecorderPanel::RecordPressed() {
   if (deck_.IsRecording() || AskAboutUnsaved() == Unsaved::Stays) return;
   plays_ = false;
   parts_ = 0;
+  if (Gives()) {  // what the radio lent to the file it has back before anything is noted
+    deck_.StopPlayer();
+    links_.Changed();
+  }
   if (deck_.OpenRecording() != 0) {
     links_.Log(deck_.LastFault() ? deck_.LastFault()->Text : "The recorder is busy");
     Error.Show("Unable to Create Temporary File " + deck_.TempFileName() + kAnotherApplication);

@@ -34,6 +34,7 @@ class RecorderRig : public testing::Test, public VirtualDesk, public Hands {
       if (Panel) Panel->ShowState();
     };
     links.IsOn = [this] { return Power; };
+    links.Changed = [this] { OnChanged(); };
     links.ShowMemories = [this](bool shown) { Memories = shown; };
     Panel.emplace(Context, WavFileMachine{Storage, Worker, Queue, Boxes, Clock}, Deck, links);
     Radio.Initialise();
@@ -109,6 +110,7 @@ class RecorderRig : public testing::Test, public VirtualDesk, public Hands {
   std::int32_t Tuned = 72050000;
   bool Power = false, SoundStarts = true, Memories = true;
   std::string Presses;  // of the power: + On, - Off
+  std::function<void()> OnChanged = [] {};
   std::optional<RecorderPanel> Panel;
 };
 

@@ -171,6 +171,20 @@ TEST_F(Transport, WhatCanNotBeRecordedIsToldToTheLetter) {
   EXPECT_EQ(Down(), "0");
 }
 
+// A band that plays has the radio's frequency for as long as it does.
+TEST_F(Transport, ARecordingOverAFileThatPlaysBeginsWithTheRadiosOwnFrequency) {
+  MakeTour();
+  OnChanged = [this] { Tuned = Deck.PlayerMode() == PlayerModes::Playing ? 72050000 : 95000000; };
+  Button(WavCtl::Play);
+  Hear(1.0);
+  EXPECT_EQ(Tuned, 72050000);
+  Button(WavCtl::Record);
+  EXPECT_EQ(Down(), "0");
+  ASSERT_FALSE(Deck.Log().empty());
+  EXPECT_EQ(Deck.Log()[0].Freq, 95000000);
+  EXPECT_TRUE(Memories) << "the tracks were those of the file";
+}
+
 TEST_F(Transport, AFullDiskIsToldOnceAndTheRecordingGoesOn) {
   Power = true;
   Button(WavCtl::Record);
