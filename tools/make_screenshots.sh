@@ -42,6 +42,8 @@ shot docs/pictures/scope-time.png 1 frScope
 click chkScopeMode(0)
 click optSpectrumSource(0)
 click chkChn2On
+click chkScopeShowFilters
+set sldXWidth 1023
 set txtRecordFileName tour
 click cmdWavCtls(0)
 set picFreqDisp 7205000
