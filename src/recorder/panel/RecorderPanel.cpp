@@ -238,7 +238,8 @@ bool RecorderPanel::OpenLoaded() {
   lblRecorderState.Caption = "Opening " + deck_.FileShortName;
   if (deck_.OpenFile() != 0) {
     Error.Show(deck_.LastFault() ? deck_.LastFault()->Text
-                                 : deck_.FileName + ": this is no recording of " + kProductName);
+                                 : deck_.FileName + ": this is no recording of " + kProductName +
+                                       ". Load a WAV file that was recorded with it");
     return false;
   }
   plays_ = false;
