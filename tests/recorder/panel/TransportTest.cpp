@@ -71,10 +71,11 @@ TEST_F(Transport, PauseHoldsAndRecordOrPauseGoOn) {
   EXPECT_GT(Deck.SamplesQueued, queued);
   Button(WavCtl::Pause);
   Button(WavCtl::Stop);
-  Button(WavCtl::Record);
-  Button(WavCtl::Pause);
-  EXPECT_EQ(Down(), "") << "stopped, nothing is held any more";
-  EXPECT_EQ(Deck.PlayerMode(), DeckMode::Stopped);
+  for (const int button : {WavCtl::Record, WavCtl::Pause}) {
+    Button(button);
+    EXPECT_EQ(Down(), "") << "stopped, nothing is held any more";
+    EXPECT_EQ(Deck.PlayerMode(), DeckMode::Stopped);
+  }
 }
 
 TEST_F(Transport, PlayAsksForTheRecordingFirst) {
@@ -94,6 +95,7 @@ TEST_F(Transport, PlayAsksForTheRecordingFirst) {
   EXPECT_TRUE(Deck.IsUnsaved());
   EXPECT_EQ(Down(), "");
   EXPECT_EQ(Deck.RecordFileName, "/music/known.wav");
+  EXPECT_FALSE(At("frmRecordFileError").Visible()) << "that ends it: there is nothing to be opened";
   Boxes.MessageAnswers = {MessageAnswer::Yes};
   Boxes.SaveFileAnswers = {kTour};
   Button(WavCtl::Play);
@@ -113,13 +115,17 @@ TEST_F(Transport, WhatIsNotSavedGoesOnlyAfterAQuestion) {
     ASSERT_FALSE(Deck.IsRecording());
     Boxes.MessageAnswers = {MessageAnswer::Cancel};
     Boxes.OpenFileAnswers = {kTour};
+    Boxes.Messages.clear();
     Button(button);
+    ASSERT_EQ(Boxes.Messages.size(), 1U);
     EXPECT_EQ(Boxes.Messages.back().Text, "Do you want to save the Recording ?");
     EXPECT_EQ(Boxes.Messages.back().Buttons, MessageButtons::YesNoCancel);
     EXPECT_TRUE(Deck.IsUnsaved());
     Boxes.MessageAnswers = {MessageAnswer::Yes};
     Button(button);
     EXPECT_TRUE(Deck.IsUnsaved()) << "no name was given";
+    EXPECT_EQ(Boxes.Messages.size(), 2U);
+    EXPECT_FALSE(Deck.IsRecording());
     Boxes.MessageAnswers = {MessageAnswer::No};
     Button(button);
     EXPECT_EQ(Storage.Exists("/radio/~QUORLWAV.TMP"), button == WavCtl::Record);
