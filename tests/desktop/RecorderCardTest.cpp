@@ -15,6 +15,8 @@ class RecorderCardTest : public WindowRig {
     panel.Frame().Scrollables().GiveFocus = [this](Control& control) { window.GiveFocus(control.Name()); };
     window.resize(1024, 700);
     window.show();
+    window.activateWindow();
+    if (!QTest::qWaitForWindowActive(&window)) throw std::runtime_error("the window gets no keys");
     Show();
   }
   void Show() {
@@ -108,13 +110,16 @@ TEST_F(RecorderCardTest, AKeyThatPressesAButtonLeavesTheNextOnesToTuning) {
   EXPECT_EQ(panel.Text("cmdWavCtls(0)"), "1");
   EXPECT_EQ(window.focusWidget(), &View("picWavCtlsOffFocus"));
   window.PressKey({Key::Space, {}}, true);
-  EXPECT_EQ(panel.Text("cmdWavCtls(0)"), "1");
+  EXPECT_EQ(panel.Text("cmdWavCtls(2)"), "0");
+  QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+  EXPECT_EQ(window.focusWidget()->objectName().toStdString(), "cmdWavCtls(0)");
+  ASSERT_TRUE(window.FocusByKeyboard("cmdWavCtls(2)"));
+  window.PressKey({Key::Enter, {}}, true);
+  EXPECT_EQ(panel.Text("cmdWavCtls(2)"), "1");
   window.PressKey({Key::Up, {}}, true);
   panel.Run(0.2);
   window.PressKey({Key::Up, {}}, false);
   EXPECT_NE(panel.Digits(), "072050000");
-  QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
-  EXPECT_EQ(window.focusWidget(), &View("cmdWavCtls(0)"));
 }
 
 TEST_F(RecorderCardTest, ANameCountsWhenTheLineIsLeft) {
