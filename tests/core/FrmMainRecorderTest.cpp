@@ -91,6 +91,31 @@ TEST_F(FrmMainRecorder, TheProgramsEndFinishesARecording) {
   EXPECT_EQ(left.Log[0].Freq, 72050000);
 }
 
+// The window is closed while a slow disk takes the last half.
+TEST_F(FrmMainRecorder, TheProgramsEndWaitsForASave) {
+  rig.Set("txtRecordFileName", "music/night");
+  Button(0);
+  rig.Run(3.0);
+  Button(3);
+  rig.Run(0.1);
+  rig.Worker.Stall();
+  const int stored = rig.Storage.Writes;
+  int ticks = 0;
+  std::unique_ptr<QueueTimer> timer;
+  timer = rig.Queue.CreateTimer([&] {
+    EXPECT_TRUE(rig.Frame().WavFile().IsBusy());
+    EXPECT_EQ(rig.Storage.Writes, stored) << "still there";
+    ++ticks < 3 ? rig.Frame().Form_Unload() : rig.Worker.Resume();
+    if (ticks == 3) timer->Stop();
+  });
+  timer->Start(std::chrono::milliseconds(100));
+  Button(8);
+  EXPECT_EQ(ticks, 3);
+  rig.Run(1.0);
+  EXPECT_GT(rig.Storage.Writes, stored);
+  EXPECT_EQ(Read("music/night.wav").Frames(), 4 * 32768 / 2);
+}
+
 TEST_F(FrmMainRecorder, ItsSettingsAreKept) {
   rig.Press("optRecordSampleRate", 3);
   rig.Click("chkKeepTail");
