@@ -209,6 +209,37 @@ TEST_F(Transport, AFullDiskIsToldOnceAndTheRecordingGoesOn) {
   EXPECT_EQ(State(), "Recording");
 }
 
+TEST_F(Transport, AFileThatCanNotBeReadAnyMoreEndsPlayingAndIsNamed) {
+  MakeTour({7205, 7220, 7290, 7300});
+  Button(WavCtl::Play);
+  Hear(1.0);
+  Storage.Fail(FileOperation::Read, {5, std::string(kTour) + ": Input/output error"});
+  Hear(17.0);
+  EXPECT_EQ(Down(), "");
+  EXPECT_EQ(Presses, "+-");
+  EXPECT_TRUE(At("frmRecordFileError").Visible());
+  EXPECT_EQ(Text("txtMessage").find(kTour), 0U) << Text("txtMessage");
+}
+
+TEST_F(Transport, TheLineFollowsPartsAndASaveThatTakesItsTime) {
+  Deck.MostFileBytes = 200'000;
+  Power = true;
+  Button(WavCtl::Record);
+  Hear(1.0);
+  EXPECT_EQ(State(), "Recording");
+  Hear(4.0);
+  EXPECT_EQ(State(), "Recording file 4") << "two halves fit into each";
+  Hear(1.0);
+  EXPECT_EQ(Text("lblRecordTime"), "00:00:05") << "of all parts";
+  Button(WavCtl::Stop);
+  Deck.SaveProgress(0.42);
+  EXPECT_EQ(State(), "Saving 42%");
+  Boxes.SaveFileAnswers = {kTour};
+  Button(WavCtl::Save);
+  EXPECT_EQ(State(), "Saved as tour.wav");
+  EXPECT_TRUE(Storage.Exists("/music/tour-2.wav"));
+}
+
 TEST_F(Transport, PlayingEndsWhereTheSoundDoesNotStartAndStaysOnWhereThatIsWanted) {
   MakeTour();
   SoundStarts = false;
