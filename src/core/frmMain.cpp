@@ -21,8 +21,8 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
       store_(store),
       log_(log),
       options_(std::move(options)),
-      wavFile_({machine_.Storage, machine_.Beside, machine_.Queue, machine_.Boxes, machine_.Time},
-               options_.ApplicationFolder),
+      wavFile_(DeckMachine(), options_.ApplicationFolder),
+      offer_(wavFile_, DeckMachine(), options_.ApplicationFolder),
       radio_(machine_, store, wavFile_, [&log](const std::string& line) { log.AddLog(line); }),
       played_(radio_.Rx, radio_.Tuning()),
       logPanel_(registry_, log),
@@ -49,8 +49,7 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
       scope_(context_, machine_.Queue, machine_.Time, LinksOfScope()),
       memories_(context_, {machine_.Storage, machine_.Beside, machine_.Queue, machine_.Boxes, machine_.Time},
                 LinksOfMemories()),
-      recorder_(context_, {machine_.Storage, machine_.Beside, machine_.Queue, machine_.Boxes, machine_.Time},
-                wavFile_, LinksOfRecorder()),
+      recorder_(context_, DeckMachine(), wavFile_, LinksOfRecorder()),
       tmrSaveSettings_(machine_.Queue, [this] { SaveNow(); }),
       tmrUnload_(machine_.Queue, [this] { Form_Unload(); }) {
   logPanel_.frmLog.Visible = false;
@@ -61,6 +60,10 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
   ConnectScope();
   ConnectRecorder();
   AddSettings();
+}
+
+WavFileMachine frmMain::DeckMachine() const {
+  return {machine_.Storage, machine_.Beside, machine_.Queue, machine_.Boxes, machine_.Time};
 }
 
 frmMain::~frmMain() {

@@ -34,6 +34,7 @@
 #include "reception/NBPanel.h"
 #include "reception/NotchPanel.h"
 #include "reception/VolumePanel.h"
+#include "recorder/RecoveryOffer.h"
 #include "recorder/panel/RecorderPanel.h"
 #include "tuning/FrequencyEntry.h"
 #include "tuning/TuningPanel.h"
@@ -104,6 +105,7 @@ class frmMain {
   TuningPanelLinks LinksOfTuning();
   ScopePanelLinks LinksOfScope();
   MemoryLinks LinksOfMemories();
+  WavFileMachine DeckMachine() const;
   RecorderLinks LinksOfRecorder();
   void MakeTuning();
   void TellTuningFaults(bool open);
@@ -135,6 +137,7 @@ class frmMain {
   LogBook& log_;
   StartOptions options_;
   clsWavFile wavFile_;
+  RecoveryOffer offer_;
   MainOptions stored_;
   bool loading_ = true;
   bool on_ = false;

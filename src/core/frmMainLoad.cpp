@@ -143,6 +143,7 @@ void frmMain::LoadSteps() {
   scope_.EnableTimer();
   if (stored_.AutoStartSDR) optPwr_.Press(0);
   loading_ = false;
+  offer_.Look();
 }
 
 void frmMain::ConnectForm() {
@@ -243,10 +244,13 @@ RecorderLinks frmMain::LinksOfRecorder() {
     FollowDeck();
   };
   links.Log = [this](const std::string& line) { log_.AddLog(line); };
+  links.Media = &machine_.Media;
   return links;
 }
 
 void frmMain::ConnectRecorder() {
+  offer_.Log = [this](const std::string& line) { log_.AddLog(line); };
+  offer_.OnAdopted = [this] { recorder_.ShowState(); };
   wavFile_.DefaultDirectory = options_.SoundFolder;
   wavFile_.TunedFrequency = [this] { return radio_.Tuning().Tune().Wanted(); };
   wavFile_.Origin = [this] { return IFOrigin{radio_.Rx.Vars.SDRModelNo, radio_.Rx.Vars.LowSideLO}; };

@@ -15,9 +15,10 @@ std::string LengthText(const FoundRecording& found) {
 }  // namespace
 
 RecoveryOffer::RecoveryOffer(clsWavFile& deck, const WavFileMachine& machine, const std::string& folder)
-    : deck_(deck), machine_(machine), recovery_(machine.Storage, machine.Worker, RecordingParts(folder)) {}
+    : deck_(deck), machine_(machine), parts_(folder), recovery_(machine.Storage, machine.Worker, parts_) {}
 
 void RecoveryOffer::Look() {
+  if (parts_.Existing(machine_.Storage).empty() && !machine_.Storage.Exists(parts_.Journal())) return;
   if (!deck_.HoldFolder()) return;
   recovery_.Find([this](const FoundRecording& found) { Found(found); });
 }

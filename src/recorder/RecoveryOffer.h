@@ -30,6 +30,7 @@ class RecoveryOffer {
 
   clsWavFile& deck_;
   WavFileMachine machine_;
+  RecordingParts parts_;
   Recovery recovery_;
 };
 

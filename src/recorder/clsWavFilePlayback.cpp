@@ -7,7 +7,10 @@
 namespace quorl {
 namespace {
 
-constexpr char kFilter[] = "Sound Files (*.wav)|*.wav";
+constexpr char kFilter[] =
+    "Sound Files (*.wav)|*.wav|Other sound files "
+    "(*.flac;*.aiff;*.aif;*.ogg;*.oga;*.opus;*.mp3;*.au;*.w64;*.rf64)|"
+    "*.flac;*.aiff;*.aif;*.ogg;*.oga;*.opus;*.mp3;*.au;*.w64;*.rf64";
 constexpr std::int32_t kProgressBlocks = 16;
 constexpr std::int32_t kSecondsAhead = 4;
 

@@ -35,6 +35,7 @@ const std::map<std::string, std::string> kWithoutView = {
     {"lblStatsVal(6)", "an empty place"},
     {"lblStatsVal(7)", "an empty place"},
     {"lblStatsVal(8)", "an empty place"},
+    {"mnuExportTracks", "opens at the pointer when it is asked for"},
     {"mnuScope", "opens at the pointer when it is asked for"},
     {"mnuWaterfall", "opens at the pointer when it is asked for"},
     {"lblStatsVal(9)", "of a thread that nothing measures yet"},

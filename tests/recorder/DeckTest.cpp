@@ -2,6 +2,7 @@
 
 #include <cerrno>
 
+#include "config/SettingsStore.h"
 #include "sound/AllocationCounter.h"
 
 namespace quorl::test {
@@ -327,6 +328,71 @@ TEST_F(DeckRig, TheBlockPathAllocatesNothing) {
     Deck.ReadFromDisk();
   }
   EXPECT_EQ(taken, 0);
+}
+
+TEST_F(DeckRig, TheCallsWithoutAButtonKeepTheirWord) {
+  EXPECT_EQ(Deck.ClosePlayback(), DeckCode::NothingToClose);
+  Deck.StopRecording();
+  EXPECT_EQ(Deck.PlayerMode(), 4);
+  Deck.OpenRecording();
+  Feed(kHalf);
+  Deck.Pause();
+  Deck.StopRecording();
+  EXPECT_FALSE(Deck.IsRecording() || Deck.IsPaused());
+  Feed(1);
+  EXPECT_EQ(LastAdd, DeckCode::AddWithoutRecording);
+  Deck.Save();
+  EXPECT_EQ(SamplesOf(kSaved).size(), 131072U);
+
+  Deck.TakeName(kSaved);
+  ASSERT_EQ(Deck.OpenPlayback(), 0);
+  EXPECT_TRUE(Deck.IsPlaying());
+  EXPECT_FALSE(Deck.IsClosed());
+  EXPECT_EQ(Deck.PlayerMode(), 0);
+  Queue.AdvanceBy(std::chrono::milliseconds(50));
+  Deck.Play();
+  EXPECT_EQ(Hear(1)[5], Signal(5));
+  Deck.StopPlayBack();
+  EXPECT_FALSE(Deck.IsPlaying());
+  EXPECT_EQ(Deck.OpenPlayback(), 0);
+  EXPECT_EQ(Deck.ClosePlayback(), 0);
+  EXPECT_TRUE(Deck.IsClosed());
+
+  std::string stamp(100, 'x');
+  Deck.UnPackLogRecord(stamp);
+  EXPECT_EQ(stamp.size(), 100U);
+  std::string text;
+  for (std::size_t i = 0; stamp[i + 1] == '\0'; i += 2) text += stamp[i];
+  EXPECT_EQ(text,
+            "QUORL\x04"
+            "D=2024-01-01\x04"
+            "T=12:0:2\x04");
+}
+
+TEST_F(DeckRig, SettingsThatCantBeAreToldAndLeftOut) {
+  std::vector<std::string> lines;
+  Deck.Report = [&](const std::string& line) { lines.push_back(line); };
+  SettingsTable table("WavFile");
+  Deck.AddSettings(table);
+  SettingsStore store(Storage, "/radio/settings.ini");
+  for (const auto& [key, value] : {std::pair{"RecBlockSizeInSamples", "5000"},
+                                   {"Decimator", "3"},
+                                   {"SamplingRate", "44100"},
+                                   {"NumChannels", "2"},
+                                   {"BitsPerSample", "24"},
+                                   {"LastDirectory", "/music"}}) {
+    store.SaveSetting("WavFile", key, value);
+  }
+  table.Read(store);
+  EXPECT_EQ(lines.size(), 5U);
+  EXPECT_EQ(Deck.RecBlockSizeInSamples, 131072);
+  EXPECT_EQ(Deck.Decimator(), 1);
+  EXPECT_EQ(Deck.BitsPerSample, 16);
+  EXPECT_EQ(Deck.LastDirectory, "/music");
+  Deck.SetDecimator(8);
+  table.Write(store);
+  EXPECT_EQ(store.GetSetting("WavFile", "WavSamplingRate", ""), "6000");
+  EXPECT_EQ(store.GetSetting("WavFile", "RecordFileName", ""), kSaved);
 }
 
 }  // namespace

@@ -96,6 +96,9 @@ QWidget* MakeTracksCard(Binder& bind) {
   head->addSpacing(kInList);
   if (LabelView* words = AsRoomAllows(bind.Reading("txtRecordingLogHeaders", {}, kListPixels)))
     head->addWidget(words, 1);
+  FaceView* exporting = bind.Button("cmdExportTracks");
+  Put(head, Small(exporting));
+  bind.PopupMenu("mnuExportTracks", card, exporting);
   ListView* list = bind.List("lstRecordingLogs");
   if (!list) return card;
   list->setMinimumHeight(kLeast);

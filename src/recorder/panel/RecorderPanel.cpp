@@ -25,6 +25,11 @@ constexpr std::array<ButtonText, WavCtl::Count> kTexts{{
     {"Close Recorder", "Close Recorder"},
 }};
 
+std::string FolderOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  return slash == std::string::npos ? "." : path.substr(0, slash);
+}
+
 constexpr const char* kAnotherApplication =
     "\n Another application may be using the file\nClose the file in the other application";
 
@@ -49,6 +54,7 @@ RecorderPanel::RecorderPanel(const PanelContext& context, const WavFileMachine& 
       Options(context, deck),
       Tracks(context.Registry),
       Error(context.Registry),
+      Sounds(machine, links.Media, FolderOf(deck.TempFileName())),
       context_(context),
       deck_(deck),
       boxes_(machine.Boxes),
@@ -61,6 +67,7 @@ RecorderPanel::RecorderPanel(const PanelContext& context, const WavFileMachine& 
   MakeButtons();
   ConnectControls();
   ConnectDeck();
+  ConnectSounds();
 }
 
 RecorderPanel::~RecorderPanel() {
@@ -158,13 +165,15 @@ void RecorderPanel::cmdWavCtls_Click(int index) {
     (this->*kRoutines.at(static_cast<std::size_t>(index)))();
   }
   saved_ = 0;
+  TakeImported();
   ShowState();
   if (std::exchange(endWaits_, false)) WavFile_PlayEnd();
 }
 
 void RecorderPanel::RecordPressed() {
   if (IsPaused()) return deck_.Pause();
-  if (deck_.IsRecording() || AskAboutUnsaved() == Unsaved::Stays) return;
+  if (deck_.IsRecording() || AskAboutUnsaved() == Unsaved::Stays || !IsToBeReplaced()) return;
+  Sounds.Stop();
   plays_ = false;
   parts_ = 0;
   if (Gives()) {  // what the radio lent to the file it has back before anything is noted
@@ -191,6 +200,17 @@ RecorderPanel::Unsaved RecorderPanel::AskAboutUnsaved() {
   if (answer == MessageAnswer::No) return Unsaved::Goes;
   if (answer == MessageAnswer::Yes) deck_.Save();
   return answer == MessageAnswer::Yes && !deck_.IsUnsaved() ? Unsaved::None : Unsaved::Stays;
+}
+
+// One that was left behind, offered at the start and refused, goes with the first new one.
+bool RecorderPanel::IsToBeReplaced() {
+  if (!deck_.IsLeftBehind()) return true;
+  return boxes_.ShowMessage(
+             {.Text = "An earlier recording was left behind without being saved. The new one takes "
+                      "its place.\nDo you want to record ?",
+              .Title = kProductName,
+              .Icon = MessageIcon::Question,
+              .Buttons = MessageButtons::YesNo}) == MessageAnswer::Yes;
 }
 
 void RecorderPanel::PlayPressed() {
@@ -233,10 +253,15 @@ bool RecorderPanel::SaveForPlaying() {
   return OpenLoaded();
 }
 
-// With a file that can't be opened, or is none of ours, all stays as it was.
+// With a file that can't be opened all stays as it was. One of another make becomes a recording first.
 bool RecorderPanel::OpenLoaded() {
   lblRecorderState.Caption = "Opening " + deck_.FileShortName;
-  if (deck_.OpenFile() != 0) {
+  const std::int16_t result = deck_.OpenFile();
+  if (result == DeckCode::NotOurs && Sounds.CanConvert()) {
+    Import();
+    return false;
+  }
+  if (result != 0) {
     Error.Show(deck_.LastFault() ? deck_.LastFault()->Text
                                  : deck_.FileName + ": this is no recording of " + kProductName +
                                        ". Load a WAV file that was recorded with it");
@@ -249,6 +274,47 @@ bool RecorderPanel::OpenLoaded() {
   return true;
 }
 
+void RecorderPanel::ConnectSounds() {
+  Sounds.Changed = [this] { ShowLine(); };
+  Sounds.Failed = [this](const quorl::Error& fault) { Error.Show(fault.Text); };
+  Sounds.Exported = [this](const std::string& line) {
+    note_ = line;
+    links_.Log(line);
+  };
+  Tracks.Export = [this](std::optional<std::size_t> record, bool flac) { ExportTracks(record, flac); };
+}
+
+void RecorderPanel::Import() {
+  importing_ = deck_.FileName;
+  Sounds.Import(importing_, [this](const std::string& recording) {
+    imported_ = recording;
+    if (inClick_ || deck_.IsBusy()) return;
+    TakeImported();
+    ShowState();
+  });
+}
+
+// It goes by the name that it came from. Whoever records meanwhile doesn't want it any more.
+void RecorderPanel::TakeImported() {
+  const std::string recording = std::exchange(imported_, "");
+  if (recording.empty() || deck_.IsUnsaved()) return;
+  const ScopedFlag clicking(inClick_);
+  const std::string directory = deck_.LastDirectory;
+  deck_.TakeName(recording);
+  const bool opened = OpenLoaded();
+  deck_.TakeName(importing_);
+  deck_.LastDirectory = directory;
+  if (opened) Name.Show(importing_);
+}
+
+// The deck plays on meanwhile.
+void RecorderPanel::ExportTracks(std::optional<std::size_t> record, bool flac) {
+  if (!deck_.HasFile() || Sounds.IsRunning()) return;
+  note_.clear();
+  Sounds.Export(
+      {deck_.FileName, TrackFolder(deck_.FileName), flac ? SoundFileKind::Flac : SoundFileKind::Wav, record});
+}
+
 void RecorderPanel::PausePressed() {
   const std::int32_t mode = deck_.PlayerMode();
   if (mode == PlayerModes::Recording || mode == PlayerModes::Playing || mode == DeckMode::Paused)
@@ -256,6 +322,7 @@ void RecorderPanel::PausePressed() {
 }
 
 void RecorderPanel::StopPressed() {
+  if (Sounds.IsRunning()) return Sounds.Stop();
   const bool again = Options.chkStayOn.Value() && links_.IsOn();
   plays_ = false;
   links_.PressPower(false);
@@ -271,6 +338,7 @@ void RecorderPanel::LoopPressed() {
 void RecorderPanel::LoadPressed() {
   const Unsaved unsaved = AskAboutUnsaved();
   if (unsaved == Unsaved::Stays || deck_.LoadMedia() != 0 || deck_.FileName.empty()) return;
+  Sounds.Stop();
   if (unsaved == Unsaved::Goes) deck_.Discard();
   OpenLoaded();
 }

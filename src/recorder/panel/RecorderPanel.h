@@ -14,8 +14,9 @@
 #include "interaction/PanelContext.h"
 #include "platform/files/PostedFiles.h"
 #include "recorder/clsWavFile.h"
+#include "recorder/panel/Conversions.h"
+#include "recorder/panel/NameBox.h"
 #include "recorder/panel/RecordFileError.h"
-#include "recorder/panel/RecordingName.h"
 #include "recorder/panel/RecordingOptions.h"
 #include "recorder/panel/TrackList.h"
 
@@ -28,6 +29,7 @@ struct RecorderLinks {
   std::function<void(bool shown)> ShowMemories = [](bool) {};  // make room for the tracks, or come back
   std::function<void()> Changed = [] {};                       // another state of the deck
   std::function<void(const std::string& line)> Log = [](const std::string&) {};
+  const SoundFiles* Media = nullptr;  // sounds of other makes, and what tracks are exported to
 };
 
 // Places in cmdWavCtls.
@@ -58,10 +60,11 @@ class RecorderPanel {
   MarkedSlider sldRecorderSeek;  // tenths of a second from the file's beginning
   Label lblRecorderLeft;
   Timer tmrRecorderWrite, tmrPlaybackRead;
-  RecordingName Name;
+  NameBox Name;
   RecordingOptions Options;
   TrackList Tracks;
   RecordFileError Error;
+  Conversions Sounds;
 
   void cmdWavCtls_Click(int index);
   // Takes over what the settings have brought.
@@ -94,6 +97,11 @@ class RecorderPanel {
   bool HasSomethingToPlay();
   bool SaveForPlaying();
   bool OpenLoaded();
+  bool IsToBeReplaced();
+  void ConnectSounds();
+  void Import();
+  void TakeImported();
+  void ExportTracks(std::optional<std::size_t> record, bool flac);
   Unsaved AskAboutUnsaved();
   void Rewind();
   void WavFile_CatalogueLoaded();
@@ -135,8 +143,9 @@ class RecorderPanel {
   bool looking_ = false;
   bool started_ = false;  // nothing is asked of the disk before
   bool inClick_ = false, inWrite_ = false, inRead_ = false, keysHere_ = false;
-  bool plays_ = false;     // Play has begun, and neither Stop nor the end has come
-  bool endWaits_ = false;  // the end came while a click was being carried out
+  bool plays_ = false;                // Play has begun, and neither Stop nor the end has come
+  std::string importing_, imported_;  // a sound of another make, and the recording that it has become
+  bool endWaits_ = false;             // the end came while a click was being carried out
   bool writeFails_ = false;
 };
 

@@ -147,6 +147,7 @@ std::string RecorderPanel::StateText() const {
   const auto at = [this](const std::string& what) {
     return IsPaused() ? what + " paused" : links_.IsOn() ? what : what + " waits for On";
   };
+  if (Sounds.IsRunning()) return Sounds.State();
   if (saved_ > 0) return "Saving " + FormatPicture(saved_, "0%");
   if (!note_.empty()) return note_;
   if (Takes()) return at(parts_ > 0 ? "Recording file " + NumberText(parts_ + 1) : "Recording");

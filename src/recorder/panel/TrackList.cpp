@@ -1,6 +1,7 @@
 #include "recorder/panel/TrackList.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "platform/CalendarDays.h"
@@ -13,6 +14,9 @@ namespace {
 constexpr const char* kHeaders = " F(KHz)   Date      Time   Duration";
 constexpr const char* kNoTracks = "No Track Information Found";
 constexpr std::size_t kFrequencyWidth = 6;
+constexpr std::array<const char*, 5> kExports{"This track as WAV", "This track as FLAC", "-",
+                                              "All tracks as WAV", "All tracks as FLAC"};
+constexpr int kAllTracks = 3, kTrackAsFlac = 1, kAllAsFlac = 4;
 
 std::int64_t SecondsOf(const LogRecord& record, const RecordingFormat& format) {
   const double frames = double(record.End - record.Start) / double(format.FrameBytes());
@@ -36,15 +40,31 @@ std::string TrackLine(const LogRecord& record, const RecordingFormat& format) {
 TrackList::TrackList(ControlRegistry& registry)
     : picRecorderTrackList(registry, "picRecorderTrackList"),
       txtRecordingLogHeaders(registry, "txtRecordingLogHeaders"),
-      lstRecordingLogs(registry, "lstRecordingLogs") {
+      lstRecordingLogs(registry, "lstRecordingLogs"),
+      cmdExportTracks(registry, "cmdExportTracks"),
+      mnuExportTracks(registry, "mnuExportTracks", kExports) {
   picRecorderTrackList.Visible = false;
   picRecorderTrackList.AccessibleName = "Recording";
   lstRecordingLogs.AccessibleName = "Tracks";
   txtRecordingLogHeaders.AccessibleName = "Columns of the tracks";
+  cmdExportTracks.Caption = "Export";
+  cmdExportTracks.ToolTip = "Tracks as files of their own, in a folder beside the recording";
+  cmdExportTracks.Click = [this] { mnuExportTracks.PopUp(); };
+  exporting_ = mnuExportTracks.Click.Listen([this](int item) { mnuExportTracks_Click(item); });
   lstRecordingLogs.Click = [this] {
     const auto line = static_cast<std::size_t>(lstRecordingLogs.ListIndex());
     if (!quiet_ && line < records_.size()) Chosen(records_[line]);
   };
+}
+
+void TrackList::mnuExportTracks_Click(int item) {
+  const auto line = static_cast<std::size_t>(lstRecordingLogs.ListIndex());
+  const bool flac = item == kTrackAsFlac || item == kAllAsFlac;
+  if (item >= kAllTracks) {
+    Export({}, flac);
+  } else if (line < records_.size()) {
+    Export(static_cast<std::size_t>(records_[line]), flac);
+  }
 }
 
 void TrackList::Fill(const std::vector<LogRecord>& log, const RecordingFormat& format) {
@@ -56,6 +76,7 @@ void TrackList::Fill(const std::vector<LogRecord>& log, const RecordingFormat& f
     records_.push_back(static_cast<std::int32_t>(i));
     lines.push_back(TrackLine(log[i], format));
   }
+  cmdExportTracks.Enabled = !lines.empty();
   txtRecordingLogHeaders.Caption = log.empty() ? kNoTracks : kHeaders;
   txtRecordingLogHeaders.ToolTip =
       listed > kMostLines ? "The first 10,000 of " + FormatPicture(double(listed), "#,##0") + " tracks" : "";

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,7 +24,12 @@ class TrackList {
   Frame picRecorderTrackList;
   Label txtRecordingLogHeaders;
   ListBox lstRecordingLogs;
+  CommandButton cmdExportTracks;  // opens the menu
+  Menu mnuExportTracks;
 
+  // Tracks are to become files: the record of the chosen line, or all of them.
+  std::function<void(std::optional<std::size_t> record, bool flac)> Export = [](std::optional<std::size_t>,
+                                                                                bool) {};
   // A hand has chosen the line of that record of the log.
   std::function<void(std::int32_t record)> Chosen = [](std::int32_t) {};
 
@@ -38,7 +44,10 @@ class TrackList {
   void Step(int direction);
 
  private:
+  void mnuExportTracks_Click(int item);
+
   std::vector<std::int32_t> records_;  // of each line, its number in the log
+  Listening exporting_;
   bool quiet_ = false;
 };
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/linux/media/SndfileSoundFiles.h"
 #include "platform/virtual/VirtualFileWorker.h"
 #include "platform/virtual/VirtualFiles.h"
 #include "recorder/panel/RecorderPanel.h"
@@ -35,6 +36,7 @@ class RecorderRig : public testing::Test, public VirtualDesk, public Hands {
     };
     links.IsOn = [this] { return Power; };
     links.Changed = [this] { OnChanged(); };
+    links.Media = &Media;
     links.ShowMemories = [this](bool shown) { Memories = shown; };
     Panel.emplace(Context, WavFileMachine{Storage, Worker, Queue, Boxes, Clock}, Deck, links);
     Radio.Initialise();
@@ -98,6 +100,7 @@ class RecorderRig : public testing::Test, public VirtualDesk, public Hands {
 
   VirtualFiles Storage;
   VirtualFileWorker Worker{Queue};
+  SndfileSoundFiles Media{Storage};
   ControlRegistry Names;
   ColourSchemes Scheme;
   ScrollableControls Mouse{Scheme};

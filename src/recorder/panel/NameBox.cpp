@@ -1,4 +1,4 @@
-#include "recorder/panel/RecordingName.h"
+#include "recorder/panel/NameBox.h"
 
 #include <algorithm>
 #include <utility>
@@ -18,7 +18,7 @@ std::string NameIn(const std::string& path) {
 
 }  // namespace
 
-RecordingName::RecordingName(ControlRegistry& registry, clsWavFile& deck, Dialogs& boxes)
+NameBox::NameBox(ControlRegistry& registry, clsWavFile& deck, Dialogs& boxes)
     : txtRecordFileName(registry, "txtRecordFileName"),
       cmdBrowseWavFile(registry, "cmdBrowseWavFile"),
       deck_(deck),
@@ -33,7 +33,7 @@ RecordingName::RecordingName(ControlRegistry& registry, clsWavFile& deck, Dialog
   cmdBrowseWavFile.Click = [this] { cmdBrowseWavFile_Click(); };
 }
 
-void RecordingName::Take() {
+void NameBox::Take() {
   if (!std::exchange(typed_, false)) return;
   const std::string text(Trim(txtRecordFileName.Value()));
   if (text.empty()) return Reset();
@@ -41,34 +41,34 @@ void RecordingName::Take() {
   TakePath(directory.empty() ? text : directory + "/" + text);
 }
 
-std::string RecordingName::Directory() const {
+std::string NameBox::Directory() const {
   const std::size_t slash = deck_.RecordFileName.rfind('/');
   if (slash != std::string::npos) return deck_.RecordFileName.substr(0, slash);
   return deck_.LastDirectory.empty() ? deck_.DefaultDirectory : deck_.LastDirectory;
 }
 
-void RecordingName::TakePath(const std::string& path) {
+void NameBox::TakePath(const std::string& path) {
   deck_.RecordFileName = EndsWithNoCase(path, ".wav") ? path : path + ".wav";
   Show(deck_.RecordFileName);
 }
 
-void RecordingName::Show(const std::string& path) {
+void NameBox::Show(const std::string& path) {
   const ScopedFlag showing(showing_);
   txtRecordFileName.SetValue(NameIn(path));
   txtRecordFileName.ToolTip = path.empty() ? kToolTip : path;
   typed_ = false;
 }
 
-void RecordingName::Reset() {
+void NameBox::Reset() {
   deck_.RecordFileName.clear();
   txtRecordFileName.ToolTip = kToolTip;
 }
 
-void RecordingName::SetEnabled(bool enabled) {
+void NameBox::SetEnabled(bool enabled) {
   txtRecordFileName.Enabled = cmdBrowseWavFile.Enabled = enabled;
 }
 
-void RecordingName::cmdBrowseWavFile_Click() {
+void NameBox::cmdBrowseWavFile_Click() {
   Take();
   const auto chosen = boxes_.AskSaveFile({.Title = "Select Recording Filename",
                                           .Filter = "Sound Files (*.wav)|*.wav",

@@ -9,10 +9,10 @@
 
 namespace quorl {
 
-class RecordingName {
+class NameBox {
  public:
   // All outlives it.
-  RecordingName(ControlRegistry& registry, clsWavFile& deck, Dialogs& boxes);
+  NameBox(ControlRegistry& registry, clsWavFile& deck, Dialogs& boxes);
 
   TextBox txtRecordFileName;
   CommandButton cmdBrowseWavFile;
