@@ -9,7 +9,7 @@ void RecordQueue::Open(std::int32_t halfSamples) {
   fill_ = 0;
   filling_ = 0;
   full_ = false;
-  samples_.assign(static_cast<std::size_t>(2 * halfSamples), 0);
+  samples_.assign(2 * static_cast<std::size_t>(halfSamples), 0);
 }
 
 void RecordQueue::Close() {
@@ -35,8 +35,8 @@ bool RecordQueue::Add(const std::int16_t* samples, std::int32_t n) {
 bool RecordQueue::AddFrames(const std::int16_t* left, const std::int16_t* right, std::int32_t n) {
   std::int16_t* room = Room();
   for (std::int32_t k = 0; k < n; ++k) {
-    room[2 * k] = left[k];
-    room[2 * k + 1] = right[k];
+    *room++ = left[k];
+    *room++ = right[k];
   }
   return Added(2 * n);
 }

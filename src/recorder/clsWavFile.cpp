@@ -251,15 +251,17 @@ void clsWavFile::Forget() {
 void clsWavFile::Discard() {
   if (busy_ || !IsUnsaved()) return;
   const ScopedFlag busy(busy_);
-  tmrJournal_->Stop();
-  queue_.Close();
-  writer_.Abandon();
+  if (!HasFile()) {
+    tmrJournal_->Stop();
+    queue_.Close();
+    writer_.Abandon();
+    log_.clear();
+    TotSamplesOut = FileSize = SamplesQueued = NumSamples = 0;
+    isClosed_ = true;
+    isRecording_ = isPaused_ = isIF_ = false;
+    playerMode_ = kIdle;
+  }
   RemoveOld();
-  log_.clear();
-  TotSamplesOut = FileSize = SamplesQueued = NumSamples = 0;
-  isClosed_ = true;
-  isRecording_ = isPaused_ = isIF_ = false;
-  playerMode_ = kIdle;
   Forget();
 }
 

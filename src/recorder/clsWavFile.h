@@ -148,7 +148,7 @@ class clsWavFile final : public BlockRecorder {
   std::int16_t UpdateWavHeader();
   // A stamp of the moment, each character followed by a zero byte, in front of what `buffer` holds.
   void UnPackLogRecord(std::string& buffer) const;
-  // The recording that isn't saved goes, with all its parts.
+  // The recording that isn't saved goes, with all its parts; a file that is open for playing stays.
   void Discard();
   // A recording that was found unsaved lies in the temporary files: Save takes it. False where another
   // program has it.

@@ -184,7 +184,7 @@ void clsWavFile::GetNextSamples(std::int16_t* block, std::int32_t n) {
   const std::int32_t factor = RateFactor(), count = n / factor;
   const std::int16_t* samples = NextSamples(count);
   if (samples == nullptr) return;
-  for (std::int32_t k = 0; k < count; ++k) block[k * factor] = samples[k];
+  for (std::int32_t k = 0; k < count; ++k, block += factor) *block = samples[k];
   Advance(count);
 }
 
@@ -194,9 +194,9 @@ const std::int16_t* clsWavFile::GetNextIF(std::int16_t* left, std::int32_t n) {
   const std::int32_t channels = playing_.Channels;
   const std::int16_t* samples = NextSamples(n * channels);
   if (samples == nullptr) return right_.data();
-  for (std::int32_t k = 0; k < n; ++k) {
-    left[k] = samples[k * channels];
-    right_[static_cast<std::size_t>(k)] = samples[k * channels + channels - 1];
+  for (std::int32_t k = 0; k < n; ++k, samples += channels) {
+    left[k] = samples[0];
+    right_[static_cast<std::size_t>(k)] = samples[channels - 1];
   }
   Advance(n * channels);
   return right_.data();

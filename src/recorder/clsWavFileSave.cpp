@@ -16,7 +16,7 @@ constexpr std::string_view kEnding = ".wav";
 constexpr std::int64_t kCopyPiece = std::int64_t{1} << 20;
 constexpr int kOtherFileSystem = static_cast<int>(std::errc::cross_device_link);
 
-std::string WithEnding(std::string name) {
+std::string WithEnding(const std::string& name) {
   return EndsWithNoCase(name, kEnding) ? name : name + std::string(kEnding);
 }
 

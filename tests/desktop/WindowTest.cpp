@@ -4,6 +4,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QDeadlineTimer>
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QTest>
 
@@ -62,12 +63,15 @@ TEST_F(WindowTest, FiguresThatAreReadFollowSlowerThanWhatIsTurned) {
   };
   for (const Case& each : {Case{"lblSMeter", 3, 6}, Case{"lblNB", 12, 21}}) {
     const long before = window.Clock().TakenOver();
+    QElapsedTimer time;
+    time.start();
     for (int i = 0; i < 80; ++i) {
       panel.Get<Label>(each.Name).Caption = std::to_string(i);
       Pass(10);
     }
+    const double late = std::max(1.0, double(time.elapsed()) / 800.0);  // on a machine that is busy
     EXPECT_GE(window.Clock().TakenOver() - before, each.Least) << each.Name;
-    EXPECT_LE(window.Clock().TakenOver() - before, each.Most) << each.Name;
+    EXPECT_LE(double(window.Clock().TakenOver() - before), double(each.Most) * late) << each.Name;
     Pass(200);
   }
 }

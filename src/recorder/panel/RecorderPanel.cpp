@@ -174,7 +174,7 @@ void RecorderPanel::RecordPressed() {
   if (IsPaused()) return deck_.Pause();
   if (deck_.IsRecording() || AskAboutUnsaved() == Unsaved::Stays || !IsToBeReplaced()) return;
   Sounds.Stop();
-  plays_ = false;
+  replaces_ = plays_ = false;
   parts_ = 0;
   if (Gives()) {  // what the radio lent to the file it has back before anything is noted
     deck_.StopPlayer();
@@ -269,6 +269,7 @@ bool RecorderPanel::OpenLoaded() {
   }
   plays_ = false;
   samples_ = 0;
+  if (std::exchange(replaces_, false)) deck_.Discard();
   Name.Show(deck_.FileName);
   ShowTracks(true);
   return true;
@@ -297,7 +298,7 @@ void RecorderPanel::Import() {
 // It goes by the name that it came from. Whoever records meanwhile doesn't want it any more.
 void RecorderPanel::TakeImported() {
   const std::string recording = std::exchange(imported_, "");
-  if (recording.empty() || deck_.IsUnsaved()) return;
+  if (recording.empty() || (deck_.IsUnsaved() && !replaces_)) return;
   const ScopedFlag clicking(inClick_);
   const std::string directory = deck_.LastDirectory;
   deck_.TakeName(recording);
@@ -339,7 +340,7 @@ void RecorderPanel::LoadPressed() {
   const Unsaved unsaved = AskAboutUnsaved();
   if (unsaved == Unsaved::Stays || deck_.LoadMedia() != 0 || deck_.FileName.empty()) return;
   Sounds.Stop();
-  if (unsaved == Unsaved::Goes) deck_.Discard();
+  replaces_ = unsaved == Unsaved::Goes;
   OpenLoaded();
 }
 

@@ -145,7 +145,8 @@ class RecorderPanel {
   bool inClick_ = false, inWrite_ = false, inRead_ = false, keysHere_ = false;
   bool plays_ = false;                // Play has begun, and neither Stop nor the end has come
   std::string importing_, imported_;  // a sound of another make, and the recording that it has become
-  bool endWaits_ = false;             // the end came while a click was being carried out
+  bool replaces_ = false;  // the file that is being opened takes the place of a recording that nobody saved
+  bool endWaits_ = false;  // the end came while a click was being carried out
   bool writeFails_ = false;
 };
 

@@ -76,5 +76,20 @@ TEST_F(RecorderRig, BeforeALeftBehindRecordingGoesItIsAsked) {
   EXPECT_TRUE(Deck.IsRecording());
 }
 
+TEST_F(RecorderRig, ARecordingThatMayGoStaysWhereTheOtherFileCantBeOpened) {
+  Record({7205});
+  Boxes.MessageAnswers.push_back(MessageAnswer::No);
+  Load("/music/nothing.wav");
+  EXPECT_TRUE(Deck.IsUnsaved());
+  EXPECT_TRUE(Storage.Exists(Deck.TempFileName()));
+  Storage.Put("/music/song.wav", StereoSong());
+  Boxes.MessageAnswers.push_back(MessageAnswer::No);
+  Load("/music/song.wav");
+  EXPECT_TRUE(Deck.IsUnsaved());
+  Run(20);
+  EXPECT_EQ(State(), "Loaded song.wav");
+  EXPECT_FALSE(Storage.Exists(Deck.TempFileName()));
+}
+
 }  // namespace
 }  // namespace quorl::test
