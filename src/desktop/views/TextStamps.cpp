@@ -71,7 +71,8 @@ QImage TextStamps::Draw(const QString& text, const QColor& ink) const {
   painter.setFont(font_);
   painter.setPen(ink);
   painter.drawText(base, text);
-  return stamp;
+  painter.end();
+  return stamp.copy();  // without what the painter has left in it, which is several times the picture
 }
 
 }  // namespace quorl
