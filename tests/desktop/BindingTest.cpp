@@ -146,6 +146,13 @@ TEST_F(BindingTest, ListsAndFieldsAndMenus) {
   Binder bind(registry, window.Clock(), [this](const std::string& line) { log.push_back(line); });
   std::unique_ptr<ChoiceView> choice(bind.Choice("cboBandSelect", 120));
   std::unique_ptr<TextView> field(bind.Text("txtName", 120));
+  ListBox lines(registry, "lstLines");
+  lines.SetItems({"one", "two", "three"});
+  std::unique_ptr<ListView> list(bind.List("lstLines"));
+  window.Clock().Flush();
+  lines.SetItems({"one", "2", "three"});
+  window.Clock().Flush();
+  EXPECT_EQ(list->Lines().item(1)->text(), "2") << "a line between others";
   QTest::keyClick(choice.get(), Qt::Key_Down);
   QTest::keyClick(choice.get(), Qt::Key_Down);
   EXPECT_EQ(box.ListIndex(), 1);

@@ -12,6 +12,8 @@ namespace quorl {
 
 namespace {
 
+constexpr int kShortList = 32;
+
 void Fill(QWidget* view, QWidget* inner) {
   auto* layout = new QVBoxLayout(view);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -40,7 +42,11 @@ void ListView::TakeOver() {
   const int standing = lines_->count();
   const bool same = standing <= count && (standing == 0 || lines_->item(0)->text() == textOf(0)) &&
                     (standing == 0 || lines_->item(standing - 1)->text() == textOf(standing - 1));
-  if (!same) lines_->clear();
+  if (!same && standing != count) lines_->clear();
+  // A list of a few lines may have any of them changed; a long one only grows or is another one.
+  for (int row = 0; row < lines_->count() && (!same || count <= kShortList); ++row) {
+    if (lines_->item(row)->text() != textOf(row)) lines_->item(row)->setText(textOf(row));
+  }
   for (int row = lines_->count(); row < count; ++row) lines_->addItem(textOf(row));
   lines_->setCurrentRow(list_.ListIndex());
   if (list_.ListIndex() >= 0) lines_->scrollToItem(lines_->item(list_.ListIndex()));
