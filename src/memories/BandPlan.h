@@ -87,4 +87,15 @@ struct BandPlan {
   bool operator==(const BandPlan&) const = default;
 };
 
+// By its places from 0, among those that have a button; null where nothing is stored there.
+inline const Preset* FindPreset(const BandPlan& plan, std::int32_t subBand, std::int32_t preset) {
+  if (subBand < 0 || subBand >= kSubBandButtons || preset < 0 || preset >= kPresetButtons) return nullptr;
+  if (static_cast<std::size_t>(subBand) >= plan.SubBands.size()) return nullptr;
+  const SubBand& band = plan.SubBands[static_cast<std::size_t>(subBand)];
+  const auto place = static_cast<std::size_t>(preset);
+  const bool stored =
+      band.Used && place < band.Presets.size() && band.Presets[place].Settings.FreqCurrent >= 1;
+  return stored ? &band.Presets[place] : nullptr;
+}
+
 }  // namespace quorl

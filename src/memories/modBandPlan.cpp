@@ -181,6 +181,17 @@ void ReadBandPlan(const clsINIFile& file, BandPlan& plan, const std::function<vo
   }
 }
 
+BandPlan PlanAsKept(const Files& files, const BandPlan& plan) {
+  BandPlan kept = plan;
+  if (plan.Loaded) return kept;
+  CreateBandPlanRecords(kept, "");
+  Failure failure;
+  clsINIFile file;
+  file.init(files.Read(plan.FileName, failure).value_or(""));
+  ReadBandPlan(file, kept, [] {});
+  return kept;
+}
+
 std::vector<ProfileItem> BandPlanItems(const BandPlan& plan) {
   std::vector<ProfileItem> items;
   WriteMain({items, kMainSection}, plan);

@@ -30,6 +30,9 @@ void CreateBandPlanRecords(BandPlan& plan, const std::string& when);
 // understood leave their fields.
 void ReadBandPlan(const clsINIFile& file, BandPlan& plan, const std::function<void()>& section);
 
+// The plan as it stands where it is loaded, else a copy as its file has it; that plan stays unloaded.
+BandPlan PlanAsKept(const Files& files, const BandPlan& plan);
+
 // What a plan's records say, key by key.
 std::vector<ProfileItem> BandPlanItems(const BandPlan& plan);
 

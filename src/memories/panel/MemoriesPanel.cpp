@@ -318,6 +318,25 @@ void MemoriesPanel::Follow(SubBand& band) {
   }
 }
 
+BandPlan MemoriesPanel::PlanNamed(const std::string& name) const {
+  for (const BandPlan& plan : BandPlans) {
+    if (EqualsNoCase(plan.Name, name)) return PlanAsKept(machine_.Storage, plan);
+  }
+  return {};
+}
+
+bool MemoriesPanel::RecallByPlace(const std::string& plan, std::int32_t subBand, std::int32_t preset) {
+  const BandPlan kept = PlanNamed(plan);
+  if (FindPreset(kept, subBand, preset) == nullptr) return false;
+  const BandPlan* current = Plan();
+  if (current == nullptr || current->Index != kept.Index) cboBandSelect.SetListIndex(kept.Index);
+  current = Plan();
+  if (current == nullptr || current->Index != kept.Index) return false;
+  if (current->ActiveSubBand != subBand) optSubBand_Click(subBand);
+  optPreset_MouseDown(preset, MouseButton::Left, {});
+  return true;
+}
+
 void MemoriesPanel::StoreTuneStep(std::int32_t dHz) {
   SubBand* band = Band();
   if (band && !held_) band->Settings.TuneStep = dHz;

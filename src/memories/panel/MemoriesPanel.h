@@ -80,6 +80,13 @@ class MemoriesPanel {
 
   // The radio is not on the air, as a recording plays: memories neither recall nor follow.
   void SetHeld(bool held);
+  // The plan of that file name as it is kept, whether it has been opened or not; without sub-bands where
+  // there is none.
+  BandPlan PlanNamed(const std::string& name) const;
+  // Recalls a preset as if plan, sub-band and preset were pressed one after the other, by their places from
+  // 0. False where there is no such preset; all stays as it is then.
+  bool RecallByPlace(const std::string& plan, std::int32_t subBand, std::int32_t preset);
+
   // The step that the tuning panel has taken, dHz, for the active sub-band.
   void StoreTuneStep(std::int32_t dHz);
   // Writes all loaded plans as they are now, beside the sound; nothing while the save before is under way.

@@ -59,17 +59,7 @@ std::vector<StationFinder::Found> StationFinder::Search(const std::string& text)
   const std::string wanted = ToLower(Trim(text));
   if (wanted.empty()) return found;
   for (const BandPlan& plan : plans_) {
-    if (plan.Loaded) {
-      Collect(plan, wanted, found);
-      continue;
-    }
-    BandPlan read = plan;
-    CreateBandPlanRecords(read, "");
-    Failure failure;
-    clsINIFile file;
-    file.init(files_.Read(plan.FileName, failure).value_or(""));
-    ReadBandPlan(file, read, [] {});
-    Collect(read, wanted, found);
+    Collect(plan.Loaded ? plan : PlanAsKept(files_, plan), wanted, found);
   }
   std::stable_sort(found.begin(), found.end(),
                    [](const Found& a, const Found& b) { return a.Block.FreqCurrent < b.Block.FreqCurrent; });
