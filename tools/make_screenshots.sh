@@ -1,6 +1,6 @@
 #!/bin/sh
 # Makes the pictures of the panel in docs/pictures, off screen, on the demo band: the four display sizes at 1x and 2x,
-# the scope in its modes, and a recording that is played.
+# the scope in its modes, a recording that is played, and the timer.
 # Usage: tools/make_screenshots.sh [PROGRAM]
 set -eu
 cd "$(dirname "$0")/.."
@@ -60,6 +60,24 @@ click cmdWavCtls(5)
 wait 6000
 shot docs/pictures/recorder-tracks.png
 shot docs/pictures/recorder-tracks.png
+click cmdWavCtls(9)
+click cmdTimer
+set txtTimerStart 18:05
+set txtTimerEnd 19:00
+click optTimerRepeat(1)
+click optTimerRate(2)
+click cmdTimerSave
+choose lstTimer 1
+set txtTimerStart 23:30
+set txtTimerEnd 1:00
+click optTimerRepeat(2)
+choose cboTimerPlan Broadcast
+choose cboTimerSubBand 3
+choose cboTimerPreset 0
+click optTimerRate(5)
+click cmdTimerSave
+shot docs/pictures/timer.png 1 frmTimer
+shot docs/pictures/timer-2x.png 2 frmTimer
 quit
 SCRIPT
 cp -r data/bandplans "$work/plans"  # the radio writes what it remembers into its plans

@@ -19,6 +19,7 @@
 #include "desktop/window/RecordErrorWindow.h"
 #include "desktop/window/Shot.h"
 #include "desktop/window/SidePanels.h"
+#include "desktop/window/TimerWindow.h"
 #include "display/scope/ScopeOptions.h"
 #include "platform/linux/system/ApplicationFolder.h"
 #include "scripting/ScriptRunner.h"
@@ -112,6 +113,7 @@ class Program {
     logWindow_ = std::make_unique<LogWindow>(frame_->Controls(), LogLine());
     presetWindow_ = std::make_unique<PresetWindow>(frame_->Controls(), LogLine());
     recordErrorWindow_ = std::make_unique<RecordErrorWindow>(frame_->Controls(), LogLine());
+    timerWindow_ = std::make_unique<TimerWindow>(frame_->Controls(), LogLine());
     logWindow_->PaintNow();
     if (options_.Script.empty()) splash_ = std::make_unique<SplashPanel>(QUORL_VERSION);
   }
@@ -214,6 +216,7 @@ class Program {
   std::unique_ptr<LogWindow> logWindow_;
   std::unique_ptr<PresetWindow> presetWindow_;
   std::unique_ptr<RecordErrorWindow> recordErrorWindow_;
+  std::unique_ptr<TimerWindow> timerWindow_;
   std::unique_ptr<PanelWindow> window_;
   bool closing_ = false;
 };

@@ -50,6 +50,8 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
       memories_(context_, {machine_.Storage, machine_.Beside, machine_.Queue, machine_.Boxes, machine_.Time},
                 LinksOfMemories()),
       recorder_(context_, DeckMachine(), wavFile_, LinksOfRecorder()),
+      timer_(wavFile_, DeckMachine(), LinksOfTimer()),
+      timerPanel_(registry_, timer_, wavFile_, machine_.Time, LinksOfTimerPanel()),
       tmrSaveSettings_(machine_.Queue, [this] { SaveNow(); }),
       tmrUnload_(machine_.Queue, [this] { Form_Unload(); }) {
   logPanel_.frmLog.Visible = false;
@@ -224,6 +226,7 @@ void frmMain::Form_Unload() {
   tmrUnload_.SetInterval(kUnloadInterval);
   tmrUnload_.SetEnabled(waits);
   if (waits) return;
+  timer_.Stop();
   radio_.tmrPerfStats.SetEnabled(false);
   scope_.Stop();
   radio_.Stop();

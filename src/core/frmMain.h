@@ -36,6 +36,7 @@
 #include "reception/VolumePanel.h"
 #include "recorder/RecoveryOffer.h"
 #include "recorder/panel/RecorderPanel.h"
+#include "recorder/panel/TimerPanel.h"
 #include "tuning/FrequencyEntry.h"
 #include "tuning/TuningPanel.h"
 
@@ -107,6 +108,12 @@ class frmMain {
   MemoryLinks LinksOfMemories();
   WavFileMachine DeckMachine() const;
   RecorderLinks LinksOfRecorder();
+  TimerLinks LinksOfTimer();
+  TimerPanelLinks LinksOfTimerPanel();
+  bool IsReadyForTimer() const;
+  std::string TuneForTimer(const TimerTarget& target);
+  TimerTarget TunedForTimer();
+  void TimerChanged();
   void MakeTuning();
   void TellTuningFaults(bool open);
   void ApplyStored();
@@ -177,10 +184,13 @@ class frmMain {
   ScopePanel scope_;
   MemoriesPanel memories_;
   RecorderPanel recorder_;
+  RecordingTimer timer_;
+  TimerPanel timerPanel_;
   Timer tmrSaveSettings_, tmrUnload_;
   SettingsTable early_;     // read before window and tuning are made of it: colours, size, board, interface
   SettingsTable settings_;  // the rest, read at its own step
-  SettingsTable ownMemories_{"Memories"}, wavFileRows_{"WavFile"}, ownRecorder_{"Recorder"};
+  SettingsTable ownMemories_{"Memories"}, wavFileRows_{"WavFile"}, ownRecorder_{"Recorder"},
+      timerRows_{"Timer"};
   Listening following_;
 };
 

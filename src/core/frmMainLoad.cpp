@@ -144,6 +144,7 @@ void frmMain::LoadSteps() {
   if (stored_.AutoStartSDR) optPwr_.Press(0);
   loading_ = false;
   offer_.Look();
+  timer_.Start();
 }
 
 void frmMain::ConnectForm() {
@@ -243,6 +244,7 @@ RecorderLinks frmMain::LinksOfRecorder() {
     ApplyPace();
     FollowDeck();
   };
+  links.TimerState = [this] { return timer_.State(); };
   links.Log = [this](const std::string& line) { log_.AddLog(line); };
   links.Media = &machine_.Media;
   return links;

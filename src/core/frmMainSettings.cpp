@@ -37,6 +37,7 @@ void frmMain::AddSettings() {
   memories_.AddOwnSettings(ownMemories_);
   wavFile_.AddSettings(wavFileRows_);
   recorder_.AddOwnSettings(ownRecorder_);
+  timer_.AddSettings(timerRows_);
   notch_.AddSettings(settings_);
   nb_.AddSettings(settings_);
   agc_.AddSettings(settings_);
@@ -46,7 +47,7 @@ void frmMain::AddSettings() {
 void frmMain::RestoreSettings() {
   log_.AddLog("RestoreSettings : Start");
   settings_.Read(store_);
-  for (SettingsTable* own : {&ownMemories_, &wavFileRows_, &ownRecorder_}) own->Read(store_);
+  for (SettingsTable* own : {&ownMemories_, &wavFileRows_, &ownRecorder_, &timerRows_}) own->Read(store_);
   scope_.ReadSettings(store_);
 }
 
@@ -59,7 +60,9 @@ void frmMain::SaveSettings() {
   radio_.NoteDevices();
   early_.Write(store_);
   settings_.Write(store_);
-  for (SettingsTable* own : {&ownMemories_, &wavFileRows_, &ownRecorder_}) own->Write(store_);
+  recorder_.WithOwnChoice([this] {
+    for (SettingsTable* own : {&ownMemories_, &wavFileRows_, &ownRecorder_, &timerRows_}) own->Write(store_);
+  });
   scope_.WriteSettings(store_);
 }
 

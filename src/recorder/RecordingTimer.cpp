@@ -73,6 +73,7 @@ void RecordingTimer::Tick() {
   TurnPassed(now);
   const std::optional<std::size_t> due = Due(now);
   if (due && !IsByHand()) {
+    if (!links_.IsReady()) return;
     Begin(*due);
   } else if (due && !waits_) {
     links_.Log("The timer waits for the end of the recording by hand");

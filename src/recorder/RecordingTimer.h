@@ -17,6 +17,9 @@ namespace quorl {
 
 // What the timer asks of the radio around the deck.
 struct TimerLinks {
+  // Whether tuning and recording would be carried out at once: not while a plan is being read or a box waits
+  // for an answer. Then the timer looks again a second later.
+  std::function<bool()> IsReady = [] { return true; };
   // Recalls a preset, or tunes. Empty for success, else why not.
   std::function<std::string(const TimerTarget&)> Tune = [](const TimerTarget&) { return std::string(); };
   std::function<bool()> IsOn = [] { return false; };

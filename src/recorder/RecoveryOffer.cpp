@@ -20,7 +20,8 @@ RecoveryOffer::RecoveryOffer(clsWavFile& deck, const WavFileMachine& machine, co
 void RecoveryOffer::Look() {
   if (parts_.Existing(machine_.Storage).empty() && !machine_.Storage.Exists(parts_.Journal())) return;
   if (!deck_.HoldFolder()) return;
-  recovery_.Find([this](const FoundRecording& found) { Found(found); });
+  open_ = true;
+  recovery_.Find([this](const FoundRecording& found) { open_ = Found(found); });
 }
 
 void RecoveryOffer::Tell(const Error& fault) {
@@ -40,8 +41,8 @@ bool RecoveryOffer::Asks(const FoundRecording& found) {
 }
 
 // Somebody who records meanwhile has had the question from the deck.
-void RecoveryOffer::Found(const FoundRecording& found) {
-  if (deck_.IsUnsaved() || deck_.IsBusy()) return;
+bool RecoveryOffer::Found(const FoundRecording& found) {
+  if (deck_.IsUnsaved() || deck_.IsBusy()) return false;
   if (found.Fault) {
     deck_.LeaveFolder(true);
     Tell(*found.Fault);
@@ -51,10 +52,13 @@ void RecoveryOffer::Found(const FoundRecording& found) {
     deck_.LeaveFolder(true);
   } else {
     recovery_.Mend([this](const FoundRecording& mended) { Mended(mended); });
+    return true;
   }
+  return false;
 }
 
 void RecoveryOffer::Mended(const FoundRecording& found) {
+  open_ = false;
   if (found.Fault) {
     deck_.LeaveFolder(true);
     Tell(*found.Fault);

@@ -21,9 +21,11 @@ class RecoveryOffer {
 
   // Returns at once; the question comes by the queue. What another program is recording is left alone.
   void Look();
+  // From then until it is decided what becomes of it: the folder is not free before.
+  bool IsOpen() const { return open_; }
 
  private:
-  void Found(const FoundRecording& found);
+  bool Found(const FoundRecording& found);  // whether it is being mended now
   void Mended(const FoundRecording& found);
   void Tell(const Error& fault);
   bool Asks(const FoundRecording& found);
@@ -32,6 +34,7 @@ class RecoveryOffer {
   WavFileMachine machine_;
   RecordingParts parts_;
   Recovery recovery_;
+  bool open_ = false;
 };
 
 }  // namespace quorl

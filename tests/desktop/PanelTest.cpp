@@ -8,6 +8,7 @@
 #include "desktop/window/PresetWindow.h"
 #include "desktop/window/RecordErrorWindow.h"
 #include "desktop/window/SidePanels.h"
+#include "desktop/window/TimerWindow.h"
 
 namespace quorl {
 namespace {
@@ -18,6 +19,7 @@ const std::map<std::string, std::string> kWithoutView = {
     {"frmLog", "the log's window itself"},
     {"frDispMode", "the buttons of the sizes stand on the receiver's card"},
     {"frmEditUserPreset", "the dialog's window itself"},
+    {"frmTimer", "the timer's window itself"},
     {"frmRecordFileError", "the message's window itself"},
     {"frmPresetDesc", "the hint beside a memory's button, which its text draws"},
     {"lblCaption", "the heading of that hint"},
@@ -63,7 +65,8 @@ TEST_F(DesktopTest, EveryViewHasItsControlAndEveryControlItsView) {
   LogWindow log(panel.Registry(), missing);
   PresetWindow preset(panel.Registry(), missing);
   RecordErrorWindow recordError(panel.Registry(), missing);
-  const std::set<const Control*> shown = ShownBy({&window, &log, &preset, &recordError});
+  TimerWindow timer(panel.Registry(), missing);
+  const std::set<const Control*> shown = ShownBy({&window, &log, &preset, &recordError, &timer});
   std::set<std::string> met;
   for (const Control* control : panel.Registry().All()) {
     const std::string& name = control->Name();

@@ -1,6 +1,7 @@
 // Help, log and pictures of the window.
 #include <gtest/gtest.h>
 
+#include <QLineEdit>
 #include <QListWidget>
 #include <QPixmap>
 #include <QTest>
@@ -9,6 +10,7 @@
 #include "WindowRig.h"
 #include "desktop/window/Shot.h"
 #include "desktop/window/SidePanels.h"
+#include "desktop/window/TimerWindow.h"
 
 namespace quorl {
 namespace {
@@ -69,6 +71,27 @@ TEST_F(SideWindowsTest, TheLogFollowsItsForm) {
   EXPECT_TRUE(log.isVisible());
   log.close();
   EXPECT_FALSE(form.Visible());
+}
+
+// What is typed into a field ends with Enter; the panel stays free.
+TEST_F(SideWindowsTest, TheTimersWindowTakesEnterAndEscape) {
+  auto& form = panel.Get<Frame>("frmTimer");
+  TimerWindow timer(panel.Registry(), [](const std::string& line) { FAIL() << line; });
+  EXPECT_FALSE(timer.isVisible());
+  panel.Click("cmdTimer");
+  EXPECT_TRUE(timer.isVisible());
+  EXPECT_FALSE(timer.isModal());
+  std::vector<int> keys;
+  form.KeyDown = [&](const Key& key) { keys.push_back(key.Code); };
+  auto* start = timer.findChild<QLineEdit*>();
+  QTest::keyClicks(start, "18:05");
+  QTest::keyClick(start, Qt::Key_Return);
+  QTest::keyClick(start, Qt::Key_Escape);
+  timer.close();
+  EXPECT_EQ(keys, (std::vector<int>{Key::Enter, Key::Escape, Key::Escape}));
+  EXPECT_TRUE(timer.isVisible()) << "until its frame is hidden";
+  form.Visible = false;
+  EXPECT_FALSE(timer.isVisible());
 }
 
 }  // namespace

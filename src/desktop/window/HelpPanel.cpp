@@ -45,6 +45,7 @@ constexpr std::array kLines{
     HelpLine{nullptr, "Recorder"},
     HelpLine{"Space or Enter on a button", "presses it; the keys that follow tune"},
     HelpLine{"Up, Down in the tracks", "plays the track before or after"},
+    HelpLine{"Enter, Escape in the timer", "saves the programme; closes the window"},
     HelpLine{nullptr, "Knobs and sliders"},
     HelpLine{"Drag, wheel, arrow keys", "turn them; ten times as far with Shift"},
     HelpLine{nullptr, "Everywhere"},

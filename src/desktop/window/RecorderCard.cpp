@@ -38,6 +38,8 @@ void FillHead(Binder& bind, CardView* card) {
   head->setStretch(0, 0);
   head->insertSpacing(0, skin::TextWidth(skin::TitleFont(), kTitle.toUpper()) + kGroupGap);
   Put(head, AsRoomAllows(bind.Word("lblRecorderState")), 1);
+  Put(head, Small(bind.Button("cmdTimer")));
+  head->addSpacing(kGroupGap);
   Put(head, Small(bind.Toggle("chkStayOn")));
   Put(head, Small(bind.Toggle("chkKeepTail")));
   head->addSpacing(kGroupGap);

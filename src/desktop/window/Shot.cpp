@@ -7,8 +7,8 @@
 #include <cmath>
 
 #include "desktop/views/ScopeView.h"
+#include "desktop/window/FormWindow.h"
 #include "desktop/window/PanelWindow.h"
-#include "desktop/window/PresetWindow.h"
 #include "desktop/window/SidePanels.h"
 
 namespace quorl {
@@ -19,7 +19,7 @@ bool GrabShot(QWidget& window, const std::string& path, double scale) {
   // What its controls hold now, also where the program's clock is not the one that the views follow.
   if (auto* panel = dynamic_cast<PanelWindow*>(window.window())) panel->Clock().Flush();
   if (auto* log = dynamic_cast<LogWindow*>(window.window())) log->Clock().Flush();
-  if (auto* preset = dynamic_cast<PresetWindow*>(window.window())) preset->Clock().Flush();
+  if (auto* form = dynamic_cast<FormWindow*>(window.window())) form->Clock().Flush();
   // What that has moved, and what makes room for it.
   for (int pass = 0; pass < 2; ++pass) QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
   const QList<QWidget*> widgets = window.findChildren<QWidget*>() << &window;

@@ -28,6 +28,8 @@ struct RecorderLinks {
   std::function<bool()> IsOn = [] { return false; };
   std::function<void(bool shown)> ShowMemories = [](bool) {};  // make room for the tracks, or come back
   std::function<void()> Changed = [] {};                       // another state of the deck
+  // What the timer does or is about to do, in one line; empty for nothing.
+  std::function<std::string()> TimerState = [] { return std::string(); };
   std::function<void(const std::string& line)> Log = [](const std::string&) {};
   const SoundFiles* Media = nullptr;  // sounds of other makes, and what tracks are exported to
 };
@@ -74,11 +76,24 @@ class RecorderPanel {
   // The state, whoever changed it: the deck, the power, the receiver.
   void ShowState();
   bool IsRecording() const { return deck_.IsRecording(); }
+  // A click is being carried out, perhaps with a box that waits for an answer.
+  bool IsClicking() const { return inClick_; }
+  // For the timer: Record at the rate of that place (TimerProgramme::Rate). What was chosen by hand comes
+  // back when the deck is free again.
+  void RecordAt(std::int32_t rate);
+  // The timer has emptied the deck.
+  void TakeEmptyDeck();
+  // Calls `write` while the deck holds what was chosen by hand.
+  void WithOwnChoice(const std::function<void()>& write);
   // Section "Recorder".
   void AddOwnSettings(SettingsTable& table) { Options.AddSettings(table); }
 
  private:
   enum class Unsaved { None, Goes, Stays };
+  struct Choice {
+    std::int32_t Decimator;
+    bool IF;
+  };
 
   void MakeButtons();
   void ConnectDeck();
@@ -125,6 +140,8 @@ class RecorderPanel {
   bool Takes() const;  // a recording runs or is paused
   bool Gives() const;  // a file is played or is paused
   RecordingFormat Format() const;
+  Choice Chosen() const { return {deck_.Decimator(), deck_.RecordIF}; }
+  void Choose(const Choice& choice);
 
   PanelContext context_;
   clsWavFile& deck_;
@@ -139,7 +156,8 @@ class RecorderPanel {
   std::int64_t lookedAtDisk_ = 0;  // microseconds
   std::string note_;               // stands in the line until the next click
   std::int32_t parts_ = 0;
-  double saved_ = 0;  // share, while a save copies
+  std::optional<Choice> own_;  // by hand, while the timer has chosen another one
+  double saved_ = 0;           // share, while a save copies
   bool looking_ = false;
   bool started_ = false;  // nothing is asked of the disk before
   bool inClick_ = false, inWrite_ = false, inRead_ = false, keysHere_ = false;

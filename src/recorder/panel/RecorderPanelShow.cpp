@@ -1,6 +1,7 @@
 // What the recorder's strip shows of the deck's state.
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "recorder/panel/RecorderPanel.h"
 #include "state/PublicConstants.h"
@@ -45,6 +46,7 @@ RecordingFormat RecorderPanel::Format() const {
 }
 
 void RecorderPanel::ShowState() {
+  if (own_ && deck_.IsClosed()) Choose(*std::exchange(own_, {}));
   Options.Show();
   Name.SetEnabled(!deck_.IsRecording());
   ShowButtons();
@@ -138,7 +140,11 @@ void RecorderPanel::ShowLine() {
   const std::string state = StateText(), caution = Caution();
   const bool asks = deck_.IsUnsaved() && !Takes();
   lblRecorderState.Caption = caution.empty() || asks ? state : caution;
-  lblRecorderState.ToolTip = caution.empty() ? state : state + ". " + caution;
+  std::string all = state;
+  for (const std::string& more : {caution, links_.TimerState()}) {
+    if (!more.empty() && more != state) all += ". " + more;
+  }
+  lblRecorderState.ToolTip = all;
   lblRecorderState.ForeColour =
       asks || !caution.empty() ? kCaution : context_.Colours.Scheme().SDRLabelColour;
 }
@@ -150,13 +156,15 @@ std::string RecorderPanel::StateText() const {
   if (Sounds.IsRunning()) return Sounds.State();
   if (saved_ > 0) return "Saving " + FormatPicture(saved_, "0%");
   if (!note_.empty()) return note_;
+  const std::string timer = links_.TimerState();
+  if (Takes() && own_ && parts_ == 0 && links_.IsOn() && !IsPaused() && !timer.empty()) return timer;
   if (Takes()) return at(parts_ > 0 ? "Recording file " + NumberText(parts_ + 1) : "Recording");
   if (deck_.IsUnsaved()) return "Recorded, not saved: Save or Close";
   if (Gives()) return at("Playing " + deck_.FileShortName);
   if (deck_.HasFile()) return "Loaded " + deck_.FileShortName;
   if (deck_.StatusOfMedia() == MediaStatus::Saved && !deck_.RecordFileName.empty())
     return "Saved as " + NameIn(deck_.RecordFileName);
-  return "Ready";
+  return timer.empty() ? "Ready" : timer;
 }
 
 // What a listener would rather know before than after.
