@@ -6,7 +6,6 @@
 #include "platform/CalendarDays.h"
 #include "recorder/files/RecordingName.h"
 #include "recorder/journal/RecordingParts.h"
-#include "state/PublicConstants.h"
 #include "support/ScopedFlag.h"
 
 namespace quorl {
@@ -41,10 +40,6 @@ double RecordingTimer::Now() const {
   return DaysOf(machine_.Time.Now());
 }
 
-bool RecordingTimer::IsByHand() const {
-  return deck_.IsRecording() && (deck_.PlayerMode() == PlayerModes::Recording || deck_.IsPaused());
-}
-
 std::optional<std::size_t> RecordingTimer::Due(double now) const {
   for (std::size_t i = 0; i < kProgrammes; ++i) {
     const TimerProgramme& each = Programmes[i];
@@ -72,7 +67,7 @@ void RecordingTimer::Tick() {
   }
   TurnPassed(now);
   const std::optional<std::size_t> due = Due(now);
-  if (due && !IsByHand()) {
+  if (due && !deck_.IsUnderWay()) {
     if (!links_.IsReady()) return;
     Begin(*due);
   } else if (due && !waits_) {
@@ -120,7 +115,7 @@ void RecordingTimer::Begin(std::size_t which) {
 
 // Whoever stops, saves or closes the recording by hand takes it over.
 void RecordingTimer::Watch(double now) {
-  if (!IsByHand()) {
+  if (!deck_.IsUnderWay()) {
     Leave();
     return;
   }

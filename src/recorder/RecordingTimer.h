@@ -63,7 +63,6 @@ class RecordingTimer {
   void Watch(double now);
   void End();
   void Leave();
-  bool IsByHand() const;
   bool MakeRoom();
   bool SaveByDate();
   std::string PathFor(double when, std::int32_t freq) const;

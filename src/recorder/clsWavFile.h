@@ -130,6 +130,8 @@ class clsWavFile final : public BlockRecorder {
   std::int32_t PartsToSave() const;
   const Failure& LastFault() const { return fault_; }  // words for the last result that wasn't 0
   const Failure& PlaybackFault() const { return playbackFault_; }
+  // A recording has begun and not been stopped; it may pause.
+  bool IsUnderWay() const { return isRecording_ && (playerMode_ == kRecording || playerMode_ == kPaused); }
   // One of the methods that wait is under way.
   bool IsBusy() const { return busy_; }
   // Something is recorded and not saved.

@@ -94,6 +94,17 @@ TEST_F(TimerTest, ARecordingByHandComesFirstAndTheRestIsRecorded) {
   EXPECT_EQ(Read("/music/2026-11-23 1800 7205 kHz.wav").Frames(), 10 * 131072);
 }
 
+TEST_F(TimerTest, ARecordingThatWasStoppedInAPauseHoldsNobodyUp) {
+  On = true;
+  Deck.OpenRecording();
+  Live(5);
+  Deck.Pause();
+  Deck.StopPlayer();
+  Programme("2026-11-23 18:00:10", "2026-11-23 18:01:00");
+  Live(70);
+  EXPECT_EQ(Names().size(), 2U);
+}
+
 TEST_F(TimerTest, DailyOnesTurnToTheirNextTime) {
   Programme("2026-11-20 23:00:00", "2026-11-21 01:00:00", TimerRepeat::Daily);
   Live(2);

@@ -28,7 +28,7 @@ std::string NameIn(const std::string& path) {
 }  // namespace
 
 bool RecorderPanel::Takes() const {
-  return deck_.IsRecording() && (deck_.PlayerMode() == PlayerModes::Recording || IsPaused());
+  return deck_.IsUnderWay();
 }
 
 bool RecorderPanel::Gives() const {
