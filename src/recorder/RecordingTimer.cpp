@@ -162,8 +162,8 @@ std::string RecordingTimer::PathFor(double when, std::int32_t freq) const {
 
 // The name that the user has typed for the next recording stays.
 bool RecordingTimer::SaveByDate() {
-  const LogRecord first =
-      deck_.Log().empty() ? LogRecord{Now(), deck_.TunedFrequency(), 0, 0} : deck_.Log().front();
+  LogRecord first = deck_.Beginning();
+  if (first.Freq == 0) first = {Now(), deck_.TunedFrequency(), 0, 0};
   const std::string path = PathFor(first.When, first.Freq);
   const std::string name = deck_.RecordFileName, directory = deck_.LastDirectory;
   const bool saved = deck_.SaveAs(path) == 0;

@@ -82,6 +82,7 @@ std::int16_t clsWavFile::OpenRecording() {
   if (!Lock()) return Told(fault_);
   NumSamples = FileSize = SamplesQueued = TotSamplesOut = 0;
   lastTunedFrequency_ = 0;
+  beginning_ = {};
   SamplesPlayed(0, 0);
 
   RecordingFormat format{SamplingRate / decimator_, NumChannels, BitsPerSample, {}};
@@ -183,6 +184,7 @@ void clsWavFile::NewLogRecord(std::int32_t freq) {
   writer_.NoteTuning(freq, DaysOf(machine_.Time.Now()),
                      SamplesQueued * format.Rate / SamplingRate * format.Channels);
   lastTunedFrequency_ = freq;
+  if (beginning_.Freq == 0) beginning_ = log_.back();
 }
 
 void clsWavFile::StopRecording() {

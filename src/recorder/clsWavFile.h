@@ -118,6 +118,8 @@ class clsWavFile final : public BlockRecorder {
   std::int32_t StatusOfMedia() const { return statusOfMedia_; }
   std::string TempFileName() const { return names_.Current(); }
   const std::vector<LogRecord>& Log() const { return log_; }
+  // When the recording that isn't saved began, and on which frequency; no frequency where that isn't known.
+  const LogRecord& Beginning() const { return beginning_; }
   // Of the file that is open for playing.
   const RecordingFormat& Playing() const { return playing_; }
   bool HasFile() const { return playback_.IsOpen(); }                 // a file is open for playing
@@ -195,6 +197,7 @@ class clsWavFile final : public BlockRecorder {
   std::int16_t CloseWhatIsOpen();
   std::int16_t CloseRecordingNow();
   bool CloseForSaving();
+  LogRecord ReadBeginning();
   std::int16_t SaveParts(const std::string& target);
   Failure MoveTo(const std::string& from, const std::string& to);
   Failure CopyTo(const std::string& from, const std::string& to);
@@ -222,6 +225,7 @@ class clsWavFile final : public BlockRecorder {
   RecordingParts names_;
   FileCalls calls_;
   std::vector<LogRecord> log_;
+  LogRecord beginning_;
   RecordQueue queue_;
   RecordingWriter writer_;
   PlaybackQueue playback_;

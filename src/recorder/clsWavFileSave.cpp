@@ -180,9 +180,23 @@ void clsWavFile::LeaveFolder(bool leftBehind) {
   if (!IsUnsaved()) lock_.reset();
 }
 
+// Out of the first file that has no name yet.
+LogRecord clsWavFile::ReadBeginning() {
+  return calls_.Await<LogRecord>(machine_.Queue, [&files = machine_.Storage, names = names_]() -> LogRecord {
+    const std::vector<std::string> all = names.Existing(files);
+    Failure failure;
+    const auto file = all.empty() ? nullptr : files.Open(all.front(), OpenMode::Read, failure);
+    const RecordingRead read = file ? ReadRecording(*file) : RecordingRead{};
+    return read.Own && !read.Own->Log.empty() ? read.Own->Log.front() : LogRecord{};
+  });
+}
+
 bool clsWavFile::Adopt() {
-  if (busy_ || isRecording_ || !Lock()) return false;
+  if (busy_ || isRecording_) return false;
+  const ScopedFlag busy(busy_);
+  if (!Lock()) return false;
   leftBehind_ = false;
+  beginning_ = ReadBeginning();
   statusOfMedia_ = MediaStatus::Unsaved;
   playerMode_ = kStopped;
   return true;

@@ -1,5 +1,6 @@
 #include "recorder/RecoveryOffer.h"
 
+#include "platform/CalendarDays.h"
 #include "recorder/DeckRig.h"
 
 namespace quorl::test {
@@ -47,6 +48,8 @@ TEST_F(RecoveryOfferTest, AcceptedItIsSavedToTheLastTenthsOfASecond) {
   EXPECT_EQ(Boxes.Messages[0].Text.find("A recording of 4 seconds was left behind"), 0U);
   EXPECT_TRUE(next.Adopted && next.Deck.IsUnsaved());
   EXPECT_EQ(next.Deck.PlayerMode(), 4);
+  EXPECT_EQ(next.Deck.Beginning().Freq, 72050000);
+  EXPECT_EQ(DateText(next.Deck.Beginning().When), "2024-01-01 12:00:00");
   next.Deck.Save();
   const std::vector<std::int16_t> samples = SamplesOf(kSaved);
   EXPECT_GE(static_cast<std::int64_t>(samples.size()), Fed - 9600);

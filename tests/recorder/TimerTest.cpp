@@ -86,7 +86,10 @@ TEST_F(TimerTest, ARecordingByHandComesFirstAndTheRestIsRecorded) {
   Live(30);
   EXPECT_FALSE(Timer.Running());
   EXPECT_EQ(Deck.SamplesQueued / 48000, 29);
-  Deck.StopPlayer();  // and not saved
+  Deck.StopPlayer();
+  Deck.RecordFileName.clear();
+  Deck.Save();  // no name chosen
+  Tuned = 60000000;
   Live(110);
   EXPECT_EQ(Names(),
             (std::vector<std::string>{"2026-11-23 1800 7205 kHz (2).wav", "2026-11-23 1800 7205 kHz.wav"}));
