@@ -115,11 +115,10 @@ RecordingRead Reading::Read() {
   const std::optional<ToldSamples> told = ReadRecordingHeader(file_, failure_);
   if (failure_) return {{}, failure_};
   if (!told) return read;
-  if (const auto& origin = told->Format.IF;
-      origin && (origin->Model < 0 || origin->Model >= IFOrigin::Models)) {
+  if (!IsBoardKnown(told->Format)) {
     return {{},
             Fault(SampleFault::Format, "recorded from a receiver board of number " +
-                                           std::to_string(origin->Model) + "; one of 0 to " +
+                                           std::to_string(told->Format.IF->Model) + "; one of 0 to " +
                                            std::to_string(IFOrigin::Models - 1) + " is needed")};
   }
 
@@ -145,6 +144,10 @@ bool IsRecordingFormat(const RecordingFormat& format) {
   }
   return format.Channels == 1 && (format.Bits == 16 || format.Bits == 8) &&
          std::find(kRates.begin(), kRates.end(), format.Rate) != kRates.end();
+}
+
+bool IsBoardKnown(const RecordingFormat& format) {
+  return !format.IF || (format.IF->Model >= 0 && format.IF->Model < IFOrigin::Models);
 }
 
 std::string MakeWavHeader(const RecordingFormat& format, std::int64_t fileBytes, std::int64_t frames) {

@@ -38,6 +38,8 @@ struct RecordingFormat {
 
 // Mono at one of the deck's rates, or the IF at 48 kHz as it comes from one or two channels.
 bool IsRecordingFormat(const RecordingFormat& format);
+// The board of an IF recording is one that there is; true for all others.
+bool IsBoardKnown(const RecordingFormat& format);
 
 // DataAt() bytes. `frames` in the file, which ends after `fileBytes` (the trailer not counted).
 std::string MakeWavHeader(const RecordingFormat& format, std::int64_t fileBytes, std::int64_t frames);

@@ -62,7 +62,8 @@ bool IsWithin(std::int64_t value, std::int64_t least, std::int64_t most) {
 }
 
 bool IsSound(const JournalHead& head) {
-  return IsRecordingFormat(head.Format) && IsWithin(head.HalfSamples, 1, JournalHead::kMostSamples) &&
+  return IsRecordingFormat(head.Format) && IsBoardKnown(head.Format) &&
+         IsWithin(head.HalfSamples, 1, JournalHead::kMostSamples) &&
          head.HalfSamples % head.Format.Channels == 0 && IsWithin(head.Part, 1, 1 << 20);
 }
 

@@ -91,7 +91,7 @@ void Planning::PlanAlone(const std::string& path) {
   const auto file = plan_.Fault ? nullptr : files_.Open(path, OpenMode::Read, plan_.Fault);
   if (!file) return;
   const std::optional<ToldSamples> told = ReadRecordingHeader(*file, plan_.Fault);
-  if (!told) return;
+  if (!told || !IsBoardKnown(told->Format)) return;
   FilePlan plan;
   plan.Path = path;
   plan.Format = told->Format;
