@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "Budgets.h"
-#include "memories/ProfileText.h"
 #include "memories/modBandPlan.h"
+#include "profile/ProfileText.h"
 
 namespace quorl {
 namespace {

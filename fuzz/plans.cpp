@@ -6,8 +6,8 @@
 #include "Demand.h"
 #include "memories/PlanCheck.h"
 #include "memories/PlanFormat.h"
-#include "memories/ProfileText.h"
 #include "memories/modBandPlan.h"
+#include "profile/ProfileText.h"
 
 namespace {
 

@@ -79,6 +79,7 @@ class Control {
   Property<std::string> Tag{*this};
   Property<Colour> ForeColour{*this, 0};
   Property<Colour> BackColour{*this, 0};
+  Property<std::string> Fault{*this};  // what is wrong with its value, and what to do; empty: nothing
   Property<std::string> AccessibleName{*this};  // empty: the view takes caption and tool tip
   Property<std::string> AccessibleText{*this};  // how its value is said, with its unit; empty: as it stands
 

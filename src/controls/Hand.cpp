@@ -6,11 +6,6 @@ namespace quorl::hand {
 
 namespace {
 
-void LetGo(Control& control, const MouseEvent& at) {
-  control.MouseUp(at);
-  if (at.Button == MouseButton::Left) control.UserClick(at);
-}
-
 MouseEvent Free(MouseEvent at) {
   at.Button = MouseButton::None;
   return at;
@@ -26,11 +21,22 @@ void Hover(Control& control, const MouseEvent& at) {
   if (Reaches(control)) control.MouseMove(at);
 }
 
-void Click(Control& control, const MouseEvent& at) {
+void Press(Control& control, const MouseEvent& at) {
   if (!Reaches(control)) return;
   control.MouseMove(Free(at));
   control.MouseDown(at);
-  LetGo(control, at);
+}
+
+// A button comes up also where the press has disabled or hidden what it was on.
+void Release(Control& control, const MouseEvent& at) {
+  control.MouseUp(at);
+  if (at.Button == MouseButton::Left) control.UserClick(at);
+}
+
+void Click(Control& control, const MouseEvent& at) {
+  if (!Reaches(control)) return;
+  Press(control, at);
+  Release(control, at);
 }
 
 void DoubleClick(Control& control, MouseEvent at) {
@@ -42,7 +48,7 @@ void DoubleClick(Control& control, MouseEvent at) {
     control.MouseUp(at);
   } else {
     control.MouseDown(at);
-    LetGo(control, at);
+    Release(control, at);
   }
 }
 
@@ -70,7 +76,7 @@ void Drag(Control& control, const MouseEvent& from, const MouseEvent& to,
     control.MouseMove(at);
     pause();
   }
-  LetGo(control, at);
+  Release(control, at);
 }
 
 }  // namespace quorl::hand

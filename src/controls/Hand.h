@@ -12,7 +12,10 @@ bool Reaches(const Control& control);
 
 // The pointer comes to a place, with no button or the one that `at` names.
 void Hover(Control& control, const MouseEvent& at = {});
-// Press and release of at.Button; of the left one a click, too.
+// at.Button goes down, or comes up; the left one that comes up is a click, too.
+void Press(Control& control, const MouseEvent& at = {.Button = MouseButton::Left});
+void Release(Control& control, const MouseEvent& at = {.Button = MouseButton::Left});
+// Press and release.
 void Click(Control& control, const MouseEvent& at = {.Button = MouseButton::Left});
 // A click, and the double click where the panel handles it, else a second click.
 void DoubleClick(Control& control, MouseEvent at = {});

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "memories/BandPlan.h"
-#include "memories/clsINIFile.h"
+#include "profile/clsINIFile.h"
 
 namespace quorl {
 

@@ -7,14 +7,14 @@
 #include <vector>
 
 #include "memories/BandPlan.h"
-#include "memories/clsINIFile.h"
-#include "memories/modIniFiles.h"
 #include "platform/Clock.h"
 #include "platform/Dialogs.h"
 #include "platform/EventQueue.h"
 #include "platform/FileWorker.h"
 #include "platform/Files.h"
 #include "platform/files/PostedFiles.h"
+#include "profile/clsINIFile.h"
+#include "profile/modIniFiles.h"
 
 namespace quorl {
 

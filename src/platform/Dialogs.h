@@ -1,11 +1,15 @@
 // Questions and messages to the user: what the desktop shows as boxes and choosers.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
 
 namespace quorl {
+
+// What a user has mixed for himself in the colour dialog; white where he has not.
+using CustomColours = std::array<std::uint32_t, 16>;
 
 enum class MessageIcon { None, Information, Question, Warning, Critical };
 enum class MessageButtons { Ok, OkCancel, YesNo, YesNoCancel };
@@ -38,8 +42,9 @@ class Dialogs {
   virtual std::optional<std::string> AskOpenFile(const FileRequest& request) = 0;
   // A name that is taken is not asked about: that is the caller's, who knows what it means.
   virtual std::optional<std::string> AskSaveFile(const FileRequest& request) = 0;
-  // Colours as 24-bit numbers, blue in the high byte.
-  virtual std::optional<std::uint32_t> AskColour(std::uint32_t suggestion) = 0;
+  // Colours as 24-bit numbers, blue in the high byte. The user may put together colours of his own in
+  // `custom` on the way, also where he cancels then.
+  virtual std::optional<std::uint32_t> AskColour(std::uint32_t suggestion, CustomColours& custom) = 0;
 };
 
 }  // namespace quorl

@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "support/Error.h"
 
@@ -17,6 +18,11 @@ struct ModemStatus {
   static constexpr std::uint32_t Cts = 0x10, Dsr = 0x20, Ring = 0x40, Carrier = 0x80;
 };
 
+struct SerialPortInfo {
+  std::string Path;    // what to open: the name that stays with the adapter where it has one
+  std::string Device;  // the driver's name, such as /dev/ttyUSB0; may equal Path
+};
+
 class SerialPort {
  public:
   virtual ~SerialPort() = default;
@@ -25,6 +31,8 @@ class SerialPort {
   virtual Failure Open(const std::string& device) = 0;
   virtual void Close() = 0;
   virtual bool IsOpen() const = 0;
+  // The ports that are there now, without opening any: that would move its lines.
+  virtual std::vector<SerialPortInfo> List() const = 0;
   // True asserts the line (for Break: holds the break state). A closed port ignores it.
   virtual void SetLine(SerialLine line, bool on) = 0;
   // ModemStatus bits now; empty where the port is closed or the driver refuses.

@@ -152,12 +152,12 @@ std::optional<std::string> ScriptDialogs::AskSaveFile(const FileRequest& request
   return AsksPerson ? person_.AskSaveFile(request) : std::nullopt;
 }
 
-std::optional<std::uint32_t> ScriptDialogs::AskColour(std::uint32_t suggestion) {
+std::optional<std::uint32_t> ScriptDialogs::AskColour(std::uint32_t suggestion, CustomColours& custom) {
   if (const auto answer = NextAnswer()) {
     const auto number = ParseInt32(*answer);
     return number ? std::optional<std::uint32_t>(static_cast<std::uint32_t>(*number)) : std::nullopt;
   }
-  return AsksPerson ? person_.AskColour(suggestion) : std::nullopt;
+  return AsksPerson ? person_.AskColour(suggestion, custom) : std::nullopt;
 }
 
 ScriptRunner::ScriptRunner(ControlRegistry& registry, EventQueue& queue, const Clock& clock,
@@ -170,6 +170,8 @@ const std::vector<ScriptRunner::Command>& ScriptRunner::Commands() {
       {"click", 1, 5, &ScriptRunner::Click},
       {"rightclick", 1, 5, &ScriptRunner::RightClick},
       {"doubleclick", 1, 5, &ScriptRunner::DoubleClick},
+      {"press", 1, 5, &ScriptRunner::Press},
+      {"release", 1, 5, &ScriptRunner::Release},
       {"set", 2, kAny, &ScriptRunner::Set},
       {"choose", 2, kAny, &ScriptRunner::Set},
       {"wheel", 2, 6, &ScriptRunner::Wheel},
@@ -241,6 +243,14 @@ void ScriptRunner::RightClick(const Words& words) {
 
 void ScriptRunner::DoubleClick(const Words& words) {
   hand::DoubleClick(Find(words[0]), GestureIn(words, 1, MouseButton::Left));
+}
+
+void ScriptRunner::Press(const Words& words) {
+  hand::Press(Find(words[0]), GestureIn(words, 1, MouseButton::Left));
+}
+
+void ScriptRunner::Release(const Words& words) {
+  hand::Release(Find(words[0]), GestureIn(words, 1, MouseButton::Left));
 }
 
 void ScriptRunner::Set(const Words& words) {

@@ -31,7 +31,7 @@ class ScriptDialogs final : public Dialogs {
                                      const std::string& suggestion) override;
   std::optional<std::string> AskOpenFile(const FileRequest& request) override;
   std::optional<std::string> AskSaveFile(const FileRequest& request) override;
-  std::optional<std::uint32_t> AskColour(std::uint32_t suggestion) override;
+  std::optional<std::uint32_t> AskColour(std::uint32_t suggestion, CustomColours& custom) override;
 
  private:
   std::optional<std::string> NextAnswer();
@@ -78,6 +78,8 @@ class ScriptRunner {
   void Click(const Words& words);
   void RightClick(const Words& words);
   void DoubleClick(const Words& words);
+  void Press(const Words& words);
+  void Release(const Words& words);
   void Set(const Words& words);
   void Wheel(const Words& words);
   void Drag(const Words& words);

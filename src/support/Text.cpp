@@ -50,6 +50,12 @@ std::optional<double> ParseDouble(std::string_view text) {
   return value;
 }
 
+std::optional<double> ParseTyped(std::string_view text) {
+  std::string solid{text};
+  std::erase_if(solid, [](char c) { return c == ' ' || c == '\t'; });
+  return ParseDouble(solid);
+}
+
 std::optional<std::int32_t> ParseInt32(std::string_view text) {
   const auto value = ParseDouble(text);
   return value ? ToInt32(*value) : std::nullopt;

@@ -19,6 +19,8 @@ std::string_view Trim(std::string_view text);
 // The whole text must be one decimal number, with a point and without thousands separators; blanks around it
 // and a leading plus are allowed. Nothing infinite. Empty where it isn't one.
 std::optional<double> ParseDouble(std::string_view text);
+// As ParseDouble, of what a person typed or a picture shows: blanks don't count ("10 000 000").
+std::optional<double> ParseTyped(std::string_view text);
 // As ParseDouble, rounded half to even; empty outside of 32 bits.
 std::optional<std::int32_t> ParseInt32(std::string_view text);
 // "True" and "False" in any case; a number is true unless it is 0.

@@ -172,22 +172,22 @@ TEST_F(Memories, TheDialogEditsACopyAndLiterallyKeepsItForThisRunOnly) {
     EXPECT_EQ(opened, 1) << "once for press and release";
     panel->mnuUserPresets.UserChoose(0);
     EXPECT_TRUE(At("frmEditUserPreset").Visible());
-    EXPECT_EQ(Text("txtPresetValues(1)"), "7 074 000");
-    EXPECT_EQ(Text("txtPresetValues(2)"), "2026-10-01");
-    EXPECT_EQ(Text("txtPresetValues(3)"), "12:34:56");
-    Set("txtPresetValues(1)", "somewhere");
-    Click("cmdSave");
+    EXPECT_EQ(Text("frmEditUserPreset.txtPresetValues(1)"), "7 074 000");
+    EXPECT_EQ(Text("frmEditUserPreset.txtPresetValues(2)"), "2026-10-01");
+    EXPECT_EQ(Text("frmEditUserPreset.txtPresetValues(3)"), "12:34:56");
+    Set("frmEditUserPreset.txtPresetValues(1)", "somewhere");
+    Click("frmEditUserPreset.cmdSave");
     EXPECT_TRUE(At("frmEditUserPreset").Visible()) << "refused in place";
-    Set("txtPresetValues(1)", "7 090 600");
-    Click("optDemodulationValue(2)");
-    Click("cmdSave");
+    Set("frmEditUserPreset.txtPresetValues(1)", "7 090 600");
+    Click("frmEditUserPreset.optDemodulationValue(2)");
+    Click("frmEditUserPreset.cmdSave");
     EXPECT_FALSE(At("frmEditUserPreset").Visible());
     EXPECT_EQ(tuned, 70906000);
     EXPECT_EQ(vars.CurrentDemodMode, DemodMode::LSB);
     EXPECT_EQ(File().find("FreqCurrent=7090600") != std::string::npos, safe);
     panel->mnuUserPresets.UserChoose(1);
     tuned = 1;
-    Click("cmdCancel");
+    Click("frmEditUserPreset.cmdCancel");
     EXPECT_EQ(tuned, 1);
   }
 }

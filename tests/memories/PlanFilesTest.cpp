@@ -5,7 +5,6 @@
 #include <string>
 
 #include "memories/PlanFormat.h"
-#include "memories/ProfileText.h"
 #include "memories/modBandPlan.h"
 #include "platform/files/GrowingFile.h"
 #include "platform/virtual/VirtualClock.h"
@@ -13,6 +12,7 @@
 #include "platform/virtual/VirtualEventQueue.h"
 #include "platform/virtual/VirtualFileWorker.h"
 #include "platform/virtual/VirtualFiles.h"
+#include "profile/ProfileText.h"
 #include "support/TextEncoding.h"
 
 namespace quorl {

@@ -90,6 +90,8 @@ TEST_F(ScriptRunnerTest, GesturesArriveAsAHandWouldMakeThem) {
         Case{"rightclick LBLTHING", "move down-right up-right"},
         Case{"click lblThing 0.25 1 shift", "moves@25,100 downs@25,100 ups@25,100 clicks@25,100"},
         Case{"doubleclick lblThing", "move down up click double up"},
+        Case{"press lblThing 0.25 1", "move@25,100 down@25,100"},
+        Case{"release lblThing", "up click"},
         Case{"wheel lblThing -2 shift ctrl", "movesc wheel-1sc wheel-1sc"},
         Case{"wheel lblThing 1 0 .5 ctrl", "movec@0,50 wheel1c@0,50"},
         Case{"hover lblThing 0.3 0.4", "move@30,40"},
@@ -115,6 +117,8 @@ TEST_F(ScriptRunnerTest, GesturesArriveAsAHandWouldMakeThem) {
   EXPECT_EQ(Run("click chkThing\nclick lblThing\nwheel lblThing 1\nrightclick lblThing"),
             ScriptRunner::kPassed);
   EXPECT_EQ(notes, "");
+  EXPECT_EQ(Run("press lblThing\nrelease lblThing"), ScriptRunner::kPassed);
+  EXPECT_EQ(notes, "up") << "what was pressed is let go, wherever it is by then";
 }
 
 TEST_F(ScriptRunnerTest, ADragMovesThereWithItsButtonHeldWhileTheRadioRuns) {

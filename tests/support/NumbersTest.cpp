@@ -54,6 +54,9 @@ TEST(Text, NumbersAreReadAsAWhole) {
     EXPECT_FALSE(ParseDouble(none)) << none;
   }
   EXPECT_FALSE(ParseInt32("2147483648"));
+  EXPECT_EQ(ParseTyped(" 50 000 000.5\t"), 50000000.5);
+  EXPECT_FALSE(ParseTyped("5 x"));
+  EXPECT_FALSE(ParseTyped("   "));
 }
 
 TEST(Text, BooleansAreWordsOrNumbers) {

@@ -63,6 +63,16 @@ QString StartOf(const FileRequest& request, const QString& lastDirectory) {
   return directory.isEmpty() || QFileInfo(name).isAbsolute() ? name : directory + '/' + name;
 }
 
+// Blue in the high byte.
+QColor FromNumber(std::uint32_t number) {
+  return {static_cast<int>(number & 0xFF), static_cast<int>(number >> 8 & 0xFF),
+          static_cast<int>(number >> 16 & 0xFF)};
+}
+
+std::uint32_t NumberOf(const QColor& colour) {
+  return static_cast<std::uint32_t>(colour.red() | colour.green() << 8 | colour.blue() << 16);
+}
+
 }  // namespace
 
 QString QtFilterOf(const std::string& filter) {
@@ -121,12 +131,14 @@ std::optional<std::string> QtDialogs::AskSaveFile(const FileRequest& request) {
   return path.toStdString();
 }
 
-std::optional<std::uint32_t> QtDialogs::AskColour(std::uint32_t suggestion) {
-  const QColor start(static_cast<int>(suggestion & 0xFF), static_cast<int>(suggestion >> 8 & 0xFF),
-                     static_cast<int>(suggestion >> 16 & 0xFF));
-  const QColor colour = QColorDialog::getColor(start, window_);
-  if (!colour.isValid()) return {};
-  return static_cast<std::uint32_t>(colour.red() | colour.green() << 8 | colour.blue() << 16);
+std::optional<std::uint32_t> QtDialogs::AskColour(std::uint32_t suggestion, CustomColours& custom) {
+  const int places = std::min(QColorDialog::customCount(), static_cast<int>(custom.size()));
+  for (int i = 0; i < places; ++i)
+    QColorDialog::setCustomColor(i, FromNumber(custom[static_cast<std::size_t>(i)]));
+  const QColor colour = QColorDialog::getColor(FromNumber(suggestion), window_);
+  for (int i = 0; i < places; ++i)
+    custom[static_cast<std::size_t>(i)] = NumberOf(QColorDialog::customColor(i));
+  return colour.isValid() ? std::optional(NumberOf(colour)) : std::nullopt;
 }
 
 }  // namespace quorl

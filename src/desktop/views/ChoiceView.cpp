@@ -65,7 +65,9 @@ void ChoiceView::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   if (LooksOff()) painter.setOpacity(skin::kDisabledOpacity);
   const QColor hue = skin::ColourOf(skin::kUnselected);
-  painter.setPen(QPen(skin::Mixed(QColor(skin::kFace), hue, 0.45), 1));
+  const QColor edge =
+      box_.Fault().empty() ? skin::Mixed(QColor(skin::kFace), hue, 0.45) : QColor(skin::kOver);
+  painter.setPen(QPen(edge, 1));
   painter.setBrush(skin::Mixed(QColor(skin::kFace), hue, IsHovered() ? 0.14 : 0.03));
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), skin::kRadius, skin::kRadius);
   painter.setFont(skin::WordFont());

@@ -71,7 +71,8 @@ void TextView::TakeOver() {
   line_->setAccessibleName(SpokenName());
   line_->setPlaceholderText(SpokenName());
   const Colour ink = text_.ForeColour();
-  const QString style = ink == 0 ? QString() : "color: " + skin::ColourOf(ink).name();
+  QString style = ink == 0 ? QString() : "color: " + skin::ColourOf(ink).name() + ";";
+  if (!text_.Fault().empty()) style += "border: 1px solid " + QColor(skin::kOver).name() + ";";
   if (line_->styleSheet() != style) line_->setStyleSheet(style);
 }
 

@@ -121,7 +121,8 @@ void View::TakeOver() {
   // A region that the window itself has hidden stays so.
   if (control_.Visible() != visible_) setVisible(visible_ = control_.Visible());
   setEnabled(control_.Enabled());
-  const QString tip = QString::fromStdString(control_.ToolTip());
+  const std::string& fault = control_.Fault();
+  const QString tip = QString::fromStdString(fault.empty() ? control_.ToolTip() : fault);
   if (tip != toolTip()) setToolTip(tip);
   TakeOverMnemonic();
   if (const QSize hint = sizeHint(); hint != hint_) {

@@ -26,7 +26,8 @@ class ViewAccess : public QAccessibleWidget, public QAccessibleValueInterface, p
         return view_.SpokenValue();
       case QAccessible::Description:
       case QAccessible::Help:
-        return QString::fromStdString(view_.Shown().ToolTip());
+        return QString::fromStdString(view_.Shown().Fault().empty() ? view_.Shown().ToolTip()
+                                                                    : view_.Shown().Fault());
       default:
         return QAccessibleWidget::text(kind);
     }

@@ -30,18 +30,18 @@ void PresetWindow::Build() {
     grid->addWidget(Caption(name), row, 0);
     grid->addWidget(view, row++, 1);
   };
-  put("Preset No.", bind_.Word("lblPresetIndex", "00"));
-  put("Description", bind_.Text("txtPresetValues(0)", kTextWidth));
-  put("Frequency", bind_.Text("txtPresetValues(1)", kDateWidth));
-  put("Date and time",
-      RowOf({bind_.Text("txtPresetValues(2)", kDateWidth), bind_.Text("txtPresetValues(3)", kTimeWidth)}));
-  put("Demodulation", OptionRow("optDemodulationValue", 4));
-  put("Filtering", OptionRow("optFilteringValues", 5));
-  put("IF Frequency", RowOf({bind_.Toggle("chkPresetTuneImage")}));
+  put("Preset No.", bind_.Word("frmEditUserPreset.lblPresetIndex", "00"));
+  put("Description", bind_.Text("frmEditUserPreset.txtPresetValues(0)", kTextWidth));
+  put("Frequency", bind_.Text("frmEditUserPreset.txtPresetValues(1)", kDateWidth));
+  put("Date and time", RowOf({bind_.Text("frmEditUserPreset.txtPresetValues(2)", kDateWidth),
+                              bind_.Text("frmEditUserPreset.txtPresetValues(3)", kTimeWidth)}));
+  put("Demodulation", OptionRow("frmEditUserPreset.optDemodulationValue", 4));
+  put("Filtering", OptionRow("frmEditUserPreset.optFilteringValues", 5));
+  put("IF Frequency", RowOf({bind_.Toggle("frmEditUserPreset.chkPresetTuneImage")}));
   auto* buttons = new QHBoxLayout;
   buttons->addStretch(1);
-  Put(buttons, bind_.Button("cmdSave"));
-  Put(buttons, bind_.Button("cmdCancel"));
+  Put(buttons, bind_.Button("frmEditUserPreset.cmdSave"));
+  Put(buttons, bind_.Button("frmEditUserPreset.cmdCancel"));
   grid->addLayout(buttons, row, 0, 1, 2);
 }
 

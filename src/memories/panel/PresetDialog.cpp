@@ -35,13 +35,14 @@ std::string Part(const std::string& text, std::size_t at, std::size_t length) {
 
 PresetDialog::PresetDialog(ControlRegistry& registry)
     : frmEditUserPreset(registry, "frmEditUserPreset"),
-      lblPresetIndex(registry, "lblPresetIndex"),
-      txtPresetValues(registry, "txtPresetValues", 4),
-      optDemodulationValue(registry, "optDemodulationValue", static_cast<int>(kModes.size())),
-      optFilteringValues(registry, "optFilteringValues", static_cast<int>(kFilters.size())),
-      chkPresetTuneImage(registry, "chkPresetTuneImage"),
-      cmdSave(registry, "cmdSave"),
-      cmdCancel(registry, "cmdCancel") {
+      lblPresetIndex(registry, "frmEditUserPreset.lblPresetIndex"),
+      txtPresetValues(registry, "frmEditUserPreset.txtPresetValues", 4),
+      optDemodulationValue(registry, "frmEditUserPreset.optDemodulationValue",
+                           static_cast<int>(kModes.size())),
+      optFilteringValues(registry, "frmEditUserPreset.optFilteringValues", static_cast<int>(kFilters.size())),
+      chkPresetTuneImage(registry, "frmEditUserPreset.chkPresetTuneImage"),
+      cmdSave(registry, "frmEditUserPreset.cmdSave"),
+      cmdCancel(registry, "frmEditUserPreset.cmdCancel") {
   frmEditUserPreset.Visible = false;
   for (std::size_t i = 0; i < kModes.size(); ++i)
     optDemodulationValue(static_cast<int>(i)).Caption = std::string(kModes[i]);

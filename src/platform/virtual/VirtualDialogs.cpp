@@ -48,7 +48,8 @@ std::optional<std::string> VirtualDialogs::AskSaveFile(const FileRequest& reques
   return Next(SaveFileAnswers, {}, WhileOpen);
 }
 
-std::optional<std::uint32_t> VirtualDialogs::AskColour(std::uint32_t suggestion) {
+std::optional<std::uint32_t> VirtualDialogs::AskColour(std::uint32_t suggestion, CustomColours& custom) {
+  if (MixColours) MixColours(custom);
   ColourRequests.push_back(suggestion);
   return Next(ColourAnswers, {}, WhileOpen);
 }

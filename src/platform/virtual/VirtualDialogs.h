@@ -28,6 +28,8 @@ class VirtualDialogs : public Dialogs {
   std::vector<TextRequest> TextRequests;
   std::vector<FileRequest> OpenFileRequests, SaveFileRequests;
   std::vector<std::uint32_t> ColourRequests;
+  // What the user mixes for himself at each question for a colour. May be empty.
+  std::function<void(CustomColours&)> MixColours;
 
   // Runs while a box stands open: the events that go on meanwhile.
   std::function<void()> WhileOpen;
@@ -38,7 +40,7 @@ class VirtualDialogs : public Dialogs {
                                      const std::string& suggestion) override;
   std::optional<std::string> AskOpenFile(const FileRequest& request) override;
   std::optional<std::string> AskSaveFile(const FileRequest& request) override;
-  std::optional<std::uint32_t> AskColour(std::uint32_t suggestion) override;
+  std::optional<std::uint32_t> AskColour(std::uint32_t suggestion, CustomColours& custom) override;
 };
 
 }  // namespace quorl

@@ -34,12 +34,15 @@ class VirtualSerialPort : public SerialPort {
   Failure Open(const std::string& device) override;
   void Close() override;
   bool IsOpen() const override { return open_; }
+  std::vector<SerialPortInfo> List() const override { return Ports; }
   void SetLine(SerialLine line, bool on) override;
   std::optional<std::uint32_t> Status() const override;
   void OnStatusChange(std::function<void()> handler) override { onStatusChange_ = std::move(handler); }
   void OnPresence(std::function<void(const Failure& vanished)> handler) override {
     onPresence_ = std::move(handler);
   }
+
+  std::vector<SerialPortInfo> Ports;  // that this machine is said to have
 
   // Null takes the listener away. It must outlive its time here.
   void SetListener(LineListener* listener) { listener_ = listener; }

@@ -10,6 +10,7 @@
 #include <thread>
 #include <utility>
 
+#include "platform/linux/lines/SerialPortList.h"
 #include "platform/linux/system/SystemError.h"
 
 namespace quorl {
@@ -216,6 +217,10 @@ void LinuxSerialPort::LookAgain() {
   lookAgain_->Stop();
   const auto handler = onPresence_;
   if (handler) handler({});
+}
+
+std::vector<SerialPortInfo> LinuxSerialPort::List() const {
+  return ListSerialPorts();
 }
 
 void LinuxSerialPort::SetLine(SerialLine line, bool on) {

@@ -29,6 +29,7 @@ class LinuxSerialPort : public SerialPort {
   Failure Open(const std::string& device) override;
   void Close() override;
   bool IsOpen() const override { return file_ >= 0; }
+  std::vector<SerialPortInfo> List() const override;
   void SetLine(SerialLine line, bool on) override;
   std::optional<std::uint32_t> Status() const override;
   void OnStatusChange(std::function<void()> handler) override;

@@ -4,12 +4,9 @@
 #include <string>
 #include <vector>
 
-namespace quorl {
+#include "platform/SerialPort.h"
 
-struct SerialPortInfo {
-  std::string Path;    // what to open: the name that stays with the adapter where it has one
-  std::string Device;  // the driver's name, such as /dev/ttyUSB0; may equal Path
-};
+namespace quorl {
 
 // Adapters by their lasting names, then built-in ports with hardware behind them, then adapters without a
 // lasting name; each device once, sorted by path. No port is opened: that would move its lines. `root` is put

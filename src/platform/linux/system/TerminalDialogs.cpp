@@ -34,7 +34,7 @@ std::optional<std::string> TerminalDialogs::AskSaveFile(const FileRequest&) {
   return {};
 }
 
-std::optional<std::uint32_t> TerminalDialogs::AskColour(std::uint32_t) {
+std::optional<std::uint32_t> TerminalDialogs::AskColour(std::uint32_t, CustomColours&) {
   return {};
 }
 

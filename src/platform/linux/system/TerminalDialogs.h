@@ -19,7 +19,7 @@ class TerminalDialogs : public Dialogs {
                                      const std::string& suggestion) override;
   std::optional<std::string> AskOpenFile(const FileRequest& request) override;
   std::optional<std::string> AskSaveFile(const FileRequest& request) override;
-  std::optional<std::uint32_t> AskColour(std::uint32_t suggestion) override;
+  std::optional<std::uint32_t> AskColour(std::uint32_t suggestion, CustomColours& custom) override;
 
  private:
   std::ostream& output_;

@@ -1,6 +1,6 @@
-#include "memories/modIniFiles.h"
+#include "profile/modIniFiles.h"
 
-#include "memories/ProfileText.h"
+#include "profile/ProfileText.h"
 #include "support/Product.h"
 #include "support/Text.h"
 #include "support/TextEncoding.h"

@@ -1,4 +1,4 @@
-#include "memories/ProfileText.h"
+#include "profile/ProfileText.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "memories/clsINIFile.h"
+#include "profile/clsINIFile.h"
 
 #include "support/Text.h"
 #include "support/TextEncoding.h"
