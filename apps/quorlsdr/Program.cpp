@@ -14,6 +14,7 @@
 #include "core/frmMain.h"
 #include "desktop/qt/QtDialogs.h"
 #include "desktop/qt/QtEventQueue.h"
+#include "desktop/window/CalibrateWindow.h"
 #include "desktop/window/PanelWindow.h"
 #include "desktop/window/PresetWindow.h"
 #include "desktop/window/RecordErrorWindow.h"
@@ -72,6 +73,7 @@ class Program {
     HostMachineOptions wanted;
     wanted.Demo = options_.Demo;
     wanted.VirtualTime = options_.VirtualTime;
+    wanted.Board.ErrorPpm = options_.BoardErrorPpm;
     wanted.Settings = options_.Settings;
     machine_ = HostMachine::Create(wanted, queue_, boxes_, failure);
     if (failure) return failure;
@@ -114,6 +116,7 @@ class Program {
     presetWindow_ = std::make_unique<PresetWindow>(frame_->Controls(), LogLine());
     recordErrorWindow_ = std::make_unique<RecordErrorWindow>(frame_->Controls(), LogLine());
     timerWindow_ = std::make_unique<TimerWindow>(frame_->Controls(), LogLine());
+    calibrateWindow_ = std::make_unique<CalibrateWindow>(frame_->Controls(), LogLine());
     logWindow_->PaintNow();
     if (options_.Script.empty()) splash_ = std::make_unique<SplashPanel>(QUORL_VERSION);
   }
@@ -217,6 +220,7 @@ class Program {
   std::unique_ptr<PresetWindow> presetWindow_;
   std::unique_ptr<RecordErrorWindow> recordErrorWindow_;
   std::unique_ptr<TimerWindow> timerWindow_;
+  std::unique_ptr<CalibrateWindow> calibrateWindow_;
   std::unique_ptr<PanelWindow> window_;
   bool closing_ = false;
 };

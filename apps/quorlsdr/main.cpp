@@ -34,6 +34,11 @@ int main(int count, char** arguments) {
   parser.add_flag("--verbose", options.Verbose, "a script's print tells colours, enabled and visible, too");
   parser.add_option("--output", options.Output, "WAV file of what is heard")->type_name("FILE");
   parser.add_option("--seconds", options.Seconds, "ends by itself")->type_name("S");
+  parser
+      .add_option("--board-error", options.BoardErrorPpm,
+                  "with --demo: error of the board's clock, default 0")
+      ->type_name("PPM")
+      ->check(CLI::Range(-1000.0, 1000.0));
   parser.add_flag("--report", options.Report, "one line of JSON on standard error when done");
   try {
     parser.parse(count, arguments);
@@ -43,6 +48,10 @@ int main(int count, char** arguments) {
   }
   if (options.VirtualTime && (!options.Demo || options.Script.empty())) {
     std::fprintf(stderr, "quorlsdr: --virtual-time needs --demo and --script\n");
+    return quorl::ExitCode::Refused;
+  }
+  if (options.BoardErrorPpm != 0.0 && !options.Demo) {
+    std::fprintf(stderr, "quorlsdr: --board-error: only the demo's board has one; --demo is needed\n");
     return quorl::ExitCode::Refused;
   }
   if (!HasDisplay()) {

@@ -52,6 +52,7 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
       recorder_(context_, DeckMachine(), wavFile_, LinksOfRecorder()),
       timer_(wavFile_, DeckMachine(), LinksOfTimer()),
       timerPanel_(registry_, timer_, wavFile_, machine_.Time, LinksOfTimerPanel()),
+      calibrate_(registry_, radio_.Tuning(), radio_.Rx, machine_.Queue),
       tmrSaveSettings_(machine_.Queue, [this] { SaveNow(); }),
       tmrUnload_(machine_.Queue, [this] { Form_Unload(); }) {
   logPanel_.frmLog.Visible = false;
@@ -226,6 +227,7 @@ void frmMain::Form_Unload() {
   tmrUnload_.SetInterval(kUnloadInterval);
   tmrUnload_.SetEnabled(waits);
   if (waits) return;
+  calibrate_.Leave();
   timer_.Stop();
   radio_.tmrPerfStats.SetEnabled(false);
   scope_.Stop();

@@ -9,6 +9,7 @@
 #include "config/ColourSchemes.h"
 #include "config/SettingsStore.h"
 #include "config/SettingsTable.h"
+#include "configuration/frmCalibrate.h"
 #include "controls/ControlRegistry.h"
 #include "controls/Controls.h"
 #include "core/LiveRadio.h"
@@ -90,6 +91,7 @@ class frmMain {
   const std::vector<BandPlan>& MainBands() const { return memories_.BandPlans; }
   MemoriesPanel& Memories() { return memories_; }
   PlayedBand& Played() { return played_; }
+  frmCalibrate& Calibrate() { return calibrate_; }
   clsWavFile& WavFile() { return wavFile_; }
   bool IsOn() const { return on_; }
   bool CaptionRemoved() const { return captionRemoved_; }
@@ -186,6 +188,7 @@ class frmMain {
   RecorderPanel recorder_;
   RecordingTimer timer_;
   TimerPanel timerPanel_;
+  frmCalibrate calibrate_;
   Timer tmrSaveSettings_, tmrUnload_;
   SettingsTable early_;     // read before window and tuning are made of it: colours, size, board, interface
   SettingsTable settings_;  // the rest, read at its own step

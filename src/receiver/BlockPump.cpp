@@ -13,12 +13,13 @@ constexpr std::int32_t kMuted = -40000;  // under every sound card's floor
 
 }  // namespace
 
-BlockPump::BlockPump(const PublicVars& vars, ReceiveChain& chain, const AnalyserTap& tap,
+BlockPump::BlockPump(const PublicVars& vars, ReceiveChain& chain, const AnalyserTap& tap, BeatMeter& beat,
                      BlockRecorder& recorder, SoundOutput& sound, Profiler& profiler,
                      std::function<void()> yield)
     : vars_(vars),
       chain_(chain),
       tap_(tap),
+      beat_(beat),
       recorder_(recorder),
       sound_(sound),
       profiler_(profiler),
@@ -49,8 +50,10 @@ void BlockPump::SoundCard_DataReady(std::int16_t* samplesI, const std::int16_t* 
   const bool playsAudio = recorder_.PlayerMode() == PlayerModes::Playing && !recorder_.IsIF();
   if (playsAudio) {
     recorder_.GetNextSamples(samplesI, SamplesPerEvent);
+    beat_.Restart();
   } else {
     samplesQ = ExchangeIF(samplesI, samplesQ);
+    beat_.Take(samplesI, vars_.SDRModelNo == SDRModel::IQXtalRX ? samplesQ : nullptr);
   }
   tap_.Show_INT16(SpectrumSource::IFIn, samplesI, samplesQ, true);
 

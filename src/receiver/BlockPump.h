@@ -10,6 +10,7 @@
 
 #include "diagnostics/Profiler.h"
 #include "dsp/chain/AnalyserTap.h"
+#include "dsp/chain/BeatMeter.h"
 #include "dsp/chain/ReceiveChain.h"
 #include "receiver/BlockRecorder.h"
 #include "receiver/SoundOutput.h"
@@ -20,8 +21,8 @@ namespace quorl {
 
 class BlockPump {
  public:
-  BlockPump(const PublicVars& vars, ReceiveChain& chain, const AnalyserTap& tap, BlockRecorder& recorder,
-            SoundOutput& sound, Profiler& profiler, std::function<void()> yield);
+  BlockPump(const PublicVars& vars, ReceiveChain& chain, const AnalyserTap& tap, BeatMeter& beat,
+            BlockRecorder& recorder, SoundOutput& sound, Profiler& profiler, std::function<void()> yield);
 
   // One block of SamplesPerEvent samples a channel. `samplesI` (left) leaves as the audio that went to
   // playback. A block that arrives while another one is in work is dropped.
@@ -40,6 +41,7 @@ class BlockPump {
   const PublicVars& vars_;
   ReceiveChain& chain_;
   const AnalyserTap& tap_;
+  BeatMeter& beat_;
   BlockRecorder& recorder_;
   SoundOutput& sound_;
   Profiler& profiler_;

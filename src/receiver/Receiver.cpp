@@ -23,8 +23,9 @@ Receiver::Receiver(const Clock& clock, SoundOutput& sound, BlockRecorder& record
       Agc(Vars, sound),
       Chain(Vars, Filters, Agc, Tap, recorder),
       FilterMaker(Vars, Filters, Tap, yield),
+      Beat(Settings),
       Profiler1(clock),
-      Pump(Vars, Chain, Tap, recorder, sound, Profiler1, std::move(yield)) {}
+      Pump(Vars, Chain, Tap, Beat, recorder, sound, Profiler1, std::move(yield)) {}
 
 void Receiver::Initialise() {
   InitialiseFFTReal();

@@ -40,6 +40,7 @@ class Receiver {
   AGC Agc;
   ReceiveChain Chain;
   VariableFilters FilterMaker;
+  BeatMeter Beat;      // off unless somebody reads it
   Profiler Profiler1;  // times the pump
   BlockPump Pump;
 

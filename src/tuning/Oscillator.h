@@ -28,7 +28,8 @@ class Oscillator {
   // The chip's clock in hertz. MaxFreq becomes half of it. Fails for 0 and for clocks whose half doesn't fit
   // MaxFreq; the tuning word's factor then stays what it was.
   Failure SetClkIn(double hertz);
-  double ClkIn() const;
+  double ClkIn() const;                         // rounded
+  double Clock() const { return clock_ / 10; }  // as it was set, in hertz
 
   // Sends the frequency, or MaxFreq where it is higher, to the chip; returns the one that was sent. Dropped
   // while another call is under way. Shows a message and sends nothing where the clock isn't set.
