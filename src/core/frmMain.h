@@ -112,7 +112,7 @@ class frmMain {
   RecorderLinks LinksOfRecorder();
   TimerLinks LinksOfTimer();
   TimerPanelLinks LinksOfTimerPanel();
-  bool IsReadyForTimer() const;
+  bool IsReadyForTimer();
   std::string TuneForTimer(const TimerTarget& target);
   TimerTarget TunedForTimer();
   void TimerChanged();

@@ -30,10 +30,15 @@ TimerPanelLinks frmMain::LinksOfTimerPanel() {
   return links;
 }
 
-// What waits for a plan or for an answer goes on when this has returned.
-bool frmMain::IsReadyForTimer() const {
-  return !switching_ && !offer_.IsOpen() && !recorder_.IsClicking() && !memories_.IsLoading() &&
-         !memories_.Memory.ApplyingSettings;
+// What waits for a plan or for an answer goes on when this has returned. A recording that was left behind is
+// taken, and saved with the next look: at night nobody answers for it.
+bool frmMain::IsReadyForTimer() {
+  if (switching_ || recorder_.IsClicking() || memories_.IsLoading() || memories_.Memory.ApplyingSettings) {
+    return false;
+  }
+  if (!offer_.IsOpen()) return true;
+  offer_.Take();
+  return false;
 }
 
 std::string frmMain::TuneForTimer(const TimerTarget& target) {

@@ -20,8 +20,23 @@ RecoveryOffer::RecoveryOffer(clsWavFile& deck, const WavFileMachine& machine, co
 void RecoveryOffer::Look() {
   if (parts_.Existing(machine_.Storage).empty() && !machine_.Storage.Exists(parts_.Journal())) return;
   if (!deck_.HoldFolder()) return;
-  open_ = true;
-  recovery_.Find([this](const FoundRecording& found) { open_ = Found(found); });
+  state_ = State::Looking;
+  recovery_.Find([this](const FoundRecording& found) { Found(found); });
+}
+
+// What was refused is there until a new recording has taken its place.
+bool RecoveryOffer::IsOpen() const {
+  return state_ != State::None && (state_ != State::Left || deck_.IsLeftBehind());
+}
+
+void RecoveryOffer::Take() {
+  if (state_ == State::Asking || (state_ == State::Left && deck_.IsLeftBehind() && deck_.HoldFolder()))
+    Mend();
+}
+
+void RecoveryOffer::Mend() {
+  state_ = State::Mending;
+  recovery_.Mend([this](const FoundRecording& mended) { Mended(mended); });
 }
 
 void RecoveryOffer::Tell(const Error& fault) {
@@ -40,25 +55,26 @@ bool RecoveryOffer::Asks(const FoundRecording& found) {
               .Buttons = MessageButtons::YesNo}) == MessageAnswer::Yes;
 }
 
-// Somebody who records meanwhile has had the question from the deck.
-bool RecoveryOffer::Found(const FoundRecording& found) {
-  if (deck_.IsUnsaved() || deck_.IsBusy()) return false;
-  if (found.Fault) {
-    deck_.LeaveFolder(true);
-    Tell(*found.Fault);
-  } else if (found.Files.empty()) {
-    deck_.LeaveFolder(false);
-  } else if (!Asks(found) || deck_.IsUnsaved()) {
-    deck_.LeaveFolder(true);
-  } else {
-    recovery_.Mend([this](const FoundRecording& mended) { Mended(mended); });
-    return true;
+// Somebody who records meanwhile has had the question from the deck; an answer that comes after the timer's
+// hour decides nothing any more.
+void RecoveryOffer::Found(const FoundRecording& found) {
+  state_ = State::None;
+  if (deck_.IsUnsaved() || deck_.IsBusy()) return;
+  if (found.Fault || found.Files.empty()) {
+    deck_.LeaveFolder(found.Fault.has_value());
+    if (found.Fault) Tell(*found.Fault);
+    return;
   }
-  return false;
+  state_ = State::Asking;
+  const bool wanted = Asks(found);
+  if (state_ != State::Asking) return;
+  if (wanted && !deck_.IsUnsaved()) return Mend();
+  state_ = State::Left;
+  deck_.LeaveFolder(true);
 }
 
 void RecoveryOffer::Mended(const FoundRecording& found) {
-  open_ = false;
+  state_ = State::None;
   if (found.Fault) {
     deck_.LeaveFolder(true);
     Tell(*found.Fault);

@@ -10,7 +10,8 @@
 namespace quorl {
 
 // Accepted, the deck holds it as if it had just been stopped. Refused, it stays where it is and is offered
-// again at the next start, until a new recording takes its place (clsWavFile::IsLeftBehind).
+// again at the next start, until a new recording takes its place (clsWavFile::IsLeftBehind). Where the timer
+// is to record and nobody answers, it is taken as if it had been accepted.
 class RecoveryOffer {
  public:
   // Everything outlives the offer.
@@ -21,11 +22,16 @@ class RecoveryOffer {
 
   // Returns at once; the question comes by the queue. What another program is recording is left alone.
   void Look();
-  // From then until it is decided what becomes of it: the folder is not free before.
-  bool IsOpen() const { return open_; }
+  // Something lies there, or may lie there: the folder is not free for a new recording without a question.
+  bool IsOpen() const;
+  // Onto the deck with it, without an answer or against a refusal. Returns at once.
+  void Take();
 
  private:
-  bool Found(const FoundRecording& found);  // whether it is being mended now
+  enum class State { None, Looking, Asking, Left, Mending };
+
+  void Found(const FoundRecording& found);
+  void Mend();
   void Mended(const FoundRecording& found);
   void Tell(const Error& fault);
   bool Asks(const FoundRecording& found);
@@ -34,7 +40,7 @@ class RecoveryOffer {
   WavFileMachine machine_;
   RecordingParts parts_;
   Recovery recovery_;
-  bool open_ = false;
+  State state_ = State::None;
 };
 
 }  // namespace quorl

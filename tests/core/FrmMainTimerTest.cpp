@@ -109,8 +109,11 @@ TEST_F(FrmMainTimer, ItWaitsForAnAnswer) {
   EXPECT_TRUE(rig.Frame().WavFile().IsRecording());
 }
 
-// What a crash has left is not lost to a programme whose time comes while nobody has answered.
-TEST_F(FrmMainTimer, ItWaitsForWhatIsToBecomeOfAnEarlierRecording) {
+// What a crash has left is saved by its date where nobody has answered for it when the next hour comes; what
+// was refused, too. Neither costs the programme more than a few seconds.
+class LeftBehind : public FrmMainTimer, public testing::WithParamInterface<MessageAnswer> {};
+
+TEST_P(LeftBehind, IsSavedAndTheRestIsRecorded) {
   Start("72063000;1;1;0;0;");
   rig.Click("optPwr(0)");
   rig.Run(4.0);
@@ -119,17 +122,22 @@ TEST_F(FrmMainTimer, ItWaitsForWhatIsToBecomeOfAnEarlierRecording) {
   bool asked = false;
   rig.Boxes.WhileOpen = [&] {
     asked = true;
-    rig.Run(3.0);
-    EXPECT_FALSE(rig.Frame().WavFile().IsRecording());
+    if (GetParam() == MessageAnswer::No) return;  // at once
+    rig.Run(4.0);
+    EXPECT_TRUE(rig.Frame().WavFile().IsRecording()) << "with the question standing there";
   };
-  rig.Boxes.MessageAnswers.push_back(MessageAnswer::Yes);
+  rig.Boxes.MessageAnswers.push_back(GetParam());
   ASSERT_TRUE(rig.Start());
-  rig.Run(1.5);
+  rig.Run(4.0);
   EXPECT_TRUE(asked);
+  EXPECT_TRUE(rig.Frame().WavFile().IsRecording());
   rig.Boxes.WhileOpen = {};
   rig.Run(12.0);
-  EXPECT_EQ(Names().size(), 2U) << "the rest was recorded, too";
+  EXPECT_EQ(Names().size(), 2U);
+  EXPECT_EQ(rig.Boxes.Messages.size(), 1U) << "no box after the offer";
 }
+
+INSTANTIATE_TEST_SUITE_P(FrmMainTimer, LeftBehind, testing::Values(MessageAnswer::Yes, MessageAnswer::No));
 
 }  // namespace
 }  // namespace quorl::test
