@@ -14,13 +14,10 @@
 #include "core/frmMain.h"
 #include "desktop/qt/QtDialogs.h"
 #include "desktop/qt/QtEventQueue.h"
-#include "desktop/window/CalibrateWindow.h"
+#include "desktop/window/DialogWindows.h"
 #include "desktop/window/PanelWindow.h"
-#include "desktop/window/PresetWindow.h"
-#include "desktop/window/RecordErrorWindow.h"
 #include "desktop/window/Shot.h"
 #include "desktop/window/SidePanels.h"
-#include "desktop/window/TimerWindow.h"
 #include "display/scope/ScopeOptions.h"
 #include "platform/linux/system/ApplicationFolder.h"
 #include "scripting/ScriptRunner.h"
@@ -113,10 +110,7 @@ class Program {
     }
     // The log's controls are there by now: where it is wanted it shows from the first step.
     logWindow_ = std::make_unique<LogWindow>(frame_->Controls(), LogLine());
-    presetWindow_ = std::make_unique<PresetWindow>(frame_->Controls(), LogLine());
-    recordErrorWindow_ = std::make_unique<RecordErrorWindow>(frame_->Controls(), LogLine());
-    timerWindow_ = std::make_unique<TimerWindow>(frame_->Controls(), LogLine());
-    calibrateWindow_ = std::make_unique<CalibrateWindow>(frame_->Controls(), LogLine());
+    dialogs_ = MakeDialogWindows(frame_->Controls(), LogLine());
     logWindow_->PaintNow();
     if (options_.Script.empty()) splash_ = std::make_unique<SplashPanel>(QUORL_VERSION);
   }
@@ -217,10 +211,7 @@ class Program {
   std::unique_ptr<frmMain> frame_;
   std::unique_ptr<SplashPanel> splash_;
   std::unique_ptr<LogWindow> logWindow_;
-  std::unique_ptr<PresetWindow> presetWindow_;
-  std::unique_ptr<RecordErrorWindow> recordErrorWindow_;
-  std::unique_ptr<TimerWindow> timerWindow_;
-  std::unique_ptr<CalibrateWindow> calibrateWindow_;
+  std::vector<std::unique_ptr<QWidget>> dialogs_;
   std::unique_ptr<PanelWindow> window_;
   bool closing_ = false;
 };

@@ -4,11 +4,9 @@
 
 #include "DesktopTest.h"
 #include "desktop/views/View.h"
+#include "desktop/window/DialogWindows.h"
 #include "desktop/window/PanelWindow.h"
-#include "desktop/window/PresetWindow.h"
-#include "desktop/window/RecordErrorWindow.h"
 #include "desktop/window/SidePanels.h"
-#include "desktop/window/TimerWindow.h"
 
 namespace quorl {
 namespace {
@@ -20,6 +18,7 @@ const std::map<std::string, std::string> kWithoutView = {
     {"frDispMode", "the buttons of the sizes stand on the receiver's card"},
     {"frmEditUserPreset", "the dialog's window itself"},
     {"frmTimer", "the timer's window itself"},
+    {"frmCalibrate", "the calibration's window itself"},
     {"frmRecordFileError", "the message's window itself"},
     {"frmPresetDesc", "the hint beside a memory's button, which its text draws"},
     {"lblCaption", "the heading of that hint"},
@@ -48,7 +47,7 @@ const std::map<std::string, std::string> kWithoutView = {
     {"shpSMeterGrid", "one step of the bar that the meter's view draws"},
 };
 
-std::set<const Control*> ShownBy(std::initializer_list<const QWidget*> windows) {
+std::set<const Control*> ShownBy(const std::vector<const QWidget*>& windows) {
   std::set<const Control*> shown;
   for (const QWidget* window : windows) {
     for (const QWidget* widget : window->findChildren<QWidget*>()) {
@@ -63,10 +62,10 @@ TEST_F(DesktopTest, EveryViewHasItsControlAndEveryControlItsView) {
   const auto missing = [](const std::string& line) { ADD_FAILURE() << line; };
   PanelWindow window(panel.Registry(), {.Log = missing});
   LogWindow log(panel.Registry(), missing);
-  PresetWindow preset(panel.Registry(), missing);
-  RecordErrorWindow recordError(panel.Registry(), missing);
-  TimerWindow timer(panel.Registry(), missing);
-  const std::set<const Control*> shown = ShownBy({&window, &log, &preset, &recordError, &timer});
+  const auto dialogs = MakeDialogWindows(panel.Registry(), missing);
+  std::vector<const QWidget*> windows{&window, &log};
+  for (const auto& dialog : dialogs) windows.push_back(dialog.get());
+  const std::set<const Control*> shown = ShownBy(windows);
   std::set<std::string> met;
   for (const Control* control : panel.Registry().All()) {
     const std::string& name = control->Name();
