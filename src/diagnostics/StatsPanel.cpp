@@ -3,6 +3,7 @@
 #include <numeric>
 
 #include "config/ColourSchemes.h"
+#include "state/InputBand.h"
 #include "support/Decibels.h"
 #include "support/NumberPicture.h"
 #include "support/Rounding.h"
@@ -11,7 +12,7 @@ namespace quorl {
 
 namespace {
 
-constexpr Colour kGreen = 0x00FF00, kYellow = 0x00FFFF, kRed = 0x0000FF;
+constexpr Colour kGreen = 0x00FF00, kRed = 0x0000FF;
 
 constexpr std::array<const char*, StatsPanel::kCount> kCaptions{
     "Peak In", "Peak Out", "AGC Gain", "LO",      "DSP Window", "DSP Window",
@@ -26,12 +27,6 @@ constexpr double kRingEntries = 47.0;
 constexpr double kFullScale = 32767.0;
 constexpr double kBlockPeriod = 0.042666666;  // seconds
 constexpr double kLoadLimit = 0.9;
-
-// The sound card's input wants its peaks in the middle band.
-Colour PeakInk(double peak) {
-  if (peak < 0.0 || peak >= 16384.0) return kRed;
-  return peak < 2048.0 ? kYellow : kGreen;
-}
 
 }  // namespace
 
@@ -68,7 +63,7 @@ void StatsPanel::Update() {
   if (!vars_.PerfStatsOn) return;
   const double peakIn = Mean(statistics_.PeakInRing);
   ShowPeak(kPeakIn, peakIn);
-  lblStatsVal(kPeakIn).ForeColour = PeakInk(peakIn);
+  lblStatsVal(kPeakIn).ForeColour = InputBandInk(InputBandOf(peakIn));
   ShowPeak(kPeakOut, Mean(statistics_.PeakOutRing));
   const double gain = vars_.AGCMeterGain;
   lblStatsVal(kAGCGain).Caption = FormatPicture(gain, "#0.00  ") + FormatPicture(Decibels(gain), "#0.0 dB");

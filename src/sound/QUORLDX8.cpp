@@ -66,6 +66,7 @@ SoundNotifier QUORLDX8::Notifier() {
 
 Failure QUORLDX8::PrepareDevices() {
   if (prepared_) return {};
+  OnPrepare();
   Failure failure;
   CreateSoundObjects(failure);
   if (failure) return failure;
@@ -134,6 +135,11 @@ void QUORLDX8::ReleaseDevices() {
   playbackBuffer_.reset();
   captureBuffer_.reset();
   prepared_ = InAction = false;
+}
+
+bool QUORLDX8::HasLostDevice() const {
+  if (!prepared_ || !InAction) return false;
+  return !captureBuffer_->IsRunning() || (OutDelay == 0 && !playbackBuffer_->IsRunning());
 }
 
 Failure QUORLDX8::StartSound() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -58,12 +59,16 @@ class QUORLDX8 {
   void SetOutputAttenuation(std::int32_t hundredths);
   std::int32_t OutputAttenuation() const;
 
+  // Told before the devices are opened: whoever else of this program holds one of them lets go of it.
+  std::function<void()> OnPrepare = [] {};
   // Opens both devices. Where one fails, the user gets a message, LastErr the system's number, and the
   // failure comes back; nothing is open then.
   Failure PrepareDevices();
   // Stops, and lets other programs use the devices.
   void ReleaseDevices();
   bool Prepared() const { return prepared_; }
+  // The sound should run, and a device has stopped by itself.
+  bool HasLostDevice() const;
 
   // Entry i is device number i + 1. Empty before the first RefreshDevices.
   void GetPlayDeviceNames(std::vector<std::string>& deviceNames) const { deviceNames = playNames_; }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "sound/SoundBench.h"
+#include "sound/TestTone.h"
 
 namespace quorl {
 namespace {
@@ -70,6 +71,27 @@ TEST(SourcedSoundSystem, AStallIsOneGapAndALostLoudspeakerLeavesTheCapturesToThe
   const auto stopped = bench.Pump.FirstSamples.size();
   bench.Queue.AdvanceBy(milliseconds(1000));
   EXPECT_EQ(bench.Pump.FirstSamples.size(), stopped);
+}
+
+// A test tone beside the radio, one that was there before it, and one with the radio switched off.
+TEST(SourcedSoundSystem, ASecondSoundOnTheLoudspeakersLeavesThePaceAlone) {
+  SourcedBench bench(0.0);
+  TestTone tone(bench.System, bench.Queue);
+  const auto paceOver = [&bench](milliseconds time) {
+    const auto before = bench.Pump.FirstSamples.size();
+    bench.Queue.AdvanceBy(time);
+    return static_cast<double>(bench.Pump.FirstSamples.size() - before);
+  };
+  ASSERT_FALSE(tone.Start(1));
+  ASSERT_FALSE(bench.Sound.StartSound());
+  EXPECT_NEAR(paceOver(milliseconds(4267)), 100.0, 3.0);
+  EXPECT_FALSE(tone.IsPlaying());
+  ASSERT_FALSE(tone.Start(1));
+  EXPECT_NEAR(paceOver(milliseconds(4267)), 100.0, 2.0);
+  bench.Sound.StopSound();
+  ASSERT_FALSE(bench.Sound.StartSound());
+  EXPECT_NEAR(paceOver(milliseconds(4267)), 100.0, 2.0);
+  EXPECT_EQ(bench.Sound.Recoveries().Overruns + bench.Sound.Recoveries().Starvations, 0);
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ class SourcedSoundSystem::Capture : public StreamCaptureBuffer {
   }
   ~Capture() override {
     system_.capture_ = nullptr;
-    system_.timer_->Stop();
+    system_.StopPacing();
   }
 
   Failure Start() override {
@@ -37,7 +37,7 @@ class SourcedSoundSystem::Capture : public StreamCaptureBuffer {
     return failure;
   }
   void Stop() override {
-    system_.timer_->Stop();
+    system_.StopPacing();
     StreamCaptureBuffer::Stop();
   }
 
@@ -51,13 +51,13 @@ class SourcedSoundSystem::Playback : public PlaybackBuffer {
   Playback(SourcedSoundSystem& system, int bytes, int bytesPerFrame)
       : system_(system), bytes_(bytes), bytesPerFrame_(bytesPerFrame) {}
   ~Playback() override {
-    system_.playing_ = nullptr;
+    std::erase(system_.playbacks_, this);
     system_.Pace();
   }
 
   void SetInner(std::unique_ptr<PlaybackBuffer> inner) {
     inner_ = std::move(inner);
-    system_.playing_ = inner_.get();
+    system_.playbacks_.push_back(this);
   }
   void Heard(int eventId) {
     const auto position = std::find_if(positions_.begin(), positions_.end(),
@@ -65,7 +65,7 @@ class SourcedSoundSystem::Playback : public PlaybackBuffer {
     if (position == positions_.end()) return;
     const int distance = (position->Offset - lastOffset_ + bytes_ - 1) % bytes_ + 1;
     lastOffset_ = position->Offset;
-    system_.Advance(distance / bytesPerFrame_);
+    if (system_.pacer_ == this) system_.Advance(distance / bytesPerFrame_);
   }
 
   void SetNotificationPositions(const std::vector<SoundNotification>& positions) override {
@@ -158,20 +158,34 @@ void SourcedSoundSystem::Advance(std::int64_t frames) {
   }
 }
 
+const SourcedSoundSystem::Playback* SourcedSoundSystem::Pacer() const {
+  for (const Playback* playback : playbacks_) {
+    if (playback->IsRunning()) return playback;
+  }
+  return nullptr;
+}
+
 void SourcedSoundSystem::Pace() {
   if (capture_ == nullptr || !capture_->IsRunning()) return;
-  pacedByPlayback_ = playing_ != nullptr && playing_->IsRunning();
+  const Playback* pacer = Pacer();
+  if (pacer != nullptr && pacer == pacer_) return;  // goes on as it is
+  pacer_ = pacer;
   origin_ = clock_.Microseconds();
   framesDone_ = 0;
-  timer_->Start(pacedByPlayback_ ? kWatchTick : kClockTick);
+  timer_->Start(pacer_ ? kWatchTick : kClockTick);
+}
+
+void SourcedSoundSystem::StopPacing() {
+  timer_->Stop();
+  pacer_ = nullptr;
 }
 
 void SourcedSoundSystem::TickByClock() {
-  const bool playbackRuns = playing_ != nullptr && playing_->IsRunning();
+  const Playback* pacer = Pacer();
   const std::int64_t frames =
       (clock_.Microseconds() - origin_) * rate_ / kMicrosecondsPerSecond - framesDone_;
   // After more than a second of standing still the past is not rendered any more.
-  if (pacedByPlayback_ || playbackRuns || frames > rate_) {
+  if (pacer_ != nullptr || pacer != nullptr || frames > rate_) {
     Pace();
     return;
   }

@@ -17,8 +17,8 @@ namespace quorl {
 
 // There is one capture device. While playback runs, each block that it has played brings as many captured
 // frames, delivered just before the playback's own notification, so that the two never drift apart; while it
-// does not, the clock paces the captures. Everything handed in outlives the system, and the system its
-// buffers.
+// does not, the clock paces the captures. Of several buffers that play the one that was opened first paces.
+// Everything handed in outlives the system, and the system its buffers.
 class SourcedSoundSystem : public SoundSystem {
  public:
   SourcedSoundSystem(SoundSystem& playback, SampleSource& source, EventQueue& queue, const Clock& clock,
@@ -40,8 +40,11 @@ class SourcedSoundSystem : public SoundSystem {
   class Playback;
 
   void Advance(std::int64_t frames);
+  // The one that paces the captures; null where none runs.
+  const Playback* Pacer() const;
   // Hands the captures to the playback or, where that does not run, to the clock from now on.
   void Pace();
+  void StopPacing();
   void TickByClock();
 
   SoundSystem& playback_;
@@ -50,10 +53,10 @@ class SourcedSoundSystem : public SoundSystem {
   const std::string captureName_;
   SoundCounters counters_;
   StreamEvents events_;
-  Capture* capture_ = nullptr;  // the open ones; null where there is none
-  PlaybackBuffer* playing_ = nullptr;
+  Capture* capture_ = nullptr;  // the open ones
+  std::vector<const Playback*> playbacks_;
   std::function<void(const Error&)> onLost_;
-  bool pacedByPlayback_ = false;
+  const Playback* pacer_ = nullptr;           // of this stretch
   std::int64_t origin_ = 0, framesDone_ = 0;  // of the stretch that the clock paces
   int rate_ = 48000;
   std::unique_ptr<QueueTimer> timer_;

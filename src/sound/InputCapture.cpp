@@ -1,0 +1,34 @@
+#include "sound/InputCapture.h"
+
+#include "dsp/kernel/VectorKernel.h"
+
+namespace quorl {
+
+namespace {
+
+constexpr SoundFormat kFormat;  // the radio's: what it gets is what is measured
+constexpr int kBlocks = 2;
+constexpr int kBlockBytes = InputCapture::kBlockSamples * 2 * static_cast<int>(sizeof(std::int16_t));
+
+}  // namespace
+
+Failure InputCapture::Open(int device) {
+  Close();
+  Failure failure;
+  auto buffer = system_.CreateCaptureBuffer(
+      device, kFormat, kBlocks * kBlockBytes, [this](int block) { Take(block); }, failure);
+  if (!buffer) return failure;
+  buffer->SetNotificationPositions({{kBlockBytes - 1, 0}, {2 * kBlockBytes - 1, 1}});
+  failure = buffer->Start();
+  if (!failure) buffer_ = std::move(buffer);
+  return failure;
+}
+
+void InputCapture::Take(int block) {
+  if (!buffer_) return;
+  buffer_->Read(block * kBlockBytes, kBlockBytes, samples_.data());
+  DeInterlace_16_2(samples_.data(), left_.data(), right_.data(), 2 * kBlockSamples);
+  onBlock_(left_.data(), right_.data(), kBlockSamples);
+}
+
+}  // namespace quorl
