@@ -14,6 +14,8 @@ namespace quorl {
 class ControlRegistry;
 
 using Colour = std::uint32_t;  // 24 bits, blue in the high byte
+// That of a control whose panel has set none: its view has one for it. Black is a colour like any other.
+inline constexpr Colour kNoColour = 0x1000000;
 
 enum class MouseButton { None, Left, Right, Middle };
 
@@ -77,8 +79,8 @@ class Control {
   Property<bool> Faded{*this, false};  // looks switched off, although it takes gestures
   Property<std::string> ToolTip{*this};
   Property<std::string> Tag{*this};
-  Property<Colour> ForeColour{*this, 0};
-  Property<Colour> BackColour{*this, 0};
+  Property<Colour> ForeColour{*this, kNoColour};
+  Property<Colour> BackColour{*this, kNoColour};
   Property<std::string> Fault{*this};  // what is wrong with its value, and what to do; empty: nothing
   Property<std::string> AccessibleName{*this};  // empty: the view takes caption and tool tip
   Property<std::string> AccessibleText{*this};  // how its value is said, with its unit; empty: as it stands

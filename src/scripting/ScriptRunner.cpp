@@ -332,14 +332,22 @@ void ScriptRunner::Answer(const Words& words) {
   hooks_.Answer(Rest(words, 0));
 }
 
+namespace {
+
+std::string ColourText(Colour colour) {
+  if (colour == kNoColour) return "none";
+  char text[16];
+  std::snprintf(text, sizeof text, "%06X", colour);
+  return text;
+}
+
+}  // namespace
+
 void ScriptRunner::PrintControl(const Control& control) const {
   output_ << control.Name() << " = " << control.Text();
   if (Verbose) {
-    char colours[48];
-    std::snprintf(colours, sizeof colours, " colour %06X on %06X", control.ForeColour(),
-                  control.BackColour());
-    output_ << colours << (control.Enabled() ? " enabled" : " disabled")
-            << (control.Visible() ? " visible" : " hidden");
+    output_ << " colour " << ColourText(control.ForeColour()) << " on " << ColourText(control.BackColour())
+            << (control.Enabled() ? " enabled" : " disabled") << (control.Visible() ? " visible" : " hidden");
   }
   output_ << std::endl;
 }

@@ -7,7 +7,7 @@ namespace quorl {
 
 namespace {
 
-constexpr Colour kWrong = 0x0000FF, kRight = 0;
+constexpr Colour kWrong = 0x0000FF;
 constexpr const char* kHowTo = "7205 is kHz, 7.205M is MHz, 7205000Hz is Hz; Enter tunes, Escape leaves";
 
 bool IsPlain(const Key& key) {
@@ -37,7 +37,7 @@ void FrequencyEntry::SetTuner(Tuner* tuner) {
 }
 
 void FrequencyEntry::Welcome() {
-  txtFrequency.ForeColour = kRight;
+  txtFrequency.ForeColour = kNoColour;
   txtFrequency.ToolTip = std::string(kHowTo);
 }
 

@@ -170,7 +170,7 @@ TEST_F(BindingTest, ListsAndFieldsAndMenus) {
   text.ForeColour = Colour{0x0000FF};
   window.Clock().Flush();
   EXPECT_EQ(ink(), skin::ColourOf(0x0000FF).name()) << "a text that is refused";
-  text.ForeColour = Colour{0};
+  text.ForeColour = kNoColour;
   window.Clock().Flush();
   EXPECT_NE(ink(), skin::ColourOf(0x0000FF).name());
 

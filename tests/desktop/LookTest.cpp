@@ -70,7 +70,7 @@ TEST_F(LookTest, WordsThatAreSwitchedOffCanStillBeReadAndDoNotShine) {
   }
   for (const char* name : {"lblNotchC", "lblNotchCDesc", "lblBFO"}) {
     auto& label = panel.Get<Label>(name);
-    label.ForeColour = name == std::string("lblBFO") ? 0x0000FFU : 0U;
+    label.ForeColour = name == std::string("lblBFO") ? 0x0000FFU : kNoColour;
     label.Caption = std::string("88888");
     label.Enabled = false;
     const std::unique_ptr<LabelView> word(bind.Word(name));

@@ -289,7 +289,7 @@ TEST_F(ScopeViewTest, AFrequencyIsTypedOverTheDisplay) {
   EXPECT_TRUE(skin::IsAlarm(wrong));
   EXPECT_GE(skin::Contrast(wrong, QColor(skin::kFace)), skin::kTitleContrast);
   EXPECT_EQ(QToolTip::text(), "Beyond the chip");
-  text.ForeColour = 0;
+  text.ForeColour = kNoColour;
   text.ToolTip = std::string();
   clock.Flush();
   EXPECT_FALSE(skin::IsAlarm(entry->Line().palette().color(QPalette::Text)));

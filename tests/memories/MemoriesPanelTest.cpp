@@ -231,7 +231,7 @@ TEST_F(Memories, AStationIsFoundInAllPlansAndNoneOfThemBecomesOpened) {
   EXPECT_FALSE(At("lstFound").Visible());
   find("nobody");
   EXPECT_EQ(tuned, 70740000);
-  EXPECT_NE(At("txtFind").ForeColour(), Colour{0});
+  EXPECT_NE(At("txtFind").ForeColour(), kNoColour);
 }
 
 TEST_F(Memories, NamesChangeByHandAndHintsTellWhatIsInAButton) {

@@ -181,7 +181,7 @@ TEST_F(ScriptRunnerTest, PrintsAndExpects) {
   label.ForeColour = 0x00FF80;
   label.Enabled = false;
   EXPECT_EQ(Run("print lblThing"), ScriptRunner::kPassed);
-  EXPECT_EQ(output.str(), "lblThing = two words colour 00FF80 on 000000 disabled visible\n");
+  EXPECT_EQ(output.str(), "lblThing = two words colour 00FF80 on none disabled visible\n");
   EXPECT_EQ(Run("dump"), ScriptRunner::kPassed);
   const std::string dump = output.str();
   EXPECT_EQ(std::count(dump.begin(), dump.end(), '\n'), static_cast<long>(registry.All().size()));

@@ -85,7 +85,7 @@ TEST_F(FrequencyEntryTest, WhatCannotBeTunedStaysInRedWithItsReason) {
   EXPECT_EQ(entry.txtFrequency.ForeColour(), 0x0000FFU);
   EXPECT_NE(entry.txtFrequency.ToolTip().find("no frequency"), std::string::npos);
   entry.TypeKey({Key::Backspace, {}});
-  EXPECT_EQ(entry.txtFrequency.ForeColour(), 0U);
+  EXPECT_EQ(entry.txtFrequency.ForeColour(), kNoColour);
   entry.txtFrequency.UserSet("999M");
   entry.TypeKey({Key::Enter, {}});
   EXPECT_EQ(entry.txtFrequency.ForeColour(), 0x0000FFU);

@@ -19,7 +19,7 @@ CardView::CardView(RefreshClock& clock, Frame& frame, const QString& title, Titl
   rows_->setSpacing(4);
   rows_->addStretch(1);
   SetSizes(QSizePolicy::Preferred, QSizePolicy::Preferred, shown == Title::Flat);
-  TakeColours();
+  TakeTones();
   if (shown == Title::Flat) rows_->setContentsMargins(0, 0, 0, 0);
   if (shown == Title::Beside) {
     const int width = skin::TextWidth(skin::TitleFont(), TitleText().toUpper());
@@ -55,18 +55,19 @@ QString CardView::SpokenName() const {
 }
 
 // Once for each change: a card is painted again with every number that stands on it.
-void CardView::TakeColours() {
-  const QColor ink = skin::ColourOf(frame_.ForeColour(), skin::kQuietInk);
+void CardView::TakeTones() {
+  const skin::Tones tones = Tones();
+  const Colour number = frame_.ForeColour(), ground = frame_.BackColour();
+  const QColor ink = number == kNoColour ? tones.Quiet() : tones.Of(number);
   // Only a colour that calls for attention tints the edge.
   const double tint = ink.hsvSaturationF() > 0.6F ? 0.30 : 0.0;
-  ground_ = skin::Mixed(QColor(skin::kCard), skin::ColourOf(frame_.BackColour()),
-                        frame_.BackColour() == 0 ? 0 : 0.5);
-  edge_ = skin::Mixed(QColor(skin::kCardEdge), ink, tint);
-  ink_ = skin::Readable(ink, ground_, skin::kTitleContrast);
+  ground_ = ground == kNoColour ? tones.Card() : skin::Mixed(tones.Card(), skin::ColourOf(ground), 0.5);
+  edge_ = skin::Mixed(tones.CardLine(), ink, tint);
+  ink_ = skin::Readable(ink, ground_, tones.TextContrast());
 }
 
 void CardView::TakeOver() {
-  TakeColours();
+  TakeTones();
   View::TakeOver();
 }
 

@@ -29,11 +29,11 @@ class CardView : public View {
 
  protected:
   void OnClick(const MouseEvent& at) override { Shown().UserClick(at); }
+  void TakeTones() override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
   QString TitleText() const;
-  void TakeColours();
 
   Frame& frame_;
   QString title_;

@@ -64,17 +64,16 @@ void ChoiceView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   if (LooksOff()) painter.setOpacity(skin::kDisabledOpacity);
-  const QColor hue = skin::ColourOf(skin::kUnselected);
-  const QColor edge =
-      box_.Fault().empty() ? skin::Mixed(QColor(skin::kFace), hue, 0.45) : QColor(skin::kOver);
-  painter.setPen(QPen(edge, 1));
-  painter.setBrush(skin::Mixed(QColor(skin::kFace), hue, IsHovered() ? 0.14 : 0.03));
+  const skin::Tones tones = Tones();
+  const skin::ButtonLook look = skin::LookOf(tones, tones.HueOf(kUnselectedColour), {.Hovered = IsHovered()});
+  painter.setPen(QPen(box_.Fault().empty() ? look.Edge : tones.Over(), 1));
+  painter.setBrush(look.Face);
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), skin::kRadius, skin::kRadius);
   painter.setFont(skin::WordFont());
-  painter.setPen(QColor(skin::kInk));
+  painter.setPen(tones.Ink());
   painter.drawText(rect().adjusted(8, 0, -20, 0), Qt::AlignLeft | Qt::AlignVCenter,
                    QString::fromStdString(box_.Text()));
-  painter.setPen(QPen(hue, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.setPen(QPen(look.Ink, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   const QPointF tip(width() - 12, height() / 2.0 + 2);
   const QPointF arrow[] = {tip + QPointF(-4, -4), tip, tip + QPointF(4, -4)};
   painter.drawPolyline(arrow, 3);

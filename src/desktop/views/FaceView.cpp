@@ -121,27 +121,18 @@ bool FaceView::OnKey(int code, Modifiers) {
   return true;
 }
 
-FaceView::Look FaceView::LookOf(bool on) const {
-  const Colour own = Shown().BackColour() != 0 ? Shown().BackColour() : Shown().ForeColour();
-  QColor hue = skin::ColourOf(own != 0 ? own : on ? skin::kSelected : skin::kUnselected);
-  if (skin::IsAlarm(hue)) hue = QColor(skin::kNeutral);
-  if (LooksOff()) {
-    const QColor face = skin::Mixed(QColor(skin::kCard), hue, on ? 0.2 : 0.02);
-    const QColor edge = skin::Mixed(QColor(skin::kCard), hue, on ? 0.4 : 0.2);
-    return {face, edge, skin::SwitchedOff(skin::Mixed(hue, Qt::white, 0.45), face)};
-  }
-  QColor face = on ? hue : skin::Mixed(QColor(skin::kFace), hue, IsHovered() ? 0.16 : 0.04);
-  if (on && IsHovered()) face = skin::Mixed(face, Qt::white, 0.15);
-  if (IsPressed()) face = skin::Mixed(face, Qt::black, 0.25);
-  return on ? Look{face, face, QColor(skin::kDarkInk)}
-            : Look{face, skin::Mixed(QColor(skin::kFace), hue, 0.55), skin::Mixed(hue, Qt::white, 0.45)};
+skin::ButtonLook FaceView::Look(bool on) const {
+  const Colour own = Shown().BackColour() != kNoColour ? Shown().BackColour() : Shown().ForeColour();
+  const QColor hue = Tones().HueOf(own == kNoColour && on ? kSelectedColour : own);
+  return skin::LookOf(Tones(), hue,
+                      {.On = on, .Hovered = IsHovered(), .Pressed = IsPressed(), .Off = LooksOff()});
 }
 
 void FaceView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   const bool on = IsChecked();
-  const Look look = LookOf(on);
+  const skin::ButtonLook look = Look(on);
   painter.setPen(QPen(look.Edge, 1));
   painter.setBrush(look.Face);
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), skin::kRadius, skin::kRadius);
@@ -149,7 +140,7 @@ void FaceView::paintEvent(QPaintEvent*) {
   if (option_ && option_->Marked()) {
     constexpr int kInset = 8, kThick = 2;
     painter.fillRect(kInset, height() - kThick - 2, width() - 2 * kInset, kThick,
-                     on ? look.Ink : QColor(skin::kAccent));
+                     on ? look.Ink : Tones().Accent());
   }
   painter.setFont(CaptionFont(small_, on));
   painter.setPen(look.Ink);

@@ -40,11 +40,8 @@ class FaceView : public View {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  struct Look {
-    QColor Face, Edge, Ink;
-  };
   FaceView(RefreshClock& clock, Control& control);
-  Look LookOf(bool on) const;
+  skin::ButtonLook Look(bool on) const;
   bool CanTakeKeys() const;
   void FindTabStop();
   FaceView* Neighbour(int direction) const;

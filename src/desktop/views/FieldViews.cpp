@@ -70,9 +70,17 @@ void TextView::TakeOver() {
   if (line_->text() != value) line_->setText(value);
   line_->setAccessibleName(SpokenName());
   line_->setPlaceholderText(SpokenName());
+  TakeTones();
+}
+
+void TextView::TakeTones() {
   const Colour ink = text_.ForeColour();
-  QString style = ink == 0 ? QString() : "color: " + skin::ColourOf(ink).name() + ";";
-  if (!text_.Fault().empty()) style += "border: 1px solid " + QColor(skin::kOver).name() + ";";
+  const skin::Tones tones = Tones();
+  const auto inkOf = [&](Colour number) {
+    return skin::Readable(skin::ColourOf(number), tones.Face(), tones.TextContrast()).name();
+  };
+  QString style = ink == kNoColour ? QString() : "color: " + inkOf(ink) + ";";
+  if (!text_.Fault().empty()) style += "border: 1px solid " + tones.Over().name() + ";";
   if (line_->styleSheet() != style) line_->setStyleSheet(style);
 }
 
@@ -103,7 +111,7 @@ QSize SymbolView::sizeHint() const {
 void SymbolView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  const QColor ink = skin::ColourOf(picture_.ForeColour(), skin::kAccent);
+  const QColor ink = Tones().Text(picture_.ForeColour(), Tones().Accent());
   const QPointF middle = QRectF(rect()).center();
   if (symbol_ == Symbol::None) {
     painter.setFont(skin::WordFont());

@@ -33,6 +33,9 @@ class TextView : public View {
   QSize sizeHint() const override { return {width_, 24}; }
   QLineEdit& Line() const { return *line_; }
 
+ protected:
+  void TakeTones() override;
+
  private:
   TextBox& text_;
   int width_;

@@ -90,10 +90,10 @@ QSize FloatingLabelView::sizeHint() const {
 void FloatingLabelView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(QColor(skin::kCardEdge), 1));
-  painter.setBrush(skin::Faded(QColor(skin::kCard), 0.92));
+  painter.setPen(QPen(Tones().CardLine(), 1));
+  painter.setBrush(skin::Faded(Tones().Card(), 0.92));
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), skin::kRadius, skin::kRadius);
-  painter.setPen(QColor(skin::kInk));
+  painter.setPen(Tones().Ink());
   const QStringList lines = Lines();
   if (lines.size() == 1) {
     words_.Draw(painter, kMargin, height(), Words());

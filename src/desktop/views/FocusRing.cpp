@@ -57,7 +57,7 @@ void FocusRing::Surround(QWidget* widget) {
 void FocusRing::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(QColor(skin::kAccent), kWidth));
+  painter.setPen(QPen(skin::Tones(palette()).Accent(), kWidth));
   const double inset = kWidth / 2.0;
   painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), 6, 6);
 }

@@ -175,6 +175,10 @@ void FrequencyView::OnMenuKey() {
   }
 }
 
+QColor FrequencyView::InkOf(const Label& digit) const {
+  return Tones().Text(digit.ForeColour(), Tones().Over());
+}
+
 void FrequencyView::PaintChosen(QPainter& painter, const QRectF& strip, const QColor& ink) const {
   QLinearGradient ground(strip.topLeft(), strip.bottomLeft());
   ground.setColorAt(0, skin::Faded(ink, 0.02));
@@ -191,7 +195,7 @@ void FrequencyView::PaintFigure(QPainter& painter, QChar figure, const QRectF& s
   const double margin = NumeralCache::Margin(height);
   const double left = strip.left() + (strip.width() - kNumeralWidth * height) / 2;
   painter.drawPixmap(QPointF(left - margin, kTop + kHeight - height - margin),
-                     numerals_.Get(figure, ink, height, lit, devicePixelRatioF()));
+                     numerals_.Get(figure, ink, height, lit && !Tones().IsLight(), devicePixelRatioF()));
 }
 
 void FrequencyView::paintEvent(QPaintEvent*) {
@@ -200,15 +204,15 @@ void FrequencyView::paintEvent(QPaintEvent*) {
   if (!isEnabled()) painter.setOpacity(skin::kDisabledOpacity);
   bool leading = !ShowsTop();
   if (!leading && !top_->Caption().empty()) {
-    PaintFigure(painter, QChar::fromLatin1(top_->Caption().front()), StripOf(-1, true), kHeight,
-                skin::ColourOf(top_->ForeColour(), skin::kOver), true);
+    PaintFigure(painter, QChar::fromLatin1(top_->Caption().front()), StripOf(-1, true), kHeight, InkOf(*top_),
+                true);
   }
   for (int i = 0; i < kDigits; ++i) {
     const Label* digit = digits_[static_cast<std::size_t>(i)];
     if (!digit) continue;
     const QChar figure = Digit(i)->Figure();
     leading = leading && figure == '0' && i < kDigits - 2;
-    const QColor ink = skin::ColourOf(digit->ForeColour(), skin::kOver);
+    const QColor ink = InkOf(*digit);
     const QRectF strip = StripOf(i, ShowsTop());
     if (i == ChosenDigit()) PaintChosen(painter, strip, ink);
     if (PointBefore(i)) {

@@ -73,6 +73,7 @@ class FrequencyView : public View {
   void PaintChosen(QPainter& painter, const QRectF& strip, const QColor& ink) const;
   void PaintFigure(QPainter& painter, QChar figure, const QRectF& strip, double height, const QColor& ink,
                    bool lit);
+  QColor InkOf(const Label& digit) const;
   void SpeakFocus();
 
   FrequencyDisplay& surface_;

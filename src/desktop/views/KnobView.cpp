@@ -74,15 +74,18 @@ void KnobView::PaintBody(QPainter& painter) const {
   const QPointF middle = QRectF(rect()).center();
   const double radius = diameter_ / 2.0 - (diameter_ > 48 ? 8 : 5);
   // Light from above: a bright rim over a face that falls off to the lower edge.
+  const skin::Tones tones = Tones();
+  const QColor card = tones.Card(), ink = tones.Ink();
+  const bool light = tones.IsLight();
   QLinearGradient rim(middle.x(), middle.y() - radius, middle.x(), middle.y() + radius);
-  rim.setColorAt(0, QColor(0x55, 0x64, 0x6E));
-  rim.setColorAt(1, QColor(0x12, 0x18, 0x1C));
+  rim.setColorAt(0, skin::Mixed(card, light ? ink : tones.Neutral(), light ? 0.2 : 0.44));
+  rim.setColorAt(1, skin::Mixed(card, ink, light ? 0.5 : 0));
   painter.setPen(Qt::NoPen);
   painter.setBrush(rim);
   painter.drawEllipse(middle, radius, radius);
   QRadialGradient face(middle - QPointF(0, radius * 0.5), radius * 1.7);
-  face.setColorAt(0, QColor(0x2A, 0x33, 0x3A));
-  face.setColorAt(1, QColor(0x10, 0x15, 0x19));
+  face.setColorAt(0, light ? QColor(Qt::white) : skin::Mixed(card, tones.Neutral(), 0.17));
+  face.setColorAt(1, light ? skin::Mixed(card, ink, 0.14) : skin::Mixed(card, Qt::black, 0.1));
   painter.setBrush(face);
   painter.drawEllipse(middle, radius - 1.5, radius - 1.5);
   if (diameter_ <= 48) return;
@@ -100,13 +103,13 @@ void KnobView::PaintScale(QPainter& painter) const {
       painter.setPen(QPen(ink, 2, Qt::SolidLine, Qt::FlatCap));
       painter.drawArc(arc, static_cast<int>((90 - kStart) * 16), static_cast<int>(-sweep * 16));
     };
-    draw(QColor(skin::kUnlit), kSweep);
-    draw(QColor(skin::kAccent), ShownDegrees() - kStart);
+    draw(Tones().Unlit(), kSweep);
+    draw(Tones().Accent(), ShownDegrees() - kStart);
     return;
   }
   for (int i = 0; i < Dial::kStepsPerTurn; i += 2) {
     const bool fifth = i % 10 == 0;
-    painter.setPen(QPen(QColor(fifth ? 0xFF5B6872 : 0xFF323C43), fifth ? 1.4 : 1));
+    painter.setPen(QPen(skin::Mixed(Tones().Card(), Tones().Neutral(), fifth ? 0.48 : 0.2), fifth ? 1.4 : 1));
     const double degrees = 360.0 * i / Dial::kStepsPerTurn;
     painter.drawLine(OnCircle(middle, radius, degrees), OnCircle(middle, radius - (fifth ? 4 : 3), degrees));
   }
@@ -129,12 +132,13 @@ void KnobView::paintEvent(QPaintEvent*) {
   PaintScale(painter);
 
   const QPointF middle = QRectF(rect()).center();
+  const skin::Tones tones = Tones();
   const QColor light =
-      IsHovered() || hasFocus() ? skin::Mixed(QColor(skin::kAccent), Qt::white, 0.2) : QColor(skin::kAccent);
+      IsHovered() || hasFocus() ? skin::Mixed(tones.Accent(), Qt::white, 0.2) : tones.Accent();
   if (diameter_ > 48) {
     const QPointF hole = OnCircle(middle, diameter_ * 0.27, ShownDegrees());
     painter.setPen(QPen(skin::Faded(light, 0.75), 1.4));
-    painter.setBrush(skin::Mixed(QColor(0x0C, 0x11, 0x14), light, 0.18));
+    painter.setBrush(skin::Mixed(tones.Face(), light, 0.18));
     painter.drawEllipse(hole, diameter_ * 0.068, diameter_ * 0.068);
   } else {
     painter.setPen(QPen(light, 2, Qt::SolidLine, Qt::RoundCap));

@@ -26,6 +26,7 @@ class KnobView : public View {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
+  void TakeTones() override { body_ = {}; }
 
  private:
   double DegreesAt(const QPointF& point) const;

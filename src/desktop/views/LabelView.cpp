@@ -87,11 +87,13 @@ QSize LabelView::sizeHint() const {
 }
 
 QColor LabelView::Ink() const {
-  const QRgb plain = style_ == LabelStyle::Word ? skin::kQuietInk : skin::kInk;
-  const QColor ink = skin::ColourOf(label_.ForeColour(), plain);
+  const skin::Tones tones = Tones();
+  const QColor plain = style_ == LabelStyle::Word ? tones.Quiet() : tones.Ink();
+  const Colour number = label_.ForeColour();
+  const QColor ink = number == kNoColour ? plain : tones.Of(number);
   // A number that a hand may turn is no fault.
-  if (style_ != LabelStyle::Value || !skin::IsAlarm(ink)) return ink;
-  return QColor(IsHovered() || hasFocus() ? skin::kAccent : plain);
+  if (style_ != LabelStyle::Value || !skin::IsAlarm(ink)) return tones.Text(ink);
+  return tones.Text(IsHovered() || hasFocus() ? tones.Accent() : plain);
 }
 
 bool LabelView::OnKey(int code, Modifiers) {
@@ -103,19 +105,20 @@ bool LabelView::OnKey(int code, Modifiers) {
 void LabelView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  const auto shown = [this](const QColor& ink) {
-    return LooksOff() ? skin::SwitchedOff(ink, QColor(skin::kCard)) : ink;
+  const skin::Tones tones = Tones();
+  const auto shown = [&](const QColor& ink) {
+    return LooksOff() ? skin::SwitchedOff(ink, tones.Card()) : ink;
   };
   const QColor ink = shown(Ink());
   const int margin = style_ == LabelStyle::Value ? kValueMargin : 0;
   const QRect place = rect().adjusted(NameWidth(), 0, 0, 0);
   if (label_.Border()) {
     painter.setPen(QPen(ink, 1));
-    painter.setBrush(skin::Mixed(QColor(skin::kCard), ink, 0.12));
+    painter.setBrush(skin::Mixed(tones.Card(), ink, 0.12));
     painter.drawRoundedRect(QRectF(place).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
   }
   if (!name_.isEmpty()) {
-    painter.setPen(shown(QColor(skin::kQuietInk)));
+    painter.setPen(shown(tones.Quiet()));
     painter.setFont(skin::WordFont(kUnitPixels));
     painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, name_);
   }
@@ -131,7 +134,7 @@ void LabelView::paintEvent(QPaintEvent*) {
     number_.Draw(painter, left, height(), text);
   }
   if (unit_.isEmpty() || text.isEmpty()) return;
-  painter.setPen(shown(QColor(skin::kQuietInk)));
+  painter.setPen(shown(tones.Quiet()));
   painter.setFont(skin::WordFont(kUnitPixels));
   painter.drawText(line.adjusted(static_cast<int>(WidthOf(text)) + kUnitGap, 0, 0, 0),
                    Qt::AlignVCenter | Qt::TextSingleLine, unit_);

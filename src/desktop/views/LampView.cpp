@@ -16,9 +16,10 @@ void LampView::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   const QPointF middle = QRectF(rect()).center();
-  painter.setBrush(skin::Faded(QColor(skin::kOver), 0.35));
+  const QColor light = Tones().Over();
+  painter.setBrush(skin::Faded(light, 0.35));
   painter.drawEllipse(middle, kGlow, kGlow);
-  painter.setBrush(QColor(skin::kOver));
+  painter.setBrush(light);
   painter.drawEllipse(middle, kRadius, kRadius);
 }
 

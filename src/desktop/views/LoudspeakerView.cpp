@@ -10,12 +10,11 @@ void LoudspeakerView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   const bool muted = IsChecked();
-  const QColor ink = muted         ? QColor(skin::kStrong)
-                     : IsHovered() ? QColor(skin::kAccent)
-                                   : QColor(skin::kNeutral);
+  const skin::Tones tones = Tones();
+  const QColor ink = muted ? tones.Strong() : IsHovered() ? tones.Accent() : tones.Neutral();
   if (IsHovered() || muted) {
     painter.setPen(Qt::NoPen);
-    painter.setBrush(skin::Mixed(QColor(skin::kCard), ink, 0.14));
+    painter.setBrush(skin::Mixed(tones.Card(), ink, 0.14));
     painter.drawRoundedRect(rect(), skin::kRadius, skin::kRadius);
   }
   const QPointF middle = QRectF(rect()).center();

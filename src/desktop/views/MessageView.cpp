@@ -29,7 +29,7 @@ QSize MessageView::sizeHint() const {
 void MessageView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setFont(skin::WordFont());
-  painter.setPen(QColor(skin::kInk));
+  painter.setPen(Tones().Ink());
   painter.drawText(rect(), kHow, Words());
 }
 

@@ -46,11 +46,11 @@ QSize NoteView::sizeHint() const {
 void NoteView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(QColor(skin::kUnlit), 1));
-  painter.setBrush(QColor(skin::kFace));
+  painter.setPen(QPen(Tones().Edge(), 1));
+  painter.setBrush(Tones().Face());
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), skin::kRadius, skin::kRadius);
   painter.setFont(skin::WordFont(kPixels));
-  painter.setPen(QColor(skin::kInk));
+  painter.setPen(Tones().Ink());
   painter.drawText(rect(), Qt::AlignCenter, Words());
 }
 

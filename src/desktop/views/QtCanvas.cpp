@@ -104,7 +104,7 @@ QPointF QtCanvas::Device(CanvasPoint point) const {
 }
 
 void QtCanvas::Clear(Colour colour) {
-  const QColor ground = skin::ColourOf(colour, skin::kScopeGround);
+  const QColor ground = skin::ColourOf(colour);
   texts_.SetGround(ground);
   std::fill(pixels_.begin(), pixels_.end(), ground.rgb());
 }
@@ -185,7 +185,7 @@ void QtCanvas::FillUnder(std::span<const CanvasPoint> points, float base, Ink in
 
 void QtCanvas::Text(CanvasPoint at, std::string_view text, Ink ink, TextSide side, TextLevel level) {
   if (text.empty()) return;
-  const QImage& stamp = texts_.Get(text, skin::ColourOf(ink.Value, skin::kInk));
+  const QImage& stamp = texts_.Get(text, skin::ColourOf(ink.Value));
   const QPointF point = Device(at);
   const double seam = TextStamps::kSeam * ratio_;
   const double width = stamp.width() - 2 * seam, height = stamp.height() - 2 * seam;

@@ -12,9 +12,9 @@ namespace {
 
 constexpr int kTop = 18, kBarHeight = 18, kScale = kTop + kBarHeight, kMarkGap = 6;
 
-QColor InkOf(int element) {
+QColor InkOf(const skin::Tones& tones, int element) {
   const int decibels = element * SMeterView::kDecibelsPerElement;
-  return QColor(decibels <= SMeterView::kS9Decibels ? skin::kGood : skin::kStrong);
+  return decibels <= SMeterView::kS9Decibels ? tones.Good() : tones.Strong();
 }
 
 }  // namespace
@@ -85,9 +85,9 @@ void SMeterView::PaintScale(QPainter& painter) const {
   painter.setFont(skin::WordFont(10));
   for (const Mark& mark : Marks()) {
     const double x = mark.Place.center().x();
-    painter.setPen(InkOf(mark.Element).darker(160));
+    painter.setPen(InkOf(Tones(), mark.Element).darker(160));
     painter.drawLine(QPointF(x, kScale + 3), QPointF(x, kScale + 6));
-    painter.setPen(QColor(skin::kQuietInk));
+    painter.setPen(Tones().Quiet());
     painter.drawText(mark.Place, Qt::AlignHCenter | Qt::AlignTop,
                      CaptionOf(static_cast<std::size_t>(mark.Element)));
   }
@@ -97,13 +97,13 @@ void SMeterView::PaintScale(QPainter& painter) const {
 void SMeterView::PaintHead(QPainter& painter) const {
   const QString title = QStringLiteral("SIGNAL"), floor = QString::fromStdString(surface_.Caption());
   painter.setFont(skin::TitleFont());
-  painter.setPen(QColor(skin::kQuietInk));
+  painter.setPen(Tones().Quiet());
   painter.drawText(QRect(0, 0, width(), 14), Qt::AlignLeft | Qt::AlignTop, title);
   const QFont font = skin::WordFont(10);
   if (skin::TextWidth(skin::TitleFont(), title) + skin::TextWidth(font, floor) + skin::kGrid > width())
     return;
   painter.setFont(font);
-  painter.setPen(skin::Faded(skin::ColourOf(surface_.ForeColour(), skin::kInk), 0.7));
+  painter.setPen(skin::Mixed(Tones().Card(), Tones().Ink(), 0.7));
   painter.drawText(QRect(0, 0, width(), 14), Qt::AlignRight | Qt::AlignTop, floor);
 }
 
@@ -134,11 +134,13 @@ void SMeterView::paintEvent(QPaintEvent*) {
   // Whole device pixels keep 28 gaps equally wide to the eye.
   const double ratio = devicePixelRatioF();
   const auto snapped = [ratio](double x) { return std::round(x * ratio) / ratio; };
+  const skin::Tones tones = Tones();
+  const QColor good = tones.Good(), strong = tones.Strong(), unlit = tones.Unlit();
   for (int i = 0; i < count; ++i) {
     const double left = snapped(i * pitch), right = snapped((i + 1) * pitch) - 2;
     const bool lit = elements_[static_cast<std::size_t>(i)]->Visible();
-    painter.fillRect(QRectF(left, kTop, right - left, kBarHeight),
-                     lit ? InkOf(i) : skin::Mixed(QColor(skin::kUnlit), InkOf(i), 0.05));
+    const QColor ink = i <= kS9Decibels / kDecibelsPerElement ? good : strong;
+    painter.fillRect(QRectF(left, kTop, right - left, kBarHeight), lit ? ink : skin::Mixed(unlit, ink, 0.05));
   }
 }
 

@@ -35,6 +35,7 @@ class SMeterView : public View {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void TakeTones() override { backdrop_ = {}; }
 
  private:
   QString CaptionOf(std::size_t element) const;

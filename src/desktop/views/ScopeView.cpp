@@ -47,7 +47,7 @@ void ScopeView::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   QtCanvas* shown = surface0_.IsVisible() ? &surface0_ : surface1_.IsVisible() ? &surface1_ : nullptr;
   if (!shown) {
-    painter.fillRect(event->rect(), QColor(skin::kScopeGround));
+    painter.fillRect(event->rect(), Tones().Ground());
     return;
   }
   shown->CopyTo(painter);

@@ -16,7 +16,7 @@ void SeekView::paintEvent(QPaintEvent* event) {
       const int x = static_cast<int>(std::lround(PlaceOf(mark)));
       if (x == before) continue;  // a night has more tracks than a slider has pixels
       before = x;
-      painter.fillRect(x, height() / 2 - 8, 1, 16, QColor(skin::kNeutral));
+      painter.fillRect(x, height() / 2 - 8, 1, 16, Tones().Neutral());
     }
   }
   SliderView::paintEvent(event);

@@ -77,11 +77,12 @@ void SliderView::paintEvent(QPaintEvent*) {
   const double at = PlaceOf(slider_.Value());
   const bool lively = IsHovered() || IsPressed() || hasFocus();
   painter.setPen(Qt::NoPen);
-  painter.setBrush(QColor(skin::kUnlit));
+  const skin::Tones tones = Tones();
+  painter.setBrush(tones.Unlit());
   painter.drawRoundedRect(QRectF(1, middle - 1.5, width() - 2, 3), 1.5, 1.5);
-  painter.setBrush(skin::Mixed(QColor(skin::kCard), QColor(skin::kAccent), lively ? 0.75 : 0.5));
+  painter.setBrush(skin::Mixed(tones.Card(), tones.Accent(), lively ? 0.75 : 0.5));
   painter.drawRoundedRect(QRectF(1, middle - 1.5, at - 1, 3), 1.5, 1.5);
-  painter.setBrush(lively ? QColor(skin::kAccent) : QColor(skin::kNeutral));
+  painter.setBrush(lively ? tones.Accent() : tones.Neutral());
   painter.drawRoundedRect(QRectF(at - 3, middle - 6, 6, 12), 2, 2);
 }
 

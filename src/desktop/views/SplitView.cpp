@@ -64,8 +64,10 @@ void SplitterView::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   const bool lively = IsHovered() || IsPressed() || hasFocus();
-  painter.setBrush(lively ? QColor(skin::kAccent)
-                          : skin::Mixed(QColor(skin::kUnlit), QColor(skin::kNeutral), 0.35));
+  const skin::Tones tones = Tones();
+  painter.setBrush(lively ? tones.Accent()
+                          : skin::Readable(skin::Mixed(tones.Unlit(), tones.Neutral(), 0.35), tones.Card(),
+                                           skin::kOffContrast));
   painter.drawRoundedRect(QRectF((width() - kGrip) / 2, (height() - kThick) / 2, kGrip, kThick), kThick / 2,
                           kThick / 2);
 }

@@ -41,7 +41,7 @@ void TextStamps::SetRatio(double ratio) {
 }
 
 int TextStamps::Width(std::string_view text) {
-  const QImage& stamp = Get(text, QColor(skin::kInk));
+  const QImage& stamp = Get(text, Qt::white);
   return static_cast<int>(std::lround(stamp.width() / ratio_)) - 2 * kSeam;
 }
 

@@ -123,17 +123,17 @@ void TransportView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   const bool records = sign_ == TransportSign::Record, down = IsChecked();
-  const QColor hue = records                     ? QColor(skin::kOver)
-                     : Shown().BackColour() != 0 ? skin::ColourOf(Shown().BackColour())
-                                                 : QColor(skin::kAccent);
-  QColor face = down ? hue : skin::Mixed(QColor(skin::kFace), hue, IsHovered() ? 0.16 : 0.04);
-  if (down && IsHovered()) face = skin::Mixed(face, Qt::white, 0.15);
-  if (IsPressed()) face = skin::Mixed(face, Qt::black, 0.25);
-  painter.setPen(QPen(down ? face : skin::Mixed(QColor(skin::kFace), hue, 0.45), 1));
-  painter.setBrush(face);
+  const skin::Tones tones = Tones();
+  const QColor hue = records                             ? tones.Over()
+                     : Shown().BackColour() != kNoColour ? skin::ColourOf(Shown().BackColour())
+                                                         : tones.Accent();
+  const skin::ButtonLook look =
+      skin::LookOf(tones, hue, {.On = down, .Hovered = IsHovered(), .Pressed = IsPressed()});
+  painter.setPen(QPen(look.Edge, 1));
+  painter.setBrush(look.Face);
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), skin::kRadius, skin::kRadius);
-  const QColor ink = down ? QColor(skin::kDarkInk) : records ? hue : skin::Mixed(hue, Qt::white, 0.55);
-  DrawSign(painter, LooksOff() ? skin::SwitchedOff(ink, face) : ink);
+  const QColor ink = records && !down ? skin::Readable(hue, look.Face, skin::kOffContrast) : look.Ink;
+  DrawSign(painter, LooksOff() ? skin::SwitchedOff(ink, look.Face) : ink);
 }
 
 }  // namespace quorl

@@ -341,6 +341,11 @@ void View::focusInEvent(QFocusEvent* event) {
   update();
 }
 
+void View::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::PaletteChange) TakeTones();
+  QWidget::changeEvent(event);
+}
+
 void View::focusOutEvent(QFocusEvent*) {
   pressed_ = false;
   Raise(control_.LostFocus);

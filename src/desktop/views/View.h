@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "controls/Control.h"
+#include "desktop/views/Skin.h"
 
 class QShortcut;
 
@@ -77,6 +78,9 @@ class View : public QWidget {
   virtual void OnMenuKey();
 
   RefreshClock& Clock() const { return clock_; }
+  skin::Tones Tones() const { return skin::Tones(palette()); }
+  // The theme has changed: what is kept of its colours is to be made anew.
+  virtual void TakeTones() {}
   // A hidden view keeps its place, unless that is what the panel gains by hiding it.
   void SetSizes(QSizePolicy::Policy across, QSizePolicy::Policy down, bool keepsPlace = true);
   // This view is to be marked when `control`, another one, changes. It outlives the view.
@@ -107,6 +111,7 @@ class View : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   friend class RefreshClock;

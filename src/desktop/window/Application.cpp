@@ -13,10 +13,15 @@ void PrepareApplication(QApplication& application) {
   QApplication::setDesktopFileName("quorlsdr");
   skin::LoadFonts();
   QApplication::setStyle(QStyleFactory::create("Fusion"));
-  QApplication::setPalette(skin::Palette());
+  ApplyColours(ColourSchemes());
   QApplication::setFont(skin::WordFont(13));
   application.setStyleSheet(skin::StyleSheet());
   InstallViewAccess();
+}
+
+void ApplyColours(const ColourSchemes& colours) {
+  QPalette palette = skin::PaletteOf(colours);
+  if (palette != QApplication::palette()) QApplication::setPalette(palette);
 }
 
 }  // namespace quorl

@@ -11,9 +11,7 @@ namespace quorl {
 FormWindow::FormWindow(const ControlRegistry& registry, Binder::Logger log, const std::string& form)
     : QWidget(nullptr, Qt::Dialog), bind_(registry, clock_, std::move(log)), form_(bind_.Find<Frame>(form)) {
   setObjectName(QString::fromStdString(form));
-  QPalette dark = palette();
-  dark.setColor(QPalette::Window, QColor(skin::kCard));
-  setPalette(dark);
+  setBackgroundRole(QPalette::AlternateBase);
   setAutoFillBackground(true);
 }
 

@@ -73,9 +73,7 @@ HelpPanel::HelpPanel(QWidget* window) : QDialog(window) {
     auto* left = new QLabel(heading ? QString(line.Effect).toUpper() : QString(line.Gesture));
     left->setFont(heading ? skin::TitleFont() : skin::WordFont(13, true));
     if (heading && row > 0) left->setContentsMargins(0, 12, 0, 0);
-    QPalette palette = left->palette();
-    palette.setColor(QPalette::WindowText, QColor(heading ? skin::kAccent : skin::kInk));
-    left->setPalette(palette);
+    left->setForegroundRole(heading ? QPalette::Link : QPalette::WindowText);
     grid->addWidget(left, row, 0, 1, heading ? 2 : 1);
     if (!heading) {
       auto* right = new QLabel(line.Effect);

@@ -7,9 +7,7 @@ namespace quorl {
 QLabel* Caption(const QString& text) {
   auto* label = new QLabel(text);
   label->setFont(skin::WordFont());
-  QPalette palette = label->palette();
-  palette.setColor(QPalette::WindowText, QColor(skin::kQuietInk));
-  label->setPalette(palette);
+  label->setForegroundRole(QPalette::PlaceholderText);
   label->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   return label;
 }

@@ -256,7 +256,7 @@ void PanelWindow::hideEvent(QHideEvent* event) {
 }
 
 void PanelWindow::paintEvent(QPaintEvent* event) {
-  QPainter(this).fillRect(event->rect(), QColor(skin::kGround));
+  QPainter(this).fillRect(event->rect(), skin::Tones(palette()).Ground());
 }
 
 bool PanelWindow::eventFilter(QObject* object, QEvent* event) {

@@ -15,9 +15,7 @@ RecordErrorWindow::RecordErrorWindow(const ControlRegistry& registry, Binder::Lo
       form_(bind_.Find<Frame>("frmRecordFileError")) {
   constexpr int kWidth = 420;
   setObjectName("frmRecordFileError");
-  QPalette dark = palette();
-  dark.setColor(QPalette::Window, QColor(skin::kCard));
-  setPalette(dark);
+  setBackgroundRole(QPalette::AlternateBase);
   setAutoFillBackground(true);
   auto* rows = new QVBoxLayout(this);
   rows->setContentsMargins(2 * skin::kGrid, 2 * skin::kGrid, 2 * skin::kGrid, 2 * skin::kGrid);

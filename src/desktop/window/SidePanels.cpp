@@ -36,8 +36,9 @@ SplashPanel::SplashPanel(const QString& version) : QWidget(nullptr, Qt::SplashSc
 void SplashPanel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.fillRect(rect(), QColor(skin::kCard));
-  painter.setPen(QPen(QColor(skin::kCardEdge), 1));
+  const skin::Tones tones(palette());
+  painter.fillRect(rect(), tones.Card());
+  painter.setPen(QPen(tones.CardLine(), 1));
   painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
 
   // A carrier and what it carries.
@@ -48,19 +49,18 @@ void SplashPanel::paintEvent(QPaintEvent*) {
     const double envelope = 26 * (0.55 + 0.45 * std::sin(x * 0.0315 - 1.2));
     wave.lineTo(kLeft + x, kMiddle - envelope * std::sin(x * 0.42));
   }
-  painter.setPen(
-      QPen(skin::Faded(QColor(skin::kAccent), 0.18), 5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.setPen(QPen(skin::Faded(tones.Accent(), 0.18), 5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.drawPath(wave);
-  painter.setPen(QPen(QColor(skin::kAccent), 1.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.setPen(QPen(tones.Accent(), 1.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.drawPath(wave);
 
-  painter.setPen(QColor(skin::kInk));
+  painter.setPen(tones.Ink());
   QFont name = skin::WordFont(30, true);
   name.setLetterSpacing(QFont::AbsoluteSpacing, 4);
   painter.setFont(name);
   painter.drawText(QRect(kLeft, 142, width(), 40), Qt::AlignLeft | Qt::AlignVCenter, "QUORLSDR");
   painter.setFont(skin::WordFont(12));
-  painter.setPen(QColor(skin::kQuietInk));
+  painter.setPen(tones.Quiet());
   painter.drawText(QRect(kLeft, 186, width(), 20), Qt::AlignLeft | Qt::AlignVCenter,
                    "Software defined radio receiver   " + version_);
 }

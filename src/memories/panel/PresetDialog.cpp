@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::array<const char*, 4> kModes{"AM", "USB", "LSB", "DRM"};
 constexpr std::array<const char*, 5> kFilters{"Off", "400Hz", "2.4KHz", "3.2KHz", "4KHz"};
-constexpr Colour kWrong = 0x0000FF, kRight = 0xFFFFFF;
+constexpr Colour kWrong = 0x0000FF;
 constexpr std::size_t kDateLength = 10, kTimeAt = 11, kTimeLength = 8;  // of a stamp
 enum Value { kDescription, kFrequency, kDate, kTime };
 
@@ -71,7 +71,7 @@ void PresetDialog::Open(std::function<void()> accepted) {
   lblPresetIndex.Caption = NumberText(EditPreset.Index);
   txtPresetValues(kDescription).SetValue(EditPreset.Description);
   txtPresetValues(kFrequency).SetValue(FormatPicture(block.FreqCurrent, "### ### 000"));
-  txtPresetValues(kFrequency).ForeColour = kRight;
+  txtPresetValues(kFrequency).ForeColour = kNoColour;
   txtPresetValues(kFrequency).ToolTip = std::string("In hertz");
   txtPresetValues(kDate).SetValue(Part(EditPreset.When, 0, kDateLength));
   txtPresetValues(kTime).SetValue(Part(EditPreset.When, kTimeAt, kTimeLength));

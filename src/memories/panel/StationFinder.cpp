@@ -42,7 +42,7 @@ StationFinder::StationFinder(ControlRegistry& registry, const Files& files,
   txtFind.ToolTip = std::string(kHowTo);
   txtFind.KeyDown = [this](const Key& key) { txtFind_KeyDown(key); };
   txtFind.Change = [this] {
-    txtFind.ForeColour = Colour{0};
+    txtFind.ForeColour = kNoColour;
     txtFind.ToolTip = std::string(kHowTo);
   };
   lstFound.AccessibleName = std::string("Stations found");

@@ -65,9 +65,9 @@ void RecorderPanel::ShowButtons() {
   cmdWavCtls(WavCtl::Record).Down = takes;
   cmdWavCtls(WavCtl::Play).Down = gives;
   cmdWavCtls(WavCtl::Pause).Down = IsPaused();
-  cmdWavCtls(WavCtl::Pause).BackColour = IsPaused() ? kEngaged : 0;
+  cmdWavCtls(WavCtl::Pause).BackColour = IsPaused() ? kEngaged : kNoColour;
   cmdWavCtls(WavCtl::Loop).Down = deck_.Looping;
-  cmdWavCtls(WavCtl::Loop).BackColour = deck_.Looping ? kEngaged : 0;
+  cmdWavCtls(WavCtl::Loop).BackColour = deck_.Looping ? kEngaged : kNoColour;
   shpLooping.Visible = deck_.Looping;
 }
 

@@ -210,7 +210,7 @@ void TimerPanel::ClearFaults() {
 
 void TimerPanel::Tell(const std::string& fault) {
   lblTimerMessage.Caption = fault.empty() ? timer_.State() : fault;
-  lblTimerMessage.ForeColour = fault.empty() ? Colour{0} : kCaution;
+  lblTimerMessage.ForeColour = fault.empty() ? kNoColour : kCaution;
 }
 
 std::string TimerPanel::Refuse(Control& field, const std::string& fault) {

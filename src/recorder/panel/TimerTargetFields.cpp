@@ -58,7 +58,7 @@ void TellFault(Control& field, const std::string& fault) {
 }
 
 void ClearFault(Control& field, const char* hint) {
-  field.ForeColour = Colour{0};
+  field.ForeColour = kNoColour;
   field.ToolTip = std::string(hint);
 }
 

@@ -47,7 +47,7 @@ class TimerPanelTest : public RecorderRig {
     Set("txtTimerEnd", end);
   }
   const TimerProgramme& First() { return Timer.Programmes[0]; }
-  bool IsRed(const char* name) { return At(name).ForeColour() != 0; }
+  bool IsRed(const char* name) { return At(name).ForeColour() != kNoColour; }
 
   int Changes = 0;
   RecordingTimer Timer{Deck, {Storage, Worker, Queue, Boxes, Clock}, LinksOfTimer(*this)};

@@ -66,7 +66,7 @@ TEST_F(Transport, PauseHoldsAndRecordOrPauseGoOn) {
   EXPECT_EQ(State(), "Recording paused");
   Button(WavCtl::Record);
   EXPECT_EQ(Down(), "0");
-  EXPECT_EQ(At("cmdWavCtls(2)").BackColour(), 0U);
+  EXPECT_EQ(At("cmdWavCtls(2)").BackColour(), kNoColour);
   Hear(1.0);
   EXPECT_GT(Deck.SamplesQueued, queued);
   Button(WavCtl::Pause);
