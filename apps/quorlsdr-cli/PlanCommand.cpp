@@ -47,7 +47,7 @@ std::vector<std::string> PlanFiles(LinuxFiles& files, const PlanOptions& options
   const UserDirectories directories =
       FindUserDirectories([](const char* name) -> const char* { return std::getenv(name); });
   const std::string folder =
-      PrepareApplicationFolder(files, "", directories.Data, FindInstalledData(files) + "/bandplans", failure);
+      PrepareApplicationFolder(files, "", directories.Data, FilledFrom(FindInstalledData(files)), failure);
   std::vector<std::string> paths;
   for (const std::string& name : files.List(folder, ".bpl")) paths.push_back(folder + "/" + name);
   return paths;

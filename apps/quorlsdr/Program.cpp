@@ -14,6 +14,7 @@
 #include "core/frmMain.h"
 #include "desktop/qt/QtDialogs.h"
 #include "desktop/qt/QtEventQueue.h"
+#include "desktop/window/Application.h"
 #include "desktop/window/DialogWindows.h"
 #include "desktop/window/PanelWindow.h"
 #include "desktop/window/Shot.h"
@@ -76,7 +77,7 @@ class Program {
     if (failure) return failure;
     const std::string folder =
         PrepareApplicationFolder(machine_->Storage(), options_.Folder, machine_->Directories().Data,
-                                 FindInstalledData(machine_->Storage()) + "/bandplans", failure);
+                                 FilledFrom(FindInstalledData(machine_->Storage())), failure);
     if (failure) return failure;
     log_ = std::make_unique<LogBook>(machine_->Storage(), machine_->Parts().Time, machine_->LogFile());
     if (!options_.Output.empty()) {
@@ -91,6 +92,7 @@ class Program {
     frame_ = std::make_unique<frmMain>(machine_->Parts(), machine_->Settings(), *log_,
                                        StartOptions{options_.CommandLine, folder, defaults, SoundFolder()});
     frame_->OnSplash = [this](bool visible) { ShowSplash(visible); };
+    frame_->OnColours = ApplyColours;
     frame_->OnForm = [this] { OpenWindow(); };
     frame_->OnClose = [this] { Close(); };
     return {};

@@ -10,4 +10,8 @@ std::string FindInstalledData(const Files& files) {
   return files.Exists(installed + "/demo/stations.ini") ? installed : QUORL_SOURCE_DATA;
 }
 
+std::vector<InstalledFolder> FilledFrom(const std::string& data) {
+  return {{data + "/bandplans", ""}, {data + "/themes", "themes"}};
+}
+
 }  // namespace quorl

@@ -79,6 +79,8 @@ class frmMain {
   std::function<void(bool shown)> OnCaption = [](bool) {};
   // Told at the start, when the splash panel comes and goes.
   std::function<void(bool visible)> OnSplash = [](bool) {};
+  // The colours of the panel, once they have been read and whenever it is painted anew.
+  std::function<void(const ColourSchemes& colours)> OnColours = [](const ColourSchemes&) {};
   // Told at the start, when the form's controls are there: the window may open, and the boxes of the steps to
   // come stand over it.
   std::function<void()> OnForm = [] {};

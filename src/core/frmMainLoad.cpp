@@ -52,6 +52,7 @@ void frmMain::LoadSteps() {
   formed_ = true;
   step(":Restoring SDR Colour Settings from Registry");
   early_.Read(store_);
+  OnColours(scheme_);
   step(":Creating SpectrumAnalyser Object");
   scope_.Create(store_);
   step(":Making Form Visible");
@@ -281,6 +282,7 @@ void frmMain::ConnectScope() {
 void frmMain::ConnectColours() {
   scrollables_.BindKeys(CtlIndex::Frequency, tuning_.picFreqDisp);
   for (Frame* frame : {&tuning_.frFreqCtl, &frPwr_, &frDispMode_}) colours_.Add(*frame);
+  colours_.AddRepaint([this] { OnColours(scheme_); });
   colours_.AddRepaint([this] { recorder_.ShowState(); });
   colours_.AddRepaint([this] {
     const ScrollableControl& digits = scrollables_(CtlIndex::Frequency);

@@ -20,7 +20,7 @@ class LookTest : public DesktopTest {
     view.resize(view.sizeHint());
     QImage image(view.size() * kScale, QImage::Format_RGB32);
     image.setDevicePixelRatio(kScale);
-    image.fill(QColor(skin::kCard));
+    image.fill(skin::Tones(view.palette()).Card());
     view.render(&image, {}, {}, QWidget::DrawChildren);
     return image;
   }

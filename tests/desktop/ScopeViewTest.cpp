@@ -110,7 +110,7 @@ TEST_F(ScopeViewTest, PaintingCopiesTheWholeSurfaceNeverTheOneInWork) {
   spectrum.Surface0()->SetVisible(false);
   EXPECT_EQ(Seen(), skin::ColourOf(0x00FF00).rgb());
   spectrum.Surface1()->SetVisible(false);
-  EXPECT_EQ(Seen(), skin::kScopeGround) << "nothing yet";
+  EXPECT_EQ(Seen(), skin::Tones(QApplication::palette()).Ground().rgb()) << "nothing yet";
   EXPECT_EQ(lent, before) << "painting asks for nothing";
 }
 
@@ -287,7 +287,7 @@ TEST_F(ScopeViewTest, AFrequencyIsTypedOverTheDisplay) {
   clock.Flush();
   const QColor wrong = entry->Line().palette().color(QPalette::Text);
   EXPECT_TRUE(skin::IsAlarm(wrong));
-  EXPECT_GE(skin::Contrast(wrong, QColor(skin::kFace)), skin::kTitleContrast);
+  EXPECT_GE(skin::Contrast(wrong, skin::Tones(QApplication::palette()).Face()), skin::kTitleContrast);
   EXPECT_EQ(QToolTip::text(), "Beyond the chip");
   text.ForeColour = kNoColour;
   text.ToolTip = std::string();

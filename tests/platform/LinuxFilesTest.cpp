@@ -238,43 +238,48 @@ TEST_F(LinuxFilesTest, ListTakesTheSuffixInAnyCase) {
 
 TEST_F(LinuxFilesTest, TheApplicationFolderIsFilledOnceAndNeverOverwritten) {
   const std::string installed = Path("installed"), usual = Path("data/quorlsdr");
-  ASSERT_FALSE(files_.MakeDirectory(installed + "/themes"));
+  const std::vector<InstalledFolder> plans{{installed, ""}}, all{{installed, ""}, {Path("looks"), "themes"}};
+  ASSERT_FALSE(files_.MakeDirectory(installed));
+  ASSERT_FALSE(files_.MakeDirectory(Path("looks")));
   ASSERT_FALSE(files_.MakeDirectory(usual));
   ASSERT_FALSE(files_.Replace(installed + "/Europe.bpl", "installed"));
   ASSERT_FALSE(files_.Replace(installed + "/Asia.bpl", "installed"));
-  ASSERT_FALSE(files_.Replace(installed + "/themes/Night.thm", "installed"));
+  ASSERT_FALSE(files_.Replace(Path("looks/Night.thm"), "installed"));
   ASSERT_FALSE(files_.Replace(usual + "/Europe.bpl", "mine"));
   Failure failure;
-  EXPECT_EQ(PrepareApplicationFolder(files_, "", usual, installed, failure), usual);
+  EXPECT_EQ(PrepareApplicationFolder(files_, "", usual, plans, failure), usual);
   EXPECT_EQ(Content(usual + "/Europe.bpl"), "mine");
   EXPECT_EQ(Content(usual + "/Asia.bpl"), "installed");
+  EXPECT_FALSE(files_.Exists(usual + "/themes"));
+  PrepareApplicationFolder(files_, "", usual, all, failure);  // of a version that brings themes
   EXPECT_EQ(Content(usual + "/themes/Night.thm"), "installed");
 
   unlink((usual + "/Asia.bpl").c_str());
-  PrepareApplicationFolder(files_, "", usual, installed, failure);
+  PrepareApplicationFolder(files_, "", usual, all, failure);
   EXPECT_FALSE(files_.Exists(usual + "/Asia.bpl"));
   ASSERT_FALSE(files_.Replace(installed + "/Africa.bpl", "of a newer version"));
-  PrepareApplicationFolder(files_, "", usual, installed, failure);
+  PrepareApplicationFolder(files_, "", usual, all, failure);
   EXPECT_EQ(Content(usual + "/Africa.bpl"), "of a newer version");
   EXPECT_FALSE(files_.Exists(usual + "/Asia.bpl"));
   unlink((usual + "/Africa.bpl").c_str());
   ASSERT_FALSE(files_.Replace(installed + "/Amateur.bpl", "known"));
   ASSERT_FALSE(files_.Replace(usual + "/.filled", ""));  // of the first versions
-  PrepareApplicationFolder(files_, "", usual, installed, failure);
+  PrepareApplicationFolder(files_, "", usual, all, failure);
   EXPECT_FALSE(files_.Exists(usual + "/Amateur.bpl"));
   EXPECT_TRUE(files_.Exists(usual + "/Africa.bpl"));
-  PrepareApplicationFolder(files_, "", usual, Path("moved away"), failure);
+  PrepareApplicationFolder(files_, "", usual, {{Path("moved away"), ""}}, failure);
   EXPECT_FALSE(failure);
   unlink((usual + "/Asia.bpl").c_str());
 
   ASSERT_FALSE(files_.MakeDirectory(Path("own")));
-  EXPECT_EQ(PrepareApplicationFolder(files_, Path("own"), usual, installed, failure), Path("own"));
+  EXPECT_EQ(PrepareApplicationFolder(files_, Path("own"), usual, all, failure), Path("own"));
   EXPECT_TRUE(files_.List(Path("own"), "").empty());
-  PrepareApplicationFolder(files_, Path("fresh"), usual, installed, failure);
+  PrepareApplicationFolder(files_, Path("fresh"), usual, all, failure);
   EXPECT_EQ(Content(Path("fresh/Asia.bpl")), "installed");
   EXPECT_FALSE(failure);
 
-  EXPECT_EQ(PrepareApplicationFolder(files_, Path("own/Asia.bpl/x"), usual, Path("gone"), failure), "");
+  EXPECT_EQ(PrepareApplicationFolder(files_, Path("own/Asia.bpl/x"), usual, {{Path("gone"), ""}}, failure),
+            "");
   EXPECT_TRUE(failure && failure->Text.find(Path("gone")) != std::string::npos);
 }
 

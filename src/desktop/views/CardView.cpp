@@ -57,11 +57,11 @@ QString CardView::SpokenName() const {
 // Once for each change: a card is painted again with every number that stands on it.
 void CardView::TakeTones() {
   const skin::Tones tones = Tones();
-  const Colour number = frame_.ForeColour(), ground = frame_.BackColour();
+  const Colour number = frame_.ForeColour();
   const QColor ink = number == kNoColour ? tones.Quiet() : tones.Of(number);
   // Only a colour that calls for attention tints the edge.
   const double tint = ink.hsvSaturationF() > 0.6F ? 0.30 : 0.0;
-  ground_ = ground == kNoColour ? tones.Card() : skin::Mixed(tones.Card(), skin::ColourOf(ground), 0.5);
+  ground_ = tones.Card();
   edge_ = skin::Mixed(tones.CardLine(), ink, tint);
   ink_ = skin::Readable(ink, ground_, tones.TextContrast());
 }

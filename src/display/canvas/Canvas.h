@@ -28,6 +28,12 @@ struct Ink {
 enum class TextSide { Right, Left, Centre };  // begins there, ends there, has it in the middle
 enum class TextLevel { Below, Above, Middle };
 
+// An ink that is made for a dark ground, as it is seen on `ground`: a quarter as bright where that is light.
+constexpr Ink OnGround(Ink ink, Colour ground) {
+  const Colour light = 2 * (ground & 0xFF) + 5 * (ground >> 8 & 0xFF) + (ground >> 16 & 0xFF);
+  return light < 8 * 128 ? ink : Ink{ink.Value >> 2 & 0x3F3F3F, ink.Opacity};
+}
+
 // Everything is drawn in the scale in force; lines are one device pixel wide.
 class Canvas {
  public:

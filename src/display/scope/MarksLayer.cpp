@@ -94,7 +94,7 @@ void MarksLayer::DrawTicks(Canvas& canvas, const ScopeFrame& frame) {
     const double top = kFromTop + (fits ? static_cast<double>(row - free.begin()) : kRows) * height;
     const double bottom = kFromTop + (kRows + 1) * height + kTickBelow;
     canvas.Line({float(x), float(frame.Scale.Top + top * canvas.UnitY())},
-                {float(x), float(frame.Scale.Top + bottom * canvas.UnitY())}, kTick);
+                {float(x), float(frame.Scale.Top + bottom * canvas.UnitY())}, context_.Over(kTick));
     if (!fits) continue;
     *row = right + kGap;
     standing_[standings_++] = {left, top, right, top + height, mark.Hertz, i};

@@ -28,6 +28,8 @@ struct ScopeContext {
   const CanvasPicture* Scope;  // the spectrum's picture
 
   const PublicVars& Vars() const { return Panel.Rx.Vars; }
+  // A line over the traces, on the picture's ground.
+  Ink Over(Ink ink) const { return OnGround(ink, Analyser.ScopeBackColour); }
 };
 
 }  // namespace quorl

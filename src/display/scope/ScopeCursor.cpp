@@ -99,7 +99,7 @@ void ScopeCursor::Draw(Canvas& canvas, const ScopeFrame& frame) {
   const double x = time ? bin_ : bin_ - frame.Frequencies.StartX;
   if (x < 0.0 || x > frame.Scale.Width) return;
   canvas.Line({float(x), float(frame.Scale.Top)}, {float(x), float(frame.Scale.Top + frame.Scale.Height)},
-              kLine);
+              context_.Over(kLine));
 }
 
 }  // namespace quorl

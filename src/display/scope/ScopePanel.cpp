@@ -59,6 +59,7 @@ void ScopePanel::Connect() {
   frScope.Caption = "Scope";
   frScopeSweep.Caption = "Sweep";
   for (Frame* frame : {&frScope, &frScopeSweep}) panel_.Colours.Add(*frame);
+  panel_.Colours.AddRepaint([this] { Redraw(); });
   SetTexts(chkScopeMode, kModeTexts);
   chkScopeMode.Click = [this](int index) { chkScopeMode_Click(index); };
   SetTexts(optSpectrumSource, SpectrumSourceTexts);

@@ -29,25 +29,37 @@ Failure CopyMissing(Files& files, const fs::path& source, const std::string& tar
   return files.Copy(source.string(), target);
 }
 
-// What is new since the last time.
-Failure Fill(Files& files, const std::string& installed, const std::string& folder) {
-  const std::set<std::string> before = Copied(files, folder);
-  std::set<std::string> copied = before;
-  std::error_code error;
-  for (fs::recursive_directory_iterator entry(installed, error), end; !error && entry != end;
+// What is new there since the last time.
+Failure FillFrom(Files& files, const InstalledFolder& installed, const std::string& folder,
+                 std::set<std::string>& copied, std::error_code& error) {
+  const std::string to = installed.To.empty() ? std::string() : installed.To + "/";
+  if (!to.empty() && files.Exists(installed.From)) {
+    if (Failure failure = files.MakeDirectory(folder + "/" + installed.To)) return failure;
+  }
+  for (fs::recursive_directory_iterator entry(installed.From, error), end; !error && entry != end;
        entry.increment(error)) {
     std::error_code ignored;
-    const std::string name = entry->path().lexically_relative(installed).string();
+    const std::string name = to + entry->path().lexically_relative(installed.From).string();
     const bool isFolder = entry->is_directory(ignored);
-    if (name == kReadMe || (!isFolder && !copied.insert(name).second)) continue;
+    if (entry->path().filename() == kReadMe || (!isFolder && !copied.insert(name).second)) continue;
     const std::string target = folder + "/" + name;
     Failure failure = isFolder ? files.MakeDirectory(target) : CopyMissing(files, entry->path(), target);
     if (failure) return failure;
   }
-  const bool isFirst = before.empty();
-  if (error && isFirst) {
-    return Error{error.value(), "Can't read the installed data in " + installed + ": " + error.message() +
-                                    ". Install the program again, or name a folder of your own."};
+  return {};
+}
+
+Failure Fill(Files& files, const std::vector<InstalledFolder>& installed, const std::string& folder) {
+  const std::set<std::string> before = Copied(files, folder);
+  std::set<std::string> copied = before;
+  for (const InstalledFolder& part : installed) {
+    std::error_code error;
+    if (Failure failure = FillFrom(files, part, folder, copied, error)) return failure;
+    const bool isFirst = before.empty();
+    if (error && isFirst) {
+      return Error{error.value(), "Can't read the installed data in " + part.From + ": " + error.message() +
+                                      ". Install the program again, or name a folder of your own."};
+    }
   }
   if (copied == before) return {};
   std::string list;
@@ -58,7 +70,7 @@ Failure Fill(Files& files, const std::string& installed, const std::string& fold
 }  // namespace
 
 std::string PrepareApplicationFolder(Files& files, const std::string& named, const std::string& usual,
-                                     const std::string& installed, Failure& failure) {
+                                     const std::vector<InstalledFolder>& installed, Failure& failure) {
   failure.reset();
   const std::string folder = named.empty() ? usual : named;
   const bool own = !named.empty() && files.Exists(named) && !files.Exists(named + kFilledMark);
