@@ -11,6 +11,7 @@
 
 #include "LoadReport.h"
 #include "TerminationSignals.h"
+#include "configuration/ConfigDefaults.h"
 #include "core/frmMain.h"
 #include "desktop/qt/QtDialogs.h"
 #include "desktop/qt/QtEventQueue.h"
@@ -88,9 +89,11 @@ class Program {
       if (demo) PutDemoDefaults(store);
       PutScopeDefaults(store);
       PutMemoryDefaults(store);
+      PutConfigDefaults(store);
     };
-    frame_ = std::make_unique<frmMain>(machine_->Parts(), machine_->Settings(), *log_,
-                                       StartOptions{options_.CommandLine, folder, defaults, SoundFolder()});
+    StartOptions start{options_.CommandLine, folder, defaults, SoundFolder(), QUORL_VERSION};
+    start.OnBoard = [this](std::int32_t model) { machine_->SetModel(model); };
+    frame_ = std::make_unique<frmMain>(machine_->Parts(), machine_->Settings(), *log_, std::move(start));
     frame_->OnSplash = [this](bool visible) { ShowSplash(visible); };
     frame_->OnColours = ApplyColours;
     frame_->OnForm = [this] { OpenWindow(); };

@@ -6,6 +6,8 @@ namespace quorl {
 
 namespace {
 
+constexpr const char* kDemoPort = "/dev/ttyS0";  // COM1
+
 BoardSettings SettingsOf(const DemoBoard::Options& options) {
   BoardSettings settings = BoardOfModel(options.SDRModelNo);
   settings.LowSideInjection = options.LowSideLO;
@@ -25,7 +27,8 @@ DemoBoard::DemoBoard(const Options& options, std::unique_ptr<SimulatedBand> band
     : receiver_(options.SDRModelNo, std::move(band), SettingsOf(options)),
       serial_(lineClock_, queue),
       printer_(lineClock_) {
-  receiver_.Chip().SetClockError(options.ErrorPpm);
+  receiver_.SetClockError(options.ErrorPpm);
+  serial_.Ports = {{kDemoPort, kDemoPort}};
   serial_.SetRecording(false);
   serial_.SetListener(&receiver_.Cable());
   printer_.SetRecording(false);

@@ -73,6 +73,10 @@ Failure HostMachine::PutTogether(const HostMachineOptions& options) {
   return options.Demo ? ConnectDemo(options) : ConnectRadio(options);
 }
 
+void HostMachine::SetModel(std::int32_t SDRModelNo) {
+  if (board_) board_->Receiver().SetModel(SDRModelNo);
+}
+
 std::string HostMachine::LogFile() const {
   const std::string settings = files_.Resolve(settings_->Path());
   for (const bool demo : {false, true}) {

@@ -48,6 +48,8 @@ class HostMachine {
                                              Dialogs& boxes, Failure& failure);
 
   Machine& Parts() { return *machine_; }
+  // The demo's board is that of this model from now on; nothing without a demo.
+  void SetModel(std::int32_t SDRModelNo);
   SettingsStore& Settings() { return *settings_; }
   LinuxFiles& Storage() { return files_; }
   const UserDirectories& Directories() const { return directories_; }

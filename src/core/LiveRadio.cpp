@@ -1,6 +1,8 @@
 #include "core/LiveRadio.h"
 
+#include "platform/Dialogs.h"
 #include "sound/FindDevice.h"
+#include "support/Product.h"
 #include "support/ScopedFlag.h"
 
 namespace quorl {
@@ -37,9 +39,10 @@ void LiveRadio::SetSoundFormat(bool shortDelay) {
   soundCard_.Inp2OutpBufferRatio = shortDelay ? 1 : Inp2OutpBufferRatio;
 }
 
-bool LiveRadio::CreateTuning(std::int32_t interfaceType, bool shaftEncoder, bool tellsPort) {
+bool LiveRadio::CreateTuning(std::int32_t interfaceType, bool shaftEncoder, bool tellsPort,
+                             std::optional<std::int32_t> tuned) {
   const bool open = tuning_.OpenInterface(interfaceType, shaftEncoder, tellsPort);
-  tuning_.CreateVFO(Rx.Vars.SDRModelNo, interfaceType);
+  tuning_.CreateVFO(Rx.Vars.SDRModelNo, interfaceType, tuned);
   // The grid comes with the step: a stored step finer than the usual grid would tune back and forth.
   VFO().SetTuneStep(VFO().TuneStep());
   Rx.SetLowSideLO(!VFO().HiSideLO);
@@ -47,7 +50,27 @@ bool LiveRadio::CreateTuning(std::int32_t interfaceType, bool shaftEncoder, bool
 }
 
 void LiveRadio::ReleaseTuning() {
-  tuning_.SerialIF().ClosePort();
+  tuning_.Release();
+}
+
+bool LiveRadio::ExchangeBoard(std::int32_t SDRModelNo, std::int32_t interfaceType, bool shaftEncoder) {
+  const std::int32_t tuned = tuning_.Tune().Wanted();
+  const double step = VFO().TuneStep(), grid = VFO().TuneStepLSD();
+  const bool locked = VFO().TuneStepLock;
+  const std::string chip = tuning_.Driver()->Name;
+  const double clock = tuning_.Driver()->Clock();
+  tuning_.Save();
+  ReleaseTuning();
+  Rx.Vars.SDRModelNo = SDRModelNo;
+  Rx.Vars.FiltersDirty = true;  // a board of I and Q has a filter for each
+  const bool open = CreateTuning(interfaceType, shaftEncoder, true, tuned);
+  // The store holds it rounded.
+  if (tuning_.Driver()->Name == chip) tuning_.Driver()->SetClkIn(clock);
+  VFO().SetTuneStep(step);
+  VFO().SetTuneStepLSD(grid);
+  VFO().TuneStepLock = locked;
+  tuning_.Tune().MoveTo(tuned);
+  return open;
 }
 
 void LiveRadio::AddSettings(SettingsTable& table) {
@@ -88,6 +111,35 @@ void LiveRadio::ChooseDevices() {
   soundCard_.CurrentPlaybackDevice = FindDevice(names, playback_.Name, playback_.Number);
   soundCard_.GetCapDeviceNames(names);
   soundCard_.CurrentCaptureDevice = FindDevice(names, capture_.Name, capture_.Number);
+}
+
+void LiveRadio::NoteDevices(std::int32_t capture, std::int32_t playback) {
+  soundCard_.CurrentCaptureDevice = capture;
+  soundCard_.CurrentPlaybackDevice = playback;
+  NoteDevices();
+}
+
+Failure LiveRadio::OpenDevices(std::int32_t capture, std::int32_t playback, bool plays) {
+  soundCard_.ReleaseDevices();
+  NoteDevices(capture, playback);
+  Failure failure = plays ? soundCard_.StartSound() : soundCard_.PrepareDevices();
+  // What can't be opened has been told, but not what is open and doesn't start.
+  if (failure && soundCard_.Prepared())
+    machine_.Boxes.ShowMessage({.Text = failure->Text, .Title = kProductName, .Icon = MessageIcon::Warning});
+  return failure;
+}
+
+Failure LiveRadio::ChangeDevices(std::int32_t capture, std::int32_t playback) {
+  const std::int32_t formerCapture = soundCard_.CurrentCaptureDevice,
+                     formerPlayback = soundCard_.CurrentPlaybackDevice;
+  const bool plays = soundCard_.InAction, prepared = soundCard_.Prepared();
+  if (plays) {
+    Rx.FilterMaker.WaitForBlock();
+    soundCard_.StopSound();
+  }
+  if (!OpenDevices(capture, playback, plays)) return {};
+  NoteDevices(formerCapture, formerPlayback);
+  return prepared ? OpenDevices(formerCapture, formerPlayback, plays) : Failure{};
 }
 
 Failure LiveRadio::Start() {

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "config/SettingsTable.h"
@@ -32,10 +33,15 @@ class LiveRadio final : public SoundEvents, public SoundOutput {
   void SetSoundFormat(bool shortDelay = false);
   // VFO, driver and interface of the board `Rx.Vars.SDRModelNo`; takes the LO side from the VFO. False
   // where the interface can't be opened: frequencies are noted, but tune nothing. The log has the reason, and
-  // the user has been told; `tellsPort` false leaves telling of a serial port to the caller.
-  bool CreateTuning(std::int32_t interfaceType, bool shaftEncoder, bool tellsPort = true);
-  // Closes the port; its settings are stored by TuningChain::Save.
+  // the user has been told; `tellsPort` false leaves telling of a serial port to the caller. With `tuned`
+  // (dHz) the radio is tuned there instead of where it was stored.
+  bool CreateTuning(std::int32_t interfaceType, bool shaftEncoder, bool tellsPort = true,
+                    std::optional<std::int32_t> tuned = std::nullopt);
+  // Closes the port and lets the chip go; their settings are stored by TuningChain::Save.
   void ReleaseTuning();
+  // Stores the chain and makes that of another board, while nothing is on the wire. Frequency and step stay,
+  // the filters follow. As CreateTuning.
+  bool ExchangeBoard(std::int32_t SDRModelNo, std::int32_t interfaceType, bool shaftEncoder);
 
   // The devices and the sound's delay.
   void AddSettings(SettingsTable& table);
@@ -43,6 +49,11 @@ class LiveRadio final : public SoundEvents, public SoundOutput {
   void ChooseDevices();
   // Takes the sound card's devices for those to be stored.
   void NoteDevices();
+  // Takes other devices, by their numbers, for the next time that they are opened.
+  void NoteDevices(std::int32_t capture, std::int32_t playback);
+  // The same, and opens them: they play on where the radio plays. Where they fail, which has been told, the
+  // former ones are back; what is left of those is the failure.
+  Failure ChangeDevices(std::int32_t capture, std::int32_t playback);
   // Both devices, for the log: the number that was tried and the name that was wanted.
   std::string DeviceText() const;
   bool ShortDelay = false;  // of the sound, at the next start
@@ -82,6 +93,8 @@ class LiveRadio final : public SoundEvents, public SoundOutput {
     std::int32_t Number = 1;
     std::string Name;  // decides where it is still there
   };
+
+  Failure OpenDevices(std::int32_t capture, std::int32_t playback, bool plays);
 
   Machine& machine_;
   QUORLDX8 soundCard_;

@@ -1,6 +1,7 @@
 // What a start of the program is told from outside.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -14,6 +15,9 @@ struct StartOptions {
   // Puts into the store, once it has been read, what it lacks for this run. May be empty.
   std::function<void(SettingsStore&)> Defaults = {};
   std::string SoundFolder = {};  // where files are sought that a user records and plays
+  std::string Version = {};      // of the program
+  // Told the number of the board, before its chip is set up. May be empty.
+  std::function<void(std::int32_t SDRModelNo)> OnBoard = {};
 };
 
 }  // namespace quorl

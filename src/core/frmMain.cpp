@@ -53,6 +53,7 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
       timer_(wavFile_, DeckMachine(), LinksOfTimer()),
       timerPanel_(registry_, timer_, wavFile_, machine_.Time, LinksOfTimerPanel()),
       calibrate_(registry_, radio_.Tuning(), radio_.Rx, machine_.Queue),
+      config_(registry_, LinksOfConfig()),
       tmrSaveSettings_(machine_.Queue, [this] { SaveNow(); }),
       tmrUnload_(machine_.Queue, [this] { Form_Unload(); }) {
   logPanel_.frmLog.Visible = false;
@@ -223,12 +224,13 @@ void frmMain::PowerOff() {
 void frmMain::Form_Unload() {
   if (unloaded_ || !formed_) return;
   // A load or a save that this was called from can only go on when this has returned.
-  const bool waits = memories_.IsLoading() || wavFile_.IsBusy();
+  const bool waits = memories_.IsLoading() || wavFile_.IsBusy() || config_.IsUnderWay();
   tmrUnload_.SetInterval(kUnloadInterval);
   tmrUnload_.SetEnabled(waits);
   if (waits) return;
   calibrate_.Leave();
   timer_.Stop();
+  config_.Stop();
   radio_.tmrPerfStats.SetEnabled(false);
   scope_.Stop();
   radio_.Stop();
@@ -242,9 +244,7 @@ void frmMain::Form_Unload() {
     SaveSettings();
   }
   unloaded_ = true;
-  tuning_.SetEncoder(nullptr);
-  tuning_.SetTuner(nullptr);
-  entry_.SetTuner(nullptr);
+  LetGoOfTuning();
   radio_.Rx.Tap.Analyser = nullptr;
   radio_.Tuning().Save();
   radio_.ReleaseTuning();

@@ -10,6 +10,7 @@
 #include "config/SettingsStore.h"
 #include "config/SettingsTable.h"
 #include "configuration/frmCalibrate.h"
+#include "configuration/frmConfig.h"
 #include "controls/ControlRegistry.h"
 #include "controls/Controls.h"
 #include "core/LiveRadio.h"
@@ -118,7 +119,13 @@ class frmMain {
   std::string TuneForTimer(const TimerTarget& target);
   TimerTarget TunedForTimer();
   void TimerChanged();
+  ConfigLinks LinksOfConfig();
+  void ExchangeBoard(std::int32_t SDRModelNo, std::int32_t interfaceType);
+  void ChangeDevices(std::int32_t capture, std::int32_t playback);
+  void PaintPanel();
   void MakeTuning();
+  void TakeTuning();
+  void LetGoOfTuning();
   void TellTuningFaults(bool open);
   void ApplyStored();
   void InitialiseSoundCard();
@@ -191,6 +198,7 @@ class frmMain {
   RecordingTimer timer_;
   TimerPanel timerPanel_;
   frmCalibrate calibrate_;
+  frmConfig config_;
   Timer tmrSaveSettings_, tmrUnload_;
   SettingsTable early_;     // read before window and tuning are made of it: colours, size, board, interface
   SettingsTable settings_;  // the rest, read at its own step

@@ -165,9 +165,10 @@ void frmMain::ConnectForm() {
   };
 }
 
-// Where no value is being turned, the keys that turn one tune.
+// Where no value is being turned, the keys that turn one tune, if the listener wants that.
 bool frmMain::IsTuningKey(const Key& key) {
-  if (!TuningPanel::TurnsFrequency(key) || scrollables_.ActiveCtl() != CtlIndex::None) return false;
+  if (!tuning_.KBDSupport || !TuningPanel::TurnsFrequency(key) || scrollables_.ActiveCtl() != CtlIndex::None)
+    return false;
   scrollables_.Point(CtlIndex::Frequency);
   return true;
 }
@@ -185,7 +186,8 @@ bool frmMain::TypesFrequency(const Key& key) {
 
 void frmMain::Form_KeyDown(const Key& key) {
   if (TypesFrequency(key)) return;
-  if (tuning_.TuneByKey(key)) return;
+  const bool tunes = tuning_.KBDSupport || scrollables_.ActiveCtl() == CtlIndex::Frequency;
+  if (tunes && tuning_.TuneByKey(key)) return;
   if (key.Code == kMuteKey && !key.With.Ctrl && !key.With.Alt) {
     volume_.chkMute.UserClick();
   } else if (tuning_.cboTuningSteps.Visible()) {
@@ -261,7 +263,8 @@ void frmMain::ConnectRecorder() {
 
 // An IF recording that plays takes the antenna's place; one that pauses, ends or goes gives it back.
 void frmMain::FollowDeck() {
-  const bool plays = on_ && wavFile_.PlayerMode() == PlayerModes::Playing && wavFile_.IsIF();
+  const bool plays =
+      on_ && !config_.IsApplying() && wavFile_.PlayerMode() == PlayerModes::Playing && wavFile_.IsIF();
   const bool sameFile = wavFile_.HasFile() && wavFile_.FileName == playedFile_;
   playedFile_ = wavFile_.FileName;
   if (!plays || !sameFile) played_.End();
@@ -291,12 +294,23 @@ void frmMain::ConnectColours() {
   });
 }
 
-void frmMain::MakeTuning() {
+void frmMain::LetGoOfTuning() {
+  tuning_.SetEncoder(nullptr);
   tuning_.SetTuner(nullptr);
-  TellTuningFaults(radio_.CreateTuning(stored_.IFType, tuning_.ShaftEnabled, false));
+  entry_.SetTuner(nullptr);
+}
+
+void frmMain::TakeTuning() {
   tuning_.SetTuner(&radio_.Tuning().Tune());
   entry_.SetTuner(&radio_.Tuning().Tune());
   tuning_.SetEncoder(&radio_.Tuning().SerialIF());
+}
+
+void frmMain::MakeTuning() {
+  LetGoOfTuning();
+  Raise(options_.OnBoard, radio_.Rx.Vars.SDRModelNo);
+  TellTuningFaults(radio_.CreateTuning(stored_.IFType, tuning_.ShaftEnabled, false));
+  TakeTuning();
   // Ticked before its handler first runs, so that the stored side stays.
   tuning_.chkTuneLo.SetValue(!radio_.VFO().HiSideLO);
 }

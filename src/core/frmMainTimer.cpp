@@ -33,7 +33,8 @@ TimerPanelLinks frmMain::LinksOfTimerPanel() {
 // What waits for a plan or for an answer goes on when this has returned. A recording that was left behind is
 // taken, and saved with the next look: at night nobody answers for it.
 bool frmMain::IsReadyForTimer() {
-  if (switching_ || recorder_.IsClicking() || memories_.IsLoading() || memories_.Memory.ApplyingSettings) {
+  if (switching_ || config_.IsApplying() || recorder_.IsClicking() || memories_.IsLoading() ||
+      memories_.Memory.ApplyingSettings) {
     return false;
   }
   if (!offer_.IsOpen()) return true;

@@ -12,13 +12,15 @@ namespace quorl {
 
 class ChipWiring final : public LineListener {
  public:
-  explicit ChipWiring(SimulatedChip& chip) : chip_(chip) {}
+  explicit ChipWiring(SimulatedChip& chip) : chip_(&chip) {}
+  // To the pins of another chip, which has seen nothing of what went before.
+  void Plug(SimulatedChip& chip) { chip_ = &chip; }
 
   void OnSerialLine(SerialLine line, bool on) override;
   void OnPrinterData(std::uint8_t value) override;
 
  private:
-  SimulatedChip& chip_;
+  SimulatedChip* chip_;
 };
 
 }  // namespace quorl

@@ -30,16 +30,26 @@ BoardSettings BoardOfModel(int sdrModelNo) {
 
 SimulatedBoard::SimulatedBoard(const SimulatedChip& chip, std::unique_ptr<SimulatedBand> band,
                                const BoardSettings& settings)
-    : chip_(chip),
-      band_(std::move(band)),
-      settings_(settings),
-      gain_(32767.0 * Ratio(-settings.FullScaleDbm)),
-      position_(kFirstSample) {
+    : chip_(&chip), band_(std::move(band)), settings_(settings), position_(kFirstSample) {
+  TakeSettings();
+}
+
+void SimulatedBoard::Become(const SimulatedChip& chip, const BoardSettings& settings) {
+  chip_ = &chip;
+  settings_ = settings;
+  oscillatorHz_.reset();
+  responses_ = {};
+  chunk_ = -1;
+  TakeSettings();
+}
+
+void SimulatedBoard::TakeSettings() {
+  gain_ = 32767.0 * Ratio(-settings_.FullScaleDbm);
   std::array<double, kTaps> design{};
   DesignLowPass(kHalfBandwidthHz / kOutputRate, 7.0, kTaps, design.data());
   std::transform(design.begin(), design.end(), taps_.begin(),
                  [this](double tap) { return static_cast<float>(tap * gain_); });
-  SetQuadratureError(settings.AmplitudeErrorDb, settings.PhaseErrorDegrees);
+  SetQuadratureError(settings_.AmplitudeErrorDb, settings_.PhaseErrorDegrees);
 }
 
 void SimulatedBoard::SetQuadratureError(double amplitudeDb, double phaseDegrees) {
@@ -67,7 +77,7 @@ std::array<SimulatedBoard::Response, 2> SimulatedBoard::ResponsesTo(double oscil
 }
 
 void SimulatedBoard::FollowChip() {
-  const std::optional<double> oscillator = chip_.OutputHz();
+  const std::optional<double> oscillator = chip_->OutputHz();
   if (oscillator == oscillatorHz_) return;
   oscillatorHz_ = oscillator;
   std::array<Response, 2> next{};

@@ -44,6 +44,9 @@ class SimulatedBoard final : public SampleSource {
   SimulatedBoard(const SimulatedChip& chip, std::unique_ptr<SimulatedBand> band,
                  const BoardSettings& settings);
 
+  // Another board takes this one's place at the antenna, which goes on. `chip` outlives it.
+  void Become(const SimulatedChip& chip, const BoardSettings& settings);
+  const BoardSettings& Settings() const { return settings_; }
   // Asks the chip for its frequency, then renders from the present position on. Where the frequency has
   // changed, the phase of every signal goes on without a jump. While the chip gives no signal: noise.
   void Render(std::int16_t* interleaved, int frames) override;
@@ -65,15 +68,16 @@ class SimulatedBoard final : public SampleSource {
   using Samples = std::array<float, kHistory + kChunkFrames>;
 
   std::array<Response, 2> ResponsesTo(double oscillatorHz) const;
+  void TakeSettings();
   void FollowChip();
   void BeginChunk(std::int64_t chunk);
   void Compose(std::int64_t chunk, int from);
   void Emit(int at, std::int16_t* frame) const;
 
-  const SimulatedChip& chip_;
+  const SimulatedChip* chip_;
   std::unique_ptr<SimulatedBand> band_;
   BoardSettings settings_;
-  double gain_;  // from amplitude 1 at 0 dBm to sample values
+  double gain_ = 0.0;  // from amplitude 1 at 0 dBm to sample values
   std::array<float, kTaps> taps_{};
   float quadratureDirect_ = 1.0F, quadratureCross_ = 0.0F;
 

@@ -17,6 +17,26 @@ std::unique_ptr<SimulatedChip> ChipOfModel(int sdrModelNo) {
 
 SimulatedReceiver::SimulatedReceiver(int sdrModelNo, std::unique_ptr<SimulatedBand> band,
                                      const BoardSettings& settings)
-    : chip_(ChipOfModel(sdrModelNo)), wiring_(*chip_), board_(*chip_, std::move(band), settings) {}
+    : model_(sdrModelNo),
+      chip_(ChipOfModel(sdrModelNo)),
+      wiring_(*chip_),
+      board_(*chip_, std::move(band), settings) {}
+
+void SimulatedReceiver::SetModel(int sdrModelNo) {
+  if (sdrModelNo == model_) return;
+  model_ = sdrModelNo;
+  std::unique_ptr<SimulatedChip> chip = ChipOfModel(sdrModelNo);
+  chip->SetClockError(clockError_);
+  BoardSettings settings = BoardOfModel(sdrModelNo);
+  settings.LowSideInjection = board_.Settings().LowSideInjection;
+  wiring_.Plug(*chip);
+  board_.Become(*chip, settings);
+  chip_ = std::move(chip);
+}
+
+void SimulatedReceiver::SetClockError(double partsPerMillion) {
+  clockError_ = partsPerMillion;
+  chip_->SetClockError(partsPerMillion);
+}
 
 }  // namespace quorl

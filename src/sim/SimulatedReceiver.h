@@ -20,6 +20,12 @@ class SimulatedReceiver {
   // `sdrModelNo` 0 to 3 chooses the chip; `settings` comes from BoardOfModel, changed or not.
   SimulatedReceiver(int sdrModelNo, std::unique_ptr<SimulatedBand> band, const BoardSettings& settings);
 
+  // The board of another model is plugged in: the same cable, antenna and preselector, and a clock with the
+  // same error. Its chip waits to be set up. Chip() is another one then.
+  void SetModel(int sdrModelNo);
+  // Parts per million; a chip that is plugged in later has it too.
+  void SetClockError(double partsPerMillion);
+
   // For SetListener of the port that tunes the board.
   LineListener& Cable() { return wiring_; }
   SimulatedChip& Chip() { return *chip_; }
@@ -27,6 +33,8 @@ class SimulatedReceiver {
   SimulatedBoard& Board() { return board_; }
 
  private:
+  int model_;
+  double clockError_ = 0.0;
   std::unique_ptr<SimulatedChip> chip_;
   ChipWiring wiring_;
   SimulatedBoard board_;

@@ -18,7 +18,14 @@ constexpr double kTwoTo32 = 4294967296.0;
 constexpr std::int32_t kOverflowWord = 2;
 
 constexpr char kDefaultClkIn[] = "50000000";  // Hz
+constexpr double kDefaultClkInHz = 50000000.0;
 constexpr double kLowestClkIn = 1.0, kHighestClkIn = 429496729.0;
+
+// A clock that a chip can have.
+std::optional<double> ClockIn(const std::string& text) {
+  const auto hertz = ParseDouble(text);
+  return hertz && *hertz >= kLowestClkIn && *hertz <= kHighestClkIn ? hertz : std::nullopt;
+}
 
 }  // namespace
 
@@ -26,22 +33,26 @@ Oscillator::Oscillator(SettingsStore& settings, Dialogs& dialogs, std::string na
     : Name(std::move(name)), settings_(settings), dialogs_(dialogs), clock_(clock) {}
 
 Failure Oscillator::SetClkIn(double hertz) {
-  clock_ = hertz * 10;
-  const auto maxFreq = ToInt32(clock_ / 2);
+  const double clock = hertz * 10;
+  const auto maxFreq = ToInt32(clock / 2);
   if (!maxFreq) {
     return Fail(TuningError::Overflow, Name + ": a clock of " + NumberText(hertz) + " Hz is too high");
   }
+  if (clock == 0) return Fail(TuningError::DivisionByZero, Name + ": the clock must not be 0 Hz");
+  clock_ = clock;
   MaxFreq = *maxFreq;
-  if (clock_ == 0) return Fail(TuningError::DivisionByZero, Name + ": the clock must not be 0 Hz");
   factor_ = kTwoTo32 / clock_;
   return {};
 }
 
+double Oscillator::StoredClkIn(const SettingsStore& settings, const std::string& name) {
+  return ClockIn(settings.GetSetting(name, "ClkIn", kDefaultClkIn)).value_or(kDefaultClkInHz);
+}
+
 Failure Oscillator::RestoreClock() {
   const std::string text = settings_.GetSetting(Name, "ClkIn", kDefaultClkIn);
-  const auto hertz = ParseDouble(text);
-  if (hertz && *hertz >= kLowestClkIn && *hertz <= kHighestClkIn) return SetClkIn(*hertz);
-  SetClkIn(*ParseDouble(kDefaultClkIn));
+  if (const auto hertz = ClockIn(text)) return SetClkIn(*hertz);
+  SetClkIn(kDefaultClkInHz);
   return Fail(TuningError::Overflow, Name + ": the stored ClkIn '" + text + "' is no clock from " +
                                          NumberText(kLowestClkIn) + " to " + NumberText(kHighestClkIn) +
                                          " Hz - " + kDefaultClkIn + " Hz is taken");

@@ -26,10 +26,13 @@ class Oscillator {
   std::string Name;                    // section of the driver's settings
 
   // The chip's clock in hertz. MaxFreq becomes half of it. Fails for 0 and for clocks whose half doesn't fit
-  // MaxFreq; the tuning word's factor then stays what it was.
+  // MaxFreq; all stays as it was then.
   Failure SetClkIn(double hertz);
   double ClkIn() const;                         // rounded
   double Clock() const { return clock_ / 10; }  // as it was set, in hertz
+  // The clock that the store holds under "ClkIn" of section `name`, as a chip of that name takes it at the
+  // start.
+  static double StoredClkIn(const SettingsStore& settings, const std::string& name);
 
   // Sends the frequency, or MaxFreq where it is higher, to the chip; returns the one that was sent. Dropped
   // while another call is under way. Shows a message and sends nothing where the clock isn't set.
@@ -40,6 +43,8 @@ class Oscillator {
   std::optional<std::int32_t> WordSent() const { return wordSent_; }
   // The clock is set and the lines to the chip are open.
   virtual bool CanSend() const = 0;
+  // A frame or a command sequence is on its way to the chip.
+  bool IsSending() const { return busy_ || CMDOutActive; }
   // Stores the clock under "CLKIn" where one has been set.
   void Save() const;
   // Brings the chip into its working state.

@@ -97,6 +97,15 @@ void Tuner::Revive() {
   Settle();
 }
 
+void Tuner::Refresh() {
+  if (working_ || played_) return;
+  {
+    const ScopedFlag working(working_);
+    vfo_->Refresh();
+  }
+  Settle();
+}
+
 void Tuner::Resend() {
   if (working_ || played_ || !vfo_->OscType) return;
   {

@@ -47,6 +47,11 @@ class Tuner {
   // highest one that the VFO notes.
   std::int32_t Highest() const;
 
+  // Sends what the VFO asks for, once more where the chip has it already: clock, IF or side are others. While
+  // another frame is out, or a recording plays, that is left to Settle.
+  void Refresh();
+  // A verb is under way: what it sends may be on the wire.
+  bool IsWorking() const { return working_; }
   // Sends the chip's last frame once more; nothing while another one is out.
   void Resend();
   // The chip may have lost all that it held: initialises it, and sends what the VFO asks for. Waits for a

@@ -27,8 +27,26 @@ constexpr Board kDRT1 = {"VFO1.DRT1", Chip::AD9951, 45000000, true};
 constexpr Board kElektorDRM = {"VFO1.ElektorDRM", Chip::AD9835, 455000, false};
 constexpr Board kRXIQ = {"VFO1.RXIQ", Chip::AD9951, 45000000, true};
 
+constexpr char kAD9951Section[] = "DDSAD9951", kAD9835Section[] = "DDSAD9835";
+constexpr char kSerialSection[] = "DDSSerialIF", kParallelSection[] = "DDSParallelIF";
+constexpr std::int32_t kNoInterface = -1;
+
 const Board& BoardOf(std::int32_t SDRModelNo) {
   return SDRModelNo == 0 ? kDRT1 : SDRModelNo == 1 ? kElektorDRM : kRXIQ;
+}
+
+// With its stored settings, and no chip.
+std::shared_ptr<clsVFO> MakeVFO(SettingsStore& settings, const Board& board) {
+  auto vfo = std::make_shared<clsVFO>(settings);
+  vfo->Name = board.VFOName;
+  vfo->SetCalibOffset(0);
+  vfo->SetIFFrequency(board.IFFrequency);
+  vfo->HiSideLO = true;
+  vfo->OscMultiplier = 1;
+  vfo->SetTuneStep(kTuneStep);
+  vfo->AutoUpdate = board.AutoUpdate;
+  vfo->RestoreSettings();
+  return vfo;
 }
 
 }  // namespace
@@ -36,13 +54,26 @@ const Board& BoardOf(std::int32_t SDRModelNo) {
 TuningChain::TuningChain(TuningMachine machine, SettingsStore::LogSink log)
     : machine_(machine),
       log_(std::move(log)),
-      serial_(
-          std::make_shared<clsDDSSerialIF>(machine.Serial, machine.Events, machine.Boxes, machine.Settings)),
-      parallel_(std::make_shared<clsDDSParallelIF>(machine.Printer, machine.Events, machine.Settings)),
       vfo_(std::make_shared<clsVFO>(machine.Settings)),
       tuner_(std::make_unique<Tuner>(vfo_)) {
-  serial_->Name = "DDSSerialIF";
-  parallel_->Name = "DDSParallelIF";
+  MakeInterfaces();
+}
+
+void TuningChain::MakeInterfaces() {
+  serial_ =
+      std::make_shared<clsDDSSerialIF>(machine_.Serial, machine_.Events, machine_.Boxes, machine_.Settings);
+  parallel_ = std::make_shared<clsDDSParallelIF>(machine_.Printer, machine_.Events, machine_.Settings);
+  serial_->Name = kSerialSection;
+  parallel_->Name = kParallelSection;
+}
+
+void TuningChain::Release() {
+  vfo_->OscType.reset();
+  driver_.reset();
+  connect_ = {};
+  // The old port lets go of its lines before the new one takes them.
+  serial_.reset();
+  MakeInterfaces();
 }
 
 void TuningChain::Log(const std::string& line) const {
@@ -94,54 +125,99 @@ void TuningChain::FollowPort(const Failure& vanished) {
 
 std::shared_ptr<Oscillator> TuningChain::CreateAD9951(std::int32_t interfaceType) {
   auto driver = std::make_shared<clsAD9951>(machine_.Settings, machine_.Boxes);
-  driver->Name = "DDSAD9951";
-  if (interfaceType == InterfaceType::Serial) {
-    driver->IFHandler = serial_;
-  } else {
+  driver->Name = kAD9951Section;
+  connect_ = [this, chip = driver.get()](std::int32_t type) {
+    chip->IFHandler = type == InterfaceType::Serial ? serial_ : nullptr;
+  };
+  if (interfaceType != InterfaceType::Serial) {
     Log(driver->Name + ": this chip can only be tuned over the serial interface - No interface initialised");
   }
   if (const auto failure = driver->RestoreSettings()) Log(failure->Text);
   return driver;
 }
 
-std::shared_ptr<Oscillator> TuningChain::CreateAD9835(std::int32_t interfaceType) {
+std::shared_ptr<Oscillator> TuningChain::CreateAD9835() {
   auto driver = std::make_shared<clsAD9835>(machine_.Settings, machine_.Boxes);
-  driver->Name = "DDSAD9835";
-  if (interfaceType == InterfaceType::Serial) {
-    driver->IFHandler = serial_;
-  } else if (interfaceType == InterfaceType::Parallel) {
-    driver->IFHandler = parallel_;
-  }
+  driver->Name = kAD9835Section;
+  connect_ = [this, chip = driver.get()](std::int32_t type) {
+    if (type == InterfaceType::Serial) {
+      chip->IFHandler = serial_;
+    } else if (type == InterfaceType::Parallel) {
+      chip->IFHandler = parallel_;
+    } else {
+      chip->IFHandler = nullptr;
+    }
+  };
   return driver;
 }
 
-void TuningChain::CreateVFO(std::int32_t SDRModelNo, std::int32_t interfaceType) {
+void TuningChain::CreateVFO(std::int32_t SDRModelNo, std::int32_t interfaceType,
+                            std::optional<std::int32_t> tuned) {
   const Board& board = BoardOf(SDRModelNo);
-  vfo_ = std::make_shared<clsVFO>(machine_.Settings);
+  vfo_ = MakeVFO(machine_.Settings, board);
+  vfo_->DDSInterfaceType = interfaceType;
+  // Still without a chip: noted, and nothing is sent.
+  if (tuned) vfo_->SetTunedFrequency(*tuned);
   tuner_ = std::make_unique<Tuner>(vfo_);
-  driver_ = board.Driver == Chip::AD9951 ? CreateAD9951(interfaceType) : CreateAD9835(interfaceType);
+  driver_ = board.Driver == Chip::AD9951 ? CreateAD9951(interfaceType) : CreateAD9835();
+  connect_(interfaceType);
   vfo_->OscType = driver_;
   if (const auto failure = driver_->Initialise()) Log(failure->Text);
 
-  vfo_->Name = board.VFOName;
-  vfo_->SetCalibOffset(0);
-  vfo_->SetIFFrequency(board.IFFrequency);
-  vfo_->HiSideLO = true;
-  vfo_->OscMultiplier = 1;
-  vfo_->SetTuneStep(kTuneStep);
-  vfo_->AutoUpdate = board.AutoUpdate;
-  vfo_->DDSInterfaceType = interfaceType;
-  vfo_->RestoreSettings();
+  fault_ = ClockFault();
+  if (fault_) Log(fault_->Text);
+}
 
-  fault_ = {};
-  if (driver_->MaxFreq / 10 <= vfo_->IFFrequency()) {
-    fault_ = Fail(TuningError::Overflow,
-                  driver_->Name + ": a clock of " + NumberText(driver_->ClkIn()) +
-                      " Hz is too low for this board, half of it must lie above the IF of " +
-                      NumberText(vfo_->IFFrequency()) + " Hz - set ClkIn in section [" + driver_->Name +
-                      "] of the settings file to the board's DDS clock");
-    Log(fault_->Text);
-  }
+Failure TuningChain::ClockFault() const {
+  if (!driver_ || driver_->MaxFreq / 10 > vfo_->IFFrequency()) return {};
+  return Fail(TuningError::Overflow,
+              driver_->Name + ": a clock of " + NumberText(driver_->ClkIn()) +
+                  " Hz is too low for this board, half of it must lie above the IF of " +
+                  NumberText(vfo_->IFFrequency()) + " Hz - set ClkIn in section [" + driver_->Name +
+                  "] of the settings file to the board's DDS clock");
+}
+
+bool TuningChain::TakesParallel(std::int32_t SDRModelNo) {
+  return BoardOf(SDRModelNo).Driver == Chip::AD9835;
+}
+
+BoardValues TuningChain::InUse() const {
+  return {vfo_->IFFrequency(), vfo_->HiSideLO, vfo_->AutoUpdate, driver_ ? driver_->ClkIn() : 0};
+}
+
+BoardValues TuningChain::Stored(std::int32_t SDRModelNo) const {
+  const Board& board = BoardOf(SDRModelNo);
+  const auto vfo = MakeVFO(machine_.Settings, board);
+  const char* section = board.Driver == Chip::AD9951 ? kAD9951Section : kAD9835Section;
+  // Boards of one chip share its clock.
+  const double clock = driver_ && driver_->Name == section
+                           ? driver_->ClkIn()
+                           : Oscillator::StoredClkIn(machine_.Settings, section);
+  return {vfo->IFFrequency(), vfo->HiSideLO, vfo->AutoUpdate, clock};
+}
+
+bool TuningChain::IsIdle() const {
+  return !tuner_->IsWorking() && !vfo_->IsStepping() && !(driver_ && driver_->IsSending());
+}
+
+void TuningChain::Connect(std::int32_t interfaceType) {
+  if (connect_) connect_(interfaceType);
+  vfo_->DDSInterfaceType = interfaceType;
+}
+
+bool TuningChain::ReopenSerial(std::int32_t portNo, bool shaftEncoder) {
+  const double waitTime = serial_->WaitTime;
+  const std::int32_t type = vfo_->DDSInterfaceType;
+  // Nobody holds the old one any more when the new one takes the port.
+  if (connect_) connect_(kNoInterface);
+  serial_.reset();
+  serial_ =
+      std::make_shared<clsDDSSerialIF>(machine_.Serial, machine_.Events, machine_.Boxes, machine_.Settings);
+  serial_->Name = kSerialSection;
+  serial_->PortNo = portNo;
+  serial_->WaitTime = waitTime;
+  if (connect_) connect_(type);
+  return OpenSerial(shaftEncoder, true);
 }
 
 void TuningChain::Save() const {

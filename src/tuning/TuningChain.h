@@ -3,7 +3,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 
 #include "config/SettingsStore.h"
 #include "platform/Dialogs.h"
@@ -21,6 +23,13 @@ namespace quorl {
 namespace InterfaceType {
 inline constexpr std::int32_t Serial = 0, Parallel = 1;
 }
+
+// What belongs to a board, whether it is the one in use or only stored.
+struct BoardValues {
+  std::int32_t IFFrequency = 0;  // Hz
+  bool HiSideLO = true, AutoUpdate = false;
+  double ClkIn = 0;  // Hz
+};
 
 // What the chain stands on; all of it must outlive the chain.
 struct TuningMachine {
@@ -46,7 +55,29 @@ class TuningChain {
   // Makes driver and VFO of the board `SDRModelNo` on that interface, with their stored settings, and
   // initialises the chip. Tunes nothing. What can't work goes to the log in one line, and the chain still
   // records frequencies: an AD9951 on a printer port (it gets no handler), a clock too low for the board.
-  void CreateVFO(std::int32_t SDRModelNo, std::int32_t interfaceType);
+  // With `tuned` (dHz) the VFO has that frequency from its first event on, whatever is stored.
+  void CreateVFO(std::int32_t SDRModelNo, std::int32_t interfaceType,
+                 std::optional<std::int32_t> tuned = std::nullopt);
+  // Closes the port and lets the driver go; both interfaces are new ones, which know nothing of the stored
+  // settings yet. The VFO records frequencies until the next CreateVFO. Not while a frame is on the wire.
+  void Release();
+
+  // The board's chip can be tuned over a printer port, too.
+  static bool TakesParallel(std::int32_t SDRModelNo);
+  // Those of the board in use, and those that another one would come with.
+  BoardValues InUse() const;
+  BoardValues Stored(std::int32_t SDRModelNo) const;
+  // Nothing is on the wire, and nobody is about to send.
+  bool IsIdle() const;
+  // The driver sends over that interface from now on; an AD9951 over none but the serial one.
+  void Connect(std::int32_t interfaceType);
+  // Opens COM `portNo` over a new interface object: one that was open in event mode can't be opened again.
+  // False where that failed, which has been told.
+  bool ReopenSerial(std::int32_t portNo, bool shaftEncoder);
+  // Why nothing arrives at the printer port, for a person.
+  Failure PrinterFault() const { return machine_.Printer.Check(parallel_->PortAddress); }
+  // Half of the clock doesn't lie above the IF: the board can't be tuned.
+  Failure ClockFault() const;
 
   // VFO, driver and interfaces write their settings to the store, in this order.
   void Save() const;
@@ -64,7 +95,8 @@ class TuningChain {
 
  private:
   std::shared_ptr<Oscillator> CreateAD9951(std::int32_t interfaceType);
-  std::shared_ptr<Oscillator> CreateAD9835(std::int32_t interfaceType);
+  std::shared_ptr<Oscillator> CreateAD9835();
+  void MakeInterfaces();
   bool OpenSerial(bool shaftEncoder, bool tells);
   bool CheckParallel();
   void FollowPort(const Failure& vanished);
@@ -76,6 +108,7 @@ class TuningChain {
   std::shared_ptr<clsDDSSerialIF> serial_;
   std::shared_ptr<clsDDSParallelIF> parallel_;
   std::shared_ptr<Oscillator> driver_;
+  std::function<void(std::int32_t interfaceType)> connect_;  // gives the driver its lines
   std::shared_ptr<clsVFO> vfo_;
   std::unique_ptr<Tuner> tuner_;
   Failure fault_;

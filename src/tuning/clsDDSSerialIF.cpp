@@ -43,6 +43,10 @@ std::string clsDDSSerialIF::DevicePath(const std::string& portName) const {
   return settings_.GetSetting(Name, portName, usual);
 }
 
+bool clsDDSSerialIF::HasOwnDevice(const std::string& portName) const {
+  return !settings_.GetSetting(Name, portName, "").empty();
+}
+
 std::int32_t clsDDSSerialIF::OpenPort(bool eventMode, bool tells) {
   EventMode = eventMode;
   if (hComm_ > 0) return hComm_;

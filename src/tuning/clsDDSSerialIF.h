@@ -27,9 +27,11 @@ class clsDDSSerialIF : public DDSInterface {
   clsDDSSerialIF(const clsDDSSerialIF&) = delete;
   clsDDSSerialIF& operator=(const clsDDSSerialIF&) = delete;
 
+  static constexpr double kDefaultWaitTime = 1.0 / 230400;
+
   std::string Name = "clsDDSSerialIF";  // section of the settings
   std::int32_t PortNo = 1;              // COM port, from 1
-  double WaitTime = 1.0 / 230400;       // seconds; 0 switches the yield inside each bit off
+  double WaitTime = kDefaultWaitTime;   // seconds; 0 switches the yield inside each bit off
   bool EventMode = false;               // status line changes raise OnComm
   // Raised on the main thread at a change of CTS or DSR while a port opened in event mode is open.
   std::function<void()> OnComm;
@@ -78,6 +80,8 @@ class clsDDSSerialIF : public DDSInterface {
   // Device behind a port name such as "COM1": the value of that key in section Name, else /dev/ttyS0 for
   // COM1 and so on.
   std::string DevicePath(const std::string& portName) const;
+  // The settings name a device for that port.
+  bool HasOwnDevice(const std::string& portName) const;
 
  private:
   std::int32_t OpenDevice(const std::string& portName, const std::string& complaint);

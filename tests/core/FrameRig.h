@@ -92,7 +92,8 @@ class FrameRig : public VirtualDesk, public Hands {
     Storage.Put("plans/Amateur.bpl", "");
     Storage.Put("plans/readme.txt", "");
     Storage.Put(kSettings,
-                "[Memories]\nSafeMemories=True\n[DDSAD9951]\nClkIn=360096000\n[VFO1.DRT1]\nTunedFrequency="
+                "[Memories]\nSafeMemories=True\n[frmMain]\nKBDSupport=True\n[DDSAD9951]\nClkIn=360096000\n["
+                "VFO1.DRT1]\nTunedFrequency="
                 "72050000\n" +
                     moreSettings);
     Storage.Watched = kSettings;
@@ -103,6 +104,7 @@ class FrameRig : public VirtualDesk, public Hands {
   void Make() {
     lock_ = std::make_unique<FileInstanceLock>(Storage);
     store_ = std::make_unique<SettingsStore>(Storage, kSettings, lock_.get());
+    Options.OnBoard = [this](std::int32_t model) { Board.SetModel(model); };
     Log = std::make_unique<LogBook>(Storage, Clock, "log/quorl.log");
     frame_ = std::make_unique<frmMain>(
         Machine{Queue, Clock, Boxes, Storage, Worker, Media, *lock_, Sound, Serial, Printer, Programs},

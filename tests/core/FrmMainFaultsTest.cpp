@@ -28,7 +28,7 @@ TEST(FrmMainFaults, ASettingsLineThatIsNoneIsToldInTheLog) {
   FrameRig rig("[DDSSerialIF]\nCOM1 /dev/ttyUSB0\n");
   ASSERT_TRUE(rig.Start());
   EXPECT_EQ(rig.Log->Lines().front(),
-            "config/settings.ini, line 8 isn't a setting and stays in the file as it "
+            "config/settings.ini, line 10 isn't a setting and stays in the file as it "
             "stands: \"COM1 /dev/ttyUSB0\"");
   rig.Stop();
   EXPECT_NE(rig.StoredText().find("\nCOM1 /dev/ttyUSB0\n"), std::string::npos);

@@ -87,13 +87,12 @@ TEST_F(AD9951, WithoutClockOnlyAMessageComes) {
   EXPECT_EQ(Sent(), Frames{{}}) << "nothing was kept: the update line alone moves";
 }
 
-TEST_F(AD9951, RefusedClocksLeaveTheFactor) {
+TEST_F(AD9951, RefusedClocksLeaveAllAsItWas) {
   chip.SetClkIn(360000000);
   EXPECT_EQ(chip.SetClkIn(0)->Code, static_cast<int>(TuningError::DivisionByZero));
-  EXPECT_EQ(chip.MaxFreq, 0);
   EXPECT_EQ(chip.SetClkIn(430000000)->Code, static_cast<int>(TuningError::Overflow));
-  EXPECT_EQ(chip.MaxFreq, 0);
-  chip.MaxFreq = 1800000000;
+  EXPECT_EQ(chip.ClkIn(), 360000000);
+  EXPECT_EQ(chip.MaxFreq, 1800000000);
   chip.SetFrequency(900000000);
   EXPECT_EQ(chip.CurrentTuningWord, 0x40000000);
 }

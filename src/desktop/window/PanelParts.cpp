@@ -233,6 +233,7 @@ QWidget* MakeReceiverCard(Binder& bind) {
   QHBoxLayout* display = card->AddRow();
   Put(display, bind.Options("optDisplaySize", 4));
   Put(display, bind.Toggle("chkSpectrumAnalyser"));
+  Put(display, bind.Button("cmdConfig"));
   card->AddRow()->addLayout(MakeStatistics(bind));
   return card;
 }

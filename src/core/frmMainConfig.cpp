@@ -1,0 +1,71 @@
+// What the configuration window does to the whole panel.
+#include "core/frmMain.h"
+
+#include "support/ScopedFlag.h"
+
+namespace quorl {
+
+ConfigLinks frmMain::LinksOfConfig() {
+  ConfigLinks links{.Panel = context_,
+                    .Queue = machine_.Queue,
+                    .Boxes = machine_.Boxes,
+                    .Store = store_,
+                    .Serial = machine_.Serial,
+                    .Chain = radio_.Tuning(),
+                    .Tuning = tuning_,
+                    .SoundCard = radio_.SoundCard(),
+                    .Scope = scope_,
+                    .InterfaceType = stored_.IFType,
+                    .AutoTrackPresets = memories_.AutoTrackPresets,
+                    .FormCaptionOffOnPwrOn = stored_.FormCaptionOffOnPwrOn,
+                    .AutoStartSDR = stored_.AutoStartSDR,
+                    .Version = options_.Version};
+  links.IsSwitching = [this] { return switching_ || loading_; };
+  links.LeaveRecording = [this] { played_.End(); };
+  links.ExchangeBoard = [this](std::int32_t model, std::int32_t type) { ExchangeBoard(model, type); };
+  links.ChangeDevices = [this](std::int32_t capture, std::int32_t playback) {
+    ChangeDevices(capture, playback);
+  };
+  links.NoteDevices = [this](std::int32_t capture, std::int32_t playback) {
+    radio_.NoteDevices(capture, playback);
+  };
+  links.Calibrate = [this](std::function<void(bool)> closed) { calibrate_.Open(std::move(closed)); };
+  links.CaptionChanged = [this] { RemoveCaption(on_ && stored_.FormCaptionOffOnPwrOn); };
+  links.PaintPanel = [this] { PaintPanel(); };
+  links.SaveSettings = [this] {
+    radio_.Tuning().Save();
+    SaveNow();
+  };
+  return links;
+}
+
+void frmMain::ExchangeBoard(std::int32_t SDRModelNo, std::int32_t interfaceType) {
+  LetGoOfTuning();
+  Raise(options_.OnBoard, SDRModelNo);
+  stored_.IFType = interfaceType;
+  radio_.ExchangeBoard(SDRModelNo, interfaceType, tuning_.ShaftEnabled);
+  TakeTuning();
+}
+
+// A click on the power that comes meanwhile is carried out when the devices are there.
+void frmMain::ChangeDevices(std::int32_t capture, std::int32_t playback) {
+  Failure failure;
+  {
+    const ScopedFlag guard(switching_);
+    failure = radio_.ChangeDevices(capture, playback);
+  }
+  if (failure) {
+    LogSoundFailure(*failure);
+    optPwr_.Press(1);
+  }
+  SwitchPower(powerWanted_);
+}
+
+void frmMain::PaintPanel() {
+  form_.BackColour = scheme_.SDRBackgroundColour;
+  colours_.ReColour();
+  scrollables_.DarkenControls();
+  colours_.UnFocusFrames();
+}
+
+}  // namespace quorl
