@@ -113,9 +113,8 @@ void frmCalibrate::txtOfficialFreq_Change() {
 }
 
 bool frmCalibrate::TakeClock(double hertz) {
-  if (const Failure failure = tuning_.Driver()->SetClkIn(hertz)) {
-    ShowProblem(failure->Text);
-    tuning_.Driver()->SetClkIn(previousClock_);
+  if (tuning_.Driver()->SetClkIn(hertz)) {
+    ShowProblem("No chip has a clock of " + FormatPicture(hertz, kHertz) + " Hz");
     return false;
   }
   tuning_.Tune().Settle();

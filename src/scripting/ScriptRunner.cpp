@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <ostream>
 #include <sstream>
@@ -184,6 +185,7 @@ const std::vector<ScriptRunner::Command>& ScriptRunner::Commands() {
       {"answer", 1, kAny, &ScriptRunner::Answer},
       {"print", 1, 1, &ScriptRunner::Print},
       {"expect", 1, kAny, &ScriptRunner::Expect},
+      {"expectnear", 3, 3, &ScriptRunner::ExpectNear},
       {"shot", 1, 3, &ScriptRunner::Shot},
       {"dump", 0, 0, &ScriptRunner::Dump},
       {"quit", 0, 0, &ScriptRunner::Quit},
@@ -361,6 +363,17 @@ void ScriptRunner::Expect(const Words& words) {
   const std::string wanted = Rest(words, 1);
   if (Rest(WordsOf(control.Text()), 0) == wanted) return;
   throw Mismatch(control.Name() + " should be '" + wanted + "', it is '" + control.Text() + "'");
+}
+
+// A number may stand with blanks between its digits, and before a unit.
+void ScriptRunner::ExpectNear(const Words& words) {
+  const Control& control = Find(words[0]);
+  const double wanted = NumberOf(words[1], -2e9), by = NumberOf(words[2], 0.0);
+  const std::string text = control.Text();
+  const auto number = ParseTyped(text.substr(0, text.find_first_not_of("+-.0123456789 ")));
+  if (number && std::abs(*number - wanted) <= by) return;
+  throw Mismatch(control.Name() + " should be " + words[1] + " to within " + words[2] + ", it is '" + text +
+                 "'");
 }
 
 void ScriptRunner::Shot(const Words& words) {

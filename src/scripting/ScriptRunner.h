@@ -91,6 +91,7 @@ class ScriptRunner {
   void Answer(const Words& words);
   void Print(const Words& words);
   void Expect(const Words& words);
+  void ExpectNear(const Words& words);
   void Shot(const Words& words);
   void Dump(const Words& words);
   void Quit(const Words& words);

@@ -177,6 +177,11 @@ TEST_F(ScriptRunnerTest, PrintsAndExpects) {
   EXPECT_EQ(Run("\nexpect lblThing one word\nclick chkThing"), ScriptRunner::kExpectationFailed);
   EXPECT_EQ(output.str(), "test.txt:2: lblThing should be 'one word', it is 'two words'\n");
   EXPECT_EQ(notes, "");
+  label.Caption = std::string("-10 000 000.5 Hz, and more");
+  EXPECT_EQ(Run("expectnear lblThing -10000000 1"), ScriptRunner::kPassed) << output.str();
+  EXPECT_EQ(Run("expectnear lblThing -10000002 1"), ScriptRunner::kExpectationFailed);
+  label.Caption = std::string("two words");
+  EXPECT_EQ(Run("expectnear lblThing 2 1"), ScriptRunner::kExpectationFailed);
   verbose = true;
   label.ForeColour = 0x00FF80;
   label.Enabled = false;

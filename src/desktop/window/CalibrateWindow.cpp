@@ -9,8 +9,7 @@ namespace quorl {
 
 namespace {
 
-constexpr int kWidth = 460, kFrequencyWidth = 140;
-constexpr char kWidest[] = "4 294 967 295.0 Hz";
+constexpr int kWidth = 460, kFrequencyWidth = 140, kClockPixels = 12;
 
 }  // namespace
 
@@ -42,13 +41,14 @@ QWidget* CalibrateWindow::MakeFigures() {
     grid->addWidget(Caption(name), row, 0);
     grid->addWidget(view, row++, 1);
   };
-  const auto figure = [&](const char* name) { return bind_.Reading(name, kWidest); };
-  put("Beat", RowOf({figure("frmCalibrate.lblBeat"), bind_.Button("frmCalibrate.cmdZeroBeat")}));
+  const auto figure = [&](const char* name) { return bind_.Reading(name, {}); };
+  put("Beat", RowOf({bind_.Reading("frmCalibrate.lblBeat", "-2 000.0 Hz"),
+                     bind_.Button("frmCalibrate.cmdZeroBeat")}));
   put("Carrier", RowOf({figure("frmCalibrate.lblCarrier")}));
   put("Current Tuned Freq", RowOf({figure("frmCalibrate.lblCurrentTunedFreq"), Caption("Hz")}));
   put("Official Freq", RowOf({bind_.Text("frmCalibrate.txtOfficialFreq", kFrequencyWidth), Caption("Hz")}));
   put("DDS CLKIN (Current)", RowOf({figure("frmCalibrate.lblDDSClkInCurrent"), Caption("Hz")}));
-  if (LabelView* clock = bind_.Reading("frmCalibrate.lblDDSClkinNew", {})) {
+  if (LabelView* clock = bind_.Reading("frmCalibrate.lblDDSClkinNew", {}, kClockPixels)) {
     clock->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     put("DDS CLKIN (New)", clock);
   }
