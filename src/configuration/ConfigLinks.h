@@ -5,11 +5,13 @@
 #include <functional>
 #include <string>
 
+#include "config/ColourSchemes.h"
 #include "config/SettingsStore.h"
 #include "display/scope/ScopePanel.h"
 #include "interaction/PanelContext.h"
 #include "platform/Dialogs.h"
 #include "platform/EventQueue.h"
+#include "platform/Files.h"
 #include "platform/SerialPort.h"
 #include "sound/QUORLDX8.h"
 #include "tuning/TuningChain.h"
@@ -24,15 +26,17 @@ struct ConfigLinks {
   Dialogs& Boxes;
   SettingsStore& Store;
   SerialPort& Serial;
+  Files& Storage;
   TuningChain& Chain;
   TuningPanel& Tuning;
   QUORLDX8& SoundCard;
   ScopePanel& Scope;
+  ColourSchemes& Scheme;
   std::int32_t& InterfaceType;  // of the chain, and of the next start
   bool& AutoTrackPresets;
   bool& FormCaptionOffOnPwrOn;
   bool& AutoStartSDR;
-  std::string Version = {};
+  std::string Version = {}, ThemeFolder = {};
 
   // The power is being switched: nobody else works on the sound card meanwhile.
   std::function<bool()> IsSwitching = [] { return false; };

@@ -34,6 +34,8 @@ frmConfig::frmConfig(ControlRegistry& registry, ConfigLinks links)
       Tuning(registry),
       Display(registry),
       DRM(registry),
+      Colours(registry, {links.Scheme, links.Scope.SpectrumAnalyser, links.Panel.Colours, links.Boxes,
+                         links.Storage, links.Store, links.ThemeFolder}),
       lblAbout(registry, ConfigName("lblAbout")),
       lblConfigMessage(registry, ConfigName("lblConfigMessage")),
       cmdOK(registry, ConfigName("cmdOK")),
@@ -120,6 +122,7 @@ void frmConfig::cmdCancel_Click() {
 
 void frmConfig::Close() {
   tmrFollow_.SetEnabled(false);
+  Colours.EndPreview();
   Form.Visible = false;
 }
 

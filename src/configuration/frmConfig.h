@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "configuration/ColourPage.h"
 #include "configuration/ComPorts.h"
 #include "configuration/ConfigLinks.h"
 #include "configuration/ConfigPages.h"
@@ -31,6 +32,7 @@ class frmConfig {
   TuningPage Tuning;
   DisplayPage Display;
   DRMPage DRM;
+  ColourPage Colours;
   Label lblAbout;
   Label lblConfigMessage;
   CommandButton cmdOK, cmdApply, cmdCancel;

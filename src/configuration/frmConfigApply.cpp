@@ -222,6 +222,7 @@ void frmConfig::ApplyOptions() {
   links_.Panel.Scrollables.HiLiteBorder = Display.chkScollLabelHiliteBorder.Value();
   links_.Tuning.KBDSupport = Tuning.chkKBDSupport.Value();
   links_.AutoTrackPresets = Tuning.chkAutoTrackPresets.Value();
+  Colours.Apply();
   links_.FormCaptionOffOnPwrOn = Display.FormCaptionOffOnPwrOn.Value();
   links_.CaptionChanged();
   links_.AutoStartSDR = Receiver.chkAutoStartSDR.Value();

@@ -145,6 +145,7 @@ void frmConfig::Form_Load() {
   faults_.ClearAll();
   ListDevices();
   fields_.Load();
+  Colours.Load();
   ShowInterface();
   InitialCaptureDevice_ = Sound.cboCapDevices.Text();
   InitialPlaybackDevice_ = Sound.cboPlayDevices.Text();

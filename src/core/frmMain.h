@@ -108,6 +108,7 @@ class frmMain {
   void ConnectForm();
   void ConnectColours();
   void AddSettings();
+  void WriteSettings();
   TuningPanelLinks LinksOfTuning();
   ScopePanelLinks LinksOfScope();
   MemoryLinks LinksOfMemories();

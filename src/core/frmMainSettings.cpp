@@ -58,6 +58,10 @@ void frmMain::NoteWindowSize(std::int32_t width, std::int32_t height) {
 
 void frmMain::SaveSettings() {
   radio_.NoteDevices();
+  config_.Colours.WithColoursInForce([this] { WriteSettings(); });
+}
+
+void frmMain::WriteSettings() {
   early_.Write(store_);
   settings_.Write(store_);
   recorder_.WithOwnChoice([this] {

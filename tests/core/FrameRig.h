@@ -73,8 +73,19 @@ class BreakingSound : public VirtualSoundSystem {
     if (Breaks) throw std::runtime_error("the sound system is out of order");
     return VirtualSoundSystem::CaptureDeviceNames();
   }
+  std::unique_ptr<PlaybackBuffer> CreatePlaybackBuffer(int device, const SoundFormat& format, int bytes,
+                                                       SoundNotifier notifier, Failure& failure) override {
+    OnOpen(device);
+    if (device == BrokenPlayback) {
+      failure = Error{19, "the device is in use"};
+      return nullptr;
+    }
+    return VirtualSoundSystem::CreatePlaybackBuffer(device, format, bytes, std::move(notifier), failure);
+  }
   bool Breaks = false;
-  std::function<void()> OnList = [] {};  // the start asks for its devices half way
+  int BrokenPlayback = 0;                        // number of one that can't be opened
+  std::function<void()> OnList = [] {};          // the start asks for its devices half way
+  std::function<void(int)> OnOpen = [](int) {};  // a playback device is about to be opened
 };
 
 class FrameRig : public VirtualDesk, public Hands {

@@ -1,27 +1,10 @@
-// The configuration over the whole radio: what its fields show, and what Apply does.
-#include <gtest/gtest.h>
-
-#include "core/FrameRig.h"
+// What the fields of the configuration show, and what Apply refuses, marks and keeps.
+#include "core/ConfigRig.h"
 
 namespace quorl::test {
 namespace {
 
-class FrmMainConfig : public testing::Test, public FrameRig {
- protected:
-  using FrameRig::Run;
-
-  FrmMainConfig() { KeepAudio = false; }
-  void Open(const std::string& more = {}) {
-    Storage.Put(kSettings, StoredText() + more);
-    ASSERT_TRUE(Start());
-    Click("cmdConfig");
-    ASSERT_TRUE(At("frmConfig").Visible());
-  }
-  std::string Field(const std::string& name) { return Text("frmConfig." + name); }
-  std::string FaultOf(const std::string& name) { return At("frmConfig." + name).Fault(); }
-  void Enter(const std::string& name, const std::string& value) { Set("frmConfig." + name, value); }
-  void Apply() { Click("frmConfig.cmdApply"); }
-};
+class FrmMainConfig : public ConfigRig {};
 
 TEST_F(FrmMainConfig, FieldsShowTheRadioAndFollowItUntilTheyAreChanged) {
   Open("[VFO1.DRT1]\nHiSideLo=False\n[DDSParallelIF]\nPortAddress=632\n[frmMain]\nAutoTrackPresets=False\n");
@@ -49,10 +32,14 @@ TEST_F(FrmMainConfig, FieldsShowTheRadioAndFollowItUntilTheyAreChanged) {
   EXPECT_FALSE(At("frmConfig").Visible());
   Click("cmdConfig");
   EXPECT_EQ(Field("txtIFFrequency"), "45 001 000");
+  // An untouched side is not the radio's of before.
+  Click("chkTuneLo");
+  Apply();
+  EXPECT_EQ(Text("chkTuneLo"), "1");
 }
 
 TEST_F(FrmMainConfig, AnotherBoardComesWithItsOwnValuesAndTheTunedFrequencyStays) {
-  Open("[DDSAD9835]\nClkIn=50000000\n[VFO1.ElektorDRM]\nIFFrequency=456000\nTunedFrequency=60000000\n");
+  Open("[VFO1.ElektorDRM]\nIFFrequency=456000\nTunedFrequency=60000000\n");
   Enter("cboSDRModel", "ELEKTOR DRM");
   EXPECT_EQ(Field("txtIFFrequency"), "456 000");
   EXPECT_EQ(Field("txtDDSClkin"), "50 000 000");
@@ -61,8 +48,152 @@ TEST_F(FrmMainConfig, AnotherBoardComesWithItsOwnValuesAndTheTunedFrequencyStays
   EXPECT_EQ(Vars().SDRModelNo, 1);
   EXPECT_EQ(Digits(), "072050000");
   EXPECT_NEAR(static_cast<double>(Oscillator()), 72050000 + 4560000, 1);
-  EXPECT_EQ(Store().GetSetting("frmMain", "SDRModelNo", ""), "1") << "stored at once";
+  EXPECT_EQ(Stored("frmMain", "SDRModelNo"), "1") << "stored at once";
   EXPECT_TRUE(Boxes.Messages.empty());
+}
+
+TEST_F(FrmMainConfig, TwoBoxesEndApplyAndWhatCameBeforeStaysApplied) {
+  Open();
+  Enter("cboSDRModel", "IQ Xtal RX");
+  Enter("txtIFFrequency", "-1");
+  Enter("chkLoLO", "1");
+  Apply();
+  ASSERT_EQ(Boxes.Messages.size(), 1U);
+  EXPECT_EQ(Boxes.Messages[0].Text, "IF Frequency must be greater than 0.4 MHZ");
+  EXPECT_EQ(Boxes.Messages[0].Title, "QUORLSDR CLKIN - ERROR");
+  EXPECT_EQ(Vars().SDRModelNo, 2);
+  EXPECT_EQ(Stored("frmMain", "SDRModelNo"), "2");
+  EXPECT_TRUE(VFO().HiSideLO);
+  EXPECT_NE(FaultOf("txtIFFrequency"), "");
+
+  Enter("txtIFFrequency", "0");
+  Enter("txtDDSClkin", "1.0");
+  Enter("cboPlayDevices", "Headset");
+  Click("frmConfig.cmdOK");
+  ASSERT_EQ(Boxes.Messages.size(), 2U) << "the marked field was told by its box";
+  EXPECT_EQ(Boxes.Messages[1].Text, "CLKIN must be greater than 1.0000 MHZ");
+  EXPECT_EQ(Boxes.Messages[1].Title, "QUORLSDR CLKIN - ERROR");
+  EXPECT_EQ(VFO().IFFrequency(), 0);
+  EXPECT_EQ(Text("chkTuneLo"), "1");
+  EXPECT_EQ(Frame().Radio().Tuning().Driver()->ClkIn(), 360096000);
+  EXPECT_EQ(Frame().Radio().SoundCard().CurrentPlaybackDevice, 1);
+  EXPECT_FALSE(At("frmConfig").Visible()) << "OK closes also after a refusal";
+}
+
+TEST_F(FrmMainConfig, WhatIsNoValueIsMarkedAndTheRestGoesOn) {
+  Open("[frmMain]\nSDRModelNo=1\n");
+  const auto& tuning = Frame().Radio().Tuning();
+  struct Case {
+    const char* Field;
+    std::vector<const char*> Texts;
+  };
+  const Case cases[] = {{"txtIFFrequency", {"", "abc", "214748365"}},
+                        {"txtDDSClkin", {"", "fast", "429496730"}},
+                        {"txtPortAddress", {"", "65536", "&H10000", "-1", "0x", "&HXY", "3.5"}},
+                        {"txtParallelPortBitPeriod", {"", "-0.1", "x"}},
+                        {"txtBitPeriod", {"", "-1", "1e"}},
+                        {"txtSpectrumDisplaySmoothingCount", {"", "0", "25", "2.5"}}};
+  for (const Case& each : cases) {
+    Click(each.Field == std::string("txtBitPeriod") ? "frmConfig.optIF(1)" : "frmConfig.optIF(0)");
+    for (const char* text : each.Texts) {
+      const bool flag = Text("frmConfig.chkAutoStartSDR") == "0";
+      Enter(each.Field, text);
+      Enter("chkAutoStartSDR", flag ? "1" : "0");
+      Apply();
+      EXPECT_NE(FaultOf(each.Field), "") << each.Field << " '" << text << "'";
+      EXPECT_EQ(Field("lblConfigMessage"), FaultOf(each.Field));
+      EXPECT_EQ(Stored("frmMain", "AutoStartSDR"), flag ? "True" : "False") << "the rest goes on";
+    }
+    Click("frmConfig.cmdCancel");
+    Click("cmdConfig");
+    EXPECT_EQ(FaultOf(each.Field), "");
+  }
+  EXPECT_TRUE(Boxes.Messages.empty());
+  EXPECT_EQ(VFO().IFFrequency(), 455000);
+  EXPECT_EQ(tuning.Driver()->ClkIn(), 50000000);
+
+  Enter("txtIFFrequency", "x");
+  Enter("txtDDSClkin", "y");
+  EXPECT_EQ(Field("lblConfigMessage"), "");
+  Click("frmConfig.cmdOK");
+  ASSERT_EQ(Boxes.Messages.size(), 1U) << "one box for all, before OK closes";
+  EXPECT_NE(Boxes.Messages[0].Text.find("\"x\""), std::string::npos);
+  EXPECT_NE(Boxes.Messages[0].Text.find("\"y\""), std::string::npos);
+  EXPECT_FALSE(At("frmConfig").Visible());
+}
+
+TEST_F(FrmMainConfig, NumbersAreReadAsPeopleTypeThem) {
+  Open("[frmMain]\nSDRModelNo=1\n");
+  Click("frmConfig.optIF(0)");
+  for (const char* address : {"&H278", "0x278", "632", " &h278 "}) {
+    Enter("txtPortAddress", "888");
+    Apply();
+    Enter("txtPortAddress", address);
+    Enter("txtIFFrequency", "454 000");
+    Enter("txtDDSClkin", "49 999 900");
+    Apply();
+    EXPECT_EQ(Frame().Radio().Tuning().ParallelIF().PortAddress, 632) << address;
+    EXPECT_EQ(Field("txtPortAddress"), "&H278");
+  }
+  EXPECT_EQ(VFO().IFFrequency(), 454000);
+  EXPECT_EQ(Frame().Radio().Tuning().Driver()->ClkIn(), 49999900);
+  Click("frmConfig.cmdParallelPortDefaults");
+  Apply();
+  EXPECT_EQ(Frame().Radio().Tuning().ParallelIF().PortAddress, 0x378);
+  EXPECT_EQ(Frame().Radio().Tuning().ParallelIF().WaitTime, clsDDSParallelIF::kDefaultWaitTime);
+}
+
+TEST_F(FrmMainConfig, AClockThatStaysUntouchedIsNotRoundedAndATooLowOneIsTakenWithAMark) {
+  Open();
+  const auto clock = [this] { return Frame().Radio().Tuning().Driver()->Clock(); };
+  Frame().Radio().Tuning().Driver()->SetClkIn(360096000.25);
+  Run(0.5);
+  Apply();
+  EXPECT_EQ(clock(), 360096000.25);
+  EXPECT_EQ(FaultOf("txtDDSClkin"), "");
+  Enter("txtDDSClkin", "80 000 000");
+  Apply();
+  EXPECT_EQ(clock(), 80000000.0);
+  EXPECT_NE(FaultOf("txtDDSClkin"), "");
+  EXPECT_TRUE(Boxes.Messages.empty());
+}
+
+TEST_F(FrmMainConfig, TheBoardOfAnAD9951TakesTheSerialInterfaceOnly) {
+  Open();
+  for (const char* model : {"DRT1", "IQ Xtal RX", "Real to IQ RX"}) {
+    Enter("cboSDRModel", model);
+    Click("frmConfig.optIF(0)");
+    EXPECT_EQ(Field("optIF(1)"), "1") << model;
+    EXPECT_NE(FaultOf("optIF(0)"), "");
+    EXPECT_FALSE(At("frmConfig.txtPortAddress").Enabled());
+  }
+  Enter("cboSDRModel", "ELEKTOR DRM");
+  Click("frmConfig.optIF(0)");
+  EXPECT_EQ(FaultOf("optIF(0)"), "");
+  EXPECT_TRUE(At("frmConfig.txtPortAddress").Enabled());
+  EXPECT_FALSE(At("frmConfig.cboComPort").Enabled());
+  Apply();
+  EXPECT_EQ(VFO().DDSInterfaceType, 1);
+  Enter("cboSDRModel", "DRT1");
+  EXPECT_EQ(Field("optIF(1)"), "1") << "a board that can't have it lets go of the printer port";
+  Apply();
+  EXPECT_EQ(Stored("frmMain", "VFO1.IFType"), "0");
+  EXPECT_EQ(Oscillator(), 522050000);
+}
+
+TEST_F(FrmMainConfig, WhileTheClockIsCalibratedNothingIsApplied) {
+  Open();
+  Click("frmConfig.cmdCalDDS");
+  ASSERT_TRUE(At("frmCalibrate").Visible());
+  Enter("cboSDRModel", "ELEKTOR DRM");
+  Apply();
+  Click("frmConfig.cmdOK");
+  Click("frmConfig.cmdCancel");
+  EXPECT_TRUE(At("frmConfig").Visible());
+  EXPECT_EQ(Vars().SDRModelNo, 0);
+  Click("frmCalibrate.cmdCancel");
+  Apply();
+  EXPECT_EQ(Vars().SDRModelNo, 1);
 }
 
 }  // namespace
