@@ -133,6 +133,14 @@ SETTINGS = {
     "broken": "x=1\n[a]\nstray\nbad=\\q\n[b\nlost=1\n[a]\n; note\nn=\\x41\\n\\\\\n",
     "foreign": "\ufeff[VFO]\r\n TunedFrequency = 1 \r\nWaitTime=0.5\r\n\r\n[]\r\n=\r\n",
 }
+THEME = "[Active]\r\nName=SDRColours\r\n[SDRColours]\r\nshpSDRBackGroundColour=0\r\nshpSDRLabelColour=11379599\r\n"
+THEMES = {
+    "some-keys": THEME + "SHPSCOPEY1COLOUR = 65280 \r\n",
+    "unfit": THEME + "shpSDRTuningColour=red\r\nshpScopeBackColour=16777216\r\nshpScopeXTextColour=-1\r\n",
+    "other-section": "[active]\nname = a b\n[A B]\nshpScopeYTextColour=1e3\n[A b]\nshpScopeYTextColour=5\n",
+    "no-name": "[SDRColours]\r\nshpSDRLabelColour=1\r\n[Active]\r\nName=\r\n",
+    "windows-1252": b"[Active]\r\nName=Gr\xfcn\r\n[gr\xfcn]\r\nshpSDRLabelColour=255\r\n",
+}
 STATIONS = {
     "band": "[band]\nseed = 7\nnoise_dbm_hz = -152\nspark_dbm = -45\n",
     "voice": "[station A]\nfrequency_khz = 7205\nmode = am\nprogramme = melody 20, speech x, pause 1, tone 440 2\n",
@@ -149,7 +157,7 @@ OPTIONS = {
     "filters": "--model\niq\n--if-filter\nman:100:2000\n--notch\nif:-500:200\n--agc\nslow\n--nb\n30\n-\n-",
     "refused": "--channels\n3\n--filter\n5:4\n--help",
 }
-CORPORA = {"wav": (WAV, ".wav"), "recordings": (RECORDINGS, ".wav"), "journal": (JOURNAL, ".bin"), "settings": (SETTINGS, ".ini"), "stations": (STATIONS, ".ini"),
+CORPORA = {"wav": (WAV, ".wav"), "recordings": (RECORDINGS, ".wav"), "journal": (JOURNAL, ".bin"), "settings": (SETTINGS, ".ini"), "themes": (THEMES, ".thm"), "stations": (STATIONS, ".ini"),
            "scripts": (SCRIPTS, ".txt"), "options": (OPTIONS, ".txt")}
 
 

@@ -64,6 +64,6 @@ int main(int count, char** arguments) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
   }
   quorl::WatchedApplication application(count, arguments);
-  quorl::PrepareApplication(application);
+  quorl::PrepareApplication();
   return quorl::RunProgram(options, application);
 }

@@ -91,7 +91,9 @@ void ColourPage::MakeSwatches(ControlRegistry& registry) {
     CommandButton& button = Buttons.emplace_back(registry, Named(name.Button));
     button.Caption = name.Caption;
     button.ToolTip = std::string("Choose another colour");
-    button.Click = [this, i] { Choose(static_cast<Swatch>(i)); };
+    const auto choose = [this, i] { Choose(static_cast<Swatch>(i)); };
+    swatch.Click = choose;
+    button.Click = choose;
   }
 }
 

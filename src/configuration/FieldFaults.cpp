@@ -41,7 +41,7 @@ void FieldFaults::Show() {
   const std::size_t more = faults_.empty() ? 0 : faults_.size() - 1;
   const std::string first = faults_.empty() ? std::string() : faults_.front().Text;
   line_.Caption = more == 0 ? first : first + " (and " + std::to_string(more) + " more)";
-  line_.ForeColour = faults_.empty() ? Colour{0} : kCaution;
+  line_.ForeColour = faults_.empty() ? kNoColour : kCaution;
 }
 
 }  // namespace quorl

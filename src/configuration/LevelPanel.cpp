@@ -189,7 +189,7 @@ std::string LevelPanel::CableAdvice() const {
 }
 
 void LevelPanel::Hint(const std::string& text, bool warns) {
-  lblLevelHint.ForeColour = warns ? InputBandInk(InputBand::High) : 0;
+  lblLevelHint.ForeColour = warns ? InputBandInk(InputBand::High) : kNoColour;
   lblLevelHint.Caption = text;
 }
 

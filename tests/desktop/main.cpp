@@ -9,6 +9,6 @@ int main(int count, char** arguments) {
   testing::InitGoogleTest(&count, arguments);
   qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(count, arguments);
-  quorl::PrepareApplication(application);
+  quorl::PrepareApplication();
   return RUN_ALL_TESTS();
 }

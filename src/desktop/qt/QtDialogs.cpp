@@ -135,7 +135,8 @@ std::optional<std::uint32_t> QtDialogs::AskColour(std::uint32_t suggestion, Cust
   const int places = std::min(QColorDialog::customCount(), static_cast<int>(custom.size()));
   for (int i = 0; i < places; ++i)
     QColorDialog::setCustomColor(i, FromNumber(custom[static_cast<std::size_t>(i)]));
-  const QColor colour = QColorDialog::getColor(FromNumber(suggestion), window_);
+  const QColor colour = QColorDialog::getColor(FromNumber(suggestion), window_, {},
+                                               QColorDialog::DontUseNativeDialog);  // it keeps no colours
   for (int i = 0; i < places; ++i)
     custom[static_cast<std::size_t>(i)] = NumberOf(QColorDialog::customColor(i));
   return colour.isValid() ? std::optional(NumberOf(colour)) : std::nullopt;

@@ -114,6 +114,11 @@ TextView* Binder::Text(const std::string& name, int width) {
   return control ? new TextView(clock_, *control, width) : nullptr;
 }
 
+SwatchView* Binder::Swatch(const std::string& name) {
+  auto* control = Find<Picture>(name);
+  return control ? new SwatchView(clock_, *control) : nullptr;
+}
+
 SymbolView* Binder::Sign(const std::string& name, Symbol symbol) {
   auto* control = Find<Picture>(name);
   return control ? new SymbolView(clock_, *control, symbol) : nullptr;

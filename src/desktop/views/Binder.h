@@ -27,6 +27,7 @@
 #include "desktop/views/SeekView.h"
 #include "desktop/views/SliderView.h"
 #include "desktop/views/SplitView.h"
+#include "desktop/views/SwatchView.h"
 #include "desktop/views/TransportView.h"
 
 namespace quorl {
@@ -61,6 +62,7 @@ class Binder {
   PopupListView* PopupList(const std::string& name, QWidget* anchor);
   ListView* List(const std::string& name);
   TextView* Text(const std::string& name, int width);
+  SwatchView* Swatch(const std::string& name);
   SymbolView* Sign(const std::string& name, Symbol symbol);
   // `surface` takes the keys; the digits are the labels `digits`(0) .. (8).
   FrequencyView* Frequency(const std::string& surface, const std::string& digits);

@@ -13,10 +13,14 @@ static void InitFontResource() {
 
 namespace quorl::skin {
 
+QColor PlainColourOf(Colour colour) {
+  return QColor(static_cast<int>(colour & 0xFF), static_cast<int>(colour >> 8 & 0xFF),
+                static_cast<int>(colour >> 16 & 0xFF));
+}
+
 QColor ColourOf(Colour colour) {
   if (colour == 0) return QColor(kScopeGround);
-  const QColor plain(static_cast<int>(colour & 0xFF), static_cast<int>(colour >> 8 & 0xFF),
-                     static_cast<int>(colour >> 16 & 0xFF));
+  const QColor plain = PlainColourOf(colour);
   float hue = 0, saturation = 0, value = 0;
   plain.getHsvF(&hue, &saturation, &value);
   if (saturation < 0.9F) return plain;
@@ -120,7 +124,7 @@ ButtonLook LitLook(const Tones& tones, const QColor& hue, ButtonState state) {
   const QColor away = IsLight(face) ? Qt::white : Qt::black;
   for (int step = 0; step < 20 && Contrast(ink, face) < tones.TextContrast(); ++step)
     face = Mixed(face, away, 0.05);
-  return {face, face, ink};
+  return {face, Readable(face, tones.Card(), kOffContrast), ink};
 }
 
 ButtonLook OffLook(const Tones& tones, const QColor& hue, bool on) {
@@ -181,9 +185,7 @@ int TextWidth(const QFont& font, const QString& text) {
 }
 
 QPalette PaletteOf(const ColourSchemes& colours) {
-  const Colour number = colours.SDRBackgroundColour;
-  const QColor background(static_cast<int>(number & 0xFF), static_cast<int>(number >> 8 & 0xFF),
-                          static_cast<int>(number >> 16 & 0xFF));
+  const QColor background = PlainColourOf(colours.SDRBackgroundColour);
   const bool light = IsLight(background);
   // Black is lifted a little, so that a card has room below it; on paper a card is the whiter sheet.
   const QColor ground = light ? background : Moved(background, 9, 12, 15);
@@ -206,7 +208,7 @@ QPalette PaletteOf(const ColourSchemes& colours) {
   palette.setColor(QPalette::Dark, unlit);
   palette.setColor(QPalette::Mid, line);
   palette.setColor(QPalette::Midlight, Mixed(face, accent, 0.3));
-  palette.setColor(QPalette::Light, Readable(Mixed(face, quiet, 0.5), card, kOffContrast));
+  palette.setColor(QPalette::Light, Readable(Mixed(face, quiet, 0.5), light ? ground : card, kOffContrast));
   palette.setColor(QPalette::Shadow, Mixed(ground, Qt::black, 0.5));
   for (const auto role :
        {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {

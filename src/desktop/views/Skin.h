@@ -24,6 +24,8 @@ constexpr double kOffContrast = 3, kTitleContrast = 4.5, kStrongContrast = 7;
 // Blue in the high byte, as the controls carry it; pure hues are softened so that they don't burn on black,
 // and so is black itself.
 QColor ColourOf(Colour colour);
+// As it is.
+QColor PlainColourOf(Colour colour);
 QColor Mixed(const QColor& a, const QColor& b, double shareOfB);
 QColor Faded(QColor colour, double opacity);
 // Red is for what needs care: the digit that is tuned, and what goes wrong.

@@ -3,15 +3,14 @@
 
 #include "config/ColourSchemes.h"
 
-class QApplication;
-
 namespace quorl {
 
-// Fonts, colours and style of the panel for all windows and boxes, and the way in for screen readers.
-void PrepareApplication(QApplication& application);
+// Fonts, colours and style of the panel for all windows and boxes of the application that stands, and the way
+// in for screen readers.
+void PrepareApplication();
 
-// All windows and boxes in these colours, those that are open and those to come. Nothing where they are in
-// them already.
+// All windows and boxes in these colours, those that are open, with the next events, and those to come.
+// Nothing where they are in them already.
 void ApplyColours(const ColourSchemes& colours);
 
 }  // namespace quorl
