@@ -83,7 +83,7 @@ class HostMachine {
   LinuxFiles files_;
   SndfileSoundFiles media_{files_};
   FileInstanceLock lock_{files_};
-  LinuxProcesses processes_;
+  LinuxProcesses processes_{&queue_};
   LinuxSerialCalls serialCalls_;
   LinuxPrinterCalls printerCalls_;
   std::unique_ptr<LinuxSerialPort> serial_;

@@ -1,30 +1,20 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <thread>
 
 #include "platform/ScratchDirectory.h"
 #include "platform/linux/lines/LinuxPrinterPort.h"
 #include "platform/linux/system/LinuxClock.h"
-#include "platform/linux/system/LinuxProcesses.h"
 #include "platform/linux/system/TerminalDialogs.h"
 
 namespace quorl {
 namespace {
-
-bool Eventually(const std::function<bool()>& true_) {
-  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-  while (!true_() && std::chrono::steady_clock::now() < end) std::this_thread::yield();
-  return true_();
-}
 
 class MemoryPrinterPorts : public PrinterCalls {
  public:
@@ -84,47 +74,6 @@ TEST(LinuxPrinterPortTest, RawAccessComesSecondAndAPortOutOfReachIsAskedForOnce)
   ASSERT_TRUE(failure);
   EXPECT_NE(failure->Text.find("0x3BC"), std::string::npos);
   EXPECT_NE(failure->Text.find("group lp"), std::string::npos);
-}
-
-TEST(LinuxProcessesTest, CommandLinesSplitAtBlanksOutsideQuotes) {
-  EXPECT_EQ(SplitCommandLine(" -M 0  -I \"my card\" '' -x\\\"y a\"b c\"d"),
-            (std::vector<std::string>{"-M", "0", "-I", "my card", "", "-x\"y", "ab cd"}));
-  EXPECT_TRUE(SplitCommandLine("  ").empty());
-}
-
-TEST(LinuxProcessesTest, AProgramIsStartedFoundByNameInAnyCaseAndClosed) {
-  ScratchDirectory scratch;
-  const std::string number = std::to_string(getpid());  // other runs of this test are none of its business
-  const std::string program = scratch.Path("Decoder" + number);
-  std::filesystem::copy_file("/bin/sleep", program);
-  LinuxProcesses processes;
-  ASSERT_TRUE(processes.Find("decoder" + number).empty());
-  ASSERT_FALSE(processes.Start(program, "600", scratch.Path()));
-  const auto find = [&] { return processes.Find("DECODER" + number); };
-  ASSERT_TRUE(Eventually([&] { return find().size() == 1; }));
-  const int process = find()[0];
-  std::error_code error;
-  EXPECT_EQ(std::filesystem::read_symlink("/proc/" + std::to_string(process) + "/cwd", error),
-            scratch.Path());
-  processes.Close(process);
-  EXPECT_TRUE(Eventually([&] { return find().empty(); }));
-
-  const pid_t child = fork();
-  if (child == 0) execl(program.c_str(), program.c_str(), "0", nullptr);
-  siginfo_t ended{};
-  waitid(P_PID, static_cast<id_t>(child), &ended, WEXITED | WNOWAIT);
-  EXPECT_TRUE(find().empty()) << "a program that has ended counts as running until its parent looks";
-  waitpid(child, nullptr, 0);
-}
-
-TEST(LinuxProcessesTest, AProgramThatCannotRunIsToldAtOnce) {
-  LinuxProcesses processes;
-  const Failure missing = processes.Start("/no/such/decoder", "-I 0", "");
-  ASSERT_TRUE(missing);
-  EXPECT_EQ(
-      missing->Text,
-      "Can't start /no/such/decoder: No such file or directory. Check its path and that it may be run.");
-  EXPECT_TRUE(processes.Start("/bin/sleep", "0", "/no/such/directory"));
 }
 
 TEST(TerminalDialogsTest, MessagesAreWrittenAndQuestionsChangeNothing) {

@@ -220,16 +220,19 @@ TEST(VirtualDialogs, AnswersByScriptAndThenDeclines) {
   EXPECT_EQ(opened, 3);
 }
 
-TEST(VirtualProcesses, StartedProgramsRunUntilClosed) {
+TEST(VirtualProcesses, StartedProgramsRunUntilClosedAndStrangersAreLeftAlone) {
   VirtualProcesses processes;
-  processes.Start("/opt/dream/DREAM.exe", "-M 0", "/opt/dream");
-  const auto found = processes.Find("dream.EXE");
-  ASSERT_EQ(found.size(), 1U);
-  processes.Close(found[0]);
-  EXPECT_TRUE(processes.Find("dream.exe").empty());
+  processes.Running[7] = "DREAM.exe";
+  Failure failure;
+  const int process = processes.Start({"/opt/dream/DREAM.exe", "-M 0", "/opt/dream"}, failure);
+  EXPECT_EQ(processes.Find("dream.EXE", failure), (std::vector{7, process}));
+  processes.Close(7);
+  processes.Close(process);
+  EXPECT_EQ(processes.Find("dream.exe", failure), std::vector{7});
+  EXPECT_FALSE(processes.IsRunning(7) || processes.IsRunning(process));
   processes.StartFailure = Error{2, "not found"};
-  EXPECT_TRUE(processes.Start("dream", "", ""));
-  EXPECT_TRUE(processes.Running.empty());
+  EXPECT_EQ(processes.Start({"dream"}, failure), 0);
+  EXPECT_TRUE(failure);
 }
 
 }  // namespace

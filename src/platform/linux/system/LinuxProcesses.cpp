@@ -1,65 +1,63 @@
 #include "platform/linux/system/LinuxProcesses.h"
 
 #include <fcntl.h>
+#include <linux/close_range.h>
 #include <signal.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <charconv>
-#include <filesystem>
-#include <fstream>
 #include <optional>
 #include <utility>
 
-#include "platform/linux/system/FileHandle.h"
+#include "platform/linux/system/ProcessTable.h"
 #include "platform/linux/system/SystemError.h"
-#include "support/Text.h"
 
 namespace quorl {
 namespace {
 
-namespace fs = std::filesystem;
-
-std::string FileName(const std::string& path) {
-  return path.substr(path.find_last_of("/\\") + 1);
+// The library's own header of these two can't be linked to from C++ everywhere.
+int HandleOf(pid_t process) {
+  return static_cast<int>(syscall(SYS_pidfd_open, process, 0));
 }
 
-bool SameName(const std::string& a, const std::string& b) {
-  return !a.empty() && EqualsNoCase(FileName(a), b);
+void Signal(const FileHandle& process, int number) {
+  syscall(SYS_pidfd_send_signal, process.Get(), number, nullptr, 0);
 }
 
-std::string FirstPart(const fs::path& file, char end) {
-  std::ifstream stream(file);
-  std::string part;
-  std::getline(stream, part, end);
-  return part;
-}
+// Text as a program's start takes it: pointers to each, a null behind them.
+class TextList {
+ public:
+  explicit TextList(std::vector<std::string> texts) : texts_(std::move(texts)) {
+    for (std::string& text : texts_) pointers_.push_back(text.data());
+    pointers_.push_back(nullptr);
+  }
+  char* const* Data() const { return pointers_.data(); }
 
-// A process that has ended and waits for its parent keeps its name but no longer runs.
-bool HasEnded(const fs::path& process) {
-  const std::string line = FirstPart(process / "stat", '\n');
-  const std::size_t name = line.rfind(") ");
-  return name == std::string::npos || name + 2 >= line.size() || line[name + 2] == 'Z';
-}
+ private:
+  std::vector<std::string> texts_;
+  std::vector<char*> pointers_;
+};
 
-bool RunsProgram(const fs::path& process, const std::string& program) {
-  std::error_code error;
-  const bool same = SameName(fs::read_symlink(process / "exe", error).string(), program) ||
-                    SameName(FirstPart(process / "cmdline", '\0'), program) ||
-                    SameName(FirstPart(process / "comm", '\n'), program);
-  return same && !HasEnded(process);
+TextList Environment(const std::vector<std::string>& additions) {
+  std::vector<std::string> all = additions;
+  for (char** each = environ; *each != nullptr; ++each) all.emplace_back(*each);
+  return TextList(std::move(all));
 }
 
 // Runs in the new process. Between fork and exec only async-signal-safe calls are allowed.
-[[noreturn]] void Become(const char* program, char* const* words, const char* directory, int report) {
+[[noreturn]] void Become(char* const* words, char* const* environment, const char* directory, int report) {
+  setsid();
+  for (const int each : {SIGTERM, SIGPIPE, SIGCHLD, SIGXFSZ}) signal(each, SIG_DFL);
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
   const int null = open("/dev/null", O_RDONLY);
   if (null >= 0) dup2(null, STDIN_FILENO);
-  if (directory[0] == '\0' || chdir(directory) == 0) execvp(program, words);
+  // Sound device, port and the settings' lock are ours, whatever library has opened them.
+  close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+  if (directory[0] == '\0' || chdir(directory) == 0) execvpe(words[0], words, environment);
   const int error = errno;
   static_cast<void>(!write(report, &error, sizeof error));
   _exit(127);
@@ -73,6 +71,10 @@ std::optional<int> ReadReport(int file) {
     count = read(file, &error, sizeof error);
   } while (count < 0 && errno == EINTR);
   return count == sizeof error ? std::optional<int>(error) : std::nullopt;
+}
+
+void WaitForEnd(int process) {
+  while (waitpid(process, nullptr, 0) < 0 && errno == EINTR) continue;
 }
 
 }  // namespace
@@ -100,51 +102,90 @@ std::vector<std::string> SplitCommandLine(const std::string& line) {
   return words;
 }
 
-std::vector<int> LinuxProcesses::Find(const std::string& program) const {
-  std::vector<int> found;
-  std::error_code error;
-  for (fs::directory_iterator entry("/proc", error), end; !error && entry != end; entry.increment(error)) {
-    const std::string name = entry->path().filename().string();
-    int process = 0;
-    const auto parsed = std::from_chars(name.data(), name.data() + name.size(), process);
-    if (parsed.ec != std::errc() || parsed.ptr != name.data() + name.size()) continue;
-    if (RunsProgram(entry->path(), program)) found.push_back(process);
-  }
-  std::sort(found.begin(), found.end());
-  return found;
+LinuxProcesses::LinuxProcesses(EventQueue* queue, ProgramWindows* windows)
+    : queue_(queue), windows_(windows) {}
+
+LinuxProcesses::~LinuxProcesses() {
+  ReapAll();
 }
 
-Failure LinuxProcesses::Start(const std::string& program, const std::string& arguments,
-                              const std::string& directory) {
-  std::vector<std::string> words = SplitCommandLine(arguments);
-  words.insert(words.begin(), program);
-  std::vector<char*> pointers;
-  for (std::string& word : words) pointers.push_back(word.data());
-  pointers.push_back(nullptr);
+std::vector<int> LinuxProcesses::Find(const std::string& program, Failure& failure) const {
+  return FindPrograms("/proc", geteuid(), program, failure);
+}
+
+int LinuxProcesses::Start(const ProgramStart& start, Failure& failure) {
+  ReapAll();
+  std::vector<std::string> all = SplitCommandLine(start.Arguments);
+  all.insert(all.begin(), start.Program);
+  const TextList words(std::move(all));
+  const TextList environment =
+      Environment(windows_ ? windows_->Environment(start.Window) : std::vector<std::string>());
+  const auto fail = [&](int error, const char* advice) {
+    failure = SystemError("start " + start.Program, error, advice);
+    return 0;
+  };
+  constexpr const char* kAgain = "Close other programs and try again.";
 
   int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) return SystemError("start " + program, errno);
+  if (pipe2(ends, O_CLOEXEC) != 0) return fail(errno, kAgain);
   FileHandle reading(ends[0]), writing(ends[1]);
-  const pid_t between = fork();
-  if (between < 0) return SystemError("start " + program, errno);
-  if (between == 0) {
-    setsid();
-    const pid_t child = fork();
-    if (child == 0) Become(program.c_str(), pointers.data(), directory.c_str(), ends[1]);
+  const pid_t child = fork();
+  if (child < 0) return fail(errno, kAgain);
+  if (child == 0) Become(words.Data(), environment.Data(), start.Directory.c_str(), ends[1]);
+  FileHandle handle(HandleOf(child));
+  if (!handle) {
     const int error = errno;
-    if (child < 0) static_cast<void>(!write(ends[1], &error, sizeof error));
-    _exit(0);
+    kill(child, SIGKILL);  // nobody could watch it or ask it to close
+    WaitForEnd(child);
+    return fail(error, kAgain);
   }
   writing.Close();
-  while (waitpid(between, nullptr, 0) < 0 && errno == EINTR) continue;
-  const std::optional<int> error = ReadReport(reading.Get());
-  if (!error) return {};
-  return SystemError("start " + program, *error, "Check its path and that it may be run.");
+  if (const std::optional<int> error = ReadReport(reading.Get())) {
+    WaitForEnd(child);
+    return fail(*error, "Check its path and that it may be run.");
+  }
+  Keep(child, std::move(handle));
+  if (windows_) windows_->Wish(child, start.Window);
+  failure.reset();
+  return child;
+}
+
+void LinuxProcesses::Keep(int process, FileHandle handle) {
+  Child& child = children_[process];
+  child.Handle = std::move(handle);
+  if (queue_) child.Watch = queue_->WatchFile(child.Handle.Get(), [this, process] { Reap(process); });
+}
+
+void LinuxProcesses::Reap(int process) {
+  const auto child = children_.find(process);
+  if (child == children_.end()) return;
+  siginfo_t end{};
+  const int result = waitid(P_PIDFD, static_cast<id_t>(child->second.Handle.Get()), &end, WEXITED | WNOHANG);
+  // Whoever else has taken its end, it has ended.
+  if ((result == 0 && end.si_pid != 0) || (result != 0 && errno == ECHILD)) children_.erase(child);
+}
+
+void LinuxProcesses::ReapAll() {
+  std::vector<int> processes;
+  for (const auto& [process, child] : children_) processes.push_back(process);
+  for (const int process : processes) Reap(process);
+}
+
+bool LinuxProcesses::IsRunning(int process) {
+  Reap(process);
+  return children_.contains(process);
+}
+
+Processes::WindowNumber LinuxProcesses::FindWindow(int process) {
+  return windows_ && IsRunning(process) ? windows_->Find(process) : 0;
+}
+
+void LinuxProcesses::CloseWindow(WindowNumber window) {
+  if (windows_) windows_->Close(window);
 }
 
 void LinuxProcesses::Close(int process) {
-  // Zero and below would address whole groups of processes.
-  if (process > 0) kill(process, SIGTERM);
+  if (IsRunning(process)) Signal(children_.at(process).Handle, SIGTERM);
 }
 
 }  // namespace quorl
