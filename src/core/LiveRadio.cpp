@@ -1,5 +1,7 @@
 #include "core/LiveRadio.h"
 
+#include <algorithm>
+
 #include "platform/Dialogs.h"
 #include "sound/FindDevice.h"
 #include "support/Product.h"
@@ -91,7 +93,7 @@ void LiveRadio::NoteDevices() {
   };
   std::vector<std::string> names;
   soundCard_.GetPlayDeviceNames(names);
-  note(names, soundCard_.CurrentPlaybackDevice, playback_);
+  if (!forDecoder_) note(names, soundCard_.CurrentPlaybackDevice, playback_);
   soundCard_.GetCapDeviceNames(names);
   note(names, soundCard_.CurrentCaptureDevice, capture_);
 }
@@ -104,13 +106,25 @@ std::string LiveRadio::DeviceText() const {
          text(playback_, soundCard_.CurrentPlaybackDevice);
 }
 
-void LiveRadio::ChooseDevices() {
+bool LiveRadio::ChooseDevices(const std::string& decoderDevice) {
   soundCard_.RefreshDevices();
   std::vector<std::string> names;
-  soundCard_.GetPlayDeviceNames(names);
-  soundCard_.CurrentPlaybackDevice = FindDevice(names, playback_.Name, playback_.Number);
   soundCard_.GetCapDeviceNames(names);
   soundCard_.CurrentCaptureDevice = FindDevice(names, capture_.Name, capture_.Number);
+  soundCard_.GetPlayDeviceNames(names);
+  soundCard_.CurrentPlaybackDevice = FindDevice(names, playback_.Name, playback_.Number);
+  const auto own = std::find(names.begin(), names.end(), decoderDevice);
+  forDecoder_ = !decoderDevice.empty() && own != names.end();
+  if (forDecoder_) soundCard_.CurrentPlaybackDevice = static_cast<std::int32_t>(own - names.begin()) + 1;
+  Rx.SetOutputForDecoder(forDecoder_);
+  SetOutputAttenuation(volume_);
+  return forDecoder_ || decoderDevice.empty();
+}
+
+std::int32_t LiveRadio::UsualPlaybackDevice() const {
+  std::vector<std::string> names;
+  soundCard_.GetPlayDeviceNames(names);
+  return forDecoder_ ? FindDevice(names, playback_.Name, playback_.Number) : soundCard_.CurrentPlaybackDevice;
 }
 
 void LiveRadio::NoteDevices(std::int32_t capture, std::int32_t playback) {
@@ -173,7 +187,7 @@ void LiveRadio::SoundCard_DataOut(std::int16_t*, std::int32_t, std::int32_t) {
 
 void LiveRadio::SetOutputAttenuation(std::int32_t hundredthsOfDecibel) {
   volume_ = hundredthsOfDecibel;
-  attenuation_ = muted_ ? kSilence : volume_;
+  attenuation_ = forDecoder_ ? 0 : muted_ ? kSilence : volume_;
   soundCard_.SetOutputAttenuation(attenuation_);
 }
 

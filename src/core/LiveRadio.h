@@ -45,8 +45,12 @@ class LiveRadio final : public SoundEvents, public SoundOutput {
 
   // The devices and the sound's delay.
   void AddSettings(SettingsTable& table);
-  // Finds the stored devices among those that are there now.
-  void ChooseDevices();
+  // Finds the stored devices among those that are there now. A playback device named here takes the place of
+  // the stored one, which stays stored, for a decoder that listens there: it gets the full level, whatever
+  // volume and mute say. False where there is none of that name: the stored one plays.
+  bool ChooseDevices(const std::string& decoderDevice = {});
+  // Number of the stored playback device, whatever plays now.
+  std::int32_t UsualPlaybackDevice() const;
   // Takes the sound card's devices for those to be stored.
   void NoteDevices();
   // Takes other devices, by their numbers, for the next time that they are opened.
@@ -104,6 +108,7 @@ class LiveRadio final : public SoundEvents, public SoundOutput {
   std::int32_t volume_ = 0;  // what the receiver wants, and what is in force
   std::int32_t attenuation_ = 0;
   bool muted_ = false;
+  bool forDecoder_ = false;  // what plays is a device of its own for a decoder
   bool inPerfStats_ = false;
 };
 

@@ -8,13 +8,6 @@ void MainOptions::AddSettings(SettingsTable& table, SettingsTable& early) {
   early.Add("VFO1.IFType", IFType);
   early.Add("WindowWidth", WindowWidth);
   early.Add("WindowHeight", WindowHeight);
-  table.Add("DRM.RunDreamOnDRM", RunDreamOnDRM);
-  table.Add("DRM.CloseSoundcardOnDRM", CloseSoundcardOnDRM);
-  table.Add("DRM.PathToDream", PathToDream);
-  table.Add("DRM.DreamProgArgs", DreamProgArgs);
-  table.Add("DRM.DreamWindowStyle", DreamWindowStyle);
-  table.Add("DRM.DreamCloseOnExit", DreamCloseOnExit);
-  table.Add("DRM.DreamCloseOnModeChange", DreamCloseOnModeChange);
 }
 
 }  // namespace quorl

@@ -39,6 +39,7 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
       ifFilter_(context_),
       filter_(context_),
       demod_(context_),
+      decoderNote_(context_),
       notch_(context_),
       nb_(context_),
       agc_(context_),
@@ -52,6 +53,9 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
       recorder_(context_, DeckMachine(), wavFile_, LinksOfRecorder()),
       timer_(wavFile_, DeckMachine(), LinksOfTimer()),
       timerPanel_(registry_, timer_, wavFile_, machine_.Time, LinksOfTimerPanel()),
+      dream_({machine_.Queue, machine_.Time, machine_.Boxes, machine_.Storage, machine_.Programs},
+             options_.ApplicationFolder, LinksOfDream()),
+      handOver_(machine_.Queue, dream_, LinksOfHandOver()),
       calibrate_(registry_, radio_.Tuning(), radio_.Rx, machine_.Queue),
       config_(registry_, LinksOfConfig()),
       tmrSaveSettings_(machine_.Queue, [this] { SaveNow(); }),
@@ -164,6 +168,10 @@ void frmMain::SwitchPower(bool on) {
   powerWanted_ = on;
   if (switching_) return;
   ScopedFlag guard(switching_);
+  FollowPower();
+}
+
+void frmMain::FollowPower() {
   while (on_ != powerWanted_) powerWanted_ ? PowerOn() : PowerOff();
 }
 
@@ -175,10 +183,12 @@ void frmMain::PowerOn() {
   radio_.Rx.FilterMaker.MakeFilters();
   optPwr_(2).Enabled = false;
   scope_.SetPower(true);
-  if (!radio_.SoundCard().Prepared()) {
-    radio_.NoteDevices();
-    radio_.ChooseDevices();
-  }
+  if (handOver_.KeepsSound()) return radio_.SoundCard().ReleaseDevices();
+  if (!radio_.SoundCard().Prepared()) ChooseDevices();
+  StartSound();
+}
+
+void frmMain::StartSound() {
   const Failure failure = radio_.Start();
   if (!failure) return;
   LogSoundFailure(*failure);
@@ -230,6 +240,7 @@ void frmMain::Form_Unload() {
   if (waits) return;
   calibrate_.Leave();
   timer_.Stop();
+  handOver_.Stop();
   config_.Stop();
   radio_.tmrPerfStats.SetEnabled(false);
   scope_.Stop();
@@ -246,6 +257,7 @@ void frmMain::Form_Unload() {
   unloaded_ = true;
   LetGoOfTuning();
   radio_.Rx.Tap.Analyser = nullptr;
+  if (dream_.DreamCloseOnExit) dream_.CloseDream();
   radio_.Tuning().Save();
   radio_.ReleaseTuning();
   machine_.Beside.Finish();  // an older state never lands on the last one

@@ -22,6 +22,8 @@
 #include "diagnostics/StatsPanel.h"
 #include "display/SMeterPanel.h"
 #include "display/scope/ScopePanel.h"
+#include "drm/HandOver.h"
+#include "drm/modDream.h"
 #include "interaction/PanelColours.h"
 #include "interaction/PanelTexts.h"
 #include "interaction/ScrollableControls.h"
@@ -30,6 +32,7 @@
 #include "platform/files/PostedFiles.h"
 #include "reception/AGCPanel.h"
 #include "reception/BFOPanel.h"
+#include "reception/DecoderNote.h"
 #include "reception/DemodPanel.h"
 #include "reception/FilterPanel.h"
 #include "reception/IFFilterPanel.h"
@@ -96,6 +99,8 @@ class frmMain {
   PlayedBand& Played() { return played_; }
   frmCalibrate& Calibrate() { return calibrate_; }
   clsWavFile& WavFile() { return wavFile_; }
+  modDream& Dream() { return dream_; }
+  HandOver& Decoder() { return handOver_; }
   bool IsOn() const { return on_; }
   bool CaptionRemoved() const { return captionRemoved_; }
 
@@ -137,9 +142,16 @@ class frmMain {
   void ApplyPace();
   void EnableTimers();
   void SwitchPower(bool on);
+  void FollowPower();
   void RemoveCaption(bool removed);
   void PowerOn();
   void PowerOff();
+  void ChooseDevices();
+  void StartSound();
+  DreamLinks LinksOfDream();
+  HandOverLinks LinksOfHandOver();
+  void ReleaseSound();
+  void OpenSound();
   void LogSoundFailure(const Error& failure);
   void PaintPower();
   void RestMeters();
@@ -186,6 +198,7 @@ class frmMain {
   IFFilterPanel ifFilter_;
   FilterPanel filter_;
   DemodPanel demod_;
+  DecoderNote decoderNote_;
   NotchPanel notch_;
   NBPanel nb_;
   AGCPanel agc_;
@@ -198,6 +211,8 @@ class frmMain {
   RecorderPanel recorder_;
   RecordingTimer timer_;
   TimerPanel timerPanel_;
+  modDream dream_;
+  HandOver handOver_;
   frmCalibrate calibrate_;
   frmConfig config_;
   Timer tmrSaveSettings_, tmrUnload_;

@@ -233,6 +233,7 @@ MemoryLinks frmMain::LinksOfMemories() {
   links.ShowStepLock = [this] { tuning_.imgTuneStepLock.Visible = radio_.VFO().TuneStepLock; };
   links.SetTuningRate = [this](std::int32_t index) { tuning_.SetTuningRate(index, true); };
   links.TellRecorder = [this](std::int32_t hertz) { wavFile_.NewLogRecord(hertz * 10); };
+  links.LauncherIsBusy = [this] { return dream_.RunDreamBusy; };
   links.Changed = [this] { scope_.Marks.Refresh(true); };
   links.Splash = [this](const std::string&, bool visible) { OnSplash(visible); };
   return links;
@@ -352,6 +353,7 @@ void frmMain::ConnectHousekeeping() {
   following_ = radio_.Rx.Changed.Listen([this](ReceiverPart part) {
     if (part == ReceiverPart::Side) tuning_.chkTuneLo.SetValue(radio_.Rx.Vars.LowSideLO);
   });
+  radio_.Rx.OnModeChange = [this] { handOver_.ModeChanged(); };
   played_.OnChange = [this](bool plays) { memories_.SetHeld(plays); };
   radio_.BeforeFilters = [this] {
     smeter_.Update();

@@ -38,6 +38,8 @@ void frmMain::AddSettings() {
   wavFile_.AddSettings(wavFileRows_);
   recorder_.AddOwnSettings(ownRecorder_);
   timer_.AddSettings(timerRows_);
+  dream_.AddSettings(settings_);
+  handOver_.AddSettings(settings_);
   notch_.AddSettings(settings_);
   nb_.AddSettings(settings_);
   agc_.AddSettings(settings_);

@@ -75,14 +75,23 @@ void Receiver::SetDemodMode(std::int32_t mode) {
   Vars.CurrentDemodMode = mode;
   Filters.ActivateForMode(mode);
   Vars.FiltersDirty = true;
-  Vars.DRMAudioMuted = mode == DemodMode::DRM && MuteAFOnDRM;
-  if (OnModeChange) OnModeChange(from, mode);
+  MuteForDecoder();
+  if (OnModeChange && mode != from) OnModeChange();
   const bool leavesDRM = from == DemodMode::DRM && mode != DemodMode::DRM;
   if (leavesDRM) TakeFilter();
   FollowDemodMode();
   Changed(ReceiverPart::Mode);
   if (leavesDRM) Changed(ReceiverPart::Filter);
   Changed(ReceiverPart::IFFilter);
+}
+
+void Receiver::MuteForDecoder() {
+  Vars.DRMAudioMuted = Vars.CurrentDemodMode == DemodMode::DRM && MuteAFOnDRM && !outputForDecoder_;
+}
+
+void Receiver::SetOutputForDecoder(bool forDecoder) {
+  outputForDecoder_ = forDecoder;
+  MuteForDecoder();
 }
 
 void Receiver::SwitchNoiseBlanker(bool on) {

@@ -46,9 +46,9 @@ class Receiver {
 
   // Told after each change, once for each part of the receiver that it was about.
   Event<ReceiverPart> Changed;
-  // The mode has changed: the place where sound card and decoder are handed over on entering and leaving DRM.
-  // Comes after the filters of the new mode are switched, before they are filled in. May be empty.
-  std::function<void(std::int32_t from, std::int32_t to)> OnModeChange;
+  // The mode is another one now: sound card and decoder are handed over on entering and leaving DRM. Comes
+  // after the filters of the new mode are switched, before they are filled in. May be empty.
+  std::function<void()> OnModeChange;
   bool MuteAFOnDRM = false;  // silence while an external decoder listens
 
   // The local oscillator lies below the signal; the BFO's offset and a notch on the IF follow.
@@ -57,6 +57,8 @@ class Receiver {
 
   // DemodMode. Leaving DRM takes the audio filter's own edges again.
   void SetDemodMode(std::int32_t mode);
+  // What leaves here goes to a decoder, not to the loudspeaker: DRM mode is not silenced.
+  void SetOutputForDecoder(bool forDecoder);
 
   // 0 to 4: takes that filter with its edges and its music.
   void SetFilterMode(std::int32_t mode);
@@ -127,8 +129,11 @@ class Receiver {
   void KeepEdges();
   void FollowFilter();
   void FollowDemodMode();
+  void MuteForDecoder();
   void TakeIFExtents(std::int32_t high, std::int32_t low);
   void PlaceNotch();
+
+  bool outputForDecoder_ = false;
 };
 
 }  // namespace quorl

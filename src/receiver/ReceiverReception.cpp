@@ -36,9 +36,8 @@ void Receiver::Take(const Reception& reception) {
   Vars.FiltersDirty = Vars.NotchDirty = true;
   Agc.SetDelay(reception.Vars.AGCDelayTime * 10.0F);  // its weights
   Vars.AGCDelayTime = reception.Vars.AGCDelayTime;
-  if (OnModeChange && now.CurrentDemodMode != Vars.CurrentDemodMode) {
-    OnModeChange(now.CurrentDemodMode, Vars.CurrentDemodMode);
-  }
+  MuteForDecoder();
+  if (OnModeChange && now.CurrentDemodMode != Vars.CurrentDemodMode) OnModeChange();
   for (const ReceiverPart part :
        {ReceiverPart::Side, ReceiverPart::BFO, ReceiverPart::Mode, ReceiverPart::Filter,
         ReceiverPart::IFFilter, ReceiverPart::Notch, ReceiverPart::NoiseBlanker, ReceiverPart::AGC}) {

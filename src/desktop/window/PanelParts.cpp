@@ -147,6 +147,7 @@ QLayout* MakeMeterPart(Binder& bind) {
   auto* row = new QHBoxLayout;
   Put(row, bind.Reading("lblSMeter", "S9 +000 dB"));
   row->addStretch(1);
+  Put(row, bind.Word("lblDecoder", "Decoder hears through: blanker, IF filter, notch", 11));
   Put(row, Small(bind.Button("cmdCalibrateSMeter")));
   column->addLayout(row);
   column->addStretch(1);

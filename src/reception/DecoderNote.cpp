@@ -1,0 +1,44 @@
+#include "reception/DecoderNote.h"
+
+#include <utility>
+
+namespace quorl {
+
+DecoderNote::DecoderNote(const PanelContext& context)
+    : lblDecoder(context.Registry, "lblDecoder"), context_(context) {
+  lblDecoder.ToolTip =
+      "An external decoder wants the band as it comes: without IF filter, notch, noise blanker, dynamic "
+      "filter "
+      "and AGC";
+  Show();
+  listening_ = context_.Rx.Changed.Listen([this] { Show(); });
+}
+
+void DecoderNote::SetSoundReleased(bool released) {
+  released_ = released;
+  Show();
+}
+
+// What runs, in the order in which a signal comes by. The blanker is for a real IF.
+std::string DecoderNote::Between() const {
+  const PublicVars& vars = context_.Rx.Vars;
+  const FilterBank& filters = context_.Rx.Filters;
+  const bool real = vars.SDRModelNo != SDRModel::IQXtalRX && vars.SDRModelNo != SDRModel::RealToIQRX;
+  std::string words;
+  for (const auto& [runs, word] :
+       {std::pair{vars.NBOn && real, "blanker"}, std::pair{filters.IFFilterI.Active, "IF filter"},
+        std::pair{filters.NotchFilterI.Active, "notch"},
+        std::pair{filters.DynFilter.Active, "dynamic filter"}, std::pair{vars.AGCON, "AGC"}}) {
+    if (runs) words += (words.empty() ? "" : ", ") + std::string(word);
+  }
+  return words;
+}
+
+void DecoderNote::Show() {
+  const bool drm = context_.Rx.Vars.CurrentDemodMode == DemodMode::DRM;
+  const std::string between = Between();
+  lblDecoder.Caption = released_ ? "The decoder has the sound card" : "Decoder hears through: " + between;
+  lblDecoder.Visible = drm && (released_ || !between.empty());
+}
+
+}  // namespace quorl
