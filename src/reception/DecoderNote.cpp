@@ -4,6 +4,12 @@
 
 namespace quorl {
 
+namespace {
+
+constexpr Colour kCaution = 0x38A8FF;
+
+}  // namespace
+
 DecoderNote::DecoderNote(const PanelContext& context)
     : lblDecoder(context.Registry, "lblDecoder"), context_(context) {
   lblDecoder.ToolTip =
@@ -26,9 +32,9 @@ std::string DecoderNote::Between() const {
   const bool real = vars.SDRModelNo != SDRModel::IQXtalRX && vars.SDRModelNo != SDRModel::RealToIQRX;
   std::string words;
   for (const auto& [runs, word] :
-       {std::pair{vars.NBOn && real, "blanker"}, std::pair{filters.IFFilterI.Active, "IF filter"},
-        std::pair{filters.NotchFilterI.Active, "notch"},
-        std::pair{filters.DynFilter.Active, "dynamic filter"}, std::pair{vars.AGCON, "AGC"}}) {
+       {std::pair{vars.NBOn && real, "NB"}, std::pair{filters.IFFilterI.Active, "IF filter"},
+        std::pair{filters.NotchFilterI.Active, "notch"}, std::pair{filters.DynFilter.Active, "dynamic"},
+        std::pair{vars.AGCON, "AGC"}}) {
     if (runs) words += (words.empty() ? "" : ", ") + std::string(word);
   }
   return words;
@@ -37,7 +43,8 @@ std::string DecoderNote::Between() const {
 void DecoderNote::Show() {
   const bool drm = context_.Rx.Vars.CurrentDemodMode == DemodMode::DRM;
   const std::string between = Between();
-  lblDecoder.Caption = released_ ? "The decoder has the sound card" : "Decoder hears through: " + between;
+  lblDecoder.Caption = released_ ? "The decoder has the sound card" : "Decoder hears through " + between;
+  lblDecoder.ForeColour = released_ ? context_.Colours.Scheme().SDRLabelColour : kCaution;
   lblDecoder.Visible = drm && (released_ || !between.empty());
 }
 

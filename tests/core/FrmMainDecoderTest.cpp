@@ -266,16 +266,16 @@ TEST(FrmMainDecoder, ALineTellsWhatTheDecoderHearsThrough) {
   rig.Mode(DemodMode::DRM);
   rig.Frame().Radio().Rx.SwitchAGC(true);
   EXPECT_TRUE(line.Visible());
-  EXPECT_EQ(line.Caption(), "Decoder hears through: AGC");
+  EXPECT_EQ(line.Caption(), "Decoder hears through AGC");
   Receiver& rx = rig.Frame().Radio().Rx;
   rx.SwitchNoiseBlanker(true);
   rx.SwitchIFFilter(true);
   rx.SetIFFilterMode(IFFilterMode::Track);
   rx.SwitchNotch(true);
   rx.SetDynamicFilter(true);
-  EXPECT_EQ(line.Caption(), "Decoder hears through: blanker, IF filter, notch, dynamic filter, AGC");
+  EXPECT_EQ(line.Caption(), "Decoder hears through NB, IF filter, notch, dynamic, AGC");
   rx.SetBoard(SDRModel::IQXtalRX, false);
-  EXPECT_EQ(line.Caption(), "Decoder hears through: IF filter, notch, dynamic filter, AGC")
+  EXPECT_EQ(line.Caption(), "Decoder hears through IF filter, notch, dynamic, AGC")
       << "I and Q know no blanker";
   rx.SwitchNotch(false);
   rx.SetDynamicFilter(false);

@@ -36,6 +36,27 @@ TEST(ChainQuality, OppositeSidebandIsAtLeast105DecibelsDown) {
   RecordProperty("worst_dB", std::to_string(worst));
 }
 
+// A decoder hears no edge of ours. AM leaves its filters behind.
+TEST(ChainQuality, DRMPassesTheBandWithinATenthOfADecibelOnEveryModel) {
+  for (const std::int32_t model :
+       {SDRModel::DRT1, SDRModel::ElektorDRM, SDRModel::IQXtalRX, SDRModel::RealToIQRX}) {
+    ChainRig rig(model, DemodMode::AM);
+    rig.Receive(ToneOf(12000.0, kLevel), 4);
+    rig.Radio.SetDemodMode(DemodMode::DRM);
+    rig.Radio.Housekeeping();
+    double worst = 0.0;
+    for (const double hertz : {2100.0, 2150.0, 2200.0, 2300.0, 2600.0, 3000.0, 5000.0, 8000.0, 12000.0,
+                               16000.0, 19000.0, 21000.0, 21400.0, 21700.0, 21800.0, 21850.0, 21900.0}) {
+      const double f = OnBin(hertz, 16);
+      const Signal q = ToneOf(f, kLevel, std::numbers::pi / 2);
+      const double gain = Decibels(LineAt(rig.Receive(ToneOf(f, kLevel), 16, 6, q), f) / kLevel);
+      EXPECT_LT(std::abs(gain), 0.1) << model << " at " << hertz << " Hz";
+      worst = std::max(worst, std::abs(gain));
+    }
+    RecordProperty("worst_dB_model_" + std::to_string(model), std::to_string(worst));
+  }
+}
+
 TEST(ChainQuality, IQModelsRejectTheOppositeSidebandByTheirIFFilter) {
   // The pair splits nothing off here: the side lobes of the tracking IF filter's rectangular window set the
   // rejection, least next to the band.

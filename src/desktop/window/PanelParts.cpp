@@ -147,7 +147,10 @@ QLayout* MakeMeterPart(Binder& bind) {
   auto* row = new QHBoxLayout;
   Put(row, bind.Reading("lblSMeter", "S9 +000 dB"));
   row->addStretch(1);
-  Put(row, bind.Word("lblDecoder", "Decoder hears through: blanker, IF filter, notch", 11));
+  LabelView* decoder =
+      bind.Word("lblDecoder", "Decoder hears through NB, IF filter, notch, dynamic, AGC", 11);
+  if (decoder) decoder->SetAlignment(Qt::AlignRight);
+  Put(row, decoder);
   Put(row, Small(bind.Button("cmdCalibrateSMeter")));
   column->addLayout(row);
   column->addStretch(1);
