@@ -86,16 +86,22 @@ void LiveRadio::AddSettings(SettingsTable& table) {
   table.AddWritten<std::int32_t>("LastTunedFrequency", [this] { return VFO().TunedFrequency(); });
 }
 
-void LiveRadio::NoteDevices() {
-  const auto note = [](const std::vector<std::string>& names, std::int32_t number, StoredDevice& device) {
-    if (number < 1 || number > static_cast<std::int32_t>(names.size())) return;
-    device = {number, names[static_cast<std::size_t>(number - 1)]};
-  };
+void LiveRadio::Note(const std::vector<std::string>& names, std::int32_t number, StoredDevice& device) {
+  if (number < 1 || number > static_cast<std::int32_t>(names.size())) return;
+  device = {number, names[static_cast<std::size_t>(number - 1)]};
+}
+
+void LiveRadio::NotePlayback(std::int32_t number) {
   std::vector<std::string> names;
   soundCard_.GetPlayDeviceNames(names);
-  if (!forDecoder_) note(names, soundCard_.CurrentPlaybackDevice, playback_);
+  Note(names, number, playback_);
+}
+
+void LiveRadio::NoteDevices() {
+  if (!forDecoder_) NotePlayback(soundCard_.CurrentPlaybackDevice);
+  std::vector<std::string> names;
   soundCard_.GetCapDeviceNames(names);
-  note(names, soundCard_.CurrentCaptureDevice, capture_);
+  Note(names, soundCard_.CurrentCaptureDevice, capture_);
 }
 
 std::string LiveRadio::DeviceText() const {
@@ -129,7 +135,9 @@ std::int32_t LiveRadio::UsualPlaybackDevice() const {
 
 void LiveRadio::NoteDevices(std::int32_t capture, std::int32_t playback) {
   soundCard_.CurrentCaptureDevice = capture;
-  soundCard_.CurrentPlaybackDevice = playback;
+  const bool another = playback != soundCard_.CurrentPlaybackDevice;
+  if (!forDecoder_) soundCard_.CurrentPlaybackDevice = playback;
+  if (forDecoder_ && another) NotePlayback(playback);
   NoteDevices();
 }
 
@@ -146,12 +154,14 @@ Failure LiveRadio::OpenDevices(std::int32_t capture, std::int32_t playback, bool
 Failure LiveRadio::ChangeDevices(std::int32_t capture, std::int32_t playback) {
   const std::int32_t formerCapture = soundCard_.CurrentCaptureDevice,
                      formerPlayback = soundCard_.CurrentPlaybackDevice;
+  const StoredDevice usual = playback_;
   const bool plays = soundCard_.InAction, prepared = soundCard_.Prepared();
   if (plays) {
     Rx.FilterMaker.WaitForBlock();
     soundCard_.StopSound();
   }
   if (!OpenDevices(capture, playback, plays)) return {};
+  playback_ = usual;
   NoteDevices(formerCapture, formerPlayback);
   return prepared ? OpenDevices(formerCapture, formerPlayback, plays) : Failure{};
 }

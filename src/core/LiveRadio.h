@@ -53,7 +53,8 @@ class LiveRadio final : public SoundEvents, public SoundOutput {
   std::int32_t UsualPlaybackDevice() const;
   // Takes the sound card's devices for those to be stored.
   void NoteDevices();
-  // Takes other devices, by their numbers, for the next time that they are opened.
+  // Takes other devices, by their numbers, for the next time that they are opened. Another playback device is
+  // the usual one from now on, where a decoder has one of its own, too.
   void NoteDevices(std::int32_t capture, std::int32_t playback);
   // The same, and opens them: they play on where the radio plays. Where they fail, which has been told, the
   // former ones are back; what is left of those is the failure.
@@ -98,6 +99,8 @@ class LiveRadio final : public SoundEvents, public SoundOutput {
     std::string Name;  // decides where it is still there
   };
 
+  static void Note(const std::vector<std::string>& names, std::int32_t number, StoredDevice& device);
+  void NotePlayback(std::int32_t number);
   Failure OpenDevices(std::int32_t capture, std::int32_t playback, bool plays);
 
   Machine& machine_;

@@ -32,6 +32,7 @@ ConfigLinks frmMain::LinksOfConfig() {
   links.NoteDevices = [this](std::int32_t capture, std::int32_t playback) {
     radio_.NoteDevices(capture, playback);
   };
+  links.IsSoundCardLent = [this] { return handOver_.IsSoundReleased(); };
   links.Calibrate = [this](std::function<void(bool)> closed) { calibrate_.Open(std::move(closed)); };
   links.CaptionChanged = [this] { RemoveCaption(on_ && stored_.FormCaptionOffOnPwrOn); };
   links.PaintPanel = [this] { PaintPanel(); };

@@ -236,6 +236,13 @@ TEST(FrmMainDecoder, DRMModePlaysOnADeviceOfItsOwn) {
   rig.Frame().SaveSettings();
   EXPECT_EQ(rig.Store().GetSetting("frmMain", "CurrentPlaybackDevice", ""), "1");
   EXPECT_EQ(rig.Store().GetSetting("frmMain", "CurrentPlaybackDeviceName", ""), "Loudspeaker");
+  // Another usual one chosen meanwhile waits for its turn.
+  rig.Sound.AddPlaybackDevice("Shelf", nullptr);
+  rig.Card().RefreshDevices();
+  EXPECT_FALSE(rig.Frame().Radio().ChangeDevices(2, 3));
+  EXPECT_EQ(rig.Card().CurrentPlaybackDevice, 2);
+  EXPECT_EQ(rig.Frame().Radio().UsualPlaybackDevice(), 3);
+  EXPECT_FALSE(rig.Frame().Radio().ChangeDevices(1, 1));
   // Off and on, it is still DRM mode's.
   rig.Press("optPwr", 1);
   rig.Press("optPwr", 0);
