@@ -7,15 +7,14 @@ namespace quorl {
 namespace {
 
 constexpr Colour kCaution = 0x38A8FF;
+constexpr const char* kOwn = ", and it comes back with another mode";
+constexpr const char* kAdvice =
+    ": it wants the band as it comes, without noise blanker, IF filter, notch, dynamic filter and AGC";
 
 }  // namespace
 
 DecoderNote::DecoderNote(const PanelContext& context)
     : lblDecoder(context.Registry, "lblDecoder"), context_(context) {
-  lblDecoder.ToolTip =
-      "An external decoder wants the band as it comes: without IF filter, notch, noise blanker, dynamic "
-      "filter "
-      "and AGC";
   Show();
   listening_ = context_.Rx.Changed.Listen([this] { Show(); });
 }
@@ -33,7 +32,7 @@ std::string DecoderNote::Between() const {
   std::string words;
   for (const auto& [runs, word] :
        {std::pair{vars.NBOn && real, "NB"}, std::pair{filters.IFFilterI.Active, "IF filter"},
-        std::pair{filters.NotchFilterI.Active, "notch"}, std::pair{filters.DynFilter.Active, "dynamic"},
+        std::pair{filters.NotchFilterI.Active, "notch"}, std::pair{filters.DynFilter.Active, "dyn"},
         std::pair{vars.AGCON, "AGC"}}) {
     if (runs) words += (words.empty() ? "" : ", ") + std::string(word);
   }
@@ -44,6 +43,8 @@ void DecoderNote::Show() {
   const bool drm = context_.Rx.Vars.CurrentDemodMode == DemodMode::DRM;
   const std::string between = Between();
   lblDecoder.Caption = released_ ? "The decoder has the sound card" : "Decoder hears through " + between;
+  // A narrow window has room for half of it.
+  lblDecoder.ToolTip = lblDecoder.Caption() + (released_ ? kOwn : kAdvice);
   lblDecoder.ForeColour = released_ ? context_.Colours.Scheme().SDRLabelColour : kCaution;
   lblDecoder.Visible = drm && (released_ || !between.empty());
 }

@@ -280,10 +280,9 @@ TEST(FrmMainDecoder, ALineTellsWhatTheDecoderHearsThrough) {
   rx.SetIFFilterMode(IFFilterMode::Track);
   rx.SwitchNotch(true);
   rx.SetDynamicFilter(true);
-  EXPECT_EQ(line.Caption(), "Decoder hears through NB, IF filter, notch, dynamic, AGC");
+  EXPECT_EQ(line.Caption(), "Decoder hears through NB, IF filter, notch, dyn, AGC");
   rx.SetBoard(SDRModel::IQXtalRX, false);
-  EXPECT_EQ(line.Caption(), "Decoder hears through IF filter, notch, dynamic, AGC")
-      << "I and Q know no blanker";
+  EXPECT_EQ(line.Caption(), "Decoder hears through IF filter, notch, dyn, AGC") << "I and Q know no blanker";
   rx.SwitchNotch(false);
   rx.SetDynamicFilter(false);
   rx.SwitchIFFilter(false);

@@ -12,6 +12,7 @@ namespace {
 constexpr int kWordWidth = 44;  // of what stands before a value, so that the numbers stand in a column
 constexpr int kValueWidth = 88;
 constexpr int kSmallKnob = 24;
+constexpr int kNotePixels = 11;
 
 LabelView* Saying(const QString& word, LabelView* label) {
   if (label) label->SetWord(word);
@@ -146,11 +147,8 @@ QLayout* MakeMeterPart(Binder& bind) {
   Put(column, bind.SMeter("picSmeter", "shpSMeterGrid", 28, "lblSMeter"));
   auto* row = new QHBoxLayout;
   Put(row, bind.Reading("lblSMeter", "S9 +000 dB"));
-  row->addStretch(1);
-  LabelView* decoder =
-      bind.Word("lblDecoder", "Decoder hears through NB, IF filter, notch, dynamic, AGC", 11);
-  if (decoder) decoder->SetAlignment(Qt::AlignRight);
-  Put(row, decoder);
+  Put(row, AsRoomAllows(bind.Word("lblDecoder", {}, kNotePixels)), 1);
+  row->addStretch(0);
   Put(row, Small(bind.Button("cmdCalibrateSMeter")));
   column->addLayout(row);
   column->addStretch(1);

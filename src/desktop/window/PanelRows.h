@@ -26,6 +26,12 @@ inline FaceView* Small(FaceView* view) {
   return view;
 }
 
+// As wide as there is room, whatever it says.
+inline LabelView* AsRoomAllows(LabelView* label) {
+  if (label) label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  return label;
+}
+
 inline LabelView* In(const QString& unit, LabelView* value) {
   if (value) value->SetUnit(unit);
   return value;

@@ -10,12 +10,6 @@ namespace {
 constexpr int kGroupGap = 8, kNameWidth = 90, kMostName = 240, kSeekWidth = 80, kListPixels = 11;
 const QString kTitle = QStringLiteral("Recorder");
 
-// As wide as there is room, whatever it says.
-LabelView* AsRoomAllows(LabelView* label) {
-  if (label) label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-  return label;
-}
-
 QWidget* Flat(Binder& bind, const char* frame, const std::vector<FaceView*>& options) {
   CardView* card = bind.Card(frame, {}, CardView::Title::Flat);
   QHBoxLayout* row = card->AddRow();
