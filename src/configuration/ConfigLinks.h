@@ -8,6 +8,8 @@
 #include "config/ColourSchemes.h"
 #include "config/SettingsStore.h"
 #include "display/scope/ScopePanel.h"
+#include "drm/HandOver.h"
+#include "drm/modDream.h"
 #include "interaction/PanelContext.h"
 #include "platform/Dialogs.h"
 #include "platform/EventQueue.h"
@@ -32,6 +34,8 @@ struct ConfigLinks {
   QUORLDX8& SoundCard;
   ScopePanel& Scope;
   ColourSchemes& Scheme;
+  modDream& Dream;
+  HandOver& Decoder;
   std::int32_t& InterfaceType;  // of the chain, and of the next start
   bool& AutoTrackPresets;
   bool& FormCaptionOffOnPwrOn;
@@ -46,6 +50,8 @@ struct ConfigLinks {
   // stays.
   std::function<void(std::int32_t SDRModelNo, std::int32_t interfaceType)> ExchangeBoard =
       [](std::int32_t, std::int32_t) {};
+  // Number of the device that plays but for a decoder's time, from 1.
+  std::function<std::int32_t()> UsualPlaybackDevice = [] { return 1; };
   // The sound card's numbers, from 1. Opens them, and starts them where the radio plays; the former ones
   // where that fails, which has been told then.
   std::function<void(std::int32_t capture, std::int32_t playback)> ChangeDevices = [](std::int32_t,

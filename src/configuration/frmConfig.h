@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "configuration/ColourPage.h"
 #include "configuration/ComPorts.h"
@@ -58,6 +59,11 @@ class frmConfig {
   void AddInterfaceFields();
   void AddSoundFields();
   void AddOptions();
+  void AddDecoderFields();
+  void ListDecoderDevices(const std::vector<std::string>& names);
+  int DecoderDevicePlace() const;
+  void cmdFindDREAM_Click();
+  void cmdDreamDefault_Click();
   void cmdCalDDS_Click();
   void Close();
   void ShowPage(int page);
@@ -83,6 +89,7 @@ class frmConfig {
   void OpenSerial(std::int32_t portNo);
   void SetUpChip();
   void ApplyOptions();
+  void ApplyDecoder();
   void ApplySmoothing();
   void TakeBitPeriod(TextBox& field, const char* name, double& waitTime);
   bool Refuse(Control& field, const char* text);
@@ -92,6 +99,7 @@ class frmConfig {
   FieldFaults faults_;
   ComPorts ports_;
   Timer tmrFollow_, tmrApply_;
+  std::vector<std::string> decoderDevices_;  // of its list; empty for the usual one
   std::string InitialCaptureDevice_, InitialPlaybackDevice_;
   bool waits_ = false, applying_ = false;
   bool refusing_ = false;      // a choice is being taken back

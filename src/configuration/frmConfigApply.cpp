@@ -127,7 +127,7 @@ void frmConfig::ApplyDevices() {
   links_.SoundCard.GetCapDeviceNames(names);
   const int capture = NumberOf(Sound.cboCapDevices, names, links_.SoundCard.CurrentCaptureDevice);
   links_.SoundCard.GetPlayDeviceNames(names);
-  const int playback = NumberOf(Sound.cboPlayDevices, names, links_.SoundCard.CurrentPlaybackDevice);
+  const int playback = NumberOf(Sound.cboPlayDevices, names, links_.UsualPlaybackDevice());
   (links_.IsSoundCardLent() ? links_.NoteDevices : links_.ChangeDevices)(capture, playback);
   fields_.Load(&Sound.cboCapDevices);
   fields_.Load(&Sound.cboPlayDevices);
@@ -217,6 +217,7 @@ void frmConfig::ApplyOptions() {
   links_.Tuning.ShaftAutoRateOn = Tuning.chkShaftAutoRate.Value();
   links_.Tuning.ShaftEnabled = Tuning.chkEnableEncoder.Value();
   links_.Scope.Pointer.SetWheelTunes(Tuning.chkScrollWheelEnableOverScope.Value());
+  ApplyDecoder();
   links_.Scope.SpectrumAnalyser.HideFreqToolTip = Display.chkSpectrumDisplayHideToolTip.Value();
   ApplySmoothing();
   links_.Panel.Scrollables.HiLiteBorder = Display.chkScollLabelHiliteBorder.Value();

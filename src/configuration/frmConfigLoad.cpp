@@ -24,6 +24,7 @@ void frmConfig::ConnectFields() {
   AddInterfaceFields();
   AddSoundFields();
   AddOptions();
+  AddDecoderFields();
   for (TextBox* field : {&Receiver.txtIFFrequency, &Receiver.txtDDSClkin, &Interface.txtPortAddress,
                          &Interface.txtParallelPortBitPeriod, &Interface.txtBitPeriod,
                          &Display.txtSpectrumDisplaySmoothingCount}) {
@@ -71,7 +72,7 @@ void frmConfig::AddSoundFields() {
   fields_.Add(Sound.cboCapDevices,
               [this] { return PlaceOf(links_.SoundCard.CurrentCaptureDevice, Sound.cboCapDevices); });
   fields_.Add(Sound.cboPlayDevices,
-              [this] { return PlaceOf(links_.SoundCard.CurrentPlaybackDevice, Sound.cboPlayDevices); });
+              [this] { return PlaceOf(links_.UsualPlaybackDevice(), Sound.cboPlayDevices); });
 }
 
 void frmConfig::AddOptions() {
@@ -139,6 +140,7 @@ void frmConfig::ListDevices() {
   Sound.cboCapDevices.SetItems(names);
   links_.SoundCard.GetPlayDeviceNames(names);
   Sound.cboPlayDevices.SetItems(names);
+  ListDecoderDevices(names);
 }
 
 void frmConfig::Form_Load() {

@@ -17,6 +17,8 @@ ConfigLinks frmMain::LinksOfConfig() {
                     .SoundCard = radio_.SoundCard(),
                     .Scope = scope_,
                     .Scheme = scheme_,
+                    .Dream = dream_,
+                    .Decoder = handOver_,
                     .InterfaceType = stored_.IFType,
                     .AutoTrackPresets = memories_.AutoTrackPresets,
                     .FormCaptionOffOnPwrOn = stored_.FormCaptionOffOnPwrOn,
@@ -26,6 +28,7 @@ ConfigLinks frmMain::LinksOfConfig() {
   links.IsSwitching = [this] { return switching_ || loading_; };
   links.LeaveRecording = [this] { played_.End(); };
   links.ExchangeBoard = [this](std::int32_t model, std::int32_t type) { ExchangeBoard(model, type); };
+  links.UsualPlaybackDevice = [this] { return radio_.UsualPlaybackDevice(); };
   links.ChangeDevices = [this](std::int32_t capture, std::int32_t playback) {
     ChangeDevices(capture, playback);
   };

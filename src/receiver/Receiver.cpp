@@ -89,6 +89,11 @@ void Receiver::MuteForDecoder() {
   Vars.DRMAudioMuted = Vars.CurrentDemodMode == DemodMode::DRM && MuteAFOnDRM && !outputForDecoder_;
 }
 
+void Receiver::SetMuteAFOnDRM(bool mute) {
+  MuteAFOnDRM = mute;
+  MuteForDecoder();
+}
+
 void Receiver::SetOutputForDecoder(bool forDecoder) {
   outputForDecoder_ = forDecoder;
   MuteForDecoder();

@@ -57,6 +57,8 @@ class Receiver {
 
   // DemodMode. Leaving DRM takes the audio filter's own edges again.
   void SetDemodMode(std::int32_t mode);
+  // MuteAFOnDRM, in force at once.
+  void SetMuteAFOnDRM(bool mute);
   // What leaves here goes to a decoder, not to the loudspeaker: DRM mode is not silenced.
   void SetOutputForDecoder(bool forDecoder);
 

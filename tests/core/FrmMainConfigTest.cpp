@@ -181,6 +181,66 @@ TEST_F(FrmMainConfig, TheBoardOfAnAD9951TakesTheSerialInterfaceOnly) {
   EXPECT_EQ(Oscillator(), 522050000);
 }
 
+TEST_F(FrmMainConfig, TheDecodersPageIsTakenWholeAndGoesBackToItsDefaults) {
+  Open("[frmMain]\nDRM.PlaybackDevice=Null Sink\nDRM.DreamWindowStyle=7\n");
+  EXPECT_EQ(Field("chkDreamCloseOnExit"), "1");
+  EXPECT_EQ(Field("optDreamWindow(3)"), "1");
+  EXPECT_EQ(Field("cboDRMPlayDevices"), "Null Sink  (not there)");
+  Apply();
+  EXPECT_EQ(Frame().Decoder().PlaybackDevice, "Null Sink") << "a device that is away is not forgotten";
+  EXPECT_EQ(Frame().Dream().DreamWindowStyle, 7);
+
+  for (const char* box :
+       {"chkDreamRunOnDRM", "chkMuteAFOnDRM", "chkCloseSoundCardOnDRM", "chkDreamCloseOnModeChange"})
+    Enter(box, "1");
+  Enter("chkDreamCloseOnExit", "0");
+  Click("frmConfig.optDreamWindow(2)");
+  Enter("cboDRMPlayDevices", "Headset");
+  Boxes.OpenFileAnswers = {"/opt/dream/dream", "/usr/bin/other"};
+  Click("frmConfig.cmdFindDREAM");
+  Click("frmConfig.cmdFindDREAM");
+  ASSERT_EQ(Boxes.OpenFileRequests.size(), 2U);
+  EXPECT_EQ(Boxes.OpenFileRequests[0].Title, "Select DREAM executable");
+  EXPECT_EQ(Boxes.OpenFileRequests[0].Directory, "/usr/bin");
+  EXPECT_EQ(Boxes.OpenFileRequests[1].Directory, "/opt/dream");
+  EXPECT_EQ(Boxes.OpenFileRequests[1].Filter.rfind("Executables (*.exe)|*.exe|", 0), 0U);
+  Enter("txtDreamProgArgs", "-f %CurFreq%");
+  Apply();
+  const modDream& dream = Frame().Dream();
+  EXPECT_TRUE(dream.RunDreamOnDRM && dream.DreamCloseOnModeChange && !dream.DreamCloseOnExit);
+  EXPECT_TRUE(Frame().Decoder().CloseSoundcardOnDRM && Frame().Radio().Rx.MuteAFOnDRM);
+  EXPECT_EQ(dream.DreamWindowStyle, 2);
+  EXPECT_EQ(dream.PathToDream, "/usr/bin/other");
+  EXPECT_EQ(dream.DreamProgArgs, "-f %CurFreq%");
+  EXPECT_EQ(Stored("frmMain", "DRM.PlaybackDevice"), "Headset");
+
+  Click("frmConfig.cmdDreamDefault");
+  Apply();
+  EXPECT_TRUE(dream.DreamCloseOnExit && !dream.RunDreamOnDRM && !dream.DreamCloseOnModeChange);
+  EXPECT_EQ(dream.DreamWindowStyle, 1);
+  EXPECT_EQ(dream.PathToDream, "/usr/bin/other") << "the path is none of them";
+}
+
+TEST_F(FrmMainConfig, WhatTheDecoderHasIsOnlyStored) {
+  OpenPlaying();
+  for (const char* box : {"chkCloseSoundCardOnDRM", "chkMuteAFOnDRM"}) Enter(box, "1");
+  Apply();
+  Click("optMode(3)");
+  Run(0.5);
+  ASSERT_FALSE(Frame().Radio().SoundCard().Prepared());
+  Enter("cboPlayDevices", "Headset");
+  Apply();
+  EXPECT_FALSE(Frame().Radio().SoundCard().Prepared());
+  EXPECT_EQ(Stored("frmMain", "CurrentPlaybackDeviceName"), "Headset");
+  EXPECT_TRUE(Vars().DRMAudioMuted);
+  Enter("chkMuteAFOnDRM", "0");
+  Apply();
+  EXPECT_FALSE(Vars().DRMAudioMuted) << "in force at once";
+  Click("optMode(0)");
+  EXPECT_TRUE(Plays());
+  EXPECT_EQ(Frame().Radio().SoundCard().CurrentPlaybackDevice, 2);
+}
+
 TEST_F(FrmMainConfig, WhileTheClockIsCalibratedNothingIsApplied) {
   Open();
   Click("frmConfig.cmdCalDDS");
