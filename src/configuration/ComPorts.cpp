@@ -55,6 +55,10 @@ std::vector<std::string> ComPorts::Names() const {
   return names;
 }
 
+bool ComPorts::IsThere(int number) const {
+  return number >= 1 && number <= kCount && !ports_[static_cast<std::size_t>(number - 1)].Path.empty();
+}
+
 std::string ComPorts::NewPath(int number) const {
   if (number < 1 || number > kCount) return {};
   const Port& port = ports_[static_cast<std::size_t>(number - 1)];

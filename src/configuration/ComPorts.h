@@ -20,6 +20,8 @@ class ComPorts {
   void Refresh(const clsDDSSerialIF& serial, const std::vector<SerialPortInfo>& there);
   // For a list: entry i is COM i + 1.
   std::vector<std::string> Names() const;
+  // Whether there is a port behind it.
+  bool IsThere(int number) const;
   // The device that COM `number` has to be given in the settings before it is opened; empty where it leads
   // there already.
   std::string NewPath(int number) const;

@@ -136,6 +136,8 @@ InterfacePage::InterfacePage(ControlRegistry& registry)
       txtBitPeriod(registry, ConfigName("txtBitPeriod")),
       cmdBitPeriodDefault(registry, ConfigName("cmdBitPeriodDefault")) {
   SetTexts(optIF, InterfaceTypeTexts);
+  optIF(InterfaceChoice::Parallel).Caption = "Parallel";
+  optIF(InterfaceChoice::Serial).Caption = "Serial";
   frWiring.Caption = kWiringHead;
   for (int i = 0; i < lblWiring.Count(); ++i) lblWiring(i).Caption = kWiring[static_cast<std::size_t>(i)];
 }

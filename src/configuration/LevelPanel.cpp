@@ -119,10 +119,9 @@ void LevelPanel::Follow() {
 }
 
 void LevelPanel::OpenInput() {
-  if (--wait_ > 0) return;
+  if (--wait_ > 0 || !links_.FreeInput()) return;
   wait_ = kRetry;
   quiet_ = 0;
-  links_.FreeInput();
   const Failure failure = capture_.Open(input_);
   fault_ = failure ? failure->Text : std::string();
   if (!failure) wait_ = 0;
@@ -148,6 +147,7 @@ void LevelPanel::ShowLevels() {
     const InputBand band = InputBandOf(level_.Peak(channel));
     bar.Level = PlaceOf(decibels);
     bar.ForeColour = text.ForeColour = InputBandInk(band);
+    if (decibels < kLowest) text.ForeColour = kNoColour;
     text.Caption = decibels < kLowest ? "silent" : FormatPicture(decibels, "#0 dB") + "  " + WordOf(band);
     bar.AccessibleText = text.Caption();
   }
@@ -180,8 +180,7 @@ std::string LevelPanel::CableAdvice() const {
     case InputLevel::Fault::RightSilent:
       return pair ? "The right channel is silent: this board needs both. See to cable and input." : "";
     case InputLevel::Fault::Alike:
-      return pair ? "Both channels carry the same: this board needs a stereo input and cable for I and Q."
-                  : "";
+      return pair ? "Both channels carry the same: I and Q need a stereo input and cable." : "";
     case InputLevel::Fault::None:
       break;
   }

@@ -20,8 +20,9 @@ namespace quorl {
 struct LevelLinks {
   // The radio captures from the device (from 1), and hands its blocks to NoteBlock.
   std::function<bool(int device)> RadioHears = [](int) { return false; };
-  // The input is about to be opened: a radio that is off lets go of its own.
-  std::function<void()> FreeInput = [] {};
+  // The input is about to be opened: a radio that is off lets go of its own. False where it is not the time
+  // for that.
+  std::function<bool()> FreeInput = [] { return true; };
   // The sound card is another program's at present.
   std::function<bool()> IsLent = [] { return false; };
 };

@@ -186,6 +186,7 @@ void LiveRadio::Housekeeping() {
 }
 
 void LiveRadio::SoundCard_DataReady(std::int16_t* samplesI, std::int16_t* samplesQ, std::int32_t) {
+  if (OnBlockIn) OnBlockIn(samplesI, samplesQ);
   Rx.Pump.SoundCard_DataReady(samplesI, samplesQ);
 }
 

@@ -82,6 +82,8 @@ class LiveRadio final : public SoundEvents, public SoundOutput {
   std::function<void(double microseconds)> OnHousekept;  // told what a round took; may be empty
   std::function<void()> OnBlockOut = [] {};              // the tick of the display
 
+  // Told each captured block [SamplesPerEvent], left and right, before it is worked on. May be empty.
+  std::function<void(const std::int16_t* left, const std::int16_t* right)> OnBlockIn;
   // Told each block of audio [SamplesPerEvent] on its way to the sound card, and the card's attenuation in
   // hundredths of a decibel.
   std::function<void(const std::int16_t* block, std::int32_t attenuation)> OnAudio;

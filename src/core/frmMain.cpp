@@ -58,6 +58,7 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
       handOver_(machine_.Queue, dream_, LinksOfHandOver()),
       calibrate_(registry_, radio_.Tuning(), radio_.Rx, machine_.Queue),
       config_(registry_, LinksOfConfig()),
+      setup_(registry_, config_, LinksOfSetup()),
       tmrSaveSettings_(machine_.Queue, [this] { SaveNow(); }),
       tmrUnload_(machine_.Queue, [this] { Form_Unload(); }) {
   logPanel_.frmLog.Visible = false;
@@ -67,6 +68,7 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
   ConnectHousekeeping();
   ConnectScope();
   ConnectRecorder();
+  ConnectSetup();
   AddSettings();
 }
 
@@ -242,6 +244,7 @@ void frmMain::Form_Unload() {
   timer_.Stop();
   handOver_.Stop();
   config_.Stop();
+  setup_.Close();
   radio_.tmrPerfStats.SetEnabled(false);
   scope_.Stop();
   radio_.Stop();

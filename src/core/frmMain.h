@@ -9,6 +9,7 @@
 #include "config/ColourSchemes.h"
 #include "config/SettingsStore.h"
 #include "config/SettingsTable.h"
+#include "configuration/ConfigSetup.h"
 #include "configuration/frmCalibrate.h"
 #include "configuration/frmConfig.h"
 #include "controls/ControlRegistry.h"
@@ -81,6 +82,9 @@ class frmMain {
   std::function<void()> OnClose = [] {};
   // The title bar is to go, while the power is on, or to come back; the panel below it keeps its size.
   std::function<void(bool shown)> OnCaption = [](bool) {};
+  // The user wants the page of the first start. False leaves it to the panel, which shows it over the
+  // configuration.
+  std::function<bool()> OnFirstStart = [] { return false; };
   // Told at the start, when the splash panel comes and goes.
   std::function<void(bool visible)> OnSplash = [](bool) {};
   // The colours of the panel, once they have been read and whenever it is painted anew.
@@ -126,6 +130,8 @@ class frmMain {
   TimerTarget TunedForTimer();
   void TimerChanged();
   ConfigLinks LinksOfConfig();
+  ConfigSetupLinks LinksOfSetup();
+  void ConnectSetup();
   void ExchangeBoard(std::int32_t SDRModelNo, std::int32_t interfaceType);
   void ChangeDevices(std::int32_t capture, std::int32_t playback);
   void PaintPanel();
@@ -215,6 +221,7 @@ class frmMain {
   HandOver handOver_;
   frmCalibrate calibrate_;
   frmConfig config_;
+  ConfigSetup setup_;
   Timer tmrSaveSettings_, tmrUnload_;
   SettingsTable early_;     // read before window and tuning are made of it: colours, size, board, interface
   SettingsTable settings_;  // the rest, read at its own step

@@ -37,6 +37,9 @@ ConfigLinks frmMain::LinksOfConfig() {
   };
   links.IsSoundCardLent = [this] { return handOver_.IsSoundReleased(); };
   links.Calibrate = [this](std::function<void(bool)> closed) { calibrate_.Open(std::move(closed)); };
+  links.OpenFirstStart = [this] {
+    if (!OnFirstStart()) setup_.Ask();
+  };
   links.CaptionChanged = [this] { RemoveCaption(on_ && stored_.FormCaptionOffOnPwrOn); };
   links.PaintPanel = [this] { PaintPanel(); };
   links.SaveSettings = [this] {
@@ -44,6 +47,27 @@ ConfigLinks frmMain::LinksOfConfig() {
     SaveNow();
   };
   return links;
+}
+
+ConfigSetupLinks frmMain::LinksOfSetup() {
+  LevelLinks level;
+  level.RadioHears = [this](int device) {
+    const QUORLDX8& card = radio_.SoundCard();
+    return card.InAction && card.CurrentCaptureDevice == device;
+  };
+  level.FreeInput = [this] {
+    if (switching_ || radio_.SoundCard().InAction) return !switching_;
+    radio_.SoundCard().ReleaseDevices();
+    return true;
+  };
+  return {machine_.Sound, machine_.Queue, machine_.Serial, radio_.Tuning(), store_, std::move(level)};
+}
+
+void frmMain::ConnectSetup() {
+  radio_.OnBlockIn = [this](const std::int16_t* left, const std::int16_t* right) {
+    setup_.NoteBlock(left, right, SamplesPerEvent);
+  };
+  radio_.SoundCard().OnPrepare = [this] { setup_.LetGo(); };
 }
 
 void frmMain::ExchangeBoard(std::int32_t SDRModelNo, std::int32_t interfaceType) {

@@ -334,6 +334,9 @@ void frmMain::InitialiseSoundCard() {
   radio_.SetSoundFormat(radio_.ShortDelay);
   radio_.ChooseDevices();
   machine_.Sound.OnDeviceLost([this](const Error& error) {
+    // A level meter's device is none of the radio's.
+    const bool own = on_ ? radio_.SoundCard().HasLostDevice() : radio_.SoundCard().Prepared();
+    if (!own) return log_.AddLog(error.Text);
     if (on_) optPwr_.Press(1);
     radio_.SoundCard().ReleaseDevices();  // opened anew, wherever it is then, when the power goes on
     log_.AddLog(error.Text);

@@ -24,8 +24,9 @@ struct LevelRig : test::SoundRig {
 
   bool Hears = false, Lent = false;
   int Freed = 0;
-  LevelPanel Panel{Controls, "frmTest", Sound, Queue,
-                   LevelLinks{[this](int) { return Hears; }, [this] { ++Freed; }, [this] { return Lent; }}};
+  LevelPanel Panel{
+      Controls, "frmTest", Sound, Queue,
+      LevelLinks{[this](int) { return Hears; }, [this] { return ++Freed > 0; }, [this] { return Lent; }}};
 };
 
 TEST(LevelPanel, ShowsBothChannelsInTheirBandsWhileItIsSeen) {

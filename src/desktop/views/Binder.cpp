@@ -20,6 +20,11 @@ FaceView* Binder::Toggle(const std::string& name) {
   return control ? new FaceView(clock_, *control) : nullptr;
 }
 
+TickView* Binder::Tick(const std::string& name) {
+  auto* control = Find<CheckBox>(name);
+  return control ? new TickView(clock_, *control) : nullptr;
+}
+
 FaceView* Binder::Loudspeaker(const std::string& name) {
   auto* control = Find<CheckBox>(name);
   return control ? new LoudspeakerView(clock_, *control) : nullptr;
@@ -57,6 +62,16 @@ LabelView* Binder::Reading(const std::string& name, const QString& widest, int p
 MessageView* Binder::Message(const std::string& name, int width) {
   auto* control = Find<Label>(name);
   return control ? new MessageView(clock_, *control, width) : nullptr;
+}
+
+AdviceView* Binder::Advice(const std::string& name, int lines) {
+  auto* control = Find<Label>(name);
+  return control ? new AdviceView(clock_, *control, lines) : nullptr;
+}
+
+LevelBarView* Binder::Level(const std::string& name) {
+  auto* control = Find<LevelBar>(name);
+  return control ? new LevelBarView(clock_, *control) : nullptr;
 }
 
 KnobView* Binder::Knob(const std::string& name, int diameter) {

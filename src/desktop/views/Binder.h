@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "controls/ControlRegistry.h"
+#include "desktop/views/AdviceView.h"
 #include "desktop/views/CardView.h"
 #include "desktop/views/ChoiceView.h"
 #include "desktop/views/EntryView.h"
@@ -18,6 +19,7 @@
 #include "desktop/views/KnobView.h"
 #include "desktop/views/LabelView.h"
 #include "desktop/views/LampView.h"
+#include "desktop/views/LevelBarView.h"
 #include "desktop/views/LoudspeakerView.h"
 #include "desktop/views/MessageView.h"
 #include "desktop/views/NoteView.h"
@@ -28,6 +30,7 @@
 #include "desktop/views/SliderView.h"
 #include "desktop/views/SplitView.h"
 #include "desktop/views/SwatchView.h"
+#include "desktop/views/TickView.h"
 #include "desktop/views/TransportView.h"
 
 namespace quorl {
@@ -42,6 +45,8 @@ class Binder {
 
   FaceView* Button(const std::string& name);
   FaceView* Toggle(const std::string& name);
+  // The same as a box with its words.
+  TickView* Tick(const std::string& name);
   FaceView* Loudspeaker(const std::string& name);
   // name(0) .. name(count-1), of which some may be missing; arrow keys go from one to the next.
   std::vector<FaceView*> Options(const std::string& name, int count);
@@ -52,6 +57,9 @@ class Binder {
   LabelView* Reading(const std::string& name, const QString& widest, int pixels = 0);
   // Of several lines, which break at that width.
   MessageView* Message(const std::string& name, int width);
+  // Quiet words under something, over that many lines.
+  AdviceView* Advice(const std::string& name, int lines);
+  LevelBarView* Level(const std::string& name);
   KnobView* Knob(const std::string& name, int diameter);
   SliderView* Slide(const std::string& name, int width);
   SeekView* Seek(const std::string& name, int width);

@@ -1,0 +1,127 @@
+// Level meter, test tone and the page of the first start over the whole radio.
+#include <gtest/gtest.h>
+
+#include "core/FrameRig.h"
+
+namespace quorl::test {
+namespace {
+
+constexpr double kBlocks = 48000.0 / 2048;  // a second, of one capture
+
+class FrmMainSetup : public testing::Test, public FrameRig {
+ protected:
+  using FrameRig::Run;
+
+  FrmMainSetup() { KeepAudio = false; }
+  // The configuration, open at its Sound page.
+  void OpenSound() {
+    ASSERT_TRUE(Start());
+    Click("cmdConfig");
+    Press("frmConfig.TabStrip1", 2);
+  }
+  // How many captures run, by the blocks of a second.
+  double Captures() {
+    const auto before = Sound.Statistics().CapturedBlocks;
+    Run(1);
+    return std::round(static_cast<double>(Sound.Statistics().CapturedBlocks - before) / kBlocks);
+  }
+  std::string Level() { return Text("frmConfig.lblLevel(0)"); }
+};
+
+TEST_F(FrmMainSetup, TheLevelIsThatOfTheChosenInputAndCostsNothingUnseen) {
+  OpenSound();
+  Run(1);
+  EXPECT_NE(Level(), "");
+  EXPECT_EQ(Captures(), 1) << "the radio is off";
+  Press("optPwr", 0);
+  EXPECT_EQ(Captures(), 1) << "the radio's own";
+  EXPECT_NE(Level(), "");
+  EXPECT_GT(Blocks, 0);
+  Set("frmConfig.cboCapDevices", "Microphone");
+  EXPECT_EQ(Captures(), 2);
+  Click("frmConfig.cmdApply");
+  Run(1);
+  EXPECT_EQ(Captures(), 1) << "the radio has taken it";
+  EXPECT_NE(Level(), "");
+  Set("frmConfig.cboCapDevices", "Line In");
+  Run(1);
+  Press("frmConfig.TabStrip1", 0);
+  EXPECT_EQ(Captures(), 1);
+  EXPECT_EQ(Level(), "");
+  Press("frmConfig.TabStrip1", 2);
+  Run(1);
+  Click("frmConfig.cmdCancel");
+  Press("optPwr", 1);
+  EXPECT_EQ(Captures(), 0);
+  Press("optPwr", 0);
+  EXPECT_EQ(Captures(), 1) << "what the meter had let go of is opened anew";
+}
+
+TEST_F(FrmMainSetup, ADeviceOfTheMeterThatVanishesLeavesTheRadioPlaying) {
+  OpenSound();
+  Press("optPwr", 0);
+  Set("frmConfig.cboCapDevices", "Microphone");
+  Run(1);
+  Sound.Unplug("Microphone");
+  Run(1);
+  EXPECT_TRUE(Frame().IsOn());
+  EXPECT_TRUE(Boxes.Messages.empty());
+  EXPECT_EQ(Text("frmConfig.lblLevelHint"), "\"Microphone\" is not connected");
+  Sound.Unplug("Line In");
+  Run(1);
+  EXPECT_FALSE(Frame().IsOn());
+  EXPECT_EQ(Boxes.Messages.size(), 1U);
+}
+
+TEST_F(FrmMainSetup, TheFirstStartFillsTheFieldsForApply) {
+  OpenSound();
+  Press("optPwr", 0);
+  Press("frmConfig.TabStrip1", 0);
+  Click("frmConfig.cmdFirstStart");
+  ASSERT_TRUE(At("frmFirstStart").Visible());
+  EXPECT_EQ(Text("frmFirstStart.optBoard(0)"), "1") << "what the radio has";
+  Press("frmFirstStart.optBoard", 1);
+  Press("frmFirstStart.optIF", 0);
+  Set("frmFirstStart.txtPortAddress", "&H278");
+  Set("frmFirstStart.cboCapDevices", "Microphone");
+  Set("frmFirstStart.cboPlayDevices", "Headset");
+  Run(1);
+  EXPECT_NE(Text("frmFirstStart.lblLevel(0)"), "");
+  Click("frmFirstStart.cmdStart");
+  EXPECT_FALSE(At("frmFirstStart").Visible());
+  EXPECT_EQ(Text("frmConfig.cboSDRModel"), "ELEKTOR DRM");
+  EXPECT_EQ(Text("frmConfig.optIF(0)"), "1");
+  EXPECT_EQ(Text("frmConfig.txtPortAddress"), "&H278");
+  EXPECT_EQ(Text("frmConfig.txtDDSClkin"), "50 000 000");
+  EXPECT_EQ(Text("frmConfig.cboCapDevices"), "Microphone");
+  EXPECT_EQ(Vars().SDRModelNo, 0) << "nothing acts before Apply";
+  EXPECT_EQ(Captures(), 1);
+  Click("frmConfig.cmdApply");
+  Run(1);
+  EXPECT_EQ(Vars().SDRModelNo, 1);
+  EXPECT_EQ(Frame().Radio().SoundCard().CurrentCaptureDevice, 2);
+  EXPECT_EQ(Frame().Radio().SoundCard().CurrentPlaybackDevice, 2);
+  EXPECT_EQ(Frame().Radio().Tuning().ParallelIF().PortAddress, 0x278);
+  EXPECT_TRUE(Frame().IsOn());
+  // None is for the next start; closing the configuration closes the page.
+  Click("frmConfig.cmdFirstStart");
+  Press("frmFirstStart.optBoard", 4);
+  Click("frmFirstStart.cmdStart");
+  EXPECT_EQ(Store().GetSetting("frmMain", "Board", ""), "none");
+  EXPECT_EQ(Text("frmConfig.cboSDRModel"), "ELEKTOR DRM");
+  Click("frmConfig.cmdFirstStart");
+  Click("frmConfig.cmdCancel");
+  EXPECT_FALSE(At("frmFirstStart").Visible());
+}
+
+TEST_F(FrmMainSetup, WhoeverRunsTheProgramMayAskInItsPlace) {
+  OpenSound();
+  int asked = 0;
+  Frame().OnFirstStart = [&asked] { return ++asked > 0; };
+  Click("frmConfig.cmdFirstStart");
+  EXPECT_EQ(asked, 1);
+  EXPECT_FALSE(At("frmFirstStart").Visible());
+}
+
+}  // namespace
+}  // namespace quorl::test
