@@ -8,7 +8,9 @@
 #include <functional>
 #include <iostream>
 #include <memory>
+#include <optional>
 
+#include "FirstRun.h"
 #include "LoadReport.h"
 #include "TerminationSignals.h"
 #include "configuration/ConfigDefaults.h"
@@ -37,23 +39,30 @@ void Complain(const std::string& text) {
 
 class Program {
  public:
-  Program(const ProgramOptions& options, WatchedApplication& application)
-      : options_(options), application_(application), boxes_(personalBoxes_, std::cout) {
+  // `asks`: for board and devices, whatever the settings know of them.
+  Program(const ProgramOptions& options, WatchedApplication& application, bool asks)
+      : options_(options), application_(application), asks_(asks), boxes_(personalBoxes_, std::cout) {
     boxes_.AsksPerson = options.Script.empty();
   }
 
+  // Whether the user has asked for a new start, which asks for board and devices.
+  bool StartsAgain() const { return startsAgain_; }
+
   int Run() {
-    if (const Failure failure = PutTogether()) {
+    std::optional<int> end;
+    if (const Failure failure = Begin(end)) {
       Complain(failure->Text);
       return ExitCode::Refused;
     }
+    if (end) return *end;
     for (const std::string& notice : machine_->Notices()) Complain(notice);
     if (!frame_->Form_Initialize()) {
       frame_->Form_Unload();  // while the window that it talks to is still there
       return ExitCode::Refused;
     }
     window_->setAttribute(Qt::WA_TransparentForMouseEvents, false);
-    int exitCode = options_.Script.empty() ? WaitForClose() : RunScript();
+    if (isNew_ && !frame_->IsOn()) frame_->Controls().Find("optPwr(0)")->UserClick();
+    int exitCode = options_.Script.empty() ? WaitForClose() : RunScript(frame_->Controls(), *window_);
     frame_->Form_Unload();
     if (options_.Report) report_.Print(*frame_, *machine_, application_);
     if (file_) {
@@ -67,15 +76,54 @@ class Program {
   }
 
  private:
-  Failure PutTogether() {
+  // `end` is set where the program ends with the page that asks for the board.
+  Failure Begin(std::optional<int>& end) {
+    demo_ = options_.Demo;
+    if (Failure failure = MakeMachine()) return failure;
+    end = AskFirst();
+    if (end) return {};
+    if (demo_ && !options_.Demo) {
+      if (Failure failure = MakeMachine()) return failure;
+    }
+    return PutTogether();
+  }
+
+  Failure MakeMachine() {
     Failure failure;
     HostMachineOptions wanted;
-    wanted.Demo = options_.Demo;
+    wanted.Demo = demo_;
     wanted.VirtualTime = options_.VirtualTime;
     wanted.Board.ErrorPpm = options_.BoardErrorPpm;
     wanted.Settings = options_.Settings;
+    if (options_.Demo) wanted.Antenna = options_.Antenna;
+    machine_.reset();  // it has the lock of its settings
     machine_ = HostMachine::Create(wanted, queue_, boxes_, failure);
-    if (failure) return failure;
+    return failure;
+  }
+
+  // Where the settings know no board: the page that asks for one. The exit code where the program ends with
+  // it.
+  std::optional<int> AskFirst() {
+    if (!asks_ && (options_.Demo || !options_.Script.empty())) return {};
+    FirstRun first(machine_->Parts(), machine_->Settings(), Complain);
+    if (!first.IsDue(asks_)) {
+      demo_ = demo_ || first.Known() == FirstRun::Next::Demo;
+      return {};
+    }
+    first.Ask([] { QApplication::exit(); });
+    personalBoxes_.SetWindow(&first.Window());
+    if (!options_.Script.empty()) return RunScript(first.Controls(), first.Window());
+    WaitForClose();
+    personalBoxes_.SetWindow(nullptr);
+    if (!first.Answered()) return ExitCode::Success;
+    if (first.Fault()) Complain(first.Fault()->Text);
+    demo_ = demo_ || first.Answered() == FirstRun::Next::Demo;
+    isNew_ = first.Answered() == FirstRun::Next::NewRadio;
+    return {};
+  }
+
+  Failure PutTogether() {
+    Failure failure;
     const std::string folder =
         PrepareApplicationFolder(machine_->Storage(), options_.Folder, machine_->Directories().Data,
                                  FilledFrom(FindInstalledData(machine_->Storage())), failure);
@@ -85,7 +133,7 @@ class Program {
       file_ = AudioFile::Create(machine_->Storage(), machine_->Parts().Beside, options_.Output, failure);
     }
     if (failure) return failure;
-    const auto defaults = [demo = options_.Demo](SettingsStore& store) {
+    const auto defaults = [demo = demo_](SettingsStore& store) {
       if (demo) PutDemoDefaults(store);
       PutScopeDefaults(store);
       PutMemoryDefaults(store);
@@ -98,6 +146,12 @@ class Program {
     frame_->OnColours = ApplyColours;
     frame_->OnForm = [this] { OpenWindow(); };
     frame_->OnClose = [this] { Close(); };
+    // A demo for want of a board has neither the ports nor the devices that are asked for.
+    frame_->OnFirstStart = [this] {
+      startsAgain_ = demo_ && !options_.Demo;
+      if (startsAgain_) Close();
+      return startsAgain_;
+    };
     return {};
   }
 
@@ -171,7 +225,7 @@ class Program {
     return ExitCode::Success;
   }
 
-  int RunScript() {
+  int RunScript(ControlRegistry& controls, QWidget& window) {
     Failure failure;
     const auto text = machine_->Storage().Read(options_.Script, failure);
     if (!text) {
@@ -179,18 +233,19 @@ class Program {
       return ExitCode::Refused;
     }
     ScriptHooks hooks;
-    hooks.Shot = [this](const std::string& path, double scale, const std::string& panel) {
+    hooks.Shot = [&window](const std::string& path, double scale, const std::string& panel) {
       QApplication::processEvents();
-      QWidget* shown = panel.empty() ? window_.get() : FindPanel(panel);
+      QWidget* shown = panel.empty() ? &window : FindPanel(panel);
       return shown != nullptr && GrabShot(*shown, path, scale);
     };
-    hooks.Focus = [this](const Control& control) { return window_->FocusByKeyboard(control.Name()); };
-    hooks.PressKey = [this](const Key& key, bool down) { window_->PressKey(key, down); };
+    if (window_) {
+      hooks.Focus = [this](const Control& control) { return window_->FocusByKeyboard(control.Name()); };
+      hooks.PressKey = [this](const Key& key, bool down) { window_->PressKey(key, down); };
+    }
     hooks.IsClosing = [this] { return closing_; };
     hooks.Answer = [this](std::string answer) { boxes_.AddAnswer(std::move(answer)); };
     QApplication::processEvents();  // the window becomes active before the first gesture, not after it
-    ScriptRunner runner(frame_->Controls(), machine_->Parts().Queue, machine_->Parts().Time, hooks,
-                        std::cout);
+    ScriptRunner runner(controls, machine_->Parts().Queue, machine_->Parts().Time, hooks, std::cout);
     runner.Verbose = options_.Verbose;
     return runner.Run(*text, options_.Script);
   }
@@ -202,6 +257,7 @@ class Program {
 
   const ProgramOptions& options_;
   WatchedApplication& application_;
+  const bool asks_;
   QtEventQueue queue_;
   TerminationSignals signals_{queue_, [this] {
                                 boxes_.AsksPerson = false;  // nobody is there to answer
@@ -219,12 +275,19 @@ class Program {
   std::vector<std::unique_ptr<QWidget>> dialogs_;
   std::unique_ptr<PanelWindow> window_;
   bool closing_ = false;
+  bool demo_ = false;   // asked for, or for want of a board
+  bool isNew_ = false;  // its board has just been chosen
+  bool startsAgain_ = false;
 };
 
 }  // namespace
 
 int RunProgram(const ProgramOptions& options, WatchedApplication& application) {
-  return Program(options, application).Run();
+  for (bool asks = options.FirstStart;; asks = true) {
+    Program program(options, application, asks);
+    const int code = program.Run();
+    if (!program.StartsAgain()) return code;
+  }
 }
 
 }  // namespace quorl

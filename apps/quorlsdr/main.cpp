@@ -29,10 +29,14 @@ int main(int count, char** arguments) {
   parser.add_option("--settings", options.Settings, "another settings file")->type_name("FILE");
   parser.add_option("--folder", options.Folder, "another application folder (band plans)")->type_name("DIR");
   parser.add_option("--script", options.Script, "runs the panel by a script, then ends")->type_name("FILE");
+  parser.add_flag("--first-start", options.FirstStart,
+                  "asks for board and devices, whatever is known of them; a script works that page");
   parser.add_flag("--virtual-time", options.VirtualTime,
                   "with --demo and --script: as fast as the machine allows");
   parser.add_flag("--verbose", options.Verbose, "a script's print tells colours, enabled and visible, too");
   parser.add_option("--output", options.Output, "WAV file of what is heard")->type_name("FILE");
+  parser.add_option("--antenna", options.Antenna, "with --demo: a WAV file in the antenna's place")
+      ->type_name("FILE");
   parser.add_option("--seconds", options.Seconds, "ends by itself")->type_name("S");
   parser
       .add_option("--board-error", options.BoardErrorPpm,
@@ -52,6 +56,10 @@ int main(int count, char** arguments) {
   }
   if (options.BoardErrorPpm != 0.0 && !options.Demo) {
     std::fprintf(stderr, "quorlsdr: --board-error: only the demo's board has one; --demo is needed\n");
+    return quorl::ExitCode::Refused;
+  }
+  if (!options.Antenna.empty() && !options.Demo) {
+    std::fprintf(stderr, "quorlsdr: --antenna: a board has its own; --demo is needed\n");
     return quorl::ExitCode::Refused;
   }
   if (!HasDisplay()) {
