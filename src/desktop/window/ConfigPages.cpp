@@ -1,7 +1,8 @@
-// The pages of the configuration's window, but that of the colours.
+// The pages of the configuration's window.
 #include <QLabel>
 
 #include "desktop/views/Skin.h"
+#include "desktop/window/ConfigColours.h"
 #include "desktop/window/ConfigWindow.h"
 #include "desktop/window/LevelRows.h"
 #include "desktop/window/PanelRows.h"
@@ -124,8 +125,8 @@ QWidget* MakeDecoderPage(Binder& bind) {
   return page;
 }
 
-QWidget* MakeColoursPage(Binder&) {
-  return new QWidget;
+QWidget* MakeColoursPage(Binder& bind) {
+  return new ConfigColours(bind);
 }
 
 QWidget* MakeAboutPage(Binder& bind) {

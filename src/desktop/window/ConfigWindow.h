@@ -17,15 +17,14 @@ class ConfigWindow : public FormWindow {
   QWidget* MakeFoot();
 };
 
-// The page of the colours.
-QWidget* MakeColoursPage(Binder& bind);
-// The other ones, in the order of their tabs.
+// The pages, in the order of their tabs.
 QWidget* MakeReceiverPage(Binder& bind);
 QWidget* MakeInterfacePage(Binder& bind);
 QWidget* MakeSoundPage(Binder& bind);
 QWidget* MakeTuningPage(Binder& bind);
 QWidget* MakeDisplayPage(Binder& bind);
 QWidget* MakeDecoderPage(Binder& bind);
+QWidget* MakeColoursPage(Binder& bind);
 QWidget* MakeAboutPage(Binder& bind);
 
 }  // namespace quorl
