@@ -60,6 +60,7 @@ ConfigSetupLinks frmMain::LinksOfSetup() {
     radio_.SoundCard().ReleaseDevices();
     return true;
   };
+  level.IsLent = [this] { return handOver_.IsSoundReleased(); };
   return {machine_.Sound, machine_.Queue, machine_.Serial, radio_.Tuning(), store_, std::move(level)};
 }
 

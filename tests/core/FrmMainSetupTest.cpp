@@ -73,6 +73,20 @@ TEST_F(FrmMainSetup, ADeviceOfTheMeterThatVanishesLeavesTheRadioPlaying) {
   EXPECT_EQ(Boxes.Messages.size(), 1U);
 }
 
+TEST_F(FrmMainSetup, WhileADecoderHasTheCardNothingOfItIsOpened) {
+  Storage.Put(kSettings, StoredText() + "[frmMain]\nDRM.CloseSoundcardOnDRM=True\n");
+  OpenSound();
+  Press("optPwr", 0);
+  Press("optMode", DemodMode::DRM);
+  Run(1);
+  EXPECT_EQ(Captures(), 0);
+  EXPECT_EQ(Text("frmConfig.lblLevelHint"), "The decoder has the sound card.");
+  Press("optMode", DemodMode::AM);
+  Run(5);
+  EXPECT_EQ(Captures(), 1);
+  EXPECT_NE(Level(), "");
+}
+
 TEST_F(FrmMainSetup, TheFirstStartFillsTheFieldsForApply) {
   OpenSound();
   Press("optPwr", 0);
