@@ -2,7 +2,7 @@
 
 # What the programs are built from and run with.
 PACKAGES_RUN := g++ cmake ninja-build pkg-config libcli11-dev nlohmann-json3-dev librtaudio-dev libsndfile1-dev \
-  libsamplerate0-dev libpng-dev qt6-base-dev libgtest-dev libbenchmark-dev libfftw3-dev python3
+  libsamplerate0-dev libpng-dev libxcb1-dev qt6-base-dev libgtest-dev libbenchmark-dev libfftw3-dev python3
 # What only the tests use.
 PACKAGES_TEST := pulseaudio pulseaudio-utils sox at-spi2-core python3-pyatspi xvfb dbus
 # What the checks and the fuzz targets use.

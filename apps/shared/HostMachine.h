@@ -19,6 +19,7 @@
 #include "platform/linux/system/LinuxProcesses.h"
 #include "platform/linux/system/ScratchHome.h"
 #include "platform/linux/system/UserDirectories.h"
+#include "platform/linux/windows/X11Windows.h"
 #include "platform/virtual/SourcedSoundSystem.h"
 #include "platform/virtual/VirtualEventQueue.h"
 #include "platform/virtual/VirtualFileWorker.h"
@@ -83,7 +84,8 @@ class HostMachine {
   LinuxFiles files_;
   SndfileSoundFiles media_{files_};
   FileInstanceLock lock_{files_};
-  LinuxProcesses processes_{&queue_};
+  X11Windows windows_{queue_};
+  LinuxProcesses processes_{&queue_, &windows_};
   LinuxSerialCalls serialCalls_;
   LinuxPrinterCalls printerCalls_;
   std::unique_ptr<LinuxSerialPort> serial_;

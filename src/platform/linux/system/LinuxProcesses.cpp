@@ -162,7 +162,9 @@ void LinuxProcesses::Reap(int process) {
   siginfo_t end{};
   const int result = waitid(P_PIDFD, static_cast<id_t>(child->second.Handle.Get()), &end, WEXITED | WNOHANG);
   // Whoever else has taken its end, it has ended.
-  if ((result == 0 && end.si_pid != 0) || (result != 0 && errno == ECHILD)) children_.erase(child);
+  if (result == 0 ? end.si_pid == 0 : errno != ECHILD) return;
+  children_.erase(child);
+  if (windows_) windows_->Forget(process);
 }
 
 void LinuxProcesses::ReapAll() {

@@ -11,12 +11,14 @@ namespace quorl {
 class ProgramWindows {
  public:
   virtual ~ProgramWindows() = default;
-  // What to put into the environment of a program whose window is to come up so: entries of "NAME=value".
+  // What a program whose window is to come up so finds in its environment: "NAME=value".
   virtual std::vector<std::string> Environment(WindowWish wish) const = 0;
-  // The first window that `process` has on the desktop; 0 for none.
-  virtual Processes::WindowNumber Find(int process) = 0;
-  // Waits, on the queue, for a window of `process`, and has the desktop hide or minimise it. One at a time.
+  // Watches for the window of `process`, and has the desktop minimise or hide it. One process at a time.
   virtual void Wish(int process, WindowWish wish) = 0;
+  // `process` has ended: its number is nobody's, or another's.
+  virtual void Forget(int process) = 0;
+  // A window of `process` that can be asked to close; 0 for none.
+  virtual Processes::WindowNumber Find(int process) = 0;
   virtual void Close(Processes::WindowNumber window) = 0;
 };
 
