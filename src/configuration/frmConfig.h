@@ -86,7 +86,7 @@ class frmConfig {
   void ApplyInterfaceType();
   void ApplyParallel();
   void ApplySerial();
-  void OpenSerial(std::int32_t portNo);
+  void OpenSerial(std::int32_t portNo, bool tells);
   void SetUpChip();
   void ApplyOptions();
   void ApplyDecoder();

@@ -33,9 +33,9 @@ int NumberOf(const ComboBox& list, const std::vector<std::string>& names, std::i
 void frmConfig::Apply() {
   {
     const ScopedFlag applying(applying_);
+    links_.LeaveRecording();
     fields_.Follow();
     faults_.ClearAll();
-    links_.LeaveRecording();
     ApplySteps();
     fields_.Settle();
     links_.SaveSettings();
@@ -66,7 +66,7 @@ bool frmConfig::ApplySteps() {
 // The other board's values are in the fields already, and stay there for the steps to come.
 void frmConfig::ApplyModel() {
   const std::int32_t model = ChosenModel();
-  if (model == links_.Panel.Rx.Vars.SDRModelNo) return;
+  if (model == links_.Chain.SDRModelNo()) return;
   const bool parallel = links_.InterfaceType == InterfaceType::Parallel && TuningChain::TakesParallel(model);
   links_.ExchangeBoard(model, parallel ? InterfaceType::Parallel : InterfaceType::Serial);
 }
@@ -171,7 +171,8 @@ void frmConfig::ApplyParallel() {
   if (const Failure fault = links_.Chain.PrinterFault()) faults_.Mark(field, fault->Text);
 }
 
-// Where the board hangs on the printer port, number and mode are for later.
+// Where the board hangs on the printer port, number and mode are for later. A port that failed is tried again
+// without another box.
 void frmConfig::ApplySerial() {
   const std::int32_t before = links_.Chain.SerialIF().PortNo;
   const int place = Interface.cboComPort.ListIndex();
@@ -179,24 +180,23 @@ void frmConfig::ApplySerial() {
   const std::string device = fields_.IsTouched(&Interface.cboComPort) ? ports_.NewPath(portNo) : "";
   if (!device.empty())
     links_.Store.SaveSetting(links_.Chain.SerialIF().Name, "COM" + std::to_string(portNo), device);
-  const bool serial = links_.InterfaceType == InterfaceType::Serial;
-  const bool reopens = portNo != before || linesChanged_ || !device.empty() ||
+  const bool changes = portNo != before || linesChanged_ || !device.empty() ||
                        Tuning.chkEnableEncoder.Value() != links_.Tuning.ShaftEnabled;
-  if (!serial) {
+  if (links_.InterfaceType != InterfaceType::Serial) {
     links_.Chain.SerialIF().PortNo = portNo;
-  } else if (reopens) {
-    OpenSerial(portNo);
+  } else if (changes || links_.Chain.SerialIF().OpenFailure()) {
+    OpenSerial(portNo, changes);
   }
   TakeBitPeriod(Interface.txtBitPeriod, "Bit period", links_.Chain.SerialIF().WaitTime);
 }
 
-void frmConfig::OpenSerial(std::int32_t portNo) {
+void frmConfig::OpenSerial(std::int32_t portNo, bool tells) {
   links_.Tuning.SetEncoder(nullptr);
-  const bool open = links_.Chain.ReopenSerial(portNo, Tuning.chkEnableEncoder.Value());
+  const bool open = links_.Chain.ReopenSerial(portNo, Tuning.chkEnableEncoder.Value(), tells);
   links_.Tuning.SetEncoder(&links_.Chain.SerialIF());
-  linesChanged_ = true;
+  if (open) linesChanged_ = true;
   const Failure& fault = links_.Chain.SerialIF().OpenFailure();
-  if (!open && fault) faults_.Mark(Interface.cboComPort, "COM" + std::to_string(portNo) + ": " + fault->Text);
+  if (fault) faults_.Mark(Interface.cboComPort, "COM" + std::to_string(portNo) + ": " + fault->Text, true);
 }
 
 void frmConfig::ApplySmoothing() {

@@ -34,7 +34,7 @@ void frmConfig::ConnectFields() {
 }
 
 void frmConfig::AddReceiverFields() {
-  fields_.Add(Receiver.cboSDRModel, [this] { return links_.Panel.Rx.Vars.SDRModelNo; });
+  fields_.Add(Receiver.cboSDRModel, [this] { return links_.Chain.SDRModelNo(); });
   fields_.Add(Receiver.txtIFFrequency, [this] { return HertzText(ChosenBoard().IFFrequency); });
   fields_.Add(Receiver.chkLoLO, [this] { return !ChosenBoard().HiSideLO; });
   fields_.Add(Receiver.txtDDSClkin, [this] { return ClockText(ChosenBoard().ClkIn); });
@@ -95,7 +95,7 @@ std::int32_t frmConfig::ChosenModel() const {
 
 BoardValues frmConfig::ChosenBoard() const {
   const std::int32_t model = ChosenModel();
-  return model == links_.Panel.Rx.Vars.SDRModelNo ? links_.Chain.InUse() : links_.Chain.Stored(model);
+  return model == links_.Chain.SDRModelNo() ? links_.Chain.InUse() : links_.Chain.Stored(model);
 }
 
 // Each board has an IF, a side and a clock of its own.

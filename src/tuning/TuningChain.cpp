@@ -154,6 +154,7 @@ std::shared_ptr<Oscillator> TuningChain::CreateAD9835() {
 void TuningChain::CreateVFO(std::int32_t SDRModelNo, std::int32_t interfaceType,
                             std::optional<std::int32_t> tuned) {
   const Board& board = BoardOf(SDRModelNo);
+  model_ = SDRModelNo;
   vfo_ = MakeVFO(machine_.Settings, board);
   vfo_->DDSInterfaceType = interfaceType;
   // Still without a chip: noted, and nothing is sent.
@@ -205,7 +206,7 @@ void TuningChain::Connect(std::int32_t interfaceType) {
   vfo_->DDSInterfaceType = interfaceType;
 }
 
-bool TuningChain::ReopenSerial(std::int32_t portNo, bool shaftEncoder) {
+bool TuningChain::ReopenSerial(std::int32_t portNo, bool shaftEncoder, bool tells) {
   const double waitTime = serial_->WaitTime;
   const std::int32_t type = vfo_->DDSInterfaceType;
   // Nobody holds the old one any more when the new one takes the port.
@@ -217,7 +218,7 @@ bool TuningChain::ReopenSerial(std::int32_t portNo, bool shaftEncoder) {
   serial_->PortNo = portNo;
   serial_->WaitTime = waitTime;
   if (connect_) connect_(type);
-  return OpenSerial(shaftEncoder, true);
+  return OpenSerial(shaftEncoder, tells);
 }
 
 void TuningChain::Save() const {

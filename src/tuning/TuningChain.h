@@ -62,6 +62,8 @@ class TuningChain {
   // settings yet. The VFO records frequencies until the next CreateVFO. Not while a frame is on the wire.
   void Release();
 
+  // The number of the board that was made last.
+  std::int32_t SDRModelNo() const { return model_; }
   // The board's chip can be tuned over a printer port, too.
   static bool TakesParallel(std::int32_t SDRModelNo);
   // Those of the board in use, and those that another one would come with.
@@ -72,8 +74,8 @@ class TuningChain {
   // The driver sends over that interface from now on; an AD9951 over none but the serial one.
   void Connect(std::int32_t interfaceType);
   // Opens COM `portNo` over a new interface object: one that was open in event mode can't be opened again.
-  // False where that failed, which has been told.
-  bool ReopenSerial(std::int32_t portNo, bool shaftEncoder);
+  // False where that failed, which has been told unless `tells` leaves that to the caller.
+  bool ReopenSerial(std::int32_t portNo, bool shaftEncoder, bool tells = true);
   // Why nothing arrives at the printer port, for a person.
   Failure PrinterFault() const { return machine_.Printer.Check(parallel_->PortAddress); }
   // Half of the clock doesn't lie above the IF: the board can't be tuned.
@@ -112,6 +114,7 @@ class TuningChain {
   std::shared_ptr<clsVFO> vfo_;
   std::unique_ptr<Tuner> tuner_;
   Failure fault_;
+  std::int32_t model_ = 0;
 };
 
 }  // namespace quorl

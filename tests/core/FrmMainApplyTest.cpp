@@ -192,6 +192,33 @@ TEST_F(FrmMainApply, WaitsForTheFrameThatItInterrupts) {
   EXPECT_TRUE(Plays());
 }
 
+TEST_F(FrmMainApply, ARecordingOfAnotherBoardPlaysOn) {
+  OpenPlaying();
+  clsWavFile& deck = Frame().WavFile();
+  deck.RecordIF = true;
+  ASSERT_EQ(deck.OpenRecording(), 0);
+  Run(3.0);
+  deck.StopRecording();
+  ASSERT_EQ(deck.SaveAs("plans/night.wav"), 0);
+  Enter("cboSDRModel", "IQ Xtal RX");
+  Apply();
+  deck.FileName = "plans/night.wav";
+  ASSERT_EQ(deck.OpenFile(), 0);
+  Click("cmdWavCtls(1)");
+  Run(1.0);
+  ASSERT_TRUE(Frame().Played().IsPlaying());
+  EXPECT_EQ(Vars().SDRModelNo, 0) << "the recording's";
+  EXPECT_EQ(Field("cboSDRModel"), "IQ Xtal RX") << "the radio's own";
+  Enter("txtIFFrequency", "45 002 000");
+  Apply();
+  EXPECT_EQ(VFO().IFFrequency(), 45002000);
+  EXPECT_EQ(Stored("frmMain", "SDRModelNo"), "2");
+  EXPECT_EQ(Stored("VFO1.RXIQ", "IFFrequency"), "45002000");
+  Run(0.2);
+  EXPECT_TRUE(Frame().Played().IsPlaying()) << "it goes on";
+  EXPECT_EQ(Vars().SDRModelNo, 0);
+}
+
 TEST_F(FrmMainApply, ABoardOfIAndQHasItsSecondFilter) {
   OpenPlaying();
   const FilterBank& filters = Frame().Radio().Rx.Filters;
@@ -239,6 +266,14 @@ TEST_F(FrmMainApply, APortIsReopenedWithItsModeAndOneThatFailsNamesItself) {
             "COM5: Can't open the serial port /dev/gone. Add your user to the group dialout.");
   EXPECT_EQ(Stored("frmMain", "AutoStartSDR"), "True");
   EXPECT_EQ(Stored("DDSSerialIF", "PortNo"), "5");
+  Apply();
+  EXPECT_NE(FaultOf("cboComPort"), "") << "tried again without another box";
+  EXPECT_EQ(Boxes.Messages.size(), 1U);
+  Serial.FailOpen({});
+  Apply();
+  EXPECT_EQ(FaultOf("cboComPort"), "");
+  EXPECT_TRUE(Serial.IsOpen());
+  EXPECT_EQ(Oscillator(), 522060000);
 }
 
 TEST_F(FrmMainApply, AnAdapterWithoutANumberGetsTheLowestFreeOne) {
