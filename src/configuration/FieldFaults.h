@@ -20,6 +20,8 @@ class FieldFaults {
   void ClearAll();
   // One line for each fault that no box has told.
   std::string Untold() const;
+  // The line in its colours, when the panel has been painted.
+  void Show();
 
  private:
   struct Fault {
@@ -27,8 +29,6 @@ class FieldFaults {
     std::string Text;
     bool Told;
   };
-
-  void Show();
 
   Label& line_;
   std::vector<Fault> faults_;

@@ -60,6 +60,7 @@ bool frmConfig::ApplySteps() {
   if (linesChanged_) SetUpChip();
   ApplyOptions();
   links_.PaintPanel();
+  faults_.Show();
   return true;
 }
 
