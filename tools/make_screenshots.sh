@@ -1,6 +1,6 @@
 #!/bin/sh
 # Makes the pictures of the panel in docs/pictures, off screen, on the demo band: the four display sizes at 1x and 2x,
-# the scope in its modes, a recording that is played, and the timer.
+# the scope in its modes, a recording that is played, the timer, the pages of the configuration, and the first start.
 # Usage: tools/make_screenshots.sh [PROGRAM]
 set -eu
 cd "$(dirname "$0")/.."
@@ -83,4 +83,76 @@ SCRIPT
 cp -r data/bandplans "$work/plans"  # the radio writes what it remembers into its plans
 HOME="$work" QT_QPA_PLATFORM=offscreen "$program" --demo --virtual-time --settings "$work/demo.ini" --folder "$work/plans" \
   --script "$work/script.txt"
+
+# The configuration: each page, and a field with its fault.
+{
+  echo 'hover lbl7Seg(4)'
+  echo 'wait 2000'
+  echo 'click cmdConfig'
+  page=0
+  for name in receiver interface sound tuning display drm colours about; do
+    echo "click frmConfig.TabStrip1($page)"
+    echo 'wait 2000'
+    echo "shot docs/pictures/config-$name.png 1 frmConfig"
+    echo "shot docs/pictures/config-$name-2x.png 2 frmConfig"
+    page=$((page + 1))
+  done
+  echo 'click frmConfig.TabStrip1(4)'
+  echo 'set frmConfig.txtSpectrumDisplaySmoothingCount 99'
+  echo 'click frmConfig.cmdApply'
+  echo 'wait 500'
+  echo 'shot docs/pictures/config-fault.png 1 frmConfig'
+  echo 'shot docs/pictures/config-fault-2x.png 2 frmConfig'
+  echo 'quit'
+} > "$work/config.txt"
+HOME="$work" QT_QPA_PLATFORM=offscreen "$program" --demo --virtual-time --settings "$work/config.ini" \
+  --script "$work/config.txt"
+
+# The first start: each board, an input that is too loud, one signal twice, and no input at all.
+python3 - "$work" <<'TONES'
+import math, struct, sys, wave
+
+def write(name, left, right, lead):
+    with wave.open(f"{sys.argv[1]}/{name}.wav", "wb") as file:
+        file.setnchannels(2)
+        file.setsampwidth(2)
+        file.setframerate(48000)
+        frames = bytearray()
+        for n in range(48000):
+            phase = 2 * math.pi * 1500 * n / 48000
+            frames += struct.pack("<hh", round(left * math.sin(phase)), round(right * math.sin(phase + lead)))
+        file.writeframes(frames)
+
+write("pair", 6000, 6200, math.pi / 2)
+write("loud", 30000, 29000, math.pi / 2)
+write("alike", 6000, 6000, 0)
+TONES
+first_start() {  # NAME BOARD ANTENNA
+  {
+    echo "click frmFirstStart.optBoard($2)"
+    echo 'wait 2500'
+    echo "shot docs/pictures/first-start-$1.png 1 frmFirstStart"
+    echo "shot docs/pictures/first-start-$1-2x.png 2 frmFirstStart"
+  } > "$work/first.txt"
+  HOME="$work" QT_QPA_PLATFORM=offscreen "$program" --demo --virtual-time --first-start --antenna "$work/$3.wav" \
+    --settings "$work/first-$1.ini" --script "$work/first.txt"
+}
+first_start drt1 0 pair
+first_start elektor 1 pair
+first_start iq 2 pair
+first_start real-iq 3 pair
+first_start none 4 pair
+first_start loud 0 loud
+first_start alike 2 alike
+cat > "$work/first.txt" <<'SCRIPT'
+click frmFirstStart.optBoard(1)
+click frmFirstStart.optIF(0)
+set frmFirstStart.txtPortAddress lpt1
+click frmFirstStart.cmdStart
+wait 1000
+shot docs/pictures/first-start-no-input.png 1 frmFirstStart
+shot docs/pictures/first-start-no-input-2x.png 2 frmFirstStart
+SCRIPT
+HOME="$work" PULSE_SERVER=unix:/nowhere ALSA_CONFIG_PATH=/dev/null QT_QPA_PLATFORM=offscreen "$program" --first-start \
+  --settings "$work/first-no-input.ini" --script "$work/first.txt"
 ls -l docs/pictures

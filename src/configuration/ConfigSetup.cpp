@@ -14,6 +14,12 @@ constexpr std::array<const char*, 7> kSerialWiring{"PC(DB9)        RX(DB9)", "RT
                                                    "0V(5)    <-->  0V(5)",   "CTS(8)   <---  Encoder",
                                                    "DSR(6)   <---  Encoder"};
 
+// A table is read line by line.
+void NameWires(const std::string& port, ControlArray<Label>& lines) {
+  for (int i = 0; i < lines.Count(); ++i)
+    lines(i).AccessibleName = port + (i == 0 ? ", plugs" : ", wire " + std::to_string(i));
+}
+
 }  // namespace
 
 ConfigSetup::ConfigSetup(ControlRegistry& registry, frmConfig& config, ConfigSetupLinks links)
@@ -26,6 +32,9 @@ ConfigSetup::ConfigSetup(ControlRegistry& registry, frmConfig& config, ConfigSet
       lblSerialWiring(registry, ConfigName("lblSerialWiring"), static_cast<int>(kSerialWiring.size())),
       config_(config),
       links_(std::move(links)) {
+  NameWires("Serial port", lblSerialWiring);
+  NameWires("Parallel port", config_.Interface.lblWiring);
+  config_.lblAbout.AccessibleName = "About the program";
   frSerialWiring.Caption = "Serial Port to RX Wiring";
   for (int i = 0; i < lblSerialWiring.Count(); ++i)
     lblSerialWiring(i).Caption = kSerialWiring[static_cast<std::size_t>(i)];

@@ -12,13 +12,13 @@ namespace quorl {
 
 namespace {
 
-constexpr int kInterval = 120;            // ms
+constexpr int kInterval = 160;            // ms
 constexpr int kRetry = 3000 / kInterval;  // a device that refuses, or that somebody else wants first
-constexpr int kQuiet = 1000 / kInterval;  // without a block
+constexpr int kQuiet = 2000 / kInterval;  // without a block
 constexpr double kFullScale = 32767, kLowest = -60;  // dB at the bar's beginning
 
 constexpr const char* kLent = "The decoder has the sound card.";
-constexpr const char *kPlay = "Test &tone", *kEnd = "End &tone";
+constexpr const char *kPlay = "T&est tone", *kEnd = "&End tone";
 
 double DecibelsOf(double peak) {
   return std::round(std::max(Decibels(std::max(peak, 1.0) / kFullScale), kLowest - 1));
@@ -103,7 +103,7 @@ void LevelPanel::Follow() {
   if (links_.IsLent() || input_ < 1) {
     capture_.Close();
     if (links_.IsLent()) tone_.Stop();
-    return Rest(input_ < 1 ? "There is no input." : kLent);
+    return Rest(input_ < 1 ? "There is no sound input." : kLent);
   }
   if (links_.RadioHears(input_)) {
     capture_.Close();
@@ -199,7 +199,7 @@ void LevelPanel::cmdTestTone_Click() {
   if (links_.IsLent()) {
     fault = kLent;
   } else if (output_ < 1) {
-    fault = "There is no output.";
+    fault = "There is no sound output.";
   } else if (const Failure failure = tone_.Start(output_)) {
     fault = failure->Text;
   }

@@ -166,7 +166,7 @@ TEST(FirstStart, ManagesWithoutPortsAndDevicesAndFindsThemWhenTheyCome) {
   page.Open({});
   page.optBoard.Press(SDRModel::DRT1);
   rig.Run(0.5);
-  EXPECT_EQ(page.Level.lblLevelHint.Caption(), "There is no input.");
+  EXPECT_EQ(page.Level.lblLevelHint.Caption(), "There is no sound input.");
   EXPECT_EQ(page.lblPort.Caption(), "No serial port: plug in the adapter and look again.");
   EXPECT_FALSE(page.cboComPort.Enabled);
   rig.Serial.Ports = {{"/dev/ttyUSB0", "/dev/ttyUSB0"}};

@@ -130,7 +130,7 @@ TEST(LevelPanel, RestsWhileTheCardIsLentAndWhereThereIsNoInput) {
   EXPECT_TRUE(rig.IsInputOpen());
   rig.Panel.ChooseInput(0);
   EXPECT_FALSE(rig.IsInputOpen());
-  EXPECT_EQ(rig.Hint(), "There is no input.");
+  EXPECT_EQ(rig.Hint(), "There is no sound input.");
 }
 
 TEST(LevelPanel, AnInputThatRefusesSaysSoAndIsTriedAgain) {
@@ -155,12 +155,12 @@ TEST(LevelPanel, TheTestToneIsHeardOnTheChosenOutputAndCanBeEnded) {
   rig.Panel.Show(true);
   rig.Panel.ChooseOutput(2);
   rig.Click("frmTest.cmdTestTone");
-  EXPECT_EQ(rig.Text("frmTest.cmdTestTone"), "End &tone");
+  EXPECT_EQ(rig.Text("frmTest.cmdTestTone"), "&End tone");
   rig.Run(0.5);
   EXPECT_FALSE(rig.Sound.Opened("Headset").empty());
   rig.Run(2);
   EXPECT_TRUE(rig.Sound.Opened("Headset").empty());
-  EXPECT_EQ(rig.Text("frmTest.cmdTestTone"), "Test &tone");
+  EXPECT_EQ(rig.Text("frmTest.cmdTestTone"), "T&est tone");
   rig.Click("frmTest.cmdTestTone");
   rig.Click("frmTest.cmdTestTone");
   EXPECT_TRUE(rig.Sound.Opened("Headset").empty());

@@ -3,6 +3,8 @@
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QShortcut>
+#include <map>
 #include <set>
 
 #include "WindowRig.h"
@@ -73,6 +75,29 @@ TEST_F(ConfigWindowTest, EachPageIsReachedByTheKeyboardInTheOrderOfReading) {
     }
     for (const char* button : {"frmConfig.cmdOK", "frmConfig.cmdApply", "frmConfig.cmdCancel"})
       EXPECT_GE(Place(stops, button), 0) << button;
+  }
+}
+
+TEST_F(ConfigWindowTest, EveryControlIsSpokenByANameAndNoTwoShareAKey) {
+  std::unique_ptr<QWidget> windows[] = {Open<ConfigWindow>(), Open<FirstStartWindow>()};
+  panel.Click("cmdConfig");
+  panel.Click("frmConfig.cmdFirstStart");
+  Settle();
+  for (const auto& window_ : windows) {
+    std::map<QString, std::string> keys;
+    for (QWidget* widget : window_->findChildren<QWidget*>()) {
+      auto* view = dynamic_cast<View*>(widget);
+      if (!view) continue;
+      view->TakeOver();
+      const std::string& name = view->Shown().Name();
+      EXPECT_NE(view->SpokenName().toStdString(), name) << "nothing but its name in the code";
+      for (const QShortcut* shortcut :
+           view->findChildren<QShortcut*>(QString(), Qt::FindDirectChildrenOnly)) {
+        const auto [first, isNew] = keys.emplace(shortcut->key().toString(), name);
+        EXPECT_TRUE(isNew) << name << " and " << first->second << " share a key";
+      }
+    }
+    EXPECT_GE(keys.size(), 4U);
   }
 }
 

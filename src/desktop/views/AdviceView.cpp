@@ -26,7 +26,7 @@ void AdviceView::paintEvent(QPaintEvent*) {
   painter.setFont(skin::WordFont());
   const QColor ink = Tones().Text(label_.ForeColour(), Tones().Quiet());
   painter.setPen(LooksOff() ? skin::SwitchedOff(ink, Tones().Card()) : ink);
-  painter.drawText(rect(), static_cast<int>(Qt::AlignLeft | Qt::AlignTop) | Qt::TextWordWrap, Words());
+  painter.drawText(rect(), static_cast<int>(Qt::AlignLeft | down_) | Qt::TextWordWrap, Words());
 }
 
 }  // namespace quorl

@@ -11,6 +11,9 @@ class AdviceView : public View {
  public:
   AdviceView(RefreshClock& clock, Label& label, int lines);
 
+  // A single line stands in the middle of that height instead of at its top.
+  void SetCentred() { down_ = Qt::AlignVCenter; }
+
   QString SpokenValue() const override { return Words(); }
   bool IsText() const override { return true; }
   QSize sizeHint() const override;
@@ -24,6 +27,7 @@ class AdviceView : public View {
 
   Label& label_;
   int lines_;
+  Qt::AlignmentFlag down_ = Qt::AlignTop;
 };
 
 }  // namespace quorl

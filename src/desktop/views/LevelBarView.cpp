@@ -15,6 +15,7 @@ constexpr int kHeight = 8, kGap = 2;
 }  // namespace
 
 LevelBarView::LevelBarView(RefreshClock& clock, LevelBar& bar) : View(clock, bar), bar_(bar) {
+  SetRead();  // with the figures beside it, in one painting
   SetSizes(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 

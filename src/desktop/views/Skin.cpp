@@ -236,6 +236,7 @@ QString StyleSheet() {
       "QListView, QLineEdit { background: palette(base); color: palette(text);"
       " border: 1px solid palette(light); border-radius: 4px; padding: 2px 6px;"
       " selection-background-color: palette(midlight); selection-color: palette(text); outline: none; }"
+      "QLineEdit:disabled { color: palette(bright-text); border-color: palette(mid); }"
       "QScrollBar:vertical { background: transparent; width: 8px; margin: 0; }"
       "QScrollBar::handle:vertical { background: palette(light); border-radius: 4px; min-height: 24px; }"
       "QScrollBar::add-line, QScrollBar::sub-line { height: 0; width: 0; }"

@@ -58,7 +58,10 @@ QWidget* ConfigWindow::MakeFoot() {
   auto* row = new QHBoxLayout(foot);
   row->setContentsMargins(0, skin::kGrid, 0, 0);
   row->setSpacing(4);
-  Put(row, bind_.Advice("frmConfig.lblConfigMessage", 2), 1);
+  if (AdviceView* message = bind_.Advice("frmConfig.lblConfigMessage", 2)) {
+    message->SetCentred();
+    row->addWidget(message, 1);
+  }
   for (const char* name : {"frmConfig.cmdOK", "frmConfig.cmdApply", "frmConfig.cmdCancel"})
     Put(row, bind_.Button(name));
   return foot;
