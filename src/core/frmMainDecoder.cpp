@@ -21,7 +21,10 @@ HandOverLinks frmMain::LinksOfHandOver() {
   links.IsBusy = [this] { return loading_ || switching_ || radio_.Rx.Vars.DSPRunning; };
   links.ReleaseSound = [this] { ReleaseSound(); };
   links.OpenSound = [this] { OpenSound(); };
-  links.Changed = [this] { decoderNote_.SetSoundReleased(handOver_.IsSoundReleased()); };
+  links.Changed = [this] {
+    decoderNote_.SetSoundReleased(handOver_.IsSoundReleased());
+    recorder_.ShowState();
+  };
   return links;
 }
 

@@ -243,6 +243,7 @@ RecorderLinks frmMain::LinksOfRecorder() {
   RecorderLinks links;
   links.PressPower = [this](bool on) { optPwr_.Press(on ? 0 : 1); };
   links.IsOn = [this] { return on_; };
+  links.IsSoundLent = [this] { return handOver_.IsSoundReleased(); };
   links.ShowMemories = [this](bool shown) { memories_.frPresets.Visible = shown; };
   links.Changed = [this] {
     ApplyPace();

@@ -48,7 +48,6 @@ void HandOver::tmrHandOver_Timer() {
     if (!links_.InDRM() && entered_) Leave();
     if (links_.InDRM() && std::exchange(starts_, false)) dream_.RunDREAM();
   }
-  links_.Changed();
   // The mode may have changed meanwhile.
   const bool done = links_.InDRM() ? entered_ && !starts_ : !entered_;
   tmrHandOver.SetEnabled(!done && !stopped_);
@@ -63,6 +62,7 @@ void HandOver::Enter() {
   } else if (!playsOn_.empty()) {
     links_.OpenSound();
   }
+  links_.Changed();
 }
 
 // What was let go of is taken back, whatever the options say by now.
@@ -70,6 +70,7 @@ void HandOver::Leave() {
   entered_ = false;
   const bool opens = std::exchange(released_, false) || !playsOn_.empty();
   if (opens) links_.OpenSound();
+  links_.Changed();
 }
 
 }  // namespace quorl

@@ -160,10 +160,12 @@ TEST(FrmMainDecoder, ThePowerInDRMMode) {
   EXPECT_FALSE(rig.Plays());
   EXPECT_TRUE(rig.Frame().IsOn() && rig.IsReleased());
   EXPECT_EQ(rig.Text("lblDecoder"), "The decoder has the sound card");
+  EXPECT_EQ(rig.Text("lblRecorderState"), "Nothing comes in: the decoder has the sound card");
   // What was released comes back whatever the option says by then.
   rig.Frame().Decoder().CloseSoundcardOnDRM = false;
   rig.Mode(DemodMode::AM);
   EXPECT_TRUE(rig.Plays());
+  EXPECT_EQ(rig.Text("lblRecorderState"), "Ready");
   // And is not let go of where it isn't ticked any more.
   rig.Mode(DemodMode::DRM);
   EXPECT_TRUE(rig.Plays());

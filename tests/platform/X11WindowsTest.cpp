@@ -53,7 +53,7 @@ struct X11WindowsTest : testing::Test {
     if (server_ == 0) {
       close(ends[0]);
       execlp("Xvfb", "Xvfb", "-displayfd", std::to_string(ends[1]).c_str(), "-screen", "0", "640x480x24",
-             "-nolisten", "tcp", nullptr);
+             "-nolisten", "tcp", "-noreset", nullptr);
       _exit(127);
     }
     close(ends[1]);

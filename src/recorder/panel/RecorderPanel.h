@@ -26,6 +26,8 @@ namespace quorl {
 struct RecorderLinks {
   std::function<void(bool on)> PressPower = [](bool) {};
   std::function<bool()> IsOn = [] { return false; };
+  // Nothing comes in or goes out, although it is on: the sound card is somebody else's.
+  std::function<bool()> IsSoundLent = [] { return false; };
   std::function<void(bool shown)> ShowMemories = [](bool) {};  // make room for the tracks, or come back
   std::function<void()> Changed = [] {};                       // another state of the deck
   // What the timer does or is about to do, in one line; empty for nothing.

@@ -170,6 +170,7 @@ std::string RecorderPanel::StateText() const {
 // What a listener would rather know before than after.
 std::string RecorderPanel::Caution() const {
   const PublicVars& vars = context_.Rx.Vars;
+  if (links_.IsSoundLent()) return "Nothing comes in: the decoder has the sound card";
   const bool drm = vars.CurrentDemodMode == DemodMode::DRM;
   if (deck_.HasFile() && !deck_.Playing().IF && drm) return "DRM plays nearly silent: record the IF instead";
   if (deck_.HasFile() || (Takes() && !links_.IsOn())) return {};
