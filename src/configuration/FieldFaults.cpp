@@ -42,6 +42,7 @@ void FieldFaults::Show() {
   const std::string first = faults_.empty() ? std::string() : faults_.front().Text;
   line_.Caption = more == 0 ? first : first + " (and " + std::to_string(more) + " more)";
   line_.ForeColour = faults_.empty() ? kNoColour : kCaution;
+  OnChange();
 }
 
 }  // namespace quorl

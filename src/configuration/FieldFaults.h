@@ -1,6 +1,7 @@
 // What is wrong in the fields of a dialog: a mark at each, and one line for all.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,8 @@ class FieldFaults {
   void ClearAll();
   // One line for each fault that no box has told.
   std::string Untold() const;
+  // Told after each change.
+  std::function<void()> OnChange = [] {};
   // The line in its colours, when the panel has been painted.
   void Show();
 

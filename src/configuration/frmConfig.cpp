@@ -2,6 +2,7 @@
 // Apply in frmConfigApply.cpp.
 #include "configuration/frmConfig.h"
 
+#include <algorithm>
 #include <array>
 
 #include "interaction/PanelColours.h"
@@ -70,6 +71,7 @@ void frmConfig::Connect() {
   }
   TabStrip1.Click = [this](int page) { ShowPage(page); };
   TabStrip1.Press(ConfigPage::Receiver);
+  faults_.OnChange = [this] { MarkTabs(); };
   cmdConfig.Click = [this] { Open(); };
   cmdOK.Click = [this] { cmdOK_Click(); };
   cmdApply.Click = [this] { cmdApply_Click(); };
@@ -85,6 +87,19 @@ void frmConfig::Connect() {
 void frmConfig::ShowPage(int page) {
   PaintButtons(TabStrip1, page);
   for (int i = 0; i < frConfigs.Count(); ++i) frConfigs(i).Visible = i == page;
+}
+
+// A fault on a page that isn't seen shows at its tab.
+void frmConfig::MarkTabs() {
+  const auto mark = [this](int page, std::initializer_list<const Control*> fields) {
+    TabStrip1(page).Marked = std::any_of(fields.begin(), fields.end(),
+                                         [](const Control* field) { return !field->Fault().empty(); });
+  };
+  mark(ConfigPage::Receiver, {&Receiver.txtIFFrequency, &Receiver.txtDDSClkin});
+  mark(ConfigPage::Interface,
+       {&Interface.optIF(InterfaceChoice::Parallel), &Interface.txtPortAddress,
+        &Interface.txtParallelPortBitPeriod, &Interface.cboComPort, &Interface.txtBitPeriod});
+  mark(ConfigPage::Display, {&Display.txtSpectrumDisplaySmoothingCount});
 }
 
 void frmConfig::Open() {

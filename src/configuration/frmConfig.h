@@ -67,6 +67,7 @@ class frmConfig {
   void cmdCalDDS_Click();
   void Close();
   void ShowPage(int page);
+  void MarkTabs();
   void ShowInterface();
   void ListDevices();
 

@@ -113,11 +113,16 @@ TEST_F(FrmMainConfig, WhatIsNoValueIsMarkedAndTheRestGoesOn) {
   EXPECT_EQ(tuning.Driver()->ClkIn(), 50000000);
 
   Enter("txtIFFrequency", "x");
+  Apply();
+  EXPECT_TRUE(Get<OptionButton>("frmConfig.TabStrip1(0)").Marked());
+  EXPECT_FALSE(Get<OptionButton>("frmConfig.TabStrip1(4)").Marked());
+  Enter("txtIFFrequency", "xx");
+  EXPECT_FALSE(Get<OptionButton>("frmConfig.TabStrip1(0)").Marked()) << "until it is changed";
   Enter("txtDDSClkin", "y");
   EXPECT_EQ(Field("lblConfigMessage"), "");
   Click("frmConfig.cmdOK");
   ASSERT_EQ(Boxes.Messages.size(), 1U) << "one box for all, before OK closes";
-  EXPECT_NE(Boxes.Messages[0].Text.find("\"x\""), std::string::npos);
+  EXPECT_NE(Boxes.Messages[0].Text.find("\"xx\""), std::string::npos);
   EXPECT_NE(Boxes.Messages[0].Text.find("\"y\""), std::string::npos);
   EXPECT_FALSE(At("frmConfig").Visible());
 }

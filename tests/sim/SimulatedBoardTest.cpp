@@ -54,6 +54,23 @@ INSTANTIATE_TEST_SUITE_P(Boards, BoardMixing,
                                          Injection{"RealToIqHighSide", 3, 52.05e6, false, 10500.0}),
                          [](const auto& each) { return each.param.Name; });
 
+// The carrier above at 7051.5 kHz, and time goes on as if one board had been there all along.
+TEST(SimulatedBoard, AnotherBoardTakesItsPlaceAtTheAntenna) {
+  HandTunedChip first, second;
+  first.Hz = 7.505e6;
+  second.Hz = 52.05e6;
+  SimulatedBoard board(first, BandOf(StationText("7051.5", "carrier")), BoardOfModel(1));
+  RenderFrames(board, 4800);
+  board.Become(second, BoardOfModel(2));
+  EXPECT_NEAR(board.PositionSeconds(), 0.1, 1e-9);
+  const StereoSamples heard = RenderFrames(board, 48000);
+  EXPECT_NEAR(LineAt(heard.Left, heard.Right, -10500.0), kLevel, 0.03 * kLevel);
+
+  SimulatedBoard fresh(second, BandOf(StationText("7051.5", "carrier")), BoardOfModel(2));
+  RenderFrames(fresh, 4800);
+  EXPECT_EQ(RenderFrames(fresh, 48000).Left, heard.Left);
+}
+
 TEST(SimulatedBoard, ImageAndNeighboursAreHeldOff) {
   HandTunedChip chip;
   chip.Hz = 7.505e6;
