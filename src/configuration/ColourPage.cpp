@@ -90,7 +90,8 @@ void ColourPage::MakeSwatches(ControlRegistry& registry) {
     swatch.AccessibleName = std::string(name.Caption) + " colour";
     CommandButton& button = Buttons.emplace_back(registry, Named(name.Button));
     button.Caption = name.Caption;
-    button.ToolTip = std::string("Choose another colour");
+    button.ToolTip = std::string(i < kThemeKeyCount ? "Choose another colour"
+                                                    : "Kept with the settings; nothing is painted in it yet");
     const auto choose = [this, i] { Choose(static_cast<Swatch>(i)); };
     swatch.Click = choose;
     button.Click = choose;
