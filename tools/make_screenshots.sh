@@ -1,6 +1,7 @@
 #!/bin/sh
 # Makes the pictures of the panel in docs/pictures, off screen, on the demo band: the four display sizes at 1x and 2x,
-# the scope in its modes, a recording that is played, the timer, the pages of the configuration, and the first start.
+# the scope in its modes, a recording that is played, the timer, the pages of the configuration, the first start, and
+# the themes.
 # Usage: tools/make_screenshots.sh [PROGRAM]
 set -eu
 cd "$(dirname "$0")/.."
@@ -155,4 +156,26 @@ shot docs/pictures/first-start-no-input-2x.png 2 frmFirstStart
 SCRIPT
 HOME="$work" PULSE_SERVER=unix:/nowhere ALSA_CONFIG_PATH=/dev/null QT_QPA_PLATFORM=offscreen "$program" --first-start \
   --settings "$work/first-no-input.ini" --script "$work/first.txt"
+
+# A folder of its own gets the themes. All pictures before are in Night; Daylight shows all sizes, the others the
+# standard one.
+theme() {
+  name=$1
+  tag=$(echo "$name" | tr 'A-Z ' 'a-z-')
+  sizes=std:1
+  if [ "$name" = Daylight ]; then sizes="ext:0 full:3 comp:2 std:1"; fi
+  {
+    printf '%s\n' 'click cmdConfig' "choose frmConfig.cboTheme $name" 'click frmConfig.TabStrip1(6)' 'wait 300'
+    printf 'shot docs/pictures/colours-%s%s.png %d frmConfig\n' "$tag" '' 1 "$tag" -2x 2
+    printf '%s\n' 'click frmConfig.cmdOK' 'hover lbl7Seg(4)' 'wait 14000' 'click optDisplaySize(1)'
+    for size in $sizes; do
+      printf 'click optDisplaySize(%s)\n' "${size#*:}"
+      printf 'shot docs/pictures/%s-%s%s.png %d\n' "$tag" "${size%:*}" '' 1 "$tag" "${size%:*}" -2x 2
+    done
+    printf '%s\n' 'rightclick picScope 0.4 0.3' "shot docs/pictures/$tag-menu.png 1 mnuScope" quit
+  } > "$work/$tag.txt"
+  HOME="$work" QT_QPA_PLATFORM=offscreen "$program" --demo --virtual-time --settings "$work/$tag.ini" \
+    --folder "$work/$tag" --script "$work/$tag.txt"
+}
+for name in Daylight 'High contrast' 'Green phosphor'; do theme "$name"; done
 ls -l docs/pictures

@@ -154,6 +154,12 @@ TEST_P(ThemeLookTest, EveryWordCanBeRead) {
     }
   }
   EXPECT_GT(words, 150);
+  auto& meter = *window.findChild<QWidget*>("picSmeter");
+  const QImage picture = PictureOf(meter, Tones().Card());
+  for (const QRect& line : {QRect(0, 0, 60, 14), QRect(meter.width() - 120, 0, 120, 14),
+                            QRect(0, meter.height() - 16, meter.width(), 14)})
+    EXPECT_GE(LettersIn(picture, {line.topLeft() * kScale, line.size() * kScale}), TextLeast());
+  EXPECT_GE(LettersIn(PictureOf(*window.findChild<QWidget*>("picFreqDisp"), Tones().Card())), TextLeast());
 }
 
 TEST_P(ThemeLookTest, EveryControlStandsOutFromItsCard) {

@@ -10,6 +10,7 @@ separate_arguments(SCRIPTS)
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${WORK})
 file(COPY ${FOLDER}/ DESTINATION ${WORK}/plans)  # the radio writes what it remembers into its plans
+file(COPY ${FOLDER}/../themes DESTINATION ${WORK}/plans)
 list(GET SCRIPTS 0 FIRST)
 string(REGEX REPLACE "txt$" "ini" FIRST ${CMAKE_CURRENT_LIST_DIR}/${FIRST})
 if(EXISTS ${FIRST})

@@ -184,6 +184,7 @@ namespace {
 // The caller shows it; it goes by itself.
 QMenu* MakeMenu(const Menu& control, QWidget* window) {
   auto* menu = new QMenu(window);
+  menu->setObjectName(QString::fromStdString(control.Name()));
   menu->setFont(skin::WordFont());
   menu->setAttribute(Qt::WA_DeleteOnClose);
   for (int i = 0; i < static_cast<int>(control.Captions().size()); ++i) {
