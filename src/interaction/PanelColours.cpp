@@ -4,7 +4,7 @@ namespace quorl {
 
 PanelColours::PanelColours(const ControlRegistry& registry, const ColourSchemes& scheme,
                            ScrollableControls& scrollables)
-    : registry_(registry), scheme_(scheme), scrollables_(scrollables) {}
+    : registry_(registry), scheme_(scheme), scrollables_(scrollables), labels_(scheme.SDRLabelColour) {}
 
 void PanelColours::Add(Frame& frame) {
   frames_.push_back(&frame);
@@ -30,13 +30,15 @@ void PanelColours::ReColour() {
   for (Control* control : registry_.All()) {
     if (auto* label = dynamic_cast<Label*>(control)) {
       label->BackColour = scheme_.SDRBackgroundColour;
-      label->ForeColour = scheme_.SDRLabelColour;
+      const Colour ink = label->ForeColour();
+      if (ink == kNoColour || ink == labels_) label->ForeColour = scheme_.SDRLabelColour;
     } else if (auto* picture = dynamic_cast<Picture*>(control)) {
       picture->BackColour = scheme_.SDRBackgroundColour;
     } else if (auto* button = dynamic_cast<CommandButton*>(control)) {
       button->ForeColour = scheme_.SDRLabelColour;
     }
   }
+  labels_ = scheme_.SDRLabelColour;
   UnFocusFrames();
   scrollables_.ReColour();
   for (const auto& repaint : repaints_) repaint();

@@ -29,7 +29,8 @@ class PanelColours {
   void Form_MouseMove();
 
   // Paints frames, labels, command buttons and pictures in the colours of their kind, then the scrollable
-  // labels, then what carries a state in its colour (AddRepaint). Check boxes and option buttons keep theirs.
+  // labels, then what has colours of its own kind (AddRepaint). Check boxes and option buttons keep theirs,
+  // and so does a label that carries a state in its colour, such as a warning.
   void ReColour();
   void AddRepaint(std::function<void()> repaint) { repaints_.push_back(std::move(repaint)); }
 
@@ -38,6 +39,7 @@ class PanelColours {
   const ColourSchemes& scheme_;
   ScrollableControls& scrollables_;
   std::vector<Frame*> frames_;
+  Colour labels_;  // what labels without a state were last painted in
   std::vector<std::function<void()>> repaints_;
 };
 

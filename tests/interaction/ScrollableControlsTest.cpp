@@ -239,7 +239,8 @@ TEST_F(ScrollableControlsTest, OneFrameIsLitAndThePanelCanBeRepainted) {
   BindAll();
   PanelColours colours(registry, scheme, mouse);
   Frame one(registry, "frOne"), two(registry, "frTwo");
-  Label words(registry, "lblWords");
+  Label words(registry, "lblWords"), warning(registry, "lblWarning");
+  warning.ForeColour = 0x38A8FFU;
   colours.Add(one);
   colours.Add(two);
   int darkened = 0, repainted = 0;
@@ -264,6 +265,12 @@ TEST_F(ScrollableControlsTest, OneFrameIsLitAndThePanelCanBeRepainted) {
   EXPECT_EQ(words.BackColour(), 4U);
   EXPECT_EQ(bfo.ForeColour(), 5U);
   EXPECT_EQ(repainted, 1);
+  EXPECT_EQ(warning.ForeColour(), 0x38A8FFU) << "its colour says something";
+  warning.ForeColour = scheme.SDRLabelColour;  // no longer
+  scheme.SDRLabelColour = 6;
+  colours.ReColour();
+  EXPECT_EQ(words.ForeColour(), 6U);
+  EXPECT_EQ(warning.ForeColour(), 6U);
 }
 
 }  // namespace
