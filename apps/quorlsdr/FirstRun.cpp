@@ -25,6 +25,7 @@ void FirstRun::Ask(std::function<void()> onAnswered) {
   page_->OnDone = [this](const FirstStartAnswers& answers) { Store(answers); };
   page_->OnSkip = [this] {
     StoreKnownBoard(store_, KnownBoard::Later);
+    StoreClock(store_, 0);  // the board that the radio takes when nobody says
     Answer(Next::Radio);
   };
   machine_.Sound.OnDeviceLost([](const Error&) {});  // the level says so

@@ -94,7 +94,7 @@ void ConfigSetup::Fill(const FirstStartAnswers& answers) {
   }
   StoreKnownBoard(links_.Store, KnownBoard::Chosen);
   config_.Receiver.cboSDRModel.SetListIndex(answers.SDRModelNo);
-  if (links_.Store.GetSetting(ChipSection(answers.SDRModelNo), "ClkIn", "").empty())
+  if (LacksClock(links_.Store, answers.SDRModelNo))
     config_.Receiver.txtDDSClkin.SetValue(HertzText(BoardClock(answers.SDRModelNo)));
   const bool parallel = answers.IFType == InterfaceType::Parallel;
   config_.Interface.optIF.Press(parallel ? InterfaceChoice::Parallel : InterfaceChoice::Serial);

@@ -61,6 +61,18 @@ std::int32_t BoardClock(std::int32_t SDRModelNo) {
   return TuningChain::TakesParallel(SDRModelNo) ? kAD9835Clock : kAD9951Clock;
 }
 
+// A store that was never told a clock has that of the other chip, with which an AD9951 can't be tuned at all.
+bool LacksClock(const SettingsStore& store, std::int32_t SDRModelNo) {
+  double clock = 0;
+  store.Read(ChipSection(SDRModelNo), "ClkIn", clock);
+  return clock <= 0 || (!TuningChain::TakesParallel(SDRModelNo) && clock <= kAD9835Clock);
+}
+
+void StoreClock(SettingsStore& store, std::int32_t SDRModelNo) {
+  if (LacksClock(store, SDRModelNo))
+    store.SaveSetting(ChipSection(SDRModelNo), "ClkIn", NumberText(BoardClock(SDRModelNo)));
+}
+
 const char* ChipSection(std::int32_t SDRModelNo) {
   return TuningChain::TakesParallel(SDRModelNo) ? "DDSAD9835" : "DDSAD9951";
 }
@@ -86,9 +98,7 @@ void StoreAnswers(SettingsStore& store, const FirstStartAnswers& answers) {
     store.SaveSetting(kSerialSection, "COM" + std::to_string(answers.PortNo), answers.PortPath);
   if (answers.IFType == InterfaceType::Parallel)
     store.SaveSetting(kParallelSection, "PortAddress", NumberText(std::int32_t{answers.PortAddress}));
-  const char* chip = ChipSection(answers.SDRModelNo);
-  if (store.GetSetting(chip, "ClkIn", "").empty())
-    store.SaveSetting(chip, "ClkIn", NumberText(BoardClock(answers.SDRModelNo)));
+  StoreClock(store, answers.SDRModelNo);
 }
 
 FirstStartAnswers ReadAnswers(const SettingsStore& store) {

@@ -43,6 +43,9 @@ FirstStartAnswers ReadAnswers(const SettingsStore& store);
 // Hz, of the DDS on the board as it is built; and the section of the settings that its chip keeps it in.
 std::int32_t BoardClock(std::int32_t SDRModelNo);
 const char* ChipSection(std::int32_t SDRModelNo);
+// Whether no clock is stored with which the board could be tuned; and its usual one for where that is so.
+bool LacksClock(const SettingsStore& store, std::int32_t SDRModelNo);
+void StoreClock(SettingsStore& store, std::int32_t SDRModelNo);
 
 // Everything outlives the page.
 struct FirstStartMachine {

@@ -174,8 +174,9 @@ Failure TuningChain::ClockFault() const {
   return Fail(TuningError::Overflow,
               driver_->Name + ": a clock of " + NumberText(driver_->ClkIn()) +
                   " Hz is too low for this board, half of it must lie above the IF of " +
-                  NumberText(vfo_->IFFrequency()) + " Hz - set ClkIn in section [" + driver_->Name +
-                  "] of the settings file to the board's DDS clock");
+                  NumberText(vfo_->IFFrequency()) +
+                  " Hz - set the board's DDS clock in the configuration, or as ClkIn in section [" +
+                  driver_->Name + "] of the settings file");
 }
 
 bool TuningChain::TakesParallel(std::int32_t SDRModelNo) {

@@ -76,6 +76,9 @@ TEST(FirstStart, AClockThatWasCalibratedStays) {
   answers.SDRModelNo = SDRModel::DRT1;
   StoreAnswers(rig.Store, answers);
   EXPECT_EQ(rig.Stored("DDSAD9951", "ClkIn"), "360096123");
+  rig.Store.SaveSetting("DDSAD9951", "ClkIn", "50000000");
+  StoreClock(rig.Store, 0);
+  EXPECT_EQ(rig.Stored("DDSAD9951", "ClkIn"), "360096000") << "the one of a radio that was never told any";
   EXPECT_EQ(rig.Stored("frmMain", "CurrentCaptureDevice"), "-");  // there is none
 }
 

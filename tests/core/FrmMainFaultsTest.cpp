@@ -111,7 +111,8 @@ TEST(FrmMainFaults, ABoardWhoseClockIsTooLowIsToldInOneBox) {
   FrameRig rig("[DDSAD9951]\nClkIn=50000000\n");
   ASSERT_TRUE(rig.Start());
   ASSERT_EQ(rig.Boxes.Messages.size(), 1U);
-  for (const char* word : {"50000000 Hz", "45000000 Hz", "set ClkIn in section [DDSAD9951]"})
+  for (const char* word :
+       {"50000000 Hz", "45000000 Hz", "in the configuration", "ClkIn in section [DDSAD9951]"})
     EXPECT_NE(rig.Boxes.Messages[0].Text.find(word), std::string::npos) << word;
   rig.Wheel("lbl7Seg(4)", 3);
   rig.Run(3.0);

@@ -163,7 +163,8 @@ TEST_F(Chain, WhatCannotWorkIsToldInOneLine) {
   EXPECT_EQ(
       log[0],
       "DDSAD9951: a clock of 50000000 Hz is too low for this board, half of it must lie above the IF of "
-      "45000000 Hz - set ClkIn in section [DDSAD9951] of the settings file to the board's DDS clock");
+      "45000000 Hz - set the board's DDS clock in the configuration, or as ClkIn in section [DDSAD9951] "
+      "of the settings file");
   log.clear();
   Settings.SaveSetting("DDSAD9951", "ClkIn", "360096000");
   Serial.ClearLevels();
