@@ -44,11 +44,15 @@ def run_in_own_session(arguments):
 class Panel:
     """The program on the bus."""
 
-    def __init__(self, program, plans, work):
+    def __init__(self, program, plans, work, options=("--demo",), settings="settings.ini", home=None):
         self.errors = os.path.join(work, "errors.txt")
         self.output = open(self.errors, "w")
-        self.process = subprocess.Popen([program, "--demo", "--settings", os.path.join(work, "settings.ini"), "--folder", plans],
-                                        stdout=self.output, stderr=self.output)
+        environment = dict(os.environ)
+        if home:
+            environment = {key: value for key, value in environment.items() if not key.startswith("XDG_")}
+            environment.update(HOME=home, XDG_RUNTIME_DIR=work)
+        self.process = subprocess.Popen([program, *options, "--settings", os.path.join(work, settings), "--folder", plans],
+                                        env=environment, stdout=self.output, stderr=self.output)
         self.application = wait_for(self.find, "the program is not on the bus")
 
     def find(self):
@@ -134,8 +138,12 @@ def check_names_and_values(panel, fault):
 def check_events(panel, fault):
     """A step of the wheel and one of the keys are told, once for what they turn."""
     told = []
-    pyatspi.Registry.registerEventListener(lambda event: told.append((event.source.name, event.source.getRoleName())),
-                                           "object:property-change:accessible-value")
+    kind = "object:property-change:accessible-value"
+
+    def listen(event):
+        told.append((event.source.name, event.source.getRoleName()))
+
+    pyatspi.Registry.registerEventListener(listen, kind)
     edge = panel.named("Filter low edge", "spin button")
     place = edge.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
     x, y = place.x + place.width // 2, place.y + place.height // 2
@@ -150,6 +158,7 @@ def check_events(panel, fault):
         wait_for(lambda: (edge.name, "spin button") in told, f"a {gesture} step is not told")
     if value_of(edge) != before:
         fault(f"wheel up and key down end at {value_of(edge)}, not {before}")
+    pyatspi.Registry.deregisterEventListener(listen, kind)
 
 
 def check_frequency(panel, fault):
@@ -171,6 +180,28 @@ def check_frequency(panel, fault):
     wait_for(lambda: text_of(edge) == "4200 Hz", "the filter's edge can't be set")
 
 
+def check_first_start(program, plans, work, fault):
+    """The page that comes before the receiver is worked by what is on the bus, up to the demo."""
+    home = os.path.join(work, "home")
+    os.makedirs(home)
+    page = Panel(program, plans, work, options=(), settings="first.ini", home=home)
+    try:
+        for node in page.all():
+            seen = node.getState().contains(pyatspi.STATE_SHOWING)
+            if seen and node.getRoleName() in ROLES and NO_NAME.search(node.name):
+                fault(f"first start: {node.getRoleName()} {node.name!r} has no name to say")
+        page.named("Look again", "push button")
+        page.named("No board", "radio button").queryAction().doAction(0)
+        start = page.named("Start the demo", "push button").queryAction()
+        start.doAction([start.getName(i) for i in range(start.nActions)].index("Press"))
+        wait_for(lambda: [node for node in page.all() if node.name == "Frequency"], "the demo does not follow")
+    finally:
+        page.close()
+    with open(os.path.join(work, "first.ini")) as settings:
+        if "Board=none" not in settings.read():
+            fault("that there is no board is not remembered")
+
+
 def main(arguments):
     program, plans, work = arguments[:3]
     faults = []
@@ -185,6 +216,10 @@ def main(arguments):
                 faults.append(str(missing))
     finally:
         panel.close()
+    try:
+        check_first_start(program, plans, work, faults.append)
+    except (AssertionError, ValueError) as missing:
+        faults.append(f"first start: {missing}")
     with open(panel.errors) as errors:
         faults += [line.strip() for line in errors if "ccessib" in line or "AtSpi" in line]
     print("\n".join(faults) or "every control speaks")
