@@ -12,7 +12,8 @@ namespace quorl {
 
 class InputCapture {
  public:
-  static constexpr std::int32_t kBlockSamples = 2048;  // a channel
+  static constexpr std::int32_t kBlockSamples =
+      8192;  // a channel; six blocks a second are enough for the eye
   // The arrays are the capture's.
   using Block = std::function<void(const std::int16_t* left, const std::int16_t* right, std::int32_t n)>;
 

@@ -6,8 +6,6 @@
 namespace quorl::test {
 namespace {
 
-constexpr double kBlocks = 48000.0 / 2048;  // a second, of one capture
-
 class FrmMainSetup : public testing::Test, public FrameRig {
  protected:
   using FrameRig::Run;
@@ -19,11 +17,12 @@ class FrmMainSetup : public testing::Test, public FrameRig {
     Click("cmdConfig");
     Press("frmConfig.TabStrip1", 2);
   }
-  // How many captures run, by the blocks of a second.
-  double Captures() {
+  // Who captures, by the blocks of a second: the radio's are a quarter of the meter's.
+  std::string Captures() {
     const auto before = Sound.Statistics().CapturedBlocks;
     Run(1);
-    return std::round(static_cast<double>(Sound.Statistics().CapturedBlocks - before) / kBlocks);
+    const auto blocks = Sound.Statistics().CapturedBlocks - before;
+    return blocks < 3 ? "nobody" : blocks < 12 ? "meter" : blocks < 26 ? "radio" : "both";
   }
   std::string Level() { return Text("frmConfig.lblLevel(0)"); }
 };
@@ -32,29 +31,29 @@ TEST_F(FrmMainSetup, TheLevelIsThatOfTheChosenInputAndCostsNothingUnseen) {
   OpenSound();
   Run(1);
   EXPECT_NE(Level(), "");
-  EXPECT_EQ(Captures(), 1) << "the radio is off";
+  EXPECT_EQ(Captures(), "meter") << "the radio is off";
   Press("optPwr", 0);
-  EXPECT_EQ(Captures(), 1) << "the radio's own";
+  EXPECT_EQ(Captures(), "radio") << "its own blocks are enough";
   EXPECT_NE(Level(), "");
   EXPECT_GT(Blocks, 0);
   Set("frmConfig.cboCapDevices", "Microphone");
-  EXPECT_EQ(Captures(), 2);
+  EXPECT_EQ(Captures(), "both");
   Click("frmConfig.cmdApply");
   Run(1);
-  EXPECT_EQ(Captures(), 1) << "the radio has taken it";
+  EXPECT_EQ(Captures(), "radio") << "it has taken the other one";
   EXPECT_NE(Level(), "");
   Set("frmConfig.cboCapDevices", "Line In");
   Run(1);
   Press("frmConfig.TabStrip1", 0);
-  EXPECT_EQ(Captures(), 1);
+  EXPECT_EQ(Captures(), "radio");
   EXPECT_EQ(Level(), "");
   Press("frmConfig.TabStrip1", 2);
   Run(1);
   Click("frmConfig.cmdCancel");
   Press("optPwr", 1);
-  EXPECT_EQ(Captures(), 0);
+  EXPECT_EQ(Captures(), "nobody");
   Press("optPwr", 0);
-  EXPECT_EQ(Captures(), 1) << "what the meter had let go of is opened anew";
+  EXPECT_EQ(Captures(), "radio") << "what the meter had let go of is opened anew";
 }
 
 TEST_F(FrmMainSetup, ADeviceOfTheMeterThatVanishesLeavesTheRadioPlaying) {
@@ -79,11 +78,11 @@ TEST_F(FrmMainSetup, WhileADecoderHasTheCardNothingOfItIsOpened) {
   Press("optPwr", 0);
   Press("optMode", DemodMode::DRM);
   Run(1);
-  EXPECT_EQ(Captures(), 0);
+  EXPECT_EQ(Captures(), "nobody");
   EXPECT_EQ(Text("frmConfig.lblLevelHint"), "The decoder has the sound card.");
   Press("optMode", DemodMode::AM);
   Run(5);
-  EXPECT_EQ(Captures(), 1);
+  EXPECT_EQ(Captures(), "radio");
   EXPECT_NE(Level(), "");
 }
 
@@ -109,7 +108,7 @@ TEST_F(FrmMainSetup, TheFirstStartFillsTheFieldsForApply) {
   EXPECT_EQ(Text("frmConfig.txtDDSClkin"), "50 000 000");
   EXPECT_EQ(Text("frmConfig.cboCapDevices"), "Microphone");
   EXPECT_EQ(Vars().SDRModelNo, 0) << "nothing acts before Apply";
-  EXPECT_EQ(Captures(), 1);
+  EXPECT_EQ(Captures(), "radio");
   Click("frmConfig.cmdApply");
   Run(1);
   EXPECT_EQ(Vars().SDRModelNo, 1);

@@ -63,19 +63,19 @@ TEST(InputCapture, BringsBothChannelsUntilItIsClosedOrTheDeviceIsGone) {
   std::int64_t blocks = 0;
   std::int16_t left = 0, right = 0;
   InputCapture capture(bench.System, [&](const std::int16_t* l, const std::int16_t* r, std::int32_t n) {
-    ASSERT_EQ(n, 2048);
+    ASSERT_EQ(n, InputCapture::kBlockSamples);
     left = l[0];
     right = r[0];
     ++blocks;
   });
   EXPECT_TRUE(capture.Open(2));
   ASSERT_FALSE(capture.Open(1));
-  bench.RunBlocks(3);
+  bench.RunBlocks(12);
   EXPECT_EQ(blocks, 3);
-  EXPECT_EQ(left, CountingSource::Value(2 * kBlock));
+  EXPECT_EQ(left, CountingSource::Value(2 * InputCapture::kBlockSamples));
   EXPECT_EQ(right, -left);
   capture.Close();
-  bench.RunBlocks(3);
+  bench.RunBlocks(12);
   EXPECT_EQ(blocks, 3);
   ASSERT_FALSE(capture.Open(1));
   bench.System.Unplug("Line In");

@@ -11,6 +11,7 @@ namespace quorl {
 namespace {
 
 constexpr std::chrono::milliseconds kCheckPeriod{500};
+constexpr int kMostFrames = 8192;                                    // of a capture, at once
 constexpr std::int64_t kWatchPeriod = 2000000, kIdleTime = 3000000;  // microseconds
 
 std::int64_t Microseconds() {
@@ -164,7 +165,10 @@ std::unique_ptr<CaptureBuffer> RtAudioSoundSystem::CreateCaptureBuffer(int devic
                                                                        int bytes, SoundNotifier notifier,
                                                                        Failure& failure) {
   if (captureNames_.empty()) CaptureDeviceNames();
-  RtAudioRequest request{SoundDirection::Capture, "", 0, format};
+  // Who takes half of a large ring at a time needs no smaller pieces: each wakes the machine.
+  const int half = bytes / (2 * std::max(format.Channels, 1) * static_cast<int>(sizeof(std::int16_t)));
+  RtAudioRequest request{SoundDirection::Capture, "", 0, format,
+                         static_cast<unsigned>(std::clamp(half, 0, kMostFrames))};
   failure = Choose(captureNames_, device, request);
   if (failure) return nullptr;
   auto buffer = std::make_unique<Capture>(*this, request, bytes, std::move(notifier));
@@ -178,7 +182,7 @@ std::unique_ptr<PlaybackBuffer> RtAudioSoundSystem::CreatePlaybackBuffer(int dev
                                                                          SoundNotifier notifier,
                                                                          Failure& failure) {
   if (playbackNames_.empty()) PlaybackDeviceNames();
-  RtAudioRequest request{SoundDirection::Playback, "", 0, format};
+  RtAudioRequest request{SoundDirection::Playback, "", 0, format, 0};
   failure = Choose(playbackNames_, device, request);
   if (failure) return nullptr;
   auto buffer = std::make_unique<Playback>(*this, request, bytes, std::move(notifier));

@@ -160,7 +160,7 @@ Failure RtAudioStream::OpenDevice(RtAudioDevices& devices, const RtAudioRequest&
   RtAudio::StreamOptions options;
   options.numberOfBuffers = kBuffersAhead;
   options.streamName = capture ? "QUORLSDR capture" : "QUORLSDR playback";
-  line.Frames = capture ? kCaptureFrames : kPlaybackFrames;
+  line.Frames = capture ? std::max(kCaptureFrames, request.Frames) : kPlaybackFrames;
   line.Audio = devices.Create();
   const std::string what = "\"" + request.Name + "\" can't be opened at " +
                            std::to_string(request.Format.SampleRate) + " samples a second";

@@ -30,6 +30,7 @@ struct RtAudioRequest {
   std::string Name;
   int Occurrence = 0;  // counts from 0 among devices of the same name
   SoundFormat Format;
+  unsigned Frames = 0;  // that a capture brings at once; 0 for the usual ones
 };
 
 // Main thread, but for what is said to be the audio thread's. What may hang is an errand: opening and
