@@ -260,7 +260,7 @@ void frmMain::Form_Unload() {
   unloaded_ = true;
   LetGoOfTuning();
   radio_.Rx.Tap.Analyser = nullptr;
-  if (dream_.DreamCloseOnExit) dream_.CloseDream();
+  dream_.End();
   radio_.Tuning().Save();
   radio_.ReleaseTuning();
   machine_.Beside.Finish();  // an older state never lands on the last one

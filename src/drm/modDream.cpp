@@ -84,7 +84,7 @@ void modDream::EditControlFile() {
 }
 
 void modDream::RunDREAM() {
-  if (inRun_ || !RunDreamOnDRM || PathToDream.empty()) return;
+  if (inRun_ || ended_ || !RunDreamOnDRM || PathToDream.empty()) return;
   const ScopedFlag running(inRun_);
   if (machine_.Programs.IsRunning(closing_)) links_.Log("The decoder was asked to close, and stays");
   const std::int32_t found = IsDecoderRunning();
@@ -95,19 +95,21 @@ void modDream::RunDREAM() {
 void modDream::Launch() {
   const ProgramStart start{PathToDream, CommandTail(), folder_, WishOf(DreamWindowStyle)};
   EditControlFile();
+  if (ended_) return;  // while a box stood open
   Failure failure;
-  int process = 0;
   {
     const ScopedFlag busy(RunDreamBusy);
-    process = machine_.Programs.Start(start, failure);
+    // Known at once, for who closes it in one of the yields.
+    if (const int process = machine_.Programs.Start(start, failure)) DreamProcessId = process;
     for (int i = 0; i < kYields; ++i) machine_.Queue.Yield();
   }
-  if (process == 0) {
-    links_.Log(failure->Text);
-    return Tell("DREAM program located at : " + PathToDream + "\n failed to execute");
-  }
-  DreamProcessId = process;
-  links_.Log("The decoder runs: " + start.Program + start.Arguments);
+  links_.Log(failure ? failure->Text : "The decoder runs: " + start.Program + start.Arguments);
+  if (failure) Tell("DREAM program located at : " + PathToDream + "\n failed to execute");
+}
+
+void modDream::End() {
+  ended_ = true;
+  if (DreamCloseOnExit) CloseDream();
 }
 
 void modDream::Tell(const std::string& text) {

@@ -59,6 +59,8 @@ class modDream {
   void FindDreamWindow();
   // Asks the decoder that was started here to close. It may take its time, or stay. Nothing while IsClosing.
   void CloseDream();
+  // The program ends: none is started any more, and ours is asked to close where the user wants that.
+  void End();
   // A decoder that was asked to close is still there, and has not had its three seconds yet.
   bool IsClosing();
 
@@ -72,7 +74,7 @@ class modDream {
   DreamMachine machine_;
   std::string folder_;
   DreamLinks links_;
-  bool inRun_ = false;
+  bool inRun_ = false, ended_ = false;
   std::int32_t closing_ = 0;       // process that was asked to close
   std::int64_t closingUntil_ = 0;  // microseconds
 };

@@ -1,6 +1,8 @@
 // DRM mode on the running radio: the decoder comes and goes, and the sound card always comes back.
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "core/FrameRig.h"
 
 namespace quorl::test {
@@ -193,6 +195,28 @@ TEST(FrmMainDecoder, NoPresetIsCapturedDuringTheLaunch) {
   EXPECT_EQ(during, before);
   rig.Run(1.0);
   EXPECT_EQ(kept(), (before + 1) % 5);
+}
+
+TEST(FrmMainDecoder, AnEndDuringTheLaunchLeavesNoDecoder) {
+  {
+    DecoderRig rig(kRuns | kEndsOnExit);
+    ASSERT_TRUE(rig.Start());
+    rig.Programs.OnStart = [&](int) { rig.Queue.Post([&] { rig.Frame().Form_Unload(); }); };
+    rig.Mode(DemodMode::DRM);
+    EXPECT_EQ(rig.Programs.Closed.size(), 1U);
+    EXPECT_TRUE(rig.Programs.Running.empty());
+  }
+  // The control file can't be written, and the program ends while the box says so.
+  DecoderRig rig(kRuns | kEndsOnExit);
+  ASSERT_TRUE(rig.Start());
+  rig.Storage.Fail(FileOperation::Replace, Error{30, "Can't write"});
+  bool ends = false;
+  rig.Boxes.WhileOpen = [&] {
+    if (!std::exchange(ends, true)) rig.Frame().Form_Unload();
+  };
+  rig.Mode(DemodMode::DRM);
+  EXPECT_FALSE(rig.Boxes.Messages.empty());
+  EXPECT_TRUE(rig.Programs.Starts.empty());
 }
 
 // Whoever changes the mode: the frequency, side and devices of a start are those when all of it is through.
