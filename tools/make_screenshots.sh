@@ -109,6 +109,22 @@ HOME="$work" QT_QPA_PLATFORM=offscreen "$program" --demo --virtual-time --settin
 HOME="$work" QT_QPA_PLATFORM=offscreen "$program" --demo --virtual-time --settings "$work/config.ini" \
   --script "$work/config.txt"
 
+# The calibration, on a board whose clock is wrong.
+cat > "$work/calibrate.txt" <<'SCRIPT'
+set picFreqDisp 10000000
+click cmdConfig
+click frmConfig.cmdCalDDS
+wait 3000
+click frmCalibrate.cmdZeroBeat
+set frmCalibrate.txtOfficialFreq 10 000 000
+wait 3000
+shot docs/pictures/calibrate.png 1 frmCalibrate
+shot docs/pictures/calibrate-2x.png 2 frmCalibrate
+quit
+SCRIPT
+HOME="$work" QT_QPA_PLATFORM=offscreen "$program" --demo --virtual-time --board-error 7 --settings "$work/calibrate.ini" \
+  --script "$work/calibrate.txt"
+
 # The first start: each board, an input that is too loud, one signal twice, and no input at all.
 python3 - "$work" <<'TONES'
 import math, struct, sys, wave
