@@ -31,6 +31,7 @@ struct CalibrateRig : FrameRig {
       : FrameRig(SettingsFor(board), board.Model, board.LowSide) {
     if (!Start()) throw std::runtime_error("the radio does not start");
   }
+  ~CalibrateRig() override { Stop(); }  // before what it tells goes
   void Open() {
     Frame().Calibrate().Open([this](bool applied) { Closed.push_back(applied); });
     Run(1.5);
