@@ -1,8 +1,7 @@
 #include "desktop/window/CalibrateWindow.h"
 
-#include <QGridLayout>
-
 #include "desktop/views/Skin.h"
+#include "desktop/window/FormPage.h"
 #include "desktop/window/PanelRows.h"
 
 namespace quorl {
@@ -18,10 +17,7 @@ CalibrateWindow::CalibrateWindow(const ControlRegistry& registry, Binder::Logger
   auto* rows = new QVBoxLayout(this);
   rows->setContentsMargins(2 * skin::kGrid, 2 * skin::kGrid, 2 * skin::kGrid, 2 * skin::kGrid);
   rows->setSpacing(skin::kGrid);
-  if (LabelView* note = bind_.Word("frmCalibrate.lblNote")) {
-    note->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    rows->addWidget(note);
-  }
+  Put(rows, AsRoomAllows(bind_.Word("frmCalibrate.lblNote")));
   rows->addWidget(MakeFigures());
   rows->addWidget(MakeFoot());
   rows->addStretch(1);
@@ -30,29 +26,16 @@ CalibrateWindow::CalibrateWindow(const ControlRegistry& registry, Binder::Logger
 }
 
 QWidget* CalibrateWindow::MakeFigures() {
-  auto* figures = new QWidget;
-  auto* grid = new QGridLayout(figures);
-  grid->setContentsMargins(0, 0, 0, 0);
-  grid->setHorizontalSpacing(2 * skin::kGrid);
-  grid->setVerticalSpacing(skin::kGrid);
-  grid->setColumnStretch(1, 1);
-  int row = 0;
-  const auto put = [&](const char* name, QWidget* view) {
-    grid->addWidget(Caption(name), row, 0);
-    grid->addWidget(view, row++, 1);
-  };
-  const auto figure = [&](const char* name) { return bind_.Reading(name, {}); };
-  put("Beat", RowOf({bind_.Reading("frmCalibrate.lblBeat", "-2 000.0 Hz"),
-                     bind_.Button("frmCalibrate.cmdZeroBeat")}));
-  put("Carrier", RowOf({figure("frmCalibrate.lblCarrier")}));
-  put("Current Tuned Freq", RowOf({figure("frmCalibrate.lblCurrentTunedFreq"), Caption("Hz")}));
-  put("Official Freq", RowOf({bind_.Text("frmCalibrate.txtOfficialFreq", kFrequencyWidth), Caption("Hz")}));
-  put("DDS CLKIN (Current)", RowOf({figure("frmCalibrate.lblDDSClkInCurrent"), Caption("Hz")}));
-  if (LabelView* clock = bind_.Reading("frmCalibrate.lblDDSClkinNew", {}, kClockPixels)) {
-    clock->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    put("DDS CLKIN (New)", clock);
-  }
-  return figures;
+  auto* page = new FormPage;
+  const auto figure = [this](const char* name) { return bind_.Reading(name, {}); };
+  page->Row("Beat",
+            {bind_.Reading("frmCalibrate.lblBeat", "-2 000.0 Hz"), bind_.Button("frmCalibrate.cmdZeroBeat")});
+  page->Row("Carrier", {figure("frmCalibrate.lblCarrier")});
+  page->Row("Current Tuned Freq", {figure("frmCalibrate.lblCurrentTunedFreq")}, "Hz");
+  page->Row("Official Freq", {bind_.Text("frmCalibrate.txtOfficialFreq", kFrequencyWidth)}, "Hz");
+  page->Row("DDS CLKIN (Current)", {figure("frmCalibrate.lblDDSClkInCurrent")}, "Hz");
+  page->Row("DDS CLKIN (New)", {bind_.Reading("frmCalibrate.lblDDSClkinNew", {}, kClockPixels)});
+  return page;
 }
 
 QWidget* CalibrateWindow::MakeFoot() {

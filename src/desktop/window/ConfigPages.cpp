@@ -59,8 +59,7 @@ QWidget* MakeReceiverPage(Binder& bind) {
 
 QWidget* MakeInterfacePage(Binder& bind) {
   auto* page = new FormPage;
-  const std::vector<FaceView*> types = bind.Options(Name("optIF"), 2);
-  page->Row("Interface", {types.begin(), types.end()});
+  page->Options("Interface", bind.Options(Name("optIF"), 2));
   page->Head("Serial port");
   page->Row("Port", {bind.Choice(Name("cboComPort"), kPortWidth)});
   page->Row("Bit period", {bind.Text(Name("txtBitPeriod"), kPeriodWidth), Caption("s"),
@@ -109,8 +108,7 @@ QWidget* MakeDecoderPage(Binder& bind) {
   page->Row("Program", {bind.Text(Name("txtPathToDream"), kPathWidth), bind.Button(Name("cmdFindDREAM"))});
   page->Row("Arguments", {bind.Text(Name("txtDreamProgArgs"), kPathWidth)});
   page->Hint("%CurFreq% stands for the tuned frequency in kHz.");
-  const std::vector<FaceView*> styles = bind.Options(Name("optDreamWindow"), kWindowStyles);
-  page->Row("Window", {styles.begin(), styles.end()});
+  page->Options("Window", bind.Options(Name("optDreamWindow"), kWindowStyles));
   page->Gap();
   Tick(bind, *page, "In DRM mode", "chkDreamRunOnDRM");
   Tick(bind, *page, {}, "chkCloseSoundCardOnDRM", "the decoder has it meanwhile");

@@ -33,9 +33,9 @@ QWidget* FirstStartWindow::MakeQuestions() {
   welcome->setFont(skin::WordFont(18));
   page->Across(welcome);
   page->Gap();
-  page->Row("Board", {OptionRow(name("optBoard").c_str(), kBoards)});
+  page->Options("Board", bind_.Options(name("optBoard"), kBoards));
   page->Under(bind_.Advice(name("lblBoard"), 1));
-  page->Row("Interface", {OptionRow(name("optIF").c_str(), 2)});
+  page->Options("Interface", bind_.Options(name("optIF"), 2));
   page->Under(bind_.Advice(name("lblIF"), 1));
   page->OneOf("Port", {bind_.Choice(name("cboComPort"), kPortWidth),
                        bind_.Text(name("txtPortAddress"), kAddressWidth)});

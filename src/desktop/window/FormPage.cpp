@@ -33,6 +33,10 @@ void FormPage::Row(const QString& caption, const std::vector<QWidget*>& fields, 
   Place(caption, line, fields);
 }
 
+void FormPage::Options(const QString& caption, const std::vector<FaceView*>& options) {
+  Row(caption, {options.begin(), options.end()});
+}
+
 void FormPage::OneOf(const QString& caption, const std::vector<QWidget*>& fields) {
   auto* line = new QWidget;
   auto* layout = new QGridLayout(line);

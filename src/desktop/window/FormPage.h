@@ -3,10 +3,9 @@
 
 #include <QGridLayout>
 #include <QWidget>
-#include <initializer_list>
 #include <vector>
 
-#include "desktop/views/View.h"
+#include "desktop/views/FaceView.h"
 
 namespace quorl {
 
@@ -17,6 +16,8 @@ class FormPage : public QWidget {
 
   // `unit` stands after the fields.
   void Row(const QString& caption, const std::vector<QWidget*>& fields, const QString& unit = {});
+  // The buttons of a group.
+  void Options(const QString& caption, const std::vector<FaceView*>& options);
   // A row whose fields take turns: one of them is seen.
   void OneOf(const QString& caption, const std::vector<QWidget*>& fields);
   // A hint in quiet ink, under the last row.

@@ -4,7 +4,6 @@
 #include <QKeyEvent>
 
 #include "desktop/views/Skin.h"
-#include "desktop/window/PanelRows.h"
 
 namespace quorl {
 
@@ -24,21 +23,6 @@ void FormWindow::Begin() {
   if (!form_) return;
   following_ = form_->OnChanged.Listen([this] { Follow(); });
   Follow();
-}
-
-QWidget* FormWindow::RowOf(const std::vector<QWidget*>& views) {
-  auto* row = new QWidget;
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(4);
-  for (QWidget* view : views) Put(layout, view);
-  layout->addStretch(1);
-  return row;
-}
-
-QWidget* FormWindow::OptionRow(const char* name, int count) {
-  const std::vector<FaceView*> options = bind_.Options(name, count);
-  return RowOf({options.begin(), options.end()});
 }
 
 void FormWindow::Follow() {

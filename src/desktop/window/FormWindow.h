@@ -3,7 +3,6 @@
 
 #include <QWidget>
 #include <string>
-#include <vector>
 
 #include "desktop/views/Binder.h"
 
@@ -23,9 +22,6 @@ class FormWindow : public QWidget {
   void Begin();
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  // Views beside each other; what was not bound is left out.
-  static QWidget* RowOf(const std::vector<QWidget*>& views);
-  QWidget* OptionRow(const char* name, int count);
 
   RefreshClock clock_;
   Binder bind_;

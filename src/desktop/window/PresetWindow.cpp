@@ -1,8 +1,7 @@
 #include "desktop/window/PresetWindow.h"
 
-#include <QGridLayout>
-
 #include "desktop/views/Skin.h"
+#include "desktop/window/FormPage.h"
 #include "desktop/window/PanelRows.h"
 
 namespace quorl {
@@ -21,28 +20,27 @@ PresetWindow::PresetWindow(const ControlRegistry& registry, Binder::Logger log)
 }
 
 void PresetWindow::Build() {
-  auto* grid = new QGridLayout(this);
-  grid->setContentsMargins(2 * skin::kGrid, 2 * skin::kGrid, 2 * skin::kGrid, 2 * skin::kGrid);
-  grid->setSpacing(skin::kGrid);
-  int row = 0;
-  const auto put = [&](const char* name, QWidget* view) {
-    if (!view) return;
-    grid->addWidget(Caption(name), row, 0);
-    grid->addWidget(view, row++, 1);
+  auto* rows = new QVBoxLayout(this);
+  rows->setContentsMargins(2 * skin::kGrid, 2 * skin::kGrid, 2 * skin::kGrid, 2 * skin::kGrid);
+  rows->setSpacing(skin::kGrid);
+  auto* page = new FormPage;
+  const auto text = [this](const char* name, int width) {
+    return bind_.Text(std::string("frmEditUserPreset.") + name, width);
   };
-  put("Preset No.", bind_.Word("frmEditUserPreset.lblPresetIndex", "00"));
-  put("Description", bind_.Text("frmEditUserPreset.txtPresetValues(0)", kTextWidth));
-  put("Frequency", bind_.Text("frmEditUserPreset.txtPresetValues(1)", kDateWidth));
-  put("Date and time", RowOf({bind_.Text("frmEditUserPreset.txtPresetValues(2)", kDateWidth),
-                              bind_.Text("frmEditUserPreset.txtPresetValues(3)", kTimeWidth)}));
-  put("Demodulation", OptionRow("frmEditUserPreset.optDemodulationValue", 4));
-  put("Filtering", OptionRow("frmEditUserPreset.optFilteringValues", 5));
-  put("IF Frequency", RowOf({bind_.Toggle("frmEditUserPreset.chkPresetTuneImage")}));
+  page->Row("Preset No.", {bind_.Word("frmEditUserPreset.lblPresetIndex", "00")});
+  page->Row("Description", {text("txtPresetValues(0)", kTextWidth)});
+  page->Row("Frequency", {text("txtPresetValues(1)", kDateWidth)});
+  page->Row("Date and time",
+            {text("txtPresetValues(2)", kDateWidth), text("txtPresetValues(3)", kTimeWidth)});
+  page->Options("Demodulation", bind_.Options("frmEditUserPreset.optDemodulationValue", 4));
+  page->Options("Filtering", bind_.Options("frmEditUserPreset.optFilteringValues", 5));
+  page->Row("IF Frequency", {bind_.Toggle("frmEditUserPreset.chkPresetTuneImage")});
+  rows->addWidget(page);
   auto* buttons = new QHBoxLayout;
   buttons->addStretch(1);
   Put(buttons, bind_.Button("frmEditUserPreset.cmdSave"));
   Put(buttons, bind_.Button("frmEditUserPreset.cmdCancel"));
-  grid->addLayout(buttons, row, 0, 1, 2);
+  rows->addLayout(buttons);
 }
 
 }  // namespace quorl

@@ -1,8 +1,7 @@
 #include "desktop/window/TimerWindow.h"
 
-#include <QGridLayout>
-
 #include "desktop/views/Skin.h"
+#include "desktop/window/FormPage.h"
 #include "desktop/window/PanelRows.h"
 
 namespace quorl {
@@ -45,31 +44,21 @@ QWidget* TimerWindow::MakeList() {
 }
 
 QWidget* TimerWindow::MakeFields() {
-  auto* fields = new QWidget;
-  auto* grid = new QGridLayout(fields);
-  grid->setContentsMargins(0, 0, 0, 0);
-  grid->setHorizontalSpacing(2 * skin::kGrid);
-  grid->setVerticalSpacing(skin::kGrid);
-  grid->setColumnStretch(1, 1);
-  int row = 0;
-  const auto put = [&](const char* name, QWidget* view) {
-    grid->addWidget(Caption(name), row, 0);
-    grid->addWidget(view, row++, 1);
-  };
-  put("Programme", RowOf({bind_.Toggle("chkTimerOn")}));
-  put("Date",
-      RowOf({bind_.Text("txtTimerDate", kDateWidth), Caption("from"), bind_.Text("txtTimerStart", kTimeWidth),
-             Caption("to"), bind_.Text("txtTimerEnd", kTimeWidth)}));
-  put("Repeat", OptionRow("optTimerRepeat", 3));
-  put("Records", OptionRow("optTimerTarget", 2));
-  put("Preset", RowOf({bind_.Choice("cboTimerPlan", kPlanWidth), bind_.Choice("cboTimerSubBand", kBandWidth),
-                       bind_.Choice("cboTimerPreset", kPresetWidth)}));
-  put("Frequency",
-      RowOf({bind_.Text("txtTimerFreq", kDateWidth), Caption("kHz"), bind_.Button("cmdTimerTuned")}));
-  put("Mode", OptionRow("optTimerMode", 6));
-  put("Filter", OptionRow("optTimerFilter", 5));
-  put("Rate", OptionRow("optTimerRate", 6));
-  return fields;
+  auto* page = new FormPage;
+  page->Row("Programme", {bind_.Toggle("chkTimerOn")});
+  page->Row("Date",
+            {bind_.Text("txtTimerDate", kDateWidth), Caption("from"), bind_.Text("txtTimerStart", kTimeWidth),
+             Caption("to"), bind_.Text("txtTimerEnd", kTimeWidth)});
+  page->Options("Repeat", bind_.Options("optTimerRepeat", 3));
+  page->Options("Records", bind_.Options("optTimerTarget", 2));
+  page->Row("Preset", {bind_.Choice("cboTimerPlan", kPlanWidth), bind_.Choice("cboTimerSubBand", kBandWidth),
+                       bind_.Choice("cboTimerPreset", kPresetWidth)});
+  page->Row("Frequency",
+            {bind_.Text("txtTimerFreq", kDateWidth), Caption("kHz"), bind_.Button("cmdTimerTuned")});
+  page->Options("Mode", bind_.Options("optTimerMode", 6));
+  page->Options("Filter", bind_.Options("optTimerFilter", 5));
+  page->Options("Rate", bind_.Options("optTimerRate", 6));
+  return page;
 }
 
 QWidget* TimerWindow::MakeFoot() {
