@@ -17,6 +17,7 @@
 #include "platform/linux/system/LinuxFiles.h"
 #include "platform/linux/system/UserDirectories.h"
 #include "shared/InstalledData.h"
+#include "support/Text.h"
 
 namespace quorl::cli {
 namespace {
@@ -37,7 +38,7 @@ std::string ModeName(std::int32_t mode) {
 }
 
 std::string NameOf(const std::string& path) {
-  const std::string file = path.substr(path.rfind('/') + 1);
+  const std::string file = FileNameOf(path);
   return file.ends_with(".bpl") ? file.substr(0, file.size() - 4) : file;
 }
 

@@ -23,6 +23,7 @@
 #include "SpectrumPicture.h"
 #include "platform/linux/system/LinuxFiles.h"
 #include "shared/PngImage.h"
+#include "support/Text.h"
 
 namespace quorl::cli {
 namespace {
@@ -95,7 +96,7 @@ std::string Title(const RecordingBlocks& blocks, const SpectrumOptions& options,
                 kSourceNames[static_cast<std::size_t>(options.Spectrum.Source)].data(),
                 kWindowNames[static_cast<std::size_t>(options.Window)].data(),
                 static_cast<double>(meter.Blocks()) * static_cast<double>(BlockSeconds), options.From);
-  return name.substr(name.rfind('/') + 1) + rest.data();
+  return FileNameOf(name) + rest.data();
 }
 
 Failure TooShort(const RecordingBlocks& blocks) {

@@ -1,5 +1,7 @@
 // quorlsdr: the radio as a desktop program.
+#include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <string>
 
 #include "CLI/CLI.hpp"
@@ -16,9 +18,7 @@ bool HasDisplay() {
   return false;
 }
 
-}  // namespace
-
-int main(int count, char** arguments) {
+int Start(int count, char** arguments) {
   quorl::ProgramOptions options;
   for (int i = 1; i < count; ++i) options.CommandLine += std::string(i > 1 ? " " : "") + arguments[i];
   CLI::App parser("QUORLSDR, a software defined radio receiver", "quorlsdr");
@@ -74,4 +74,17 @@ int main(int count, char** arguments) {
   quorl::WatchedApplication application(count, arguments);
   quorl::PrepareApplication();
   return quorl::RunProgram(options, application);
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  try {
+    return Start(count, arguments);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "quorlsdr: %s\n", error.what());
+  } catch (...) {
+    std::fprintf(stderr, "quorlsdr: an unknown failure\n");
+  }
+  return quorl::ExitCode::Failed;
 }

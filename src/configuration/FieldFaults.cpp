@@ -1,12 +1,8 @@
 #include "configuration/FieldFaults.h"
 
+#include "config/Inks.h"
+
 namespace quorl {
-namespace {
-
-constexpr Colour kCaution = 0x38A8FF;
-
-}  // namespace
-
 void FieldFaults::Mark(Control& field, const std::string& text, bool told) {
   Clear(field);
   faults_.push_back({&field, text, told});
@@ -41,7 +37,7 @@ void FieldFaults::Show() {
   const std::size_t more = faults_.empty() ? 0 : faults_.size() - 1;
   const std::string first = faults_.empty() ? std::string() : faults_.front().Text;
   line_.Caption = more == 0 ? first : first + " (and " + std::to_string(more) + " more)";
-  line_.ForeColour = faults_.empty() ? kNoColour : kCaution;
+  line_.ForeColour = faults_.empty() ? kNoColour : kCautionInk;
   OnChange();
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "config/Inks.h"
 #include "configuration/FieldTexts.h"
 #include "interaction/PanelColours.h"
 #include "interaction/PanelTexts.h"
@@ -13,13 +14,12 @@ namespace quorl {
 
 namespace {
 
-constexpr const char* kForm = "frmFirstStart";
+constexpr const char* kDialog = "frmFirstStart";
 constexpr const char *kBoardKey = "Board", *kModelKey = "SDRModelNo";
 constexpr const char *kNone = "none", *kLater = "later", *kChosen = "chosen";
 constexpr std::int32_t kAD9951Clock = 360096000, kAD9835Clock = 50000000;  // Hz
 constexpr int kParallel = 0, kSerial = 1;                                  // places in optIF
 constexpr const char *kSerialSection = "DDSSerialIF", *kParallelSection = "DDSParallelIF";
-constexpr Colour kWarningInk = 0x0000FF;
 
 constexpr std::array<const char*, SDRModelNames.size() + 1> kBoards{
     "AD9951 on a serial port. Its signal comes in on the left channel.",
@@ -30,7 +30,7 @@ constexpr std::array<const char*, SDRModelNames.size() + 1> kBoards{
 constexpr int kNoBoardPlace = static_cast<int>(SDRModelNames.size());
 
 std::string Name(const char* control) {
-  return std::string(kForm) + "." + control;
+  return std::string(kDialog) + "." + control;
 }
 
 // Chooses the entry of that name, else the first.
@@ -121,7 +121,7 @@ FirstStartAnswers ReadAnswers(const SettingsStore& store) {
 }
 
 FirstStart::FirstStart(ControlRegistry& registry, FirstStartMachine machine, LevelLinks links)
-    : Form(registry, kForm),
+    : Form(registry, kDialog),
       optBoard(registry, Name("optBoard"), kNoBoardPlace + 1),
       lblBoard(registry, Name("lblBoard")),
       optIF(registry, Name("optIF"), 2),
@@ -130,7 +130,7 @@ FirstStart::FirstStart(ControlRegistry& registry, FirstStartMachine machine, Lev
       txtPortAddress(registry, Name("txtPortAddress")),
       lblPort(registry, Name("lblPort")),
       cboCapDevices(registry, Name("cboCapDevices")),
-      Level(registry, kForm, machine.Sound, machine.Queue, std::move(links)),
+      Level(registry, kDialog, machine.Sound, machine.Queue, std::move(links)),
       cboPlayDevices(registry, Name("cboPlayDevices")),
       cmdRefresh(registry, Name("cmdRefresh")),
       cmdStart(registry, Name("cmdStart")),
@@ -238,7 +238,7 @@ void FirstStart::ShowPort() {
   cboComPort.Enabled = HasBoard() && !portNumbers_.empty();
   txtPortAddress.Enabled = HasBoard();
   const bool missing = HasBoard() && IsSerial() && portNumbers_.empty();
-  lblPort.ForeColour = missing ? kWarningInk : kNoColour;
+  lblPort.ForeColour = missing ? kWrongInk : kNoColour;
   lblPort.Caption = missing ? "No serial port: plug in the adapter and look again." : "";
 }
 

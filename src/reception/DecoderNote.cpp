@@ -2,11 +2,12 @@
 
 #include <utility>
 
+#include "config/Inks.h"
+
 namespace quorl {
 
 namespace {
 
-constexpr Colour kCaution = 0x38A8FF;
 constexpr const char* kOwn = ", and it comes back with another mode";
 constexpr const char* kAdvice =
     ": it wants the band as it comes, without noise blanker, IF filter, notch, dynamic filter and AGC";
@@ -45,7 +46,7 @@ void DecoderNote::Show() {
   lblDecoder.Caption = released_ ? "The decoder has the sound card" : "Decoder hears through " + between;
   // A narrow window has room for half of it.
   lblDecoder.ToolTip = lblDecoder.Caption() + (released_ ? kOwn : kAdvice);
-  lblDecoder.ForeColour = released_ ? context_.Colours.Scheme().SDRLabelColour : kCaution;
+  lblDecoder.ForeColour = released_ ? context_.Colours.Scheme().SDRLabelColour : kCautionInk;
   lblDecoder.Visible = drm && (released_ || !between.empty());
 }
 

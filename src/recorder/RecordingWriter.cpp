@@ -10,7 +10,6 @@ namespace quorl {
 namespace {
 
 // Room for what is tuned between the last look at the length and the file's end.
-constexpr std::chrono::milliseconds kWait{10};
 constexpr std::int64_t kSpareRecords = 256;
 
 std::string FileBytesOf(std::vector<std::int16_t> samples) {
@@ -212,7 +211,7 @@ void RecordingWriter::TurnPart() {
 }
 
 Failure RecordingWriter::Finish() {
-  while (!waiting_.empty()) queue_.Wait(kWait);
+  while (!waiting_.empty()) queue_.Wait(kDiskWait);
   if (!log_.empty()) log_.back().End = position_ + 1;
   const std::string trailer = MakeTrailer(log_);
   const auto finish = [file = file_, format = format_, bytes = position_, trailer] {
@@ -227,7 +226,7 @@ Failure RecordingWriter::Finish() {
 
 void RecordingWriter::Abandon() {
   if (waiting_.size() > 1) waiting_.erase(waiting_.begin() + 1, waiting_.end());
-  while (busy_) queue_.Wait(kWait);
+  while (busy_) queue_.Wait(kDiskWait);
   file_.reset();
   journal_.Remove();
 }

@@ -1,6 +1,7 @@
 // The disk's side of a recording: takes its halves in order and writes each when the one before has ended.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -29,6 +30,8 @@ class RecordingWriter {
  public:
   // Halves that may wait for the disk.
   static constexpr int kMostWaiting = 4;
+  // Between two looks at a disk that is awaited.
+  static constexpr std::chrono::milliseconds kDiskWait{10};
 
   // Everything outlives the writer, `log` is what the recording's log is kept in.
   RecordingWriter(Files& files, FileWorker& worker, EventQueue& queue, std::vector<LogRecord>& log,

@@ -14,9 +14,8 @@
 namespace quorl {
 namespace {
 
-constexpr std::chrono::milliseconds kJournalInterval{50}, kWait{10};
+constexpr std::chrono::milliseconds kJournalInterval{50};
 constexpr std::int32_t kLeastChange = 999;  // dHz: smaller steps of the tuning leave no trace
-constexpr std::int32_t kProgressBlocks = 16;
 
 }  // namespace
 
@@ -204,7 +203,7 @@ void clsWavFile::Pause() {
 }
 
 void clsWavFile::AwaitRoom() {
-  while (!writer_.HasRoom()) machine_.Queue.Wait(kWait);
+  while (!writer_.HasRoom()) machine_.Queue.Wait(RecordingWriter::kDiskWait);
 }
 
 std::int16_t clsWavFile::UpdateWavHeader() {
@@ -268,7 +267,7 @@ void clsWavFile::Discard() {
 }
 
 void clsWavFile::Finish() {
-  while (busy_) machine_.Queue.Wait(kWait);
+  while (busy_) machine_.Queue.Wait(RecordingWriter::kDiskWait);
   if (writer_.IsOpen()) CloseRecording();
   Unload();
 }

@@ -191,6 +191,7 @@ class clsWavFile final : public BlockRecorder {
   std::int16_t AddIF(const std::int16_t* left, const std::int16_t* right, std::int32_t n) override;
 
  private:
+  static constexpr std::int32_t kProgressBlocks = 16;  // from one report of the position to the next
   static constexpr std::int32_t kIdle = 0, kRecording = 1, kPlaying = 2, kPaused = 3, kStopped = 4;
 
   std::int16_t Told(Failure failure);

@@ -7,11 +7,10 @@
 namespace quorl {
 namespace {
 
-constexpr char kFilter[] =
+constexpr char kOpenFilter[] =
     "Sound Files (*.wav)|*.wav|Other sound files "
     "(*.flac;*.aiff;*.aif;*.ogg;*.oga;*.opus;*.mp3;*.au;*.w64;*.rf64)|"
     "*.flac;*.aiff;*.aif;*.ogg;*.oga;*.opus;*.mp3;*.au;*.w64;*.rf64";
-constexpr std::int32_t kProgressBlocks = 16;
 constexpr std::int32_t kSecondsAhead = 4;
 
 struct Found {
@@ -24,7 +23,7 @@ struct Found {
 std::int16_t clsWavFile::LoadMedia() {
   const std::optional<std::string> chosen =
       machine_.Boxes.AskOpenFile({.Title = "Select Filename",
-                                  .Filter = kFilter,
+                                  .Filter = kOpenFilter,
                                   .Directory = LastDirectory.empty() ? DefaultDirectory : LastDirectory,
                                   .FileName = "*.wav"});
   if (!chosen || chosen->empty()) return DeckCode::Cancelled;

@@ -11,7 +11,7 @@
 namespace quorl {
 namespace {
 
-constexpr char kFilter[] = "Sound Files (*.wav)|*.wav";
+constexpr char kSaveFilter[] = "Sound Files (*.wav)|*.wav";
 constexpr std::string_view kEnding = ".wav";
 constexpr std::int64_t kCopyPiece = std::int64_t{1} << 20;
 constexpr int kOtherFileSystem = static_cast<int>(std::errc::cross_device_link);
@@ -35,7 +35,7 @@ std::string clsWavFile::AskTarget() {
   if (!RecordFileName.empty()) return WithEnding(RecordFileName);
   const std::optional<std::string> chosen =
       machine_.Boxes.AskSaveFile({.Title = "Select Filename to Save Recording",
-                                  .Filter = kFilter,
+                                  .Filter = kSaveFilter,
                                   .Directory = LastDirectory,
                                   .FileName = "untitled.wav"});
   return chosen && !chosen->empty() ? WithEnding(*chosen) : "";

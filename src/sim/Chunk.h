@@ -10,8 +10,9 @@
 namespace quorl {
 
 constexpr int kChunksPerSecond = 100;
-constexpr int kChunkFrames = 480;      // at the sound card's 48000 Hz
-constexpr int kSlowChunkFrames = 80;   // at 8000 Hz: speech, keying, music
+constexpr int kChunkFrames = 480;                                // at the sound card's 48000 Hz
+constexpr double kOutputRate = kChunkFrames * kChunksPerSecond;  // samples per second
+constexpr int kSlowChunkFrames = 80;                             // at 8000 Hz: speech, keying, music
 constexpr int kFastChunkFrames = 240;  // at 24000 Hz: what is wider than a telephone channel
 // Chunk of second 0 of the evening: a minute of room, so that what reaches back finds something there.
 constexpr std::int64_t kFirstChunk = 60LL * kChunksPerSecond;

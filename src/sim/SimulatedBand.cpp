@@ -12,7 +12,6 @@
 namespace quorl {
 namespace {
 
-constexpr double kOutputRate = kChunkFrames * kChunksPerSecond;
 constexpr double kHalfPassbandHz = 13500.0;  // beyond it a board's filter leaves nothing
 constexpr double kInaudibleDbm = -165.0;
 

@@ -10,7 +10,6 @@
 namespace quorl {
 namespace {
 
-constexpr double kOutputRate = kChunkFrames * kChunksPerSecond;
 constexpr std::int64_t kFirstSample = kFirstChunk * kChunkFrames;
 // IF filter: -6 dB at 11 kHz to each side, 70 dB down from 13.5 kHz on.
 constexpr double kHalfBandwidthHz = 11000.0;

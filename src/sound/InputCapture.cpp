@@ -6,9 +6,9 @@ namespace quorl {
 
 namespace {
 
-constexpr SoundFormat kFormat;  // the radio's: what it gets is what is measured
-constexpr int kBlocks = 2;
-constexpr int kBlockBytes = InputCapture::kBlockSamples * 2 * static_cast<int>(sizeof(std::int16_t));
+constexpr SoundFormat kCaptureFormat;  // the radio's: what it gets is what is measured
+constexpr int kPieces = 2;
+constexpr int kPieceBytes = InputCapture::kBlockSamples * 2 * static_cast<int>(sizeof(std::int16_t));
 
 }  // namespace
 
@@ -16,9 +16,9 @@ Failure InputCapture::Open(int device) {
   Close();
   Failure failure;
   auto buffer = system_.CreateCaptureBuffer(
-      device, kFormat, kBlocks * kBlockBytes, [this](int block) { Take(block); }, failure);
+      device, kCaptureFormat, kPieces * kPieceBytes, [this](int block) { Take(block); }, failure);
   if (!buffer) return failure;
-  buffer->SetNotificationPositions({{kBlockBytes - 1, 0}, {2 * kBlockBytes - 1, 1}});
+  buffer->SetNotificationPositions({{kPieceBytes - 1, 0}, {2 * kPieceBytes - 1, 1}});
   failure = buffer->Start();
   if (!failure) buffer_ = std::move(buffer);
   return failure;
@@ -26,7 +26,7 @@ Failure InputCapture::Open(int device) {
 
 void InputCapture::Take(int block) {
   if (!buffer_) return;
-  buffer_->Read(block * kBlockBytes, kBlockBytes, samples_.data());
+  buffer_->Read(block * kPieceBytes, kPieceBytes, samples_.data());
   DeInterlace_16_2(samples_.data(), left_.data(), right_.data(), 2 * kBlockSamples);
   onBlock_(left_.data(), right_.data(), kBlockSamples);
 }

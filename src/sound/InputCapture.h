@@ -33,7 +33,7 @@ class InputCapture {
   SoundSystem& system_;
   Block onBlock_;
   std::unique_ptr<CaptureBuffer> buffer_;
-  std::array<std::int16_t, 2 * kBlockSamples> samples_{};
+  std::array<std::int16_t, std::size_t{2} * kBlockSamples> samples_{};
   std::array<std::int16_t, kBlockSamples> left_{}, right_{};
 };
 

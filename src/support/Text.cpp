@@ -84,4 +84,8 @@ std::string FlagText(bool value) {
   return value ? "True" : "False";
 }
 
+std::string FileNameOf(const std::string& path) {
+  return path.substr(path.rfind('/') + 1);
+}
+
 }  // namespace quorl

@@ -32,4 +32,7 @@ std::string NumberText(std::int32_t value);
 // "True" or "False".
 std::string FlagText(bool value);
 
+// The last part of a path; all of it where it has no slash.
+std::string FileNameOf(const std::string& path);
+
 }  // namespace quorl

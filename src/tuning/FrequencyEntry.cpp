@@ -1,5 +1,6 @@
 #include "tuning/FrequencyEntry.h"
 
+#include "config/Inks.h"
 #include "support/Rounding.h"
 #include "tuning/FrequencyText.h"
 
@@ -7,7 +8,6 @@ namespace quorl {
 
 namespace {
 
-constexpr Colour kWrong = 0x0000FF;
 constexpr const char* kHowTo = "7205 is kHz, 7.205M is MHz, 7205000Hz is Hz; Enter tunes, Escape leaves";
 
 bool IsPlain(const Key& key) {
@@ -84,7 +84,7 @@ void FrequencyEntry::Accept() {
 }
 
 void FrequencyEntry::Refuse(const std::string& reason) {
-  txtFrequency.ForeColour = kWrong;
+  txtFrequency.ForeColour = kWrongInk;
   txtFrequency.ToolTip = reason;
 }
 

@@ -10,7 +10,7 @@
 namespace quorl {
 namespace {
 
-constexpr char kPath[] = "/themes/mine.thm";
+constexpr char kTheme[] = "/themes/mine.thm";
 
 ThemeColours Numbered() {
   ThemeColours colours;
@@ -25,11 +25,11 @@ std::string ThemeOf(const std::string& keys) {
 
 TEST(ThemeFile, WhatIsWrittenIsReadUnderFifteenKeys) {
   VirtualFiles files;
-  files.Put(kPath, "; mine\r\n[Active]\r\nName=Old\r\n[Old]\r\nshpSDRLabelColour=9\r\n");
+  files.Put(kTheme, "; mine\r\n[Active]\r\nName=Old\r\n[Old]\r\nshpSDRLabelColour=9\r\n");
   const ThemeColours colours = Numbered();
-  ASSERT_FALSE(SaveTheme(files, kPath, colours));
+  ASSERT_FALSE(SaveTheme(files, kTheme, colours));
   Failure failure;
-  const std::string text = files.Read(kPath, failure).value();
+  const std::string text = files.Read(kTheme, failure).value();
   EXPECT_EQ(text.substr(0, text.find("shpSDRFrameFocusColour")),
             "; mine\r\n[Active]\r\nName=SDRColours\r\n[Old]\r\nshpSDRLabelColour=9\r\n[SDRColours]\r\n"
             "shpSDRBackGroundColour=0\r\n");
@@ -38,7 +38,7 @@ TEST(ThemeFile, WhatIsWrittenIsReadUnderFifteenKeys) {
   EXPECT_TRUE(read.HasActive);
   EXPECT_TRUE(read.Colours.SameTheme(colours));
   EXPECT_TRUE(read.Missing.empty() && read.Unfit.empty());
-  EXPECT_EQ(ThemeFault(read, kPath), "");
+  EXPECT_EQ(ThemeFault(read, kTheme), "");
   EXPECT_EQ(read.Colours[Swatch::ControlNormal], colours[Swatch::NormalScrollLabel]) << "no key of its own";
   EXPECT_EQ(read.Colours[Swatch::ControlFocused], colours[Swatch::FocusScrollLabel]);
 }
@@ -56,8 +56,8 @@ TEST(ThemeFile, WhatIsMissingOrNoColourStaysAndIsNamed) {
   EXPECT_EQ(read.Unfit, (std::vector<std::string>{"shpSDRTuningColour", "shpScopeY1Colour",
                                                   "shpScopeY2Colour", "shpScopeXTextColour"}));
   EXPECT_EQ(read.Missing.size(), 9U);
-  const std::string fault = ThemeFault(read, kPath);
-  for (const char* part : {kPath, "shpSDRTuningColour", "shpScopeXTextColour", "shpScopeYTextColour"})
+  const std::string fault = ThemeFault(read, kTheme);
+  for (const char* part : {kTheme, "shpSDRTuningColour", "shpScopeXTextColour", "shpScopeYTextColour"})
     EXPECT_NE(fault.find(part), std::string::npos) << part;
   EXPECT_EQ(fault.find("shpSDRLabelColour"), std::string::npos);
 }
@@ -69,7 +69,7 @@ TEST(ThemeFile, WithoutTheNameOfItsSectionItChangesNothing) {
     const ThemeContent read = ReadTheme(text, before);
     EXPECT_FALSE(read.HasActive) << text;
     EXPECT_EQ(read.Colours, before) << text;
-    EXPECT_NE(ThemeFault(read, kPath).find(kPath), std::string::npos);
+    EXPECT_NE(ThemeFault(read, kTheme).find(kTheme), std::string::npos);
   }
   EXPECT_EQ(ReadTheme("[Active]\r\nName=Nowhere\r\n", before).Colours, before);
 }

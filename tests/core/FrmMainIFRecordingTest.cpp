@@ -10,12 +10,12 @@ namespace {
 constexpr char kFile[] = "plans/night.wav";
 constexpr double kWhistle = 7206300.0;  // Hz, the heterodyne
 
-struct BoardCase {
+struct RecordedBoard {
   int Model;
   bool LowSide;
 };
 
-std::string SettingsFor(const BoardCase& board) {
+std::string PlayingSettings(const RecordedBoard& board) {
   std::string settings = "[frmMain]\nSpectrumAnalyserOn=1\nSDRModelNo=" + std::to_string(board.Model) +
                          "\n[DDSAD9835]\nClkIn=50000000\n[SpectrumAnalyser]\n.Mode.0.FastMode=True\n";
   for (const char* vfo : {"VFO1.DRT1", "VFO1.ElektorDRM", "VFO1.RXIQ"}) {
@@ -26,8 +26,8 @@ std::string SettingsFor(const BoardCase& board) {
 }
 
 struct IFRig : FrameRig {
-  IFRig(const BoardCase& board, std::int32_t mode)
-      : FrameRig(SettingsFor(board), board.Model, board.LowSide) {
+  IFRig(const RecordedBoard& board, std::int32_t mode)
+      : FrameRig(PlayingSettings(board), board.Model, board.LowSide) {
     if (!Start()) throw std::runtime_error("the radio does not start");
     Picture().SetPlace({0, 0, 1200, 400});
     Picture().SetSurfaces(&front, &back);
@@ -84,7 +84,7 @@ double Correlation(const std::vector<std::int16_t>& a, std::size_t atA, const st
   return ab / std::sqrt(aa * bb);
 }
 
-class FrmMainIFRecording : public testing::TestWithParam<BoardCase> {};
+class FrmMainIFRecording : public testing::TestWithParam<RecordedBoard> {};
 
 TEST_P(FrmMainIFRecording, SoundsAndLooksOnAnotherBoardAsItDid) {
   for (const std::int32_t mode : {DemodMode::AM, DemodMode::USB}) {
@@ -95,7 +95,7 @@ TEST_P(FrmMainIFRecording, SoundsAndLooksOnAnotherBoardAsItDid) {
     Failure failure;
     const std::string night = there.Storage.Read(kFile, failure).value_or("");
 
-    const BoardCase other{(GetParam().Model + 1) % 4, !GetParam().LowSide};
+    const RecordedBoard other{(GetParam().Model + 1) % 4, !GetParam().LowSide};
     IFRig here(other, mode);
     here.Frame().Radio().Tuning().Tune().MoveTo(100000000);  // where the band is empty
     here.Run(1.0);
@@ -118,8 +118,8 @@ TEST_P(FrmMainIFRecording, SoundsAndLooksOnAnotherBoardAsItDid) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Boards, FrmMainIFRecording,
-                         testing::Values(BoardCase{0, false}, BoardCase{1, true}, BoardCase{2, false},
-                                         BoardCase{3, true}));
+                         testing::Values(RecordedBoard{0, false}, RecordedBoard{1, true},
+                                         RecordedBoard{2, false}, RecordedBoard{3, true}));
 
 TEST(FrmMainIFRecording, ModeFilterBfoAndNotchWorkOnIt) {
   IFRig there({SDRModel::DRT1, false}, DemodMode::AM);

@@ -41,11 +41,11 @@ struct ScopedRig : FrameRig {
   CanvasPicture* picture = nullptr;
 };
 
-struct BoardCase {
+struct ScopeBoard {
   int Model;
   bool LowSide;
 };
-class FrmMainScopeBoard : public testing::TestWithParam<BoardCase> {};
+class FrmMainScopeBoard : public testing::TestWithParam<ScopeBoard> {};
 
 TEST_P(FrmMainScopeBoard, AClickOnACarriersPeakTunesIt) {
   const auto [model, lowSide] = GetParam();
@@ -80,9 +80,9 @@ TEST_P(FrmMainScopeBoard, AClickOnACarriersPeakTunesIt) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Boards, FrmMainScopeBoard,
-                         testing::Values(BoardCase{0, false}, BoardCase{0, true}, BoardCase{1, false},
-                                         BoardCase{1, true}, BoardCase{2, false}, BoardCase{2, true},
-                                         BoardCase{3, false}, BoardCase{3, true}));
+                         testing::Values(ScopeBoard{0, false}, ScopeBoard{0, true}, ScopeBoard{1, false},
+                                         ScopeBoard{1, true}, ScopeBoard{2, false}, ScopeBoard{2, true},
+                                         ScopeBoard{3, false}, ScopeBoard{3, true}));
 
 TEST(FrmMainScope, AFrozenPictureTunesWhatItShows) {
   ScopedRig rig(std::string(kScopeOn) + "[SpectrumAnalyser]\n.Mode.0.FastMode=True\n");

@@ -8,14 +8,14 @@
 namespace quorl::test {
 namespace {
 
-constexpr std::size_t n = SamplesPerEvent;
-constexpr std::size_t kBlocks = 3;
+constexpr std::size_t kBlock = SamplesPerEvent;
+constexpr std::size_t kRun = 3;
 
 class DemodulatorsTest : public testing::Test {
  protected:
   DemodulatorsTest() {
     bank.Initialise();
-    std::vector<float> pass(n);
+    std::vector<float> pass(kBlock);
     pass[0] = 1.0F;
     for (clsFFTFilter* filter : {&bank.AFFilter, &bank.SSBFilterI, &bank.SSBFilterQ}) {
       filter->PutFilterTCoeffs_S(pass.data());
@@ -26,12 +26,12 @@ class DemodulatorsTest : public testing::Test {
   template <typename F>
   SampleBuffer Run(F demodulate) {
     SampleBuffer all;
-    for (std::size_t at = 0; at < kBlocks * n; at += n) {
-      SampleBuffer i(2 * n), q(2 * n), out(2 * n);
-      std::copy_n(&inI[at], n, i.data());
-      std::copy_n(&inQ[at], n, q.data());
+    for (std::size_t at = 0; at < kRun * kBlock; at += kBlock) {
+      SampleBuffer i(2 * kBlock), q(2 * kBlock), out(2 * kBlock);
+      std::copy_n(&inI[at], kBlock, i.data());
+      std::copy_n(&inQ[at], kBlock, q.data());
       demodulate(i.data(), q.data(), out.data());
-      all.insert(all.end(), out.begin(), out.begin() + n);
+      all.insert(all.end(), out.begin(), out.begin() + kBlock);
     }
     return all;
   }
@@ -39,18 +39,19 @@ class DemodulatorsTest : public testing::Test {
   KernelSettings settings;
   FilterBank bank{settings};
   Demodulators demodulators{bank};
-  const SampleBuffer inI = RandomFloats(kBlocks * n, 1000.0F, 1), inQ = RandomFloats(kBlocks * n, 1000.0F, 2);
+  const SampleBuffer inI = RandomFloats(kRun * kBlock, 1000.0F, 1),
+                     inQ = RandomFloats(kRun * kBlock, 1000.0F, 2);
 };
 
 // The pass-all filters' transforms round at a few millionths of the block's level.
-constexpr double kTolerance = 5e-3;
+constexpr double kAudioTolerance = 5e-3;
 
 TEST_F(DemodulatorsTest, BCTakesTheRootOfSixSquaresAcrossBlocks) {
-  const SampleBuffer out = Run([&](float* i, float*, float* o) { demodulators.DemodBC(i, o, n); });
+  const SampleBuffer out = Run([&](float* i, float*, float* o) { demodulators.DemodBC(i, o, kBlock); });
   for (std::size_t k = 0; k < out.size(); ++k) {
     double sum = 0.0;
     for (std::size_t w = 0; w < 6 && w <= k; ++w) sum += double(inI[k - w]) * double(inI[k - w]);
-    ASSERT_NEAR(out[k], std::sqrt(sum) / 6.0, kTolerance) << k;
+    ASSERT_NEAR(out[k], std::sqrt(sum) / 6.0, kAudioTolerance) << k;
   }
 }
 
@@ -71,9 +72,9 @@ TEST_F(DemodulatorsTest, AMIsTheEnvelopeAndASidebandTheSumOrDifference) {
   const SampleBuffer difference =
       Run([&](float* i, float* q, float* o) { demodulators.DemodSSB(i, q, o, false); });
   for (std::size_t k = 0; k < am.size(); ++k) {
-    ASSERT_NEAR(am[k], std::hypot(inI[k], inQ[k]), kTolerance) << k;
-    ASSERT_NEAR(sum[k], inI[k] + inQ[k], kTolerance) << k;
-    ASSERT_NEAR(difference[k], inI[k] - inQ[k], kTolerance) << k;
+    ASSERT_NEAR(am[k], std::hypot(inI[k], inQ[k]), kAudioTolerance) << k;
+    ASSERT_NEAR(sum[k], inI[k] + inQ[k], kAudioTolerance) << k;
+    ASSERT_NEAR(difference[k], inI[k] - inQ[k], kAudioTolerance) << k;
   }
 }
 

@@ -25,7 +25,7 @@
 namespace quorl {
 namespace {
 
-constexpr std::chrono::milliseconds kPatience{5000};
+constexpr std::chrono::milliseconds kPortPatience{5000};
 
 // A driver made of memory. Its wait behaves as the real one: it sees only what changes after it began, and an
 // interruption reaches it only while it waits.
@@ -117,8 +117,8 @@ class LinuxSerialPortTest : public testing::Test {
     port_.OnStatusChange([this] { seen_.push_back(port_.Status().value_or(0)); });
   }
   void AwaitChange(std::size_t count) {
-    const auto end = std::chrono::steady_clock::now() + kPatience;
-    while (seen_.size() < count && std::chrono::steady_clock::now() < end) queue_.Wait(kPatience);
+    const auto end = std::chrono::steady_clock::now() + kPortPatience;
+    while (seen_.size() < count && std::chrono::steady_clock::now() < end) queue_.Wait(kPortPatience);
     ASSERT_EQ(seen_.size(), count);
   }
 

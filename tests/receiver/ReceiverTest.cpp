@@ -6,7 +6,7 @@
 namespace quorl::test {
 namespace {
 
-constexpr double kLevel = 8000.0;
+constexpr double kCarrier = 8000.0;
 constexpr std::int32_t kBFO = 375;  // Hz: 16 blocks have a bin there
 
 TEST(Receiver, IFEdgesFollowModeSideAndSetting) {
@@ -95,9 +95,9 @@ TEST(Receiver, BFOMovesThePitch) {
     rig.Radio.SetBFO(lowSide ? -kBFO : kBFO);
     EXPECT_EQ(rig.Radio.Vars.BFOOffset, -kBFO);
     const double f = OnBin(800.0, 16);
-    const SampleBuffer audio = rig.Receive(ToneOf(12000.0 + (lowSide ? f : -f), kLevel), 16);
-    EXPECT_NEAR(LineAt(audio, f + kBFO), kLevel, 0.01 * kLevel);
-    EXPECT_LT(LineAt(audio, f), 0.01 * kLevel);
+    const SampleBuffer audio = rig.Receive(ToneOf(12000.0 + (lowSide ? f : -f), kCarrier), 16);
+    EXPECT_NEAR(LineAt(audio, f + kBFO), kCarrier, 0.01 * kCarrier);
+    EXPECT_LT(LineAt(audio, f), 0.01 * kCarrier);
     rig.Radio.SetLowSideLO(!lowSide);
     EXPECT_EQ(rig.Radio.Vars.BFOOffset, kBFO);
   }
@@ -118,7 +118,7 @@ TEST(Receiver, FastMixerAndOscillatorGiveTheSameAudio) {
     ChainRig rig(SDRModel::DRT1, DemodMode::USB);
     rig.SetFilter(300, 2300);
     if (table == 1) rig.Radio.Vars.MixerFrequency = IFCentre + 1;  // takes the table, at the same step
-    level[table] = LineAt(rig.Receive(ToneOf(12000.0 - f, kLevel), 16), f);
+    level[table] = LineAt(rig.Receive(ToneOf(12000.0 - f, kCarrier), 16), f);
   }
   EXPECT_NEAR(Decibels(level[0] / level[1]), 0.0, 1e-3);
 }
@@ -135,9 +135,9 @@ TEST(Receiver, SidebandSumOfTheIQPathFollowsTheBFOsSign) {
       ChainRig rig(SDRModel::IQXtalRX, row.Mode);
       rig.SetFilter(300, 2300);
       rig.Radio.SetBFO(row.BFO);
-      const Signal tone = ToneOf(12000.0 - f, kLevel), none = ToneOf(0.0, 0.0);
+      const Signal tone = ToneOf(12000.0 - f, kCarrier), none = ToneOf(0.0, 0.0);
       const SampleBuffer audio = rig.Receive(onQ ? none : tone, 16, 6, onQ ? tone : none);
-      EXPECT_NEAR(LineAt(audio, f + row.BFO), (onQ ? row.Q : row.I) * kLevel, 0.02 * kLevel);
+      EXPECT_NEAR(LineAt(audio, f + row.BFO), (onQ ? row.Q : row.I) * kCarrier, 0.02 * kCarrier);
     }
   }
   // Branches against each other: opposite phases of Q add or cancel. LSB with the BFO at 0 takes the cosine
@@ -148,9 +148,9 @@ TEST(Receiver, SidebandSumOfTheIQPathFollowsTheBFOsSign) {
     ChainRig rig(SDRModel::IQXtalRX, mode);
     rig.SetFilter(300, 2300);
     rig.Radio.SetBFO(bfo);
-    const Signal tone = ToneOf(12000.0 - f, kLevel);
+    const Signal tone = ToneOf(12000.0 - f, kCarrier);
     const SampleBuffer audio = rig.Receive(tone, 16, 6, tone);
-    EXPECT_NEAR(LineAt(audio, f + bfo), expected * kLevel, 0.02 * kLevel) << mode << " " << bfo;
+    EXPECT_NEAR(LineAt(audio, f + bfo), expected * kCarrier, 0.02 * kCarrier) << mode << " " << bfo;
   }
 }
 
@@ -168,11 +168,11 @@ TEST(Receiver, DRMPassesTheIFAsItCame) {
 
 TEST(Receiver, SignalLevelIsTheRootMeanSquare) {
   ChainRig rig(SDRModel::DRT1, DemodMode::AM);
-  rig.Receive(ToneOf(12000.0, kLevel), 50);
+  rig.Receive(ToneOf(12000.0, kCarrier), 50);
   const PublicVars& vars = rig.Radio.Vars;
-  EXPECT_NEAR(rig.Radio.MeanSignalLevel(), kLevel / std::sqrt(2.0), 1.0);
+  EXPECT_NEAR(rig.Radio.MeanSignalLevel(), kCarrier / std::sqrt(2.0), 1.0);
   for (std::size_t k = 0; k + 1 < vars.SignalPowerRing.size(); ++k) {
-    ASSERT_NEAR(vars.SignalPowerRing[k], 2048 * kLevel * kLevel / 2, 1e-3 * 2048 * kLevel * kLevel);
+    ASSERT_NEAR(vars.SignalPowerRing[k], 2048 * kCarrier * kCarrier / 2, 1e-3 * 2048 * kCarrier * kCarrier);
   }
   EXPECT_EQ(vars.SignalPowerRing[46], 0.0F);  // the index turns before the last entry
 }
@@ -263,7 +263,7 @@ TEST(Receiver, DynamicFilterFollowsMovesOfMoreThan100Hertz) {
 
   // And by a real tone.
   const double f = OnBin(2000.0, 16);
-  rig.Receive(ToneOf(12000.0 - f, kLevel), 20, 0);
+  rig.Receive(ToneOf(12000.0 - f, kCarrier), 20, 0);
   EXPECT_NEAR(vars.PeakFrequency, 2000, 24);
 }
 

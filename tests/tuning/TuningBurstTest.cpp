@@ -19,8 +19,8 @@ using std::chrono::microseconds;
 using std::chrono::milliseconds;
 
 constexpr int kElektor = 1;
-constexpr std::int32_t kStart = 72050000;  // dHz
-constexpr std::int32_t kNotch = 1000;      // dHz
+constexpr std::int32_t kBurstStart = 72050000;  // dHz
+constexpr std::int32_t kNotch = 1000;           // dHz
 
 struct Wire {
   int Model;
@@ -36,7 +36,7 @@ class TuningBurst : public testing::TestWithParam<Wire>, protected TuningRig {
     chain.OpenInterface(InterfaceType::Serial, false);
     chain.CreateVFO(GetParam().Model, InterfaceType::Serial);
     panel.SetTuner(&chain.Tune());
-    chain.VFO()->SetTunedFrequency(kStart);
+    chain.VFO()->SetTunedFrequency(kBurstStart);
     for (Timer* timer : {&panel.tmrTune, &panel.tmrVFOUpdate}) {
       timer->SetInterval(timer == &panel.tmrTune ? 50 : 1000);
       timer->SetEnabled(true);

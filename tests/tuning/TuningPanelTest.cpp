@@ -60,7 +60,7 @@ class TuningPanelTest : public testing::Test {
     }
     At("picFreqDisp").KeyUp(Key{code, {}});
   }
-  void Run(int milliseconds) { queue.AdvanceBy(std::chrono::milliseconds(milliseconds)); }
+  void Run(int time) { queue.AdvanceBy(std::chrono::milliseconds(time)); }
   std::string Digits() {
     Run(60);
     return Shown();

@@ -19,7 +19,7 @@ CardView::CardView(RefreshClock& clock, Frame& frame, const QString& title, Titl
   rows_->setSpacing(4);
   rows_->addStretch(1);
   SetSizes(QSizePolicy::Preferred, QSizePolicy::Preferred, shown == Title::Flat);
-  TakeTones();
+  CardView::TakeTones();
   if (shown == Title::Flat) rows_->setContentsMargins(0, 0, 0, 0);
   if (shown == Title::Beside) {
     const int width = skin::TextWidth(skin::TitleFont(), TitleText().toUpper());

@@ -2,7 +2,6 @@
 
 #include <QMenu>
 #include <QPainter>
-#include <QTimer>
 
 #include "desktop/views/Skin.h"
 
@@ -102,7 +101,7 @@ void PopupListView::Open() {
   menu_ = MakeItemMenu(box_, anchor_);
   QObject::connect(menu_, &QMenu::aboutToHide, this, [this] {
     // The chosen item is only told after the menu has closed, and an invisible control takes no choice.
-    QTimer::singleShot(0, this, [this] {
+    const auto closed = [this] {
       if (menu_) menu_->deleteLater();
       menu_ = nullptr;
       if (!box_.Visible()) return;
@@ -111,7 +110,8 @@ void PopupListView::Open() {
       } else {
         Raise(box_.KeyDown, Key{Key::Escape, {}});
       }
-    });
+    };
+    QMetaObject::invokeMethod(this, closed, Qt::QueuedConnection);
   });
   const Control* beside = box_.Beside();
   const auto* named =

@@ -11,7 +11,6 @@ class SeekView : public SliderView {
   SeekView(RefreshClock& clock, MarkedSlider& slider, int width)
       : SliderView(clock, slider, width), marked_(slider) {}
 
-  QString SpokenValue() const override { return View::SpokenValue(); }
   bool IsText() const override { return false; }
   QSize sizeHint() const override { return {SliderView::sizeHint().width(), 24}; }
 

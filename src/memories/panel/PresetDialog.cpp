@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "config/Inks.h"
 #include "memories/TuningBlock.h"
 #include "support/NumberPicture.h"
 #include "support/Product.h"
@@ -16,7 +17,6 @@ namespace {
 
 constexpr std::array<const char*, 4> kModes{"AM", "USB", "LSB", "DRM"};
 constexpr std::array<const char*, 5> kFilters{"Off", "400Hz", "2.4KHz", "3.2KHz", "4KHz"};
-constexpr Colour kWrong = 0x0000FF;
 constexpr std::size_t kDateLength = 10, kTimeAt = 11, kTimeLength = 8;  // of a stamp
 enum Value { kDescription, kFrequency, kDate, kTime };
 
@@ -87,7 +87,7 @@ void PresetDialog::Open(std::function<void()> accepted) {
 void PresetDialog::cmdSave_Click() {
   const auto hertz = Hertz(txtPresetValues(kFrequency).Value());
   if (!hertz) {
-    txtPresetValues(kFrequency).ForeColour = kWrong;
+    txtPresetValues(kFrequency).ForeColour = kWrongInk;
     txtPresetValues(kFrequency).ToolTip = std::string("A frequency from 1 to 214748364 hertz is needed");
     return;
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "config/Inks.h"
 #include "memories/modBandPlan.h"
 #include "support/Text.h"
 
@@ -10,7 +11,6 @@ namespace {
 
 constexpr const char* kHowTo = "Part of a name, or kHz; Enter looks in all plans";
 constexpr const char* kNothing = "No preset of any plan has that in its name or frequency";
-constexpr Colour kWrong = 0x0000FF;
 
 void Collect(const BandPlan& plan, const std::string& wanted, std::vector<StationFinder::Found>& found) {
   for (const SubBand& band : plan.SubBands) {
@@ -74,7 +74,7 @@ void StationFinder::txtFind_KeyDown(const Key& key) {
 void StationFinder::Find() {
   found_ = Search(txtFind.Value());
   if (found_.empty() && !Trim(txtFind.Value()).empty()) {
-    txtFind.ForeColour = kWrong;
+    txtFind.ForeColour = kWrongInk;
     txtFind.ToolTip = std::string(kNothing);
   }
   if (found_.size() == 1) return Choose(0);

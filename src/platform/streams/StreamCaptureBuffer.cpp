@@ -4,12 +4,6 @@
 #include <cstring>
 
 namespace quorl {
-namespace {
-
-constexpr std::size_t kMostMarks = 1024;
-
-}  // namespace
-
 StreamCaptureBuffer::StreamCaptureBuffer(StreamEvents& events, SoundCounters& counters,
                                          const SoundFormat& format, int bytes, SoundNotifier notifier)
     : events_(events),

@@ -10,6 +10,9 @@
 
 namespace quorl {
 
+// Crossings of a buffer that the main thread has not heard of yet, at most.
+constexpr std::size_t kMostMarks = 1024;
+
 // Counts that the device sides raise and the main thread reads.
 struct SoundCounters {
   std::atomic<std::int64_t> CapturedBlocks{0}, Overruns{0}, Underruns{0};

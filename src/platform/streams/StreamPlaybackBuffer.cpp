@@ -8,7 +8,7 @@
 namespace quorl {
 namespace {
 
-constexpr std::size_t kMostMarks = 1024, kMostChunks = 64;
+constexpr std::size_t kMostChunks = 64;
 constexpr std::int64_t kLongestPause = 1000000;  // microseconds
 
 }  // namespace

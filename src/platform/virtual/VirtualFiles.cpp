@@ -225,7 +225,7 @@ std::vector<std::string> VirtualFiles::List(const std::string& directory, const 
   std::vector<std::string> names;
   for (const auto& [path, node] : disk_->Files) {
     if (Parent(path) == WithoutLastSlash(directory) && EndsWithNoCase(path, suffix)) {
-      names.push_back(path.substr(path.rfind('/') + 1));
+      names.push_back(FileNameOf(path));
     }
   }
   std::sort(names.begin(), names.end());

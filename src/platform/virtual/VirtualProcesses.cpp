@@ -18,7 +18,7 @@ int VirtualProcesses::Start(const ProgramStart& start, Failure& failure) {
   failure = StartFailure;
   if (failure) return 0;
   const int process = nextProcess_++;
-  Running[process] = start.Program.substr(start.Program.rfind('/') + 1);
+  Running[process] = FileNameOf(start.Program);
   Children.insert(process);
   OnStart(process);
   return process;

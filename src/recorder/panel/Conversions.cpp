@@ -4,15 +4,10 @@
 
 #include "recorder/files/SoundImport.h"
 #include "support/NumberPicture.h"
+#include "support/Text.h"
 
 namespace quorl {
-namespace {
-
-std::string NameIn(const std::string& path) {
-  return path.substr(path.rfind('/') + 1);
-}
-
-}  // namespace
+namespace {}  // namespace
 
 std::string TrackFolder(const std::string& recording) {
   const std::size_t name = recording.rfind('/') + 1, ending = recording.rfind('.');
@@ -49,8 +44,8 @@ void Conversions::Start(std::shared_ptr<FileJob> job, const std::string& what, s
 
 void Conversions::Import(const std::string& path, std::function<void(const std::string&)> done) {
   if (!CanConvert()) return;
-  Start(std::make_shared<SoundImport>(machine_.Storage, *media_, path, imported_), "Reading " + NameIn(path),
-        [this, done = std::move(done)] { done(imported_); });
+  Start(std::make_shared<SoundImport>(machine_.Storage, *media_, path, imported_),
+        "Reading " + FileNameOf(path), [this, done = std::move(done)] { done(imported_); });
 }
 
 void Conversions::Export(TrackExportOrder order) {

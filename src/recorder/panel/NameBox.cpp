@@ -12,10 +12,6 @@ namespace {
 constexpr const char* kFirstName = "quorlsdr.wav";
 constexpr const char* kToolTip = "Filename for recording";
 
-std::string NameIn(const std::string& path) {
-  return path.substr(path.rfind('/') + 1);
-}
-
 }  // namespace
 
 NameBox::NameBox(ControlRegistry& registry, clsWavFile& deck, Dialogs& boxes)
@@ -54,7 +50,7 @@ void NameBox::TakePath(const std::string& path) {
 
 void NameBox::Show(const std::string& path) {
   const ScopedFlag showing(showing_);
-  txtRecordFileName.SetValue(NameIn(path));
+  txtRecordFileName.SetValue(FileNameOf(path));
   txtRecordFileName.ToolTip = path.empty() ? kToolTip : path;
   typed_ = false;
 }

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <utility>
 
+#include "config/Inks.h"
 #include "recorder/panel/RecorderPanel.h"
 #include "state/PublicConstants.h"
 #include "support/NumberPicture.h"
@@ -11,18 +12,13 @@
 namespace quorl {
 namespace {
 
-constexpr Colour kEngaged = 255;  // ground of a button that holds or repeats something
-constexpr Colour kCaution = 0x38A8FF;
+constexpr Colour kEngaged = 255;                    // ground of a button that holds or repeats something
 constexpr std::int64_t kDiskInterval = 10'000'000;  // microseconds
 constexpr double kLeastMinutes = 10;                // that the disk holds before the panel says so
 
 std::string TimeText(std::int64_t seconds) {
   return FormatPicture(double(seconds / 3600), "00") + ":" + FormatPicture(double(seconds / 60 % 60), "00") +
          ":" + FormatPicture(double(seconds % 60), "00");
-}
-
-std::string NameIn(const std::string& path) {
-  return path.substr(path.rfind('/') + 1);
 }
 
 }  // namespace
@@ -146,7 +142,7 @@ void RecorderPanel::ShowLine() {
   }
   lblRecorderState.ToolTip = all;
   lblRecorderState.ForeColour =
-      asks || !caution.empty() ? kCaution : context_.Colours.Scheme().SDRLabelColour;
+      asks || !caution.empty() ? kCautionInk : context_.Colours.Scheme().SDRLabelColour;
 }
 
 std::string RecorderPanel::StateText() const {
@@ -163,7 +159,7 @@ std::string RecorderPanel::StateText() const {
   if (Gives()) return at("Playing " + deck_.FileShortName);
   if (deck_.HasFile()) return "Loaded " + deck_.FileShortName;
   if (deck_.StatusOfMedia() == MediaStatus::Saved && !deck_.RecordFileName.empty())
-    return "Saved as " + NameIn(deck_.RecordFileName);
+    return "Saved as " + FileNameOf(deck_.RecordFileName);
   return timer.empty() ? "Ready" : timer;
 }
 

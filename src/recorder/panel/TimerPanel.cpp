@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstdio>
 
+#include "config/Inks.h"
 #include "interaction/PanelColours.h"
 #include "interaction/PanelTexts.h"
 #include "platform/CalendarDays.h"
@@ -23,7 +24,6 @@ constexpr std::array<const char*, 3> kRepeats{"Once", "Daily", "Weekly"};
 constexpr int kRates = TimerProgramme::kIF + 1;
 constexpr std::size_t kDateLength = 10, kTimeAt = 11, kMinutesLength = 5;
 constexpr double kDay = 1.0;
-constexpr Colour kCaution = 0x38A8FF;
 
 std::string RateText(std::int32_t rate) {
   return rate == TimerProgramme::kIF ? kIFText : RecordSampleRateTexts[static_cast<std::size_t>(rate)];
@@ -210,7 +210,7 @@ void TimerPanel::ClearFaults() {
 
 void TimerPanel::Tell(const std::string& fault) {
   lblTimerMessage.Caption = fault.empty() ? timer_.State() : fault;
-  lblTimerMessage.ForeColour = fault.empty() ? kNoColour : kCaution;
+  lblTimerMessage.ForeColour = fault.empty() ? kNoColour : kCautionInk;
 }
 
 std::string TimerPanel::Refuse(Control& field, const std::string& fault) {

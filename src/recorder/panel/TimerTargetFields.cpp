@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "config/Inks.h"
 #include "interaction/PanelColours.h"
 #include "interaction/PanelTexts.h"
 #include "support/NumberPicture.h"
@@ -13,7 +14,6 @@
 namespace quorl {
 namespace {
 
-constexpr Colour kWrong = 0x0000FF;
 constexpr const char* kFrequencyHint = "In kHz; or 7.205M, 7205000Hz";
 constexpr std::array<const char*, TimerTargetKind::Count> kKinds{"Preset", "Frequency"};
 
@@ -53,7 +53,7 @@ std::int32_t Chosen(const ComboBox& box, const std::vector<std::int32_t>& places
 }  // namespace
 
 void TellFault(Control& field, const std::string& fault) {
-  field.ForeColour = kWrong;
+  field.ForeColour = kWrongInk;
   field.ToolTip = fault;
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 constexpr char kFile[] = "/music/night.wav";
 
-LogRecord Track(std::int32_t freq, std::int64_t start, std::int64_t end, double when = 46349.75) {
+LogRecord Tuned(std::int32_t freq, std::int64_t start, std::int64_t end, double when = 46349.75) {
   return {when, freq, start, end};
 }
 
@@ -44,7 +44,7 @@ TEST(RecordingHeader, StandsToTheByte) {
 
 TEST(RecordingLog, TrailerStandsToTheByte) {
   const double when = *ParseDate("2026-11-23 18:05:09");
-  const std::string trailer = MakeTrailer({Track(72050000, 44, 1045, when), Track(0, 1, 2)});
+  const std::string trailer = MakeTrailer({Tuned(72050000, 44, 1045, when), Tuned(0, 1, 2)});
   ASSERT_EQ(trailer.size(), 5U + static_cast<std::size_t>(kLogRecordBytes));
   std::string text;
   for (std::size_t i = 5; i < trailer.size(); i += 2) {
@@ -69,7 +69,7 @@ TEST(RecordingFile, ReadsBackWhatWasWritten) {
     }
     std::vector<LogRecord> log(random() % 20);
     for (LogRecord& record : log) {
-      record = Track(1 + static_cast<std::int32_t>(random() % 300000000), random() % 100000,
+      record = Tuned(1 + static_cast<std::int32_t>(random() % 300000000), random() % 100000,
                      random() % 100000, static_cast<double>(random() % 4000000) / 86400.0 + 46000.0);
       record.When = *ParseDate(DateText(record.When));
     }
@@ -84,7 +84,7 @@ TEST(RecordingFile, ReadsBackWhatWasWritten) {
 }
 
 TEST(RecordingFile, WithoutTrailerOrWithAForeignOneHasNoTracks) {
-  const std::string whole = FileOf({}, 100, {Track(72050000, 44, 244)});
+  const std::string whole = FileOf({}, 100, {Tuned(72050000, 44, 244)});
   const RecordingRead bare = ReadBack(whole.substr(0, 244));
   ASSERT_TRUE(bare.Own);
   EXPECT_TRUE(bare.Own->Log.empty());
@@ -125,12 +125,12 @@ TEST(RecordingLog, StrangeFieldsAreZeroOrPassedOver) {
                        "E=3\x04\0F=5",
                        57)));
   ASSERT_EQ(unpacker.Records.size(), 2U);
-  EXPECT_EQ(unpacker.Records[0], Track(0, 7, 0, 0.0));
-  EXPECT_EQ(unpacker.Records[1], Track(0, 0, 3, 0.0));
+  EXPECT_EQ(unpacker.Records[0], Tuned(0, 7, 0, 0.0));
+  EXPECT_EQ(unpacker.Records[1], Tuned(0, 0, 3, 0.0));
 }
 
 TEST(RecordingLog, FindsTheFirstRecordThatHoldsAPosition) {
-  const std::vector<LogRecord> log{Track(1, 44, 100), Track(2, 100, 100), Track(3, 100, 300)};
+  const std::vector<LogRecord> log{Tuned(1, 44, 100), Tuned(2, 100, 100), Tuned(3, 100, 300)};
   EXPECT_EQ(FindRecord(log, 43), -1);
   EXPECT_EQ(FindRecord(log, 100), 0);
   EXPECT_EQ(FindRecord(log, 101), 2);

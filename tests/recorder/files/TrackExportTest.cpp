@@ -15,18 +15,18 @@
 namespace quorl {
 namespace {
 
-constexpr char kFile[] = "night.wav";
+constexpr char kExported[] = "night.wav";
 
 class TrackExportTest : public testing::Test {
  protected:
   void PutRecording(const RecordingFormat& format, const std::vector<std::int16_t>& samples,
                     const std::vector<LogRecord>& log) {
     const auto frames = static_cast<std::int64_t>(samples.size()) / format.Channels;
-    files_.Put(kFile, MakeWavHeader(format, format.DataAt() + frames * format.FrameBytes(), frames) +
-                          test::SampleBytes(samples) + MakeTrailer(log));
+    files_.Put(kExported, MakeWavHeader(format, format.DataAt() + frames * format.FrameBytes(), frames) +
+                              test::SampleBytes(samples) + MakeTrailer(log));
   }
   Failure Export(SoundFileKind kind = SoundFileKind::Wav, std::optional<std::size_t> record = {}) {
-    TrackExport job(files_, media_, {kFile, "out", kind, record});
+    TrackExport job(files_, media_, {kExported, "out", kind, record});
     const Failure failure = Finish(job);
     written_ = job.Written();
     return failure;
@@ -146,7 +146,7 @@ TEST_F(TrackExportTest, WhatCannotBeExportedIsTold) {
   EXPECT_TRUE(Export());
   PutRecording({3000, 1, 16, {}}, Noise(100), {});
   for (const bool foreign : {false, true}) {
-    if (foreign) files_.Put(kFile, "a text");
+    if (foreign) files_.Put(kExported, "a text");
     const Failure failure = Export();
     ASSERT_TRUE(failure);
     EXPECT_NE(failure->Text.find("has no tuning log"), std::string::npos) << failure->Text;
@@ -167,7 +167,7 @@ TEST_F(TrackExportTest, FullDiskKeepsWholeTracksOnly) {
 TEST_F(TrackExportTest, ProgressRisesAndADiscardedExportLeavesNothingHalf) {
   PutRecording({48000, 1, 16, {}}, Noise(480000),
                {{kEvening, 72050000, 44, 480044}, {kEvening, 61000000, 480044, 960044}});
-  TrackExport job(files_, media_, {kFile, "out", SoundFileKind::Wav, {}});
+  TrackExport job(files_, media_, {kExported, "out", SoundFileKind::Wav, {}});
   double before = 0.0;
   while (job.Progress() < 0.75) {
     ASSERT_FALSE(job.Step());

@@ -71,7 +71,7 @@ TEST(WavReader, ReadsEveryLayoutFromFilesAndPipes) {
   }
 }
 
-struct BadCase {
+struct BadWav {
   std::string Bytes;
   int Code;
   const char* Told;  // what is wrong
@@ -81,7 +81,7 @@ struct BadCase {
 TEST(WavReader, TellsWhatIsWrongAndWhatIsNeeded) {
   const std::string good = WavFile(Samples), data = Chunk("data", SampleBytes(Samples));
   const std::string format = Chunk("fmt ", FormatBody({}));
-  const std::vector<BadCase> cases = {
+  const std::vector<BadWav> cases = {
       {"", SampleFault::NotWave, "not a RIFF/WAVE file", "16-bit PCM is needed"},
       {"plain text, long enough", SampleFault::NotWave, "not a RIFF/WAVE file", "16-bit PCM is needed"},
       {"RIFF" + test::U32(4) + "AVI " + format + data, SampleFault::NotWave, "not a RIFF/WAVE", "WAV file"},
@@ -109,7 +109,7 @@ TEST(WavReader, TellsWhatIsWrongAndWhatIsNeeded) {
       {Riff(Chunk("fmt ", FormatBody({1, 2})) + "data" + test::U32(14) + SampleBytes(Samples)),
        SampleFault::OddLength, "14 bytes", "frames of 4 bytes"},
   };
-  for (const BadCase& bad : cases) {
+  for (const BadWav& bad : cases) {
     SCOPED_TRACE(bad.Told);
     Failure failure;
     VirtualFiles files;

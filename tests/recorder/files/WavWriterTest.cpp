@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::vector<std::int16_t> Samples = {0, 1, -1, 32767, -32768, 258};
+const std::vector<std::int16_t> Written = {0, 1, -1, 32767, -32768, 258};
 
 class WavWriterTest : public testing::Test {
  protected:
@@ -48,8 +48,8 @@ class WavWriterTest : public testing::Test {
   Failure WriteSamples(const std::string& name, bool commit) const {
     Failure failure;
     auto writer = WavWriter::Create(files_, Path(name), 1, 48000, failure);
-    if (!failure) failure = writer->Write(Samples.data(), 4);
-    if (!failure) failure = writer->Write(Samples.data() + 4, 2);
+    if (!failure) failure = writer->Write(Written.data(), 4);
+    if (!failure) failure = writer->Write(Written.data() + 4, 2);
     if (!failure && commit) failure = writer->Commit();
     return failure;
   }
@@ -60,7 +60,7 @@ class WavWriterTest : public testing::Test {
 
 TEST_F(WavWriterTest, CommittedFileIsAWavFileByteForByte) {
   EXPECT_FALSE(WriteSamples("a.wav", true));
-  EXPECT_EQ(Get("a.wav"), test::WavFile(Samples));
+  EXPECT_EQ(Get("a.wav"), test::WavFile(Written));
   EXPECT_EQ(FilesInFolder(), 1U);
 }
 
@@ -73,7 +73,7 @@ TEST_F(WavWriterTest, TargetStaysAsItWasUntilCommit) {
 
   fs::permissions(Path("a.wav"), fs::perms::owner_read | fs::perms::owner_write);
   EXPECT_FALSE(WriteSamples("a.wav", true));
-  EXPECT_EQ(Get("a.wav"), test::WavFile(Samples));
+  EXPECT_EQ(Get("a.wav"), test::WavFile(Written));
   EXPECT_EQ(fs::status(Path("a.wav")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
@@ -82,7 +82,7 @@ TEST_F(WavWriterTest, SymbolicLinkStaysALink) {
   fs::create_symlink("real.wav", folder_ / "link.wav");
   EXPECT_FALSE(WriteSamples("link.wav", true));
   EXPECT_TRUE(fs::is_symlink(fs::symlink_status(folder_ / "link.wav")));
-  EXPECT_EQ(Get("real.wav"), test::WavFile(Samples));
+  EXPECT_EQ(Get("real.wav"), test::WavFile(Written));
 }
 
 TEST_F(WavWriterTest, TargetThatCantBeWrittenIsRefusedByName) {
@@ -103,8 +103,8 @@ TEST_F(WavWriterTest, PipeIsWrittenInPlaceWithItsLengthUnknown) {
   reader.join();
   EXPECT_TRUE(fs::is_fifo(Path("pipe")));
   EXPECT_EQ(FilesInFolder(), 1U);
-  ASSERT_EQ(read.size(), 44U + 2 * Samples.size());
-  EXPECT_EQ(read.substr(44), test::SampleBytes(Samples));
+  ASSERT_EQ(read.size(), 44U + 2 * Written.size());
+  EXPECT_EQ(read.substr(44), test::SampleBytes(Written));
   EXPECT_GT(GetU32(reinterpret_cast<const unsigned char*>(&read[40])), 4000000000U);
 }
 
@@ -112,9 +112,9 @@ TEST_F(WavWriterTest, EndsAtFourGigabytesWithAWord) {
   Failure failure;
   auto writer = WavWriter::Create(files_, Path("a.wav"), 1, 48000, failure);
   ASSERT_TRUE(writer) << failure->Text;
-  EXPECT_FALSE(writer->Write(Samples.data(), 6));
+  EXPECT_FALSE(writer->Write(Written.data(), 6));
   // Refused before a sample of it is looked at.
-  failure = writer->Write(Samples.data(), static_cast<int>((4294967296 - 46) / 2 - 5));
+  failure = writer->Write(Written.data(), static_cast<int>((4294967296 - 46) / 2 - 5));
   ASSERT_TRUE(failure);
   EXPECT_EQ(failure->Code, SampleFault::TooLong);
 }
@@ -122,11 +122,11 @@ TEST_F(WavWriterTest, EndsAtFourGigabytesWithAWord) {
 TEST_F(WavWriterTest, RawWriterTellsOfAFailedStream) {
   std::ostringstream out;
   RawWriter writer(out, "standard output");
-  EXPECT_FALSE(writer.Write(Samples.data(), 6));
+  EXPECT_FALSE(writer.Write(Written.data(), 6));
   EXPECT_FALSE(writer.Commit());
-  EXPECT_EQ(out.str(), test::SampleBytes(Samples));
+  EXPECT_EQ(out.str(), test::SampleBytes(Written));
   out.setstate(std::ios::badbit);
-  const Failure failure = writer.Write(Samples.data(), 6);
+  const Failure failure = writer.Write(Written.data(), 6);
   ASSERT_TRUE(failure);
   EXPECT_EQ(failure->Text.rfind("standard output: ", 0), 0U) << failure->Text;
 }

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <utility>
 
+#include "platform/linux/system/LinuxClock.h"
 #include "platform/streams/StreamCaptureBuffer.h"
 #include "platform/streams/StreamPlaybackBuffer.h"
 
@@ -13,12 +14,6 @@ namespace {
 constexpr std::chrono::milliseconds kCheckPeriod{500};
 constexpr int kMostFrames = 8192;                                    // of a capture, at once
 constexpr std::int64_t kWatchPeriod = 2000000, kIdleTime = 3000000;  // microseconds
-
-std::int64_t Microseconds() {
-  return std::chrono::duration_cast<std::chrono::microseconds>(
-             std::chrono::steady_clock::now().time_since_epoch())
-      .count();
-}
 
 }  // namespace
 
@@ -38,12 +33,12 @@ class RtAudioSoundSystem::OpenBuffer : public RtAudioClient {
   Failure StartStream() {
     auto failure = Stream.Start();
     if (!failure) system_.told_ = false;
-    LastUse = Microseconds();
+    LastUse = LinuxClock{}.Microseconds();
     return failure;
   }
 
   RtAudioStream Stream;
-  std::int64_t LastUse = Microseconds();
+  std::int64_t LastUse = LinuxClock{}.Microseconds();
 
  protected:
   RtAudioSoundSystem& system_;
@@ -205,7 +200,7 @@ void RtAudioSoundSystem::OnSignal() {
 }
 
 void RtAudioSoundSystem::CheckDevices() {
-  const std::int64_t now = Microseconds();
+  const std::int64_t now = LinuxClock{}.Microseconds();
   std::string lost;
   const bool inUse =
       std::any_of(buffers_.begin(), buffers_.end(), [](const auto* buffer) { return buffer->Runs(); });

@@ -7,6 +7,7 @@
 #include <thread>
 #include <utility>
 
+#include "platform/linux/system/LinuxClock.h"
 #include "platform/linux/system/ThreadPriority.h"
 
 namespace quorl {
@@ -20,12 +21,6 @@ constexpr unsigned kPlaybackFrames = 1024, kBuffersAhead = 3;
 // it may catch up after it stood still, and how far its clock may be off.
 constexpr double kMostAhead = 1.0, kMostCredit = 5.0, kClockError = 0.01;
 constexpr std::int64_t kLongestSilence = 3000000;  // microseconds
-
-std::int64_t Microseconds() {
-  return std::chrono::duration_cast<std::chrono::microseconds>(
-             std::chrono::steady_clock::now().time_since_epoch())
-      .count();
-}
 
 // Between mono and stereo.
 void Widen(const std::int16_t* mono, std::int16_t* stereo, std::size_t frames) {
@@ -81,7 +76,7 @@ struct CallbackTarget {
       target->Prioritise();
       if (status != 0) target->CountTrouble();
       const bool came = !std::exchange(line.Failed, false);
-      answer = target->OnAudio(samples, static_cast<int>(frames), Microseconds(), came);
+      answer = target->OnAudio(samples, static_cast<int>(frames), LinuxClock{}.Microseconds(), came);
     }
     line.InCall = false;
     return answer;
@@ -178,7 +173,7 @@ Failure RtAudioStream::OpenDevice(RtAudioDevices& devices, const RtAudioRequest&
 Failure RtAudioStream::Start() {
   if (auto failure = Open()) return failure;
   if (line_->Audio->isStreamRunning()) return {};
-  lastCall_ = Microseconds();
+  lastCall_ = LinuxClock{}.Microseconds();
   ahead_ = 0.0;
   lastHeard_.store(lastCall_, std::memory_order_release);
   const bool answered = errands_.Run([line = line_] { line->Audio->startStream(); });

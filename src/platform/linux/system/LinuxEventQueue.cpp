@@ -1,5 +1,7 @@
 #include "platform/linux/system/LinuxEventQueue.h"
 
+#include "platform/linux/system/LinuxClock.h"
+
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -14,11 +16,6 @@ namespace {
 
 constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
 constexpr std::chrono::hours kLongestWait{1};
-
-std::int64_t NowMicroseconds() {
-  const auto now = std::chrono::steady_clock::now().time_since_epoch();
-  return std::chrono::duration_cast<std::chrono::microseconds>(now).count();
-}
 
 template <class T>
 void DropExpired(std::vector<std::weak_ptr<T>>& list) {
@@ -37,7 +34,7 @@ struct LinuxEventQueue::TimerState {
   void Tick(std::uint64_t start) {
     if (start != Starts) return;
     Queued = false;
-    const std::int64_t late = std::max<std::int64_t>(NowMicroseconds() - Due, 0);
+    const std::int64_t late = std::max<std::int64_t>(LinuxClock{}.Microseconds() - Due, 0);
     Due += Period * (late / Period + 1);
     OnTick();
   }
@@ -51,7 +48,7 @@ class LinuxEventQueue::Timer : public QueueTimer {
   void Start(std::chrono::milliseconds period) override {
     Stop();
     state_->Period = std::max<std::int64_t>(std::chrono::microseconds(period).count(), 1);
-    state_->Due = NowMicroseconds() + state_->Period;
+    state_->Due = LinuxClock{}.Microseconds() + state_->Period;
   }
 
   void Stop() override {
@@ -151,7 +148,7 @@ std::int64_t LinuxEventQueue::NextTick() const {
 }
 
 void LinuxEventQueue::CollectTimers() {
-  const std::int64_t now = NowMicroseconds();
+  const std::int64_t now = LinuxClock{}.Microseconds();
   std::vector<std::shared_ptr<TimerState>> due;
   for (const auto& item : timers_) {
     if (auto timer = item.lock(); timer && !timer->Queued && timer->Due <= now)
@@ -179,7 +176,7 @@ void LinuxEventQueue::Collect(std::int64_t microseconds) {
   }
 
   const std::int64_t next = NextTick();
-  if (next != kNever) microseconds = std::min(microseconds, next - NowMicroseconds());
+  if (next != kNever) microseconds = std::min(microseconds, next - LinuxClock{}.Microseconds());
   if (!line_.empty() || microseconds < 0) microseconds = 0;
   const timespec timeout{static_cast<time_t>(microseconds / 1000000),
                          static_cast<long>(microseconds % 1000000 * 1000)};
@@ -214,11 +211,11 @@ void LinuxEventQueue::Yield() {
 void LinuxEventQueue::Wait(std::chrono::milliseconds atMost) {
   const auto longest =
       std::clamp(atMost, std::chrono::milliseconds(0), std::chrono::milliseconds(kLongestWait));
-  const std::int64_t end = NowMicroseconds() + std::chrono::microseconds(longest).count();
+  const std::int64_t end = LinuxClock{}.Microseconds() + std::chrono::microseconds(longest).count();
   // A caught Unix signal ends the poll early with nothing due.
   do {
-    Collect(end - NowMicroseconds());
-  } while (line_.empty() && NowMicroseconds() < end);
+    Collect(end - LinuxClock{}.Microseconds());
+  } while (line_.empty() && LinuxClock{}.Microseconds() < end);
   Deliver();
 }
 
