@@ -157,8 +157,16 @@ OPTIONS = {
     "filters": "--model\niq\n--if-filter\nman:100:2000\n--notch\nif:-500:200\n--agc\nslow\n--nb\n30\n-\n-",
     "refused": "--channels\n3\n--filter\n5:4\n--help",
 }
+REMOTE = {  # the first byte is the size of the pieces
+    "opening": "\x07\\chk_vfo\n\\dump_state\nv\nf\ns\nm\n\\get_powerstat\nq\n",
+    "tuning": "\x00F 7050000.000000\r\nM USB 2400\r\n\\get_lock_mode\nL AF 0.5\nl AF\nl STRENGTH\nV Main\nt\n_\n",
+    "signs": "\x3f+f\n;m\n|v\n,s\n/_\n!t\n$l AF\n+\\get_vfo_info VFOA\n+\\set_freq -1\n+\\set_powerstat 0\n",
+    "lines": "\x02fmv F7050000+m\n# remark\n\n\\foo bar\nM PKTLSB -1 M CW 0\nF nan\n",
+    "long": b"\x10" + b"f" * 1023 + b"\n" + b"F " + b"\0" * 1100 + b"\nf\n",
+    "full": b"\x3f" + b"\\dump_state\n" * 200,
+}
 CORPORA = {"wav": (WAV, ".wav"), "recordings": (RECORDINGS, ".wav"), "journal": (JOURNAL, ".bin"), "settings": (SETTINGS, ".ini"), "themes": (THEMES, ".thm"), "stations": (STATIONS, ".ini"),
-           "scripts": (SCRIPTS, ".txt"), "options": (OPTIONS, ".txt")}
+           "remote": (REMOTE, ".txt"), "scripts": (SCRIPTS, ".txt"), "options": (OPTIONS, ".txt")}
 
 
 def main():

@@ -13,6 +13,7 @@
 #include "interaction/PanelTexts.h"
 #include "support/Decibels.h"
 #include "support/NumberPicture.h"
+#include "support/ScopedFlag.h"
 
 namespace quorl::cli {
 namespace {
@@ -54,7 +55,14 @@ RawTerminal::~RawTerminal() {
   if (isTerminal_) tcsetattr(STDIN_FILENO, TCSANOW, &before_);
 }
 
-ListenScreen::ListenScreen(LiveRadio& radio, float volume) : radio_(radio), volume_(volume) {}
+// Whoever else turns the volume ends the mute, and the keys go on from there.
+ListenScreen::ListenScreen(LiveRadio& radio, float volume) : radio_(radio), volume_(volume) {
+  following_ = radio_.Rx.Changed.Listen([this](ReceiverPart part) {
+    if (part != ReceiverPart::Volume || muting_) return;
+    muted_ = false;
+    volume_ = radio_.Rx.Vars.OutputVolume;
+  });
+}
 
 void ListenScreen::WatchKeys(LinuxEventQueue& queue) {
   terminal_.emplace();
@@ -168,12 +176,11 @@ void ListenScreen::ShowSoundPlays() {
 }
 
 void ListenScreen::ChangeVolume(float by) {
-  muted_ = false;
-  volume_ = std::clamp(volume_ + by, kMute, kLoudest);
-  radio_.Rx.SetVolume(volume_);
+  radio_.Rx.SetVolume(std::clamp(volume_ + by, kMute, kLoudest));
 }
 
 void ListenScreen::ToggleMute() {
+  const ScopedFlag muting(muting_);
   muted_ = !muted_;
   radio_.Rx.SetVolume(muted_ ? kMute : volume_);
 }

@@ -60,11 +60,12 @@ class ListenScreen {
   std::optional<RawTerminal> terminal_;  // while keys are read
   std::unique_ptr<FileWatch> keys_;
   float volume_;  // the control's value
-  bool muted_ = false;
+  bool muted_ = false, muting_ = false;
   bool notch_ = false;
   bool soundLost_ = false, reopened_ = false;
   bool drawn_ = false;
   bool done_ = false;
+  Listening following_;
 };
 
 }  // namespace quorl::cli

@@ -56,6 +56,7 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
       dream_({machine_.Queue, machine_.Time, machine_.Boxes, machine_.Storage, machine_.Programs},
              options_.ApplicationFolder, LinksOfDream()),
       handOver_(machine_.Queue, dream_, LinksOfHandOver()),
+      steered_(radio_, LinksOfSteered()),
       calibrate_(registry_, radio_.Tuning(), radio_.Rx, machine_.Queue),
       config_(registry_, LinksOfConfig()),
       setup_(registry_, config_, LinksOfSetup()),
@@ -213,6 +214,12 @@ void frmMain::PaintPower() {
   optPwr_(0).BackColour = on_ ? 0x00C000 : 0x00FF00;
   optPwr_(1).BackColour = on_ ? 0x0000FF : 0x0000C0;
   recorder_.ShowState();
+}
+
+SteeredRadioLinks frmMain::LinksOfSteered() {
+  return {.IsOn = [this] { return on_; },
+          .SwitchPower = [this](bool on) { optPwr_.Press(on ? 0 : 1); },
+          .SignalLevel = [this] { return smeter_.SignalLevel; }};
 }
 
 // A radio that is off shows nothing of what it last heard.

@@ -18,6 +18,7 @@
 #include "core/MainOptions.h"
 #include "core/PlayedBand.h"
 #include "core/StartOptions.h"
+#include "core/SteeredRadio.h"
 #include "diagnostics/LogBook.h"
 #include "diagnostics/LogPanel.h"
 #include "diagnostics/StatsPanel.h"
@@ -105,6 +106,8 @@ class frmMain {
   clsWavFile& WavFile() { return wavFile_; }
   modDream& Dream() { return dream_; }
   HandOver& Decoder() { return handOver_; }
+  // What clients on the network get hold of.
+  RemoteRadio& Steered() { return steered_; }
   bool IsOn() const { return on_; }
   bool CaptionRemoved() const { return captionRemoved_; }
 
@@ -156,6 +159,7 @@ class frmMain {
   void StartSound();
   DreamLinks LinksOfDream();
   HandOverLinks LinksOfHandOver();
+  SteeredRadioLinks LinksOfSteered();
   void ReleaseSound();
   void OpenSound();
   void LogSoundFailure(const Error& failure);
@@ -219,6 +223,7 @@ class frmMain {
   TimerPanel timerPanel_;
   modDream dream_;
   HandOver handOver_;
+  SteeredRadio steered_;
   frmCalibrate calibrate_;
   frmConfig config_;
   ConfigSetup setup_;

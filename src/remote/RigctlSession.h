@@ -13,8 +13,8 @@ namespace quorl {
 // the network makes of them. What is answered doesn't depend on the pieces.
 class RigctlSession {
  public:
-  static constexpr std::size_t kLongestLine = 1024;       // bytes without the line feed
-  static constexpr std::size_t kMostWaiting = 64 * 1024;  // bytes of answers that a client leaves unread
+  static constexpr std::size_t kLongestLine = 1024;   // bytes without the line feed
+  static constexpr std::size_t kMostWaiting = 65536;  // bytes of answers that a client leaves unread
   static constexpr int kCommandsPerTurn = 16;
 
   // The radio outlives the session.

@@ -41,6 +41,7 @@ class Tuner {
   // A recording of the band plays: its frequency is the one that is wanted, and until EndPlay nobody tunes
   // (OnRefused) and nothing is sent. Again for each frequency of the recording.
   void Play(std::int32_t dHz);
+  bool IsPlaying() const { return played_.has_value(); }
   // The radio is back on the air. What waited is carried out.
   void EndPlay();
   // The highest frequency that chip and IF can do. A clock too low for the IF can do none: then it is the
