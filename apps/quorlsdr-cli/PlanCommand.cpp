@@ -47,8 +47,10 @@ std::vector<std::string> PlanFiles(LinuxFiles& files, const PlanOptions& options
   if (!options.Files.empty()) return options.Files;
   const UserDirectories directories =
       FindUserDirectories([](const char* name) -> const char* { return std::getenv(name); });
-  const std::string folder =
-      PrepareApplicationFolder(files, "", directories.Data, FilledFrom(FindInstalledData(files)), failure);
+  Failure missing;
+  const std::string data = FindInstalledData(files, missing);
+  const std::string folder = PrepareApplicationFolder(files, "", directories.Data, FilledFrom(data), failure);
+  if (failure && missing) failure = missing;
   std::vector<std::string> paths;
   for (const std::string& name : files.List(folder, ".bpl")) paths.push_back(folder + "/" + name);
   return paths;

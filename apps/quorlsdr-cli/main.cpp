@@ -7,6 +7,7 @@
 
 #include "Commands.h"
 #include "Fault.h"
+#include "shared/Version.h"
 
 int main(int argc, char** argv) {
   using namespace quorl::cli;
@@ -19,7 +20,9 @@ int main(int argc, char** argv) {
       "QUORLSDR on the command line: receives live and from recordings, measures spectra, tunes boards, "
       "designs filters, checks band plans, lists and exports the tracks of recordings",
       "quorlsdr-cli");
-  app.set_version_flag("--version", "quorlsdr-cli " QUORL_VERSION);
+  app.set_version_flag(
+      "--version", [] { return quorl::VersionText("quorlsdr-cli", ""); },
+      "tells version, commit and libraries");
   int exitCode = ExitCode::Success;
   AddReceiveCommand(app, exitCode);
   AddFilterCommand(app, exitCode);

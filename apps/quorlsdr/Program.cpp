@@ -28,6 +28,7 @@
 #include "shared/AudioFile.h"
 #include "shared/HostMachine.h"
 #include "shared/InstalledData.h"
+#include "shared/Version.h"
 
 namespace quorl {
 
@@ -123,11 +124,12 @@ class Program {
   }
 
   Failure PutTogether() {
-    Failure failure;
-    const std::string folder =
-        PrepareApplicationFolder(machine_->Storage(), options_.Folder, machine_->Directories().Data,
-                                 FilledFrom(FindInstalledData(machine_->Storage())), failure);
-    if (failure) return failure;
+    Failure failure, missing;
+    const std::string data = FindInstalledData(machine_->Storage(), missing);
+    const std::string folder = PrepareApplicationFolder(
+        machine_->Storage(), options_.Folder, machine_->Directories().Data, FilledFrom(data), failure);
+    if (failure) return missing ? missing : failure;
+    if (missing) Complain(missing->Text);  // what was copied before is enough to receive
     log_ = std::make_unique<LogBook>(machine_->Storage(), machine_->Parts().Time, machine_->LogFile());
     if (!options_.Output.empty()) {
       file_ = AudioFile::Create(machine_->Storage(), machine_->Parts().Beside, options_.Output, failure);
@@ -139,7 +141,7 @@ class Program {
       PutMemoryDefaults(store);
       PutConfigDefaults(store);
     };
-    StartOptions start{options_.CommandLine, folder, defaults, SoundFolder(), QUORL_VERSION};
+    StartOptions start{options_.CommandLine, folder, defaults, SoundFolder(), ProgramVersion()};
     start.OnBoard = [this](std::int32_t model) { machine_->SetModel(model); };
     frame_ = std::make_unique<frmMain>(machine_->Parts(), machine_->Settings(), *log_, std::move(start));
     frame_->OnSplash = [this](bool visible) { ShowSplash(visible); };
@@ -171,7 +173,7 @@ class Program {
     logWindow_ = std::make_unique<LogWindow>(frame_->Controls(), LogLine());
     dialogs_ = MakeDialogWindows(frame_->Controls(), LogLine());
     logWindow_->PaintNow();
-    if (options_.Script.empty()) splash_ = std::make_unique<SplashPanel>(QUORL_VERSION);
+    if (options_.Script.empty()) splash_ = std::make_unique<SplashPanel>(ProgramVersion());
   }
 
   std::function<void(const std::string&)> LogLine() {

@@ -7,6 +7,7 @@
 #include "CLI/CLI.hpp"
 #include "Program.h"
 #include "desktop/window/Application.h"
+#include "shared/Version.h"
 
 namespace {
 
@@ -22,7 +23,9 @@ int Start(int count, char** arguments) {
   quorl::ProgramOptions options;
   for (int i = 1; i < count; ++i) options.CommandLine += std::string(i > 1 ? " " : "") + arguments[i];
   CLI::App parser("QUORLSDR, a software defined radio receiver", "quorlsdr");
-  parser.set_version_flag("--version", QUORL_VERSION);
+  parser.set_version_flag(
+      "--version", [] { return quorl::VersionText("quorlsdr", std::string("Qt ") + qVersion()); },
+      "tells version, commit and libraries");
   std::string word;
   parser.add_option("trace", word, "trace: shows the log from the first step, and writes it to the log file");
   parser.add_flag("--demo", options.Demo, "a simulated board and band, with settings of their own");

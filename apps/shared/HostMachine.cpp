@@ -101,7 +101,8 @@ SampleSource* HostMachine::AntennaOf(const HostMachineOptions& options, Failure&
 Failure HostMachine::ConnectDemo(const HostMachineOptions& options) {
   Failure failure;
   DemoBoard::Options board = options.Board;
-  if (board.DataFolder.empty()) board.DataFolder = FindInstalledData(files_) + "/demo";
+  if (board.DataFolder.empty()) board.DataFolder = FindInstalledData(files_, failure) + "/demo";
+  if (failure) return failure;
   board_ = DemoBoard::Create(board, files_, Queue(), failure);
   if (!board_) return failure;
   SampleSource* antenna = AntennaOf(options, failure);
