@@ -4,9 +4,13 @@
 PACKAGES_RUN := g++ cmake ninja-build pkg-config libcli11-dev nlohmann-json3-dev librtaudio-dev libsndfile1-dev \
   libsamplerate0-dev libpng-dev libxcb1-dev qt6-base-dev libgtest-dev libbenchmark-dev libfftw3-dev python3
 # What only the tests use.
-PACKAGES_TEST := pulseaudio pulseaudio-utils sox at-spi2-core python3-pyatspi xvfb dbus
+PACKAGES_TEST := pulseaudio pulseaudio-utils sox at-spi2-core python3-pyatspi xvfb dbus \
+  desktop-file-utils appstream dpkg-dev file
 # What the checks and the fuzz targets use.
 PACKAGES_CHECK := clang clang-format clang-tidy
+
+# What puts the package to the test on a bare machine.
+PACKAGES_RELEASE := lintian debootstrap x11-utils
 
 PRESET := release
 BUILD := build/$(PRESET)
@@ -27,13 +31,15 @@ define install_packages
 	fi
 endef
 
-.PHONY: help setup setup-run setup-test run demo demo-recording test bench format format-check check clean
+.PHONY: help setup setup-run setup-test run demo demo-recording test bench deb release-check format format-check check clean
 
 help:
 	@echo "make run     build the radio and start it on the demo band"
 	@echo "make demo    demodulate the demo recording on the command line"
 	@echo "make test    build and run all tests"
 	@echo "make bench   build and run the benchmarks"
+	@echo "make deb     build the Debian package, into out/"
+	@echo "make release-check  install, start, upgrade and remove it on a bare Debian 12; as root"
 	@echo "make format  rewrite the sources in the project's layout"
 	@echo "make check   everything that CI does"
 	@echo "make setup   install the Debian packages that are missing"
@@ -68,6 +74,14 @@ bench: setup-run
 	cmake --preset release
 	cmake --build build/release
 	@for program in build/release/bin/bench_*; do echo "== $$program"; $$program || exit 1; done
+
+deb: setup-test
+	@cmake --preset release
+	@tools/make_deb.sh build/release out
+
+release-check: deb
+	$(call install_packages,$(PACKAGES_RELEASE))
+	@tools/release_check.sh
 
 format:
 	@$(SOURCES) | xargs clang-format -i

@@ -27,7 +27,8 @@ int Start(int count, char** arguments) {
       "--version", [] { return quorl::VersionText("quorlsdr", std::string("Qt ") + qVersion()); },
       "tells version, commit and libraries");
   std::string word;
-  parser.add_option("trace", word, "trace: shows the log from the first step, and writes it to the log file");
+  parser.add_option("trace", word, "trace: shows the log from the first step, and writes it to the log file")
+      ->type_name("");
   parser.add_flag("--demo", options.Demo, "a simulated board and band, with settings of their own");
   parser.add_option("--settings", options.Settings, "another settings file")->type_name("FILE");
   parser.add_option("--folder", options.Folder, "another application folder (band plans)")->type_name("DIR");
@@ -45,7 +46,7 @@ int Start(int count, char** arguments) {
       .add_option("--board-error", options.BoardErrorPpm,
                   "with --demo: error of the board's clock, default 0")
       ->type_name("PPM")
-      ->check(CLI::Range(-1000.0, 1000.0));
+      ->check(CLI::Range(-1000.0, 1000.0).description(""));
   parser.add_flag("--report", options.Report, "one line of JSON on standard error when done");
   try {
     parser.parse(count, arguments);

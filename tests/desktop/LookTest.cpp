@@ -1,4 +1,7 @@
 // What the eye gets: contrast of words, faces of what is switched off, the scale of the meter.
+#include <QApplication>
+#include <QFile>
+#include <QIcon>
 #include <QImage>
 #include <QPainter>
 #include <algorithm>
@@ -169,6 +172,19 @@ TEST_F(LookTest, TheMarksOfTheMeterKeepApartAtAnyWidth) {
       }
     }
   }
+}
+
+// Task lists take the size they need; the desktop entry's name lets them find the rest.
+TEST_F(LookTest, WindowsHaveTheIconInEverySize) {
+  const QIcon icon = QApplication::windowIcon();
+  for (const int size : {16, 24, 32, 48, 64, 128}) {
+    const QImage image = icon.pixmap(QSize(size, size), 1.0).toImage();
+    ASSERT_EQ(image.size(), QSize(size, size));
+    EXPECT_LT(image.pixelColor(0, 0).alpha(), 255) << size;  // round corners
+    EXPECT_GT(image.pixelColor(size / 2, size * 3 / 4).green(), 200) << size;
+  }
+  EXPECT_TRUE(QFile::exists(
+      QString(QUORL_SOURCE_DIR "/packaging/%1.desktop").arg(QGuiApplication::desktopFileName())));
 }
 
 }  // namespace

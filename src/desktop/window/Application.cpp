@@ -2,6 +2,7 @@
 
 #include <QAbstractScrollArea>
 #include <QApplication>
+#include <QIcon>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
@@ -12,11 +13,27 @@
 #include "desktop/views/Skin.h"
 #include "desktop/views/ViewAccess.h"
 
+static void InitIconResource() {
+  Q_INIT_RESOURCE(icons);
+}
+
 namespace quorl {
+
+namespace {
+
+QIcon ApplicationIcon() {
+  InitIconResource();
+  QIcon icon;
+  for (const int size : {16, 24, 32, 48, 64, 128}) icon.addFile(QString(":/icons/%1.png").arg(size));
+  return icon;
+}
+
+}  // namespace
 
 void PrepareApplication() {
   QApplication::setApplicationName("quorlsdr");
-  QApplication::setDesktopFileName("quorlsdr");
+  QApplication::setDesktopFileName("org.quorlsdr.quorlsdr");
+  QApplication::setWindowIcon(ApplicationIcon());
   // Otherwise a style sheet keeps a new palette from all but windows.
   QCoreApplication::setAttribute(Qt::AA_UseStyleSheetPropagationInWidgetStyles);
   skin::LoadFonts();
