@@ -6,6 +6,8 @@ PACKAGES_RUN := g++ cmake ninja-build pkg-config libcli11-dev nlohmann-json3-dev
 # What only the tests use.
 PACKAGES_TEST := pulseaudio pulseaudio-utils sox at-spi2-core python3-pyatspi xvfb dbus \
   desktop-file-utils appstream dpkg-dev file
+# What draws the plots and thins the pictures of the guide.
+PACKAGES_PICTURES := gnuplot-nox pngquant
 # What the checks and the fuzz targets use.
 PACKAGES_CHECK := clang clang-format clang-tidy
 
@@ -31,7 +33,8 @@ define install_packages
 	fi
 endef
 
-.PHONY: help setup setup-run setup-test run demo demo-recording test bench deb release-check format format-check check clean
+.PHONY: help setup setup-run setup-test run demo demo-recording test bench deb release-check pictures plots format \
+  format-check check clean
 
 help:
 	@echo "make run     build the radio and start it on the demo band"
@@ -40,6 +43,7 @@ help:
 	@echo "make bench   build and run the benchmarks"
 	@echo "make deb     build the Debian package, into out/"
 	@echo "make release-check  install, start, upgrade and remove it on a bare Debian 12; as root"
+	@echo "make plots   measure the receiver and draw the plots of the guide; make pictures: the guide's other pictures"
 	@echo "make format  rewrite the sources in the project's layout"
 	@echo "make check   everything that CI does"
 	@echo "make setup   install the Debian packages that are missing"
@@ -82,6 +86,18 @@ deb: setup-test
 release-check: deb
 	$(call install_packages,$(PACKAGES_RELEASE))
 	@tools/release_check.sh
+
+pictures: setup-run
+	$(call install_packages,$(PACKAGES_PICTURES))
+	cmake --preset release
+	cmake --build build/release --target quorlsdr
+	tools/make_screenshots.sh build/release/bin/quorlsdr
+
+plots: setup-run
+	$(call install_packages,$(PACKAGES_PICTURES))
+	cmake --preset release
+	cmake --build build/release --target quorlsdr-cli
+	tools/make_plots.py build/release/bin/quorlsdr-cli docs/guide/pictures
 
 format:
 	@$(SOURCES) | xargs clang-format -i

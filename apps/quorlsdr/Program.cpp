@@ -19,6 +19,7 @@
 #include "desktop/qt/QtEventQueue.h"
 #include "desktop/window/Application.h"
 #include "desktop/window/DialogWindows.h"
+#include "desktop/window/GuideDesk.h"
 #include "desktop/window/PanelWindow.h"
 #include "desktop/window/Shot.h"
 #include "desktop/window/SidePanels.h"
@@ -81,12 +82,19 @@ class Program {
   Failure Begin(std::optional<int>& end) {
     demo_ = options_.Demo;
     if (Failure failure = MakeMachine()) return failure;
+    OpenGuideDesk();
     end = AskFirst();
     if (end) return {};
     if (demo_ && !options_.Demo) {
       if (Failure failure = MakeMachine()) return failure;
     }
     return PutTogether();
+  }
+
+  void OpenGuideDesk() {
+    Failure missing;  // the guide tells its own
+    const std::string data = FindInstalledData(machine_->Storage(), missing);
+    guide_ = std::make_unique<GuideDesk>(QString::fromStdString(data + "/guide"));
   }
 
   Failure MakeMachine() {
@@ -148,6 +156,7 @@ class Program {
     frame_->OnColours = ApplyColours;
     frame_->OnForm = [this] { OpenWindow(); };
     frame_->OnClose = [this] { Close(); };
+    frame_->OnGuide = [this] { guide_->Open("index.md"); };
     // A demo for want of a board has neither the ports nor the devices that are asked for.
     frame_->OnFirstStart = [this] {
       startsAgain_ = demo_ && !options_.Demo;
@@ -274,6 +283,7 @@ class Program {
   std::unique_ptr<frmMain> frame_;
   std::unique_ptr<SplashPanel> splash_;
   std::unique_ptr<LogWindow> logWindow_;
+  std::unique_ptr<GuideDesk> guide_;
   std::vector<std::unique_ptr<QWidget>> dialogs_;
   std::unique_ptr<PanelWindow> window_;
   bool closing_ = false;

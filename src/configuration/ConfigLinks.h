@@ -68,6 +68,7 @@ struct ConfigLinks {
   std::function<void(std::function<void(bool applied)> closed)> Calibrate =
       [](const std::function<void(bool)>&) {};
   std::function<void()> OpenFirstStart = [] {};
+  std::function<void()> OpenGuide = [] {};
 };
 
 }  // namespace quorl

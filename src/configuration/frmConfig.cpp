@@ -38,6 +38,7 @@ frmConfig::frmConfig(ControlRegistry& registry, ConfigLinks links)
       Colours(registry, {links.Scheme, links.Scope.SpectrumAnalyser, links.Panel.Colours, links.Boxes,
                          links.Storage, links.Store, links.ThemeFolder}),
       lblAbout(registry, ConfigName("lblAbout")),
+      cmdGuide(registry, ConfigName("cmdGuide")),
       lblConfigMessage(registry, ConfigName("lblConfigMessage")),
       cmdOK(registry, ConfigName("cmdOK")),
       cmdApply(registry, ConfigName("cmdApply")),
@@ -53,6 +54,8 @@ frmConfig::frmConfig(ControlRegistry& registry, ConfigLinks links)
   cmdConfig.AccessibleName = "Configuration";
   lblConfigMessage.AccessibleName = "What is wrong";
   lblAbout.Caption = AboutText(links_.Version);
+  cmdGuide.Caption = "&Guide";
+  cmdGuide.ToolTip = "Opens the listener's guide, as F1 does in any window";
   cmdOK.Caption = "&OK";
   cmdApply.Caption = "&Apply";
   cmdCancel.Caption = "&Cancel";
@@ -78,6 +81,7 @@ void frmConfig::Connect() {
   cmdCancel.Click = [this] { cmdCancel_Click(); };
   Receiver.cmdCalDDS.Click = [this] { cmdCalDDS_Click(); };
   Receiver.cmdFirstStart.Click = [this] { links_.OpenFirstStart(); };
+  cmdGuide.Click = [this] { links_.OpenGuide(); };
   Form.KeyDown = [this](const Key& key) {
     if (key.Code == Key::Escape) cmdCancel_Click();
     if (key.Code == Key::Enter) cmdOK_Click();

@@ -35,6 +35,7 @@ class frmConfig {
   DRMPage DRM;
   ColourPage Colours;
   Label lblAbout;
+  CommandButton cmdGuide;
   Label lblConfigMessage;
   CommandButton cmdOK, cmdApply, cmdCancel;
 

@@ -86,6 +86,8 @@ class frmMain {
   // The user wants the page of the first start. False leaves it to the panel, which shows it over the
   // configuration.
   std::function<bool()> OnFirstStart = [] { return false; };
+  // The user wants to read the guide.
+  std::function<void()> OnGuide = [] {};
   // Told at the start, when the splash panel comes and goes.
   std::function<void(bool visible)> OnSplash = [](bool) {};
   // The colours of the panel, once they have been read and whenever it is painted anew.

@@ -40,6 +40,7 @@ ConfigLinks frmMain::LinksOfConfig() {
   links.OpenFirstStart = [this] {
     if (!OnFirstStart()) setup_.Ask();
   };
+  links.OpenGuide = [this] { OnGuide(); };
   links.CaptionChanged = [this] { RemoveCaption(on_ && stored_.FormCaptionOffOnPwrOn); };
   links.PaintPanel = [this] { PaintPanel(); };
   links.SaveSettings = [this] {

@@ -1,4 +1,4 @@
-// Help, log and pictures of the window.
+// Log and pictures of the window.
 #include <gtest/gtest.h>
 
 #include <QLineEdit>
@@ -17,15 +17,13 @@ namespace {
 
 class SideWindowsTest : public WindowRig {};
 
-TEST_F(SideWindowsTest, F1OpensTheHelpAndCloseAsks) {
+TEST_F(SideWindowsTest, CloseAsks) {
   bool asked = false;
   PanelWindow own(panel.Registry(), {{}, [&] {
                                        asked = true;
                                        return false;
                                      }});
   own.show();
-  QTest::keyClick(&own, Qt::Key_F1);
-  EXPECT_NE(own.findChild<QWidget*>("frmHelp"), nullptr);
   EXPECT_FALSE(own.close());
   EXPECT_TRUE(asked);
 }

@@ -130,6 +130,7 @@ QWidget* MakeColoursPage(Binder& bind) {
 QWidget* MakeAboutPage(Binder& bind) {
   auto* page = new FormPage;
   page->Across(bind.Message(Name("lblAbout"), kPathWidth));
+  page->Row("Help", {bind.Button(Name("cmdGuide"))}, "F1 opens it, too");
   page->End();
   return page;
 }

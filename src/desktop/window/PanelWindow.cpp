@@ -11,7 +11,6 @@
 
 #include "desktop/views/FocusRing.h"
 #include "desktop/views/Skin.h"
-#include "desktop/window/HelpPanel.h"
 #include "desktop/window/PanelParts.h"
 
 namespace quorl {
@@ -162,10 +161,6 @@ void PanelWindow::ShowCaption(bool shown) {
   setVisible(visible);  // new flags hide a window
 }
 
-void PanelWindow::ShowHelp() {
-  HelpPanel::ShowOver(this);
-}
-
 void PanelWindow::GiveFocus(const std::string& control) {
   auto* view = findChild<QWidget*>(QString::fromStdString(control));
   // A ring that the keyboard has brought stays with the keyboard's own moves.
@@ -205,10 +200,6 @@ void PanelWindow::closeEvent(QCloseEvent* event) {
 }
 
 void PanelWindow::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_F1) {
-    ShowHelp();
-    return;
-  }
   const int code = KeyCodeOf(event->key());
   if (form_ && form_->KeyDown && code != 0) {
     form_->KeyDown(Key{code, ModifiersOf(event->modifiers())});

@@ -37,7 +37,6 @@ class PanelWindow : public QWidget {
   void SetDisplaySize(DisplaySize size);
   // Takes the title bar off or puts it back; the panel keeps its size and its place.
   void ShowCaption(bool shown);
-  void ShowHelp();
   // The keyboard goes to the view of that control, as if the pointer had come to it.
   void GiveFocus(const std::string& control);
   // The keyboard comes to that view as the Tab key brings it; false where it takes no keys at present.
