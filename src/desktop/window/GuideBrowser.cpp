@@ -203,7 +203,7 @@ int GuideBrowser::Room() const {
 
 // Qt's own scaling of a picture in a page is the coarse one.
 QImage GuideBrowser::Fitted(const QUrl& url) const {
-  const QImage picture(url.toLocalFile());
+  QImage picture(url.toLocalFile());
   const int share = shares_.value(url, 1);
   const int room = Room() / share - (share > 1 ? 2 * kCellPadding + 2 : 0);
   if (picture.width() <= room) return picture;
