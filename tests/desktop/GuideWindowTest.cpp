@@ -69,19 +69,18 @@ TEST_F(GuideWindowTest, LinksLeadToHeadingsAndTheWayBackToThePlaceTheyWereReadAt
   Settle();
   GuideBrowser& browser = Browser(guide);
   EXPECT_EQ(Top(browser), "First");
-  const auto follow = [&browser] {  // the next link
-    QTest::keyClick(&browser, Qt::Key_Tab);
-    QTest::keyClick(&browser, Qt::Key_Return);
-  };
-  follow();
+  QTest::keyClick(&browser, Qt::Key_Tab);
+  QTest::keyClick(&browser, Qt::Key_Return);
   EXPECT_EQ(browser.Page(), "first.md");
-  const int end = browser.verticalScrollBar()->value();
-  EXPECT_GT(end, 1000) << "the heading, which has no anchor of its own, is in view";
-  follow();
+  EXPECT_GT(browser.verticalScrollBar()->value(), 1000) << "the heading, which has no anchor, is in view";
+  for (int link = 0; link < 3; ++link) QTest::keyClick(&browser, Qt::Key_Tab);
+  const int left = browser.verticalScrollBar()->value();
+  EXPECT_GT(left, 1000);
+  QTest::keyClick(&browser, Qt::Key_Return);
   EXPECT_EQ(browser.Page(), "second.md");
   QTest::keyClick(&guide, Qt::Key_Left, Qt::AltModifier);
   EXPECT_EQ(browser.Page(), "first.md");
-  EXPECT_EQ(browser.verticalScrollBar()->value(), end);
+  EXPECT_EQ(browser.verticalScrollBar()->value(), left);
   QTest::keyClick(&guide, Qt::Key_Right, Qt::AltModifier);
   EXPECT_EQ(browser.Page(), "second.md");
   EXPECT_EQ(HeadingAnchor("What Apply does, in its order"), "what-apply-does-in-its-order");
