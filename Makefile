@@ -8,6 +8,8 @@ PACKAGES_TEST := pulseaudio pulseaudio-utils sox at-spi2-core python3-pyatspi xv
   desktop-file-utils appstream dpkg-dev file
 # What draws the plots and thins the pictures of the guide.
 PACKAGES_PICTURES := gnuplot-nox pngquant
+# What speed, coverage and scale are measured with.
+PACKAGES_MEASURE := gcovr parallel xauth xdotool xvfb
 # What the checks and the fuzz targets use.
 PACKAGES_CHECK := clang clang-format clang-tidy
 
@@ -33,14 +35,17 @@ define install_packages
 	fi
 endef
 
-.PHONY: help setup setup-run setup-test run demo demo-recording test bench deb release-check pictures plots format \
-  format-check check clean
+.PHONY: help setup setup-run setup-test setup-measure run demo demo-recording test bench coverage scale first-hour \
+  deb release-check pictures plots format format-check check clean
 
 help:
 	@echo "make run     build the radio and start it on the demo band"
 	@echo "make demo    demodulate the demo recording on the command line"
 	@echo "make test    build and run all tests"
-	@echo "make bench   build and run the benchmarks"
+	@echo "make bench   one table of what everything costs"
+	@echo "make coverage  which lines the tests reach"
+	@echo "make scale   many recordings through the receiver on all cores"
+	@echo "make first-hour  the steps of CONTRIBUTING.md on a copy of the tree"
 	@echo "make deb     build the Debian package, into out/"
 	@echo "make release-check  install, start, upgrade and remove it on a bare Debian 12; as root"
 	@echo "make plots   measure the receiver and draw the plots of the guide; make pictures: the guide's other pictures"
@@ -53,6 +58,9 @@ setup:
 
 setup-run:
 	$(call install_packages,$(PACKAGES_RUN))
+
+setup-measure:
+	$(call install_packages,$(PACKAGES_RUN) $(PACKAGES_MEASURE))
 
 setup-test:
 	$(call install_packages,$(PACKAGES_RUN) $(PACKAGES_TEST))
@@ -74,10 +82,28 @@ test: setup-test
 	cmake --build $(BUILD)
 	ctest --preset $(PRESET)
 
-bench: setup-run
+bench: setup-measure
 	cmake --preset release
-	cmake --build build/release
-	@for program in build/release/bin/bench_*; do echo "== $$program"; $$program || exit 1; done
+	cmake --build build/release --target benchmarks quorlsdr quorlsdr-cli demo-recording
+	@tools/bench.py build/release
+
+# Lines of src/ and apps/ that the tests reach, a row for each folder.
+coverage: setup-test setup-measure
+	cmake --preset coverage
+	cmake --build build/coverage
+	find build/coverage -name '*.gcda' -delete
+	ctest --preset coverage
+	@tools/coverage.py build/coverage
+
+# The changes that CONTRIBUTING.md leads through, on a copy of the tree.
+first-hour: setup-test
+	@tools/first_hour.py build/first-hour
+
+# Recordings through `receive` on all cores.
+scale: setup-measure
+	cmake --preset release
+	cmake --build build/release --target quorlsdr-cli demo-recording
+	@tools/scale.sh build/release
 
 deb: setup-test
 	@cmake --preset release

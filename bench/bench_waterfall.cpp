@@ -4,7 +4,7 @@
 #include <random>
 #include <vector>
 
-#include "Budgets.h"
+#include "Rows.h"
 #include "display/waterfall/WaterfallPainter.h"
 
 namespace quorl {
@@ -62,21 +62,17 @@ BENCHMARK(Recolour)->Name("waterfall recoloured, 2x")->Arg(1024)->Arg(2048)->Uni
 
 }  // namespace
 
-std::vector<Budget> MeasureWaterfall() {
-  constexpr double kMilliseconds = 1000.0;
-  std::vector<Budget> budgets;
-  Band band(1024), twoSided(2048);
-  for (Band* each : {&band, &twoSided}) {
-    const bool one = each == &band;
-    const double line = SecondsOf([&] { each->Add(), each->Show(); }),
-                 all = SecondsOf([&] { each->Recolour(); }, 4);
-    budgets.push_back({one ? "waterfall line, 1024 bins at 2x" : "waterfall line, 2048 bins at 2x",
-                       line * kMilliseconds, 0.3});
-    budgets.push_back(
-        {one ? "waterfall recoloured, 1024 bins at 2x" : "waterfall recoloured, 2048 bins at 2x",
-         all * kMilliseconds, 4.0});
+std::vector<Row> MeasureWaterfall() {
+  std::vector<Row> rows;
+  for (const int bins : {1024, 2048}) {
+    Band band(bins);
+    const std::string of = ", " + std::to_string(bins) + " bins at 2x";
+    const auto line = [&band] { band.Add(), band.Show(); };
+    rows.push_back({"Picture", "waterfall line" + of, MillisecondsOf(line), "ms", 0.3});
+    rows.push_back(
+        {"Picture", "waterfall recoloured" + of, MillisecondsOf([&band] { band.Recolour(); }, 4), "ms", 4.0});
   }
-  return budgets;
+  return rows;
 }
 
 }  // namespace quorl

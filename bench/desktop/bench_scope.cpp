@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <random>
 
-#include "Budgets.h"
+#include "Rows.h"
 #include "desktop/views/QtCanvas.h"
 #include "desktop/window/Application.h"
 #include "display/analyser/clsSpectrumAnalyser.h"
@@ -87,18 +87,14 @@ void Frame(benchmark::State& state) {
 }
 BENCHMARK(Frame)->Name("frame of 1200 x 400")->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 
-// True where both frames keep their time.
-bool PrintBudgets() {
-  constexpr std::pair<double, double> kLimits[] = {{1, 1.5}, {2, 4.0}};  // ratio, ms
-  bool kept = true;
-  for (const auto& [ratio, limit] : kLimits) {
+std::vector<Row> MeasureFrames() {
+  std::vector<Row> rows;
+  for (const auto& [ratio, limit] : {std::pair{1, 1.5}, std::pair{2, 4.0}}) {
     Scope scope(ratio);
-    const double time = 1000.0 * SecondsOf([&] { scope(); });
-    std::printf("frame of 1200 x 400 at %.0fx%18.2f ms  limit %.1f  %s\n", ratio, time, limit,
-                time <= limit ? "ok" : "OVER");
-    kept = kept && time <= limit;
+    rows.push_back({"Picture", "frame of 1200 x 400 at " + std::to_string(ratio) + "x",
+                    MillisecondsOf([&scope] { scope(); }), "ms", limit});
   }
-  return kept;
+  return rows;
 }
 
 }  // namespace
@@ -111,5 +107,5 @@ int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();
-  return quorl::PrintBudgets() ? 0 : 1;
+  return quorl::Print(quorl::MeasureFrames()) ? 0 : 1;
 }

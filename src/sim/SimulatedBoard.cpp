@@ -151,7 +151,7 @@ void SimulatedBoard::Render(std::int16_t* interleaved, int frames) {
   for (int n = 0; n < frames; ++n) {
     const std::int64_t chunk = position_ / kChunkFrames;
     if (chunk != chunk_) BeginChunk(chunk);
-    Emit(static_cast<int>(position_ % kChunkFrames), interleaved + 2 * n);
+    Emit(static_cast<int>(position_ % kChunkFrames), interleaved + std::ptrdiff_t{2} * n);
     ++position_;
   }
 }

@@ -17,9 +17,9 @@ constexpr double kAlike = 0.99;        // correlation; that of a pair in quadrat
 
 void InputLevel::Take(const std::int16_t* left, const std::int16_t* right, std::int32_t n) {
   const double fall = std::pow(10.0, -kFall / 20.0 * n / kSampleRate);
-  std::int32_t leftPeak = 0, rightPeak = 0;
+  std::int64_t leftPeak = 0, rightPeak = 0;
   for (std::int32_t i = 0; i < n; ++i) {
-    const std::int32_t l = left[i], r = right[i];
+    const std::int64_t l = left[i], r = right[i];
     leftPeak = std::max(leftPeak, std::abs(l));
     rightPeak = std::max(rightPeak, std::abs(r));
     moments_.Left += l;
@@ -30,8 +30,8 @@ void InputLevel::Take(const std::int16_t* left, const std::int16_t* right, std::
   }
   moments_.Samples += n;
   heard_ = true;
-  peaks_[0] = std::max<double>(leftPeak, peaks_[0] * fall);
-  peaks_[1] = std::max<double>(rightPeak, peaks_[1] * fall);
+  peaks_[0] = std::max(double(leftPeak), peaks_[0] * fall);
+  peaks_[1] = std::max(double(rightPeak), peaks_[1] * fall);
   if (static_cast<double>(moments_.Samples) < kSampleRate) return;
   fault_ = Judge(moments_);
   moments_ = {};

@@ -108,6 +108,7 @@ std::vector<SoundNotification> QUORLDX8::MakeNotifications(std::int32_t bufferBy
                                                            std::int32_t blockBytes) {
   std::vector<SoundNotification> notifications;
   const auto count = static_cast<std::int32_t>(std::nearbyint(static_cast<double>(bufferBytes) / blockBytes));
+  notifications.reserve(static_cast<std::size_t>(count));
   for (std::int32_t i = 0; i < count; ++i)
     notifications.push_back({(i + 1) * blockBytes - 1, ++lastEventId_});
   return notifications;

@@ -17,8 +17,8 @@ constexpr int kBlockBytes = kBlockSamples * static_cast<int>(sizeof(std::int16_t
 constexpr double kFullScale = 32767.0;
 constexpr double kRamp = 0.005;  // seconds: a tone that begins at once clicks
 // What is written is heard when the ring comes round again; what has left it is still on its way to the ear.
-constexpr std::int64_t kAllSamples =
-    static_cast<std::int64_t>(TestTone::kSeconds * kFormat.SampleRate) + (kBlocks + 2) * kBlockSamples;
+constexpr std::int64_t kAllSamples = static_cast<std::int64_t>(TestTone::kSeconds * kFormat.SampleRate) +
+                                     std::int64_t{kBlocks + 2} * kBlockSamples;
 constexpr std::chrono::milliseconds kAtOnce{1}, kAtMost{4000};  // a device that stands still ends it, too
 
 std::int16_t Sample(std::int64_t number) {
@@ -41,6 +41,7 @@ Failure TestTone::Start(int device) {
       device, kFormat, kBlocks * kBlockBytes, [this](int block) { Played(block); }, failure);
   if (!buffer) return failure;
   std::vector<SoundNotification> positions;
+  positions.reserve(kBlocks);
   for (int block = 0; block < kBlocks; ++block) positions.push_back({(block + 1) * kBlockBytes - 1, block});
   buffer->SetNotificationPositions(positions);
   buffer_ = std::move(buffer);

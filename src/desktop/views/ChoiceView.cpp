@@ -2,6 +2,7 @@
 
 #include <QMenu>
 #include <QPainter>
+#include <QTimer>
 
 #include "desktop/views/Skin.h"
 
@@ -101,7 +102,7 @@ void PopupListView::Open() {
   menu_ = MakeItemMenu(box_, anchor_);
   QObject::connect(menu_, &QMenu::aboutToHide, this, [this] {
     // The chosen item is only told after the menu has closed, and an invisible control takes no choice.
-    const auto closed = [this] {
+    QTimer::singleShot(0, this, [this] {
       if (menu_) menu_->deleteLater();
       menu_ = nullptr;
       if (!box_.Visible()) return;
@@ -110,8 +111,7 @@ void PopupListView::Open() {
       } else {
         Raise(box_.KeyDown, Key{Key::Escape, {}});
       }
-    };
-    QMetaObject::invokeMethod(this, closed, Qt::QueuedConnection);
+    });
   });
   const Control* beside = box_.Beside();
   const auto* named =

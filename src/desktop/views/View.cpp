@@ -174,7 +174,7 @@ void View::Speak() {
 QString View::SpokenName() const {
   const std::string& own = control_.AccessibleName();
   if (!own.empty()) return QString::fromStdString(own);
-  const QString caption = Caption().remove('&').simplified();
+  QString caption = Caption().remove('&').simplified();
   if (!caption.isEmpty()) return caption;
   const std::string& tip = control_.ToolTip();
   return QString::fromStdString(tip.empty() ? control_.Name() : tip);

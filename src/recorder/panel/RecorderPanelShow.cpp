@@ -17,8 +17,9 @@ constexpr std::int64_t kDiskInterval = 10'000'000;  // microseconds
 constexpr double kLeastMinutes = 10;                // that the disk holds before the panel says so
 
 std::string TimeText(std::int64_t seconds) {
-  return FormatPicture(double(seconds / 3600), "00") + ":" + FormatPicture(double(seconds / 60 % 60), "00") +
-         ":" + FormatPicture(double(seconds % 60), "00");
+  const std::int64_t hours = seconds / 3600, minutes = seconds / 60 % 60;
+  return FormatPicture(double(hours), "00") + ":" + FormatPicture(double(minutes), "00") + ":" +
+         FormatPicture(double(seconds % 60), "00");
 }
 
 }  // namespace
@@ -84,8 +85,8 @@ void RecorderPanel::ShowCounters() {
   shownSamples_ = samples_;
   const RecordingFormat format = Format();
   lblRecordTime.Caption = TimeText(samples_ / format.Rate);
-  const std::int64_t bytes = format.DataAt() + format.FrameBytes() * samples_;
-  lblRecordSize.Caption = FormatPicture(double(bytes / 1024), "#,##0");
+  const std::int64_t kilobytes = (format.DataAt() + format.FrameBytes() * samples_) / 1024;
+  lblRecordSize.Caption = FormatPicture(double(kilobytes), "#,##0");
 }
 
 void RecorderPanel::ShowPlace() {
@@ -152,7 +153,7 @@ std::string RecorderPanel::StateText() const {
   if (Sounds.IsRunning()) return Sounds.State();
   if (saved_ > 0) return "Saving " + FormatPicture(saved_, "0%");
   if (!note_.empty()) return note_;
-  const std::string timer = links_.TimerState();
+  std::string timer = links_.TimerState();
   if (Takes() && own_ && parts_ == 0 && links_.IsOn() && !IsPaused() && !timer.empty()) return timer;
   if (Takes()) return at(parts_ > 0 ? "Recording file " + NumberText(parts_ + 1) : "Recording");
   if (deck_.IsUnsaved()) return "Recorded, not saved: Save or Close";

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "config/Inks.h"
 #include "interaction/PanelColours.h"
@@ -194,9 +195,9 @@ std::string TimerTargetFields::TakePreset(TimerTarget& target) {
   target.SubBand = Chosen(cboTimerSubBand, bands_);
   target.Preset = Chosen(cboTimerPreset, presets_);
   if (target.Preset >= 0 && target.SubBand >= 0) return {};
-  const std::string fault = cboTimerPlan.ListIndex() >= 0 && bands_.empty()
-                                ? "This plan has no presets. Choose another one, or a frequency."
-                                : "Choose plan, sub-band and preset.";
+  std::string fault = cboTimerPlan.ListIndex() >= 0 && bands_.empty()
+                          ? "This plan has no presets. Choose another one, or a frequency."
+                          : "Choose plan, sub-band and preset.";
   TellFault(cboTimerPreset, fault);
   return fault;
 }
@@ -211,7 +212,7 @@ std::string TimerTargetFields::TakeFrequency(TimerTarget& target) {
     TellFault(txtTimerFreq, fault);
     return fault;
   }
-  target.Freq = static_cast<std::int32_t>(*hertz * 10.0 + 0.5);
+  target.Freq = static_cast<std::int32_t>(std::lround(*hertz * 10.0));
   target.Mode = std::max(optTimerMode.Pressed(), 0);
   target.FilterMode = std::max(optTimerFilter.Pressed(), 0);
   return {};

@@ -20,7 +20,7 @@ namespace quorl {
 //
 // A port whose adapter was pulled out shows by its next line call, or by the waiting thread. From then on it
 // is looked for once a second under the same path, and taken at rest as at its first opening.
-class LinuxSerialPort : public SerialPort {
+class LinuxSerialPort final : public SerialPort {
  public:
   // Both outlive the port.
   LinuxSerialPort(EventQueue& queue, SerialCalls& calls);
