@@ -16,10 +16,12 @@
 #include "Options.h"
 #include "RecordingBlocks.h"
 #include "core/LiveRadio.h"
+#include "core/SteeredRadio.h"
 #include "platform/CalendarDays.h"
 #include "platform/linux/system/LinuxClock.h"
 #include "platform/linux/system/LinuxEventQueue.h"
 #include "platform/linux/system/TerminalDialogs.h"
+#include "remote/RemoteServer.h"
 #include "shared/HostMachine.h"
 #include "shared/JsonReport.h"
 #include "support/Rounding.h"
@@ -86,6 +88,13 @@ bool WaitForStart(const ListenOptions& options, HostMachine& machine, const List
   return interrupted == 0;
 }
 
+// The radio goes on where nobody can connect. Naming an address is leave enough for who comes by it.
+void StartRemote(const ListenOptions& options, RemoteServer& server) {
+  if (!options.Remote) return;
+  if (const Failure failure = server.Listen(*options.Remote)) return PrintFault(failure->Text);
+  std::cerr << "remote control at " + PlaceText(server.Place()) + "\n";
+}
+
 // Receives until there is enough, the listener ends it or the sound is lost for good.
 int Receive(const ListenOptions& options, HostMachine& machine, LiveRadio& radio, LinuxEventQueue& terminal,
             ListenRecorder& recorder) {
@@ -118,6 +127,9 @@ int Receive(const ListenOptions& options, HostMachine& machine, LiveRadio& radio
     PrintFault(failure->Text);
     return ExitCode::Failed;
   }
+  SteeredRadio steered(radio);
+  RemoteServer server(machine.Parts().Network, machine.Parts().Queue, machine.Parts().Time, steered);
+  StartRemote(options, server);
   const auto redraw = machine.Parts().Queue.CreateTimer([&] { screen.Draw(); });
   if (!machine.IsVirtualTime() && !options.Quiet) {
     screen.WatchKeys(terminal);
@@ -126,6 +138,7 @@ int Receive(const ListenOptions& options, HostMachine& machine, LiveRadio& radio
   const auto isDone = [&] { return recorder.IsDone() || lost || interrupted != 0 || screen.IsDone(); };
   while (!isDone()) machine.Parts().Queue.Wait(kRedraw);
   redraw->Stop();
+  server.Stop();
   screen.Finish();
   radio.Stop();
   measure.Blocks = recorder.Blocks();
@@ -161,8 +174,8 @@ int Listen(const ListenOptions& options, HostMachine& machine, LinuxEventQueue& 
   const LinuxClock stopWatch;
   const Machine& all = machine.Parts();
   ListenRecorder recorder(machine.Parts(), options.Files);
-  Machine parts{all.Queue,    stopWatch, all.Boxes,  all.Storage, all.Beside,  all.Media,
-                all.Instance, all.Sound, all.Serial, all.Printer, all.Programs};
+  Machine parts{all.Queue,    stopWatch, all.Boxes,  all.Storage, all.Beside,   all.Media,
+                all.Instance, all.Sound, all.Serial, all.Printer, all.Programs, all.Network};
   LiveRadio radio(parts, machine.Settings(), recorder, [](const std::string& line) { PrintFault(line); });
   radio.Rx.Initialise();
   ApplyReceiveOptions(options.Reception, radio.Rx);
@@ -192,7 +205,7 @@ HostMachineOptions MachineOptions(const ListenOptions& options) {
   machine.Demo = options.Demo;
   const bool records = !options.Files.Output.empty() || !options.Files.RecordIF.empty();
   const bool ends = options.Seconds > 0.0 || options.End;
-  machine.VirtualTime = options.Demo && records && options.Playback.empty() && ends;
+  machine.VirtualTime = options.Demo && records && options.Playback.empty() && ends && !options.Remote;
   machine.Loudspeaker = !records || !options.Playback.empty();
   machine.Board.SDRModelNo = options.Reception.SDRModelNo;
   machine.Board.LowSideLO = options.Reception.LowSideLO;
@@ -257,10 +270,17 @@ constexpr const char* kExamples = R"(Examples:
   quorlsdr-cli listen --demo --frequency 7050 --mode usb
   quorlsdr-cli listen --demo --frequency 7260 --if-filter track --output audio.wav --seconds 30
   quorlsdr-cli listen --capture 1 --playback 2 --frequency 6070
+  quorlsdr-cli listen --demo --remote 4532
   quorlsdr-cli listen --capture 1 --frequency 6070 --start 22:00 --end 23:00 --record-if night.wav
 
 A capture device's number comes from 'quorlsdr-cli devices'. Where the demo is recorded and --seconds or --end tells
 how long, time passes as fast as the machine allows. Ctrl-C keeps what was received so far.)";
+
+SocketPlace ParseRemote(const std::string& text) {
+  if (const std::optional<SocketPlace> place = ParsePlace(text)) return *place;
+  Refuse("--remote",
+         "'" + text + "' is no place; PORT, ADDRESS:PORT or [ADDRESS]:PORT is needed, such as 4532");
+}
 
 void AddFileOptions(CLI::App& command, ListenOptions& options) {
   command.add_option("--output", options.Files.Output, "WAV file of what is heard")->type_name("FILE");
@@ -308,6 +328,10 @@ void AddListenCommand(CLI::App& app, int& exitCode) {
   command->add_flag("--short-delay", options->ShortDelay,
                     "the sound follows a gesture 171 ms sooner, and bridges less where the machine is busy");
   command->add_flag("--quiet", options->Quiet, "no live line and no keys");
+  AddText(*command, "--remote", "[ADDRESS:]PORT",
+          "let programs that speak the Hamlib network protocol tune the radio; without an address those of "
+          "this computer. There is no password: another address lets in whoever reaches it",
+          [options](const std::string& text) { options->Remote = ParseRemote(text); });
   AddReceptionOptions(*command, options->Reception);
   command->callback([options, &exitCode] { exitCode = Run(*options); });
 }

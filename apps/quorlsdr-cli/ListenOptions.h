@@ -7,6 +7,7 @@
 #include "ListenRecorder.h"
 #include "ListenTimes.h"
 #include "ReceiveOptions.h"
+#include "platform/SocketPlace.h"
 
 namespace quorl::cli {
 
@@ -18,8 +19,9 @@ struct ListenOptions {
   std::string Capture;  // name or number
   std::string Playback;
   ListenFiles Files;
-  std::optional<Moment> Start, End;  // of what is recorded
-  double Seconds = 0.0;              // 0 listens until it is stopped
+  std::optional<Moment> Start, End;   // of what is recorded
+  double Seconds = 0.0;               // 0 listens until it is stopped
+  std::optional<SocketPlace> Remote;  // where clients may connect that steer the radio
   double BoardErrorPpm = 0.0;
   std::string Settings;  // path of the settings file
   std::string Folder;    // of demo data

@@ -67,8 +67,10 @@ Failure HostMachine::PutTogether(const HostMachineOptions& options) {
   if (options.VirtualTime) virtualQueue_ = std::make_unique<VirtualEventQueue>(virtualClock_);
   if (virtualQueue_) {
     fileWorker_ = std::make_unique<VirtualFileWorker>(*virtualQueue_);
+    network_ = std::make_unique<VirtualSockets>(*virtualQueue_);
   } else {
     fileWorker_ = std::make_unique<LinuxFileWorker>(queue_);
+    network_ = std::make_unique<LinuxSockets>(queue_);
   }
   return options.Demo ? ConnectDemo(options) : ConnectRadio(options);
 }
@@ -109,9 +111,9 @@ Failure HostMachine::ConnectDemo(const HostMachineOptions& options) {
   if (failure) return failure;
   failure = ConnectDemoSound(options, *antenna);
   if (failure) return failure;
-  machine_ =
-      std::make_unique<Machine>(Machine{Queue(), Time(), boxes_, files_, *fileWorker_, media_, lock_,
-                                        *sourcedSound_, board_->Serial(), board_->Printer(), processes_});
+  machine_ = std::make_unique<Machine>(Machine{Queue(), Time(), boxes_, files_, *fileWorker_, media_, lock_,
+                                               *sourcedSound_, board_->Serial(), board_->Printer(),
+                                               processes_, *network_});
   return {};
 }
 
@@ -150,7 +152,7 @@ Failure HostMachine::ConnectRadio(const HostMachineOptions& options) {
     playbackDevice_ = DeviceNumber(soundCard_->PlaybackDeviceNames(), options.Playback, "playback", failure);
   if (failure) return failure;
   machine_ = std::make_unique<Machine>(Machine{queue_, clock_, boxes_, files_, *fileWorker_, media_, lock_,
-                                               *soundCard_, *serial_, *printer_, processes_});
+                                               *soundCard_, *serial_, *printer_, processes_, *network_});
   return {};
 }
 

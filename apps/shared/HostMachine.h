@@ -12,6 +12,7 @@
 #include "platform/linux/lines/LinuxPrinterPort.h"
 #include "platform/linux/lines/LinuxSerialPort.h"
 #include "platform/linux/media/SndfileSoundFiles.h"
+#include "platform/linux/net/LinuxSockets.h"
 #include "platform/linux/sound/RtAudioSoundSystem.h"
 #include "platform/linux/system/LinuxClock.h"
 #include "platform/linux/system/LinuxFileWorker.h"
@@ -23,6 +24,7 @@
 #include "platform/virtual/SourcedSoundSystem.h"
 #include "platform/virtual/VirtualEventQueue.h"
 #include "platform/virtual/VirtualFileWorker.h"
+#include "platform/virtual/VirtualSockets.h"
 #include "platform/virtual/VirtualSoundSystem.h"
 #include "shared/DemoBoard.h"
 #include "sim/RecordingSource.h"
@@ -97,6 +99,7 @@ class HostMachine {
   std::unique_ptr<SourcedSoundSystem> sourcedSound_;
   std::unique_ptr<SettingsStore> settings_;
   std::unique_ptr<FileWorker> fileWorker_;
+  std::unique_ptr<Sockets> network_;  // in virtual time nobody outside can connect
   std::unique_ptr<Machine> machine_;
   int captureDevice_ = 1, playbackDevice_ = 1;
   std::vector<std::string> notices_;

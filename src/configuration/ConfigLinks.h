@@ -15,6 +15,7 @@
 #include "platform/EventQueue.h"
 #include "platform/Files.h"
 #include "platform/SerialPort.h"
+#include "remote/RemoteServer.h"
 #include "sound/QUORLDX8.h"
 #include "tuning/TuningChain.h"
 #include "tuning/TuningPanel.h"
@@ -36,6 +37,8 @@ struct ConfigLinks {
   ColourSchemes& Scheme;
   modDream& Dream;
   HandOver& Decoder;
+  RemoteServer& Server;
+  RemoteOptions& Remote;
   std::int32_t& InterfaceType;  // of the chain, and of the next start
   bool& AutoTrackPresets;
   bool& FormCaptionOffOnPwrOn;

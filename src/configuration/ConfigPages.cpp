@@ -87,6 +87,16 @@ constexpr ConfigText kDRMTexts[] = {
     {"cboDRMPlayDevices", "", "Where the receiver plays in DRM mode, such as a null sink for the decoder",
      "Sound output in DRM mode"},
 };
+constexpr ConfigText kRemoteTexts[] = {
+    {"chkRemoteOn", "Let other programs tune the radio",
+     "Loggers and decoders that speak the Hamlib protocol", ""},
+    {"txtRemoteAddress", "", "127.0.0.1: programs on this computer; 0.0.0.0: on all networks that it is in",
+     "Address for remote control"},
+    {"txtRemotePort", "", "1 to 65535; programs expect 4532", "Port for remote control"},
+    {"chkRemoteOthers", "Other computers may connect",
+     "Anybody on that network can then tune the radio: there is no password", ""},
+    {"lblRemoteState", "", "", "State of remote control"},
+};
 
 constexpr std::array<const char*, kWindowStyles> kWindowStyleTexts{"Behind", "Minimised", "Hidden", "Normal"};
 constexpr std::array<const char*, kWindowStyles> kWindowStyleTips{
@@ -177,6 +187,13 @@ DRMPage::DRMPage(ControlRegistry& registry)
   }
 }
 
+RemotePage::RemotePage(ControlRegistry& registry)
+    : chkRemoteOn(registry, ConfigName("chkRemoteOn")),
+      txtRemoteAddress(registry, ConfigName("txtRemoteAddress")),
+      txtRemotePort(registry, ConfigName("txtRemotePort")),
+      chkRemoteOthers(registry, ConfigName("chkRemoteOthers")),
+      lblRemoteState(registry, ConfigName("lblRemoteState")) {}
+
 void NameConfigControls(const ControlRegistry& registry) {
   const auto name = [&registry](const auto& texts) {
     for (const ConfigText& text : texts) {
@@ -189,6 +206,7 @@ void NameConfigControls(const ControlRegistry& registry) {
   name(kTuningTexts);
   name(kDisplayTexts);
   name(kDRMTexts);
+  name(kRemoteTexts);
 }
 
 }  // namespace quorl

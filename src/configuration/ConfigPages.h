@@ -12,10 +12,10 @@ inline constexpr char kConfigForm[] = "frmConfig";
 // "cboSDRModel" to "frmConfig.cboSDRModel".
 std::string ConfigName(const std::string& control);
 
-// Places in TabStrip1 and frConfigs.
+// Places in TabStrip1 and frConfigs; the window has them in another order.
 struct ConfigPage {
   static constexpr int Receiver = 0, Interface = 1, Sound = 2, Tuning = 3, Display = 4, DRM = 5, Colours = 6,
-                       About = 7, Count = 8;
+                       About = 7, Remote = 8, Count = 9;
 };
 
 struct ReceiverPage {
@@ -78,6 +78,15 @@ struct DRMPage {
   TextBox txtPathToDream, txtDreamProgArgs;
   CommandButton cmdFindDREAM, cmdDreamDefault;
   ComboBox cboDRMPlayDevices;  // the usual one, then the devices
+};
+
+struct RemotePage {
+  explicit RemotePage(ControlRegistry& registry);
+
+  CheckBox chkRemoteOn;
+  TextBox txtRemoteAddress, txtRemotePort;
+  CheckBox chkRemoteOthers;
+  Label lblRemoteState;
 };
 
 // Gives all of them their words, and each check box its face.

@@ -13,8 +13,8 @@ namespace {
 
 constexpr int kFollowInterval = 250, kApplyInterval = 1;  // ms
 
-constexpr std::array<const char*, ConfigPage::Count> kPages{"&Receiver", "&Interface", "&Sound",   "&Tuning",
-                                                            "Dis&play",  "&DRM",       "Co&lours", "A&bout"};
+constexpr std::array<const char*, ConfigPage::Count> kPages{
+    "&Receiver", "&Interface", "&Sound", "&Tuning", "Dis&play", "&DRM", "Co&lours", "A&bout", "Re&mote"};
 
 std::string AboutText(const std::string& version) {
   return std::string(kProductName) + (version.empty() ? "" : " " + version) +
@@ -35,6 +35,7 @@ frmConfig::frmConfig(ControlRegistry& registry, ConfigLinks links)
       Tuning(registry),
       Display(registry),
       DRM(registry),
+      Remote(registry),
       Colours(registry, {links.Scheme, links.Scope.SpectrumAnalyser, links.Panel.Colours, links.Boxes,
                          links.Storage, links.Store, links.ThemeFolder}),
       lblAbout(registry, ConfigName("lblAbout")),
@@ -45,7 +46,11 @@ frmConfig::frmConfig(ControlRegistry& registry, ConfigLinks links)
       cmdCancel(registry, ConfigName("cmdCancel")),
       links_(std::move(links)),
       faults_(lblConfigMessage),
-      tmrFollow_(links_.Queue, [this] { fields_.Follow(); }),
+      tmrFollow_(links_.Queue,
+                 [this] {
+                   fields_.Follow();
+                   ShowRemote();
+                 }),
       tmrApply_(links_.Queue, [this] { ApplyWhenIdle(); }) {
   Form.Visible = false;
   Form.Caption = std::string(kProductName) + " - Configuration";
@@ -104,6 +109,7 @@ void frmConfig::MarkTabs() {
        {&Interface.optIF(InterfaceChoice::Parallel), &Interface.txtPortAddress,
         &Interface.txtParallelPortBitPeriod, &Interface.cboComPort, &Interface.txtBitPeriod});
   mark(ConfigPage::Display, {&Display.txtSpectrumDisplaySmoothingCount});
+  mark(ConfigPage::Remote, {&Remote.txtRemoteAddress, &Remote.txtRemotePort});
 }
 
 void frmConfig::Open() {

@@ -33,6 +33,7 @@ class frmConfig {
   TuningPage Tuning;
   DisplayPage Display;
   DRMPage DRM;
+  RemotePage Remote;
   ColourPage Colours;
   Label lblAbout;
   CommandButton cmdGuide;
@@ -63,6 +64,8 @@ class frmConfig {
   void AddDecoderFields();
   void ListDecoderDevices(const std::vector<std::string>& names);
   int DecoderDevicePlace() const;
+  void AddRemoteFields();
+  void ShowRemote();
   void cmdFindDREAM_Click();
   void cmdDreamDefault_Click();
   void cmdCalDDS_Click();
@@ -92,6 +95,9 @@ class frmConfig {
   void SetUpChip();
   void ApplyOptions();
   void ApplyDecoder();
+  void ApplyRemote();
+  void TakeRemoteAddress();
+  void TakeRemotePort();
   void ApplySmoothing();
   void TakeBitPeriod(TextBox& field, const char* name, double& waitTime);
   bool Refuse(Control& field, const char* text);

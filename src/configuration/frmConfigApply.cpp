@@ -227,6 +227,7 @@ void frmConfig::ApplyOptions() {
   Colours.Apply();
   links_.FormCaptionOffOnPwrOn = Display.FormCaptionOffOnPwrOn.Value();
   links_.CaptionChanged();
+  ApplyRemote();
   links_.AutoStartSDR = Receiver.chkAutoStartSDR.Value();
 }
 

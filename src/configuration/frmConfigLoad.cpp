@@ -25,9 +25,11 @@ void frmConfig::ConnectFields() {
   AddSoundFields();
   AddOptions();
   AddDecoderFields();
-  for (TextBox* field : {&Receiver.txtIFFrequency, &Receiver.txtDDSClkin, &Interface.txtPortAddress,
-                         &Interface.txtParallelPortBitPeriod, &Interface.txtBitPeriod,
-                         &Display.txtSpectrumDisplaySmoothingCount}) {
+  AddRemoteFields();
+  for (TextBox* field :
+       {&Receiver.txtIFFrequency, &Receiver.txtDDSClkin, &Interface.txtPortAddress,
+        &Interface.txtParallelPortBitPeriod, &Interface.txtBitPeriod,
+        &Display.txtSpectrumDisplaySmoothingCount, &Remote.txtRemoteAddress, &Remote.txtRemotePort}) {
     field->Change = [this, field] { faults_.Clear(*field); };
   }
   Interface.cboComPort.Click = [this] { faults_.Clear(Interface.cboComPort); };
@@ -149,6 +151,7 @@ void frmConfig::Form_Load() {
   fields_.Load();
   Colours.Load();
   ShowInterface();
+  ShowRemote();
   InitialCaptureDevice_ = Sound.cboCapDevices.Text();
   InitialPlaybackDevice_ = Sound.cboPlayDevices.Text();
 }

@@ -57,6 +57,7 @@ frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptio
              options_.ApplicationFolder, LinksOfDream()),
       handOver_(machine_.Queue, dream_, LinksOfHandOver()),
       steered_(radio_, LinksOfSteered()),
+      server_(machine_.Network, machine_.Queue, machine_.Time, steered_),
       calibrate_(registry_, radio_.Tuning(), radio_.Rx, machine_.Queue),
       config_(registry_, LinksOfConfig()),
       setup_(registry_, config_, LinksOfSetup()),
@@ -247,6 +248,7 @@ void frmMain::Form_Unload() {
   tmrUnload_.SetInterval(kUnloadInterval);
   tmrUnload_.SetEnabled(waits);
   if (waits) return;
+  server_.Stop();
   calibrate_.Leave();
   timer_.Stop();
   handOver_.Stop();

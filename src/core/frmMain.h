@@ -44,6 +44,7 @@
 #include "recorder/RecoveryOffer.h"
 #include "recorder/panel/RecorderPanel.h"
 #include "recorder/panel/TimerPanel.h"
+#include "remote/RemoteServer.h"
 #include "tuning/FrequencyEntry.h"
 #include "tuning/TuningPanel.h"
 
@@ -164,6 +165,7 @@ class frmMain {
   SteeredRadioLinks LinksOfSteered();
   void ReleaseSound();
   void OpenSound();
+  void StartRemote();
   void LogSoundFailure(const Error& failure);
   void PaintPower();
   void RestMeters();
@@ -226,6 +228,8 @@ class frmMain {
   modDream dream_;
   HandOver handOver_;
   SteeredRadio steered_;
+  RemoteOptions remote_;
+  RemoteServer server_;
   frmCalibrate calibrate_;
   frmConfig config_;
   ConfigSetup setup_;
@@ -233,7 +237,7 @@ class frmMain {
   SettingsTable early_;     // read before window and tuning are made of it: colours, size, board, interface
   SettingsTable settings_;  // the rest, read at its own step
   SettingsTable ownMemories_{"Memories"}, wavFileRows_{"WavFile"}, ownRecorder_{"Recorder"},
-      timerRows_{"Timer"};
+      timerRows_{"Timer"}, remoteRows_{"Remote"};
   Listening following_;
 };
 

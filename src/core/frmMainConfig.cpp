@@ -19,6 +19,8 @@ ConfigLinks frmMain::LinksOfConfig() {
                     .Scheme = scheme_,
                     .Dream = dream_,
                     .Decoder = handOver_,
+                    .Server = server_,
+                    .Remote = remote_,
                     .InterfaceType = stored_.IFType,
                     .AutoTrackPresets = memories_.AutoTrackPresets,
                     .FormCaptionOffOnPwrOn = stored_.FormCaptionOffOnPwrOn,

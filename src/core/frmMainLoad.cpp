@@ -146,6 +146,15 @@ void frmMain::LoadSteps() {
   loading_ = false;
   offer_.Look();
   timer_.Start();
+  StartRemote();
+}
+
+// The radio goes on where nobody can connect.
+void frmMain::StartRemote() {
+  const Failure failure = server_.Follow(remote_);
+  if (remote_.On) log_.AddLog("Remote control: " + server_.StateText());
+  if (!failure) return;
+  machine_.Boxes.ShowMessage({.Text = failure->Text, .Title = kProductName, .Icon = MessageIcon::Warning});
 }
 
 void frmMain::ConnectForm() {

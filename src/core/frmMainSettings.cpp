@@ -38,6 +38,7 @@ void frmMain::AddSettings() {
   wavFile_.AddSettings(wavFileRows_);
   recorder_.AddOwnSettings(ownRecorder_);
   timer_.AddSettings(timerRows_);
+  remote_.AddSettings(remoteRows_);
   dream_.AddSettings(settings_);
   handOver_.AddSettings(settings_);
   notch_.AddSettings(settings_);
@@ -49,7 +50,8 @@ void frmMain::AddSettings() {
 void frmMain::RestoreSettings() {
   log_.AddLog("RestoreSettings : Start");
   settings_.Read(store_);
-  for (SettingsTable* own : {&ownMemories_, &wavFileRows_, &ownRecorder_, &timerRows_}) own->Read(store_);
+  for (SettingsTable* own : {&ownMemories_, &wavFileRows_, &ownRecorder_, &timerRows_, &remoteRows_})
+    own->Read(store_);
   scope_.ReadSettings(store_);
 }
 
@@ -67,7 +69,8 @@ void frmMain::WriteSettings() {
   early_.Write(store_);
   settings_.Write(store_);
   recorder_.WithOwnChoice([this] {
-    for (SettingsTable* own : {&ownMemories_, &wavFileRows_, &ownRecorder_, &timerRows_}) own->Write(store_);
+    for (SettingsTable* own : {&ownMemories_, &wavFileRows_, &ownRecorder_, &timerRows_, &remoteRows_})
+      own->Write(store_);
   });
   scope_.WriteSettings(store_);
 }

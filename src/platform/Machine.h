@@ -12,6 +12,7 @@ class InstanceLock;
 class PrinterPort;
 class Processes;
 class SerialPort;
+class Sockets;
 class SoundFiles;
 class SoundSystem;
 
@@ -28,6 +29,7 @@ struct Machine {
   SerialPort& Serial;
   PrinterPort& Printer;
   Processes& Programs;
+  Sockets& Network;
 };
 
 }  // namespace quorl

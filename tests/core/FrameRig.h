@@ -18,6 +18,7 @@
 #include "platform/virtual/VirtualFileWorker.h"
 #include "platform/virtual/VirtualFiles.h"
 #include "platform/virtual/VirtualProcesses.h"
+#include "platform/virtual/VirtualSockets.h"
 #include "platform/virtual/VirtualSoundSystem.h"
 #include "rigs/Hands.h"
 #include "rigs/VirtualDesk.h"
@@ -118,7 +119,7 @@ class FrameRig : public VirtualDesk, public Hands {
     Options.OnBoard = [this](std::int32_t model) { Board.SetModel(model); };
     Log = std::make_unique<LogBook>(Storage, Clock, "log/quorl.log");
     frame_ = std::make_unique<frmMain>(
-        Machine{Queue, Clock, Boxes, Storage, Worker, Media, *lock_, Sound, Serial, Printer, Programs},
+        Machine{Queue, Clock, Boxes, Storage, Worker, Media, *lock_, Sound, Serial, Printer, Programs, Network},
         *store_, *Log, Options);
     frame_->OnSplash = [this](bool visible) { Splash.push_back(visible); };
     frame_->OnClose = [this] { ++Closed; };
@@ -167,6 +168,7 @@ class FrameRig : public VirtualDesk, public Hands {
   SndfileSoundFiles Media{Storage};
   VirtualFileWorker Worker{Queue};
   VirtualProcesses Programs;
+  VirtualSockets Network{Queue};
   SimulatedReceiver Board;
   BreakingSound Sound{Queue, Clock};
   StartOptions Options{"", "plans", {}};

@@ -135,4 +135,22 @@ QWidget* MakeAboutPage(Binder& bind) {
   return page;
 }
 
+QWidget* MakeRemotePage(Binder& bind) {
+  auto* page = new FormPage;
+  Tick(bind, *page, "Remote control", "chkRemoteOn");
+  page->Row("Address", {bind.Text(Name("txtRemoteAddress"), kNumberWidth)});
+  page->Row("Port", {bind.Text(Name("txtRemotePort"), kShortWidth)});
+  page->Gap();
+  Tick(bind, *page, "Network", "chkRemoteOthers");
+  page->Hint(
+      "Needed for any address but this computer's own. Anybody on that network can then tune the radio: "
+      "there is no password, and nothing is encrypted.");
+  page->Gap();
+  page->Row("State", {bind.Message(Name("lblRemoteState"), kPathWidth)});
+  page->Hint(
+      "Loggers and decoders find the radio as Hamlib's model 2, NET rigctl, at this address and port.");
+  page->End();
+  return page;
+}
+
 }  // namespace quorl

@@ -9,10 +9,12 @@ namespace quorl {
 
 namespace {
 
-constexpr int kWidth = 660, kPages = 8;
+constexpr int kWidth = 660, kPages = 9;
 constexpr QWidget* (*kMakers[kPages])(Binder&) = {MakeReceiverPage, MakeInterfacePage, MakeSoundPage,
                                                   MakeTuningPage,   MakeDisplayPage,   MakeDecoderPage,
-                                                  MakeColoursPage,  MakeAboutPage};
+                                                  MakeColoursPage,  MakeAboutPage,     MakeRemotePage};
+// The tabs as they are read: what belongs to the radio, then the program.
+constexpr int kReading[kPages] = {0, 1, 2, 3, 4, 5, 8, 6, 7};
 
 }  // namespace
 
@@ -33,7 +35,12 @@ QWidget* ConfigWindow::MakeTabs() {
   auto* row = new QHBoxLayout(tabs);
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(4);
-  Put(row, bind_.Options("frmConfig.TabStrip1", kPages));
+  std::vector<FaceView*> views;
+  for (const int page : kReading) {
+    if (FaceView* view = bind_.Option(IndexedName("frmConfig.TabStrip1", page))) views.push_back(view);
+  }
+  for (FaceView* view : views) view->SetGroup(views);
+  Put(row, views);
   return tabs;
 }
 

@@ -17,7 +17,7 @@ class ConfigWindow : public FormWindow {
   QWidget* MakeFoot();
 };
 
-// The pages, in the order of their tabs.
+// The pages, in the order of their numbers.
 QWidget* MakeReceiverPage(Binder& bind);
 QWidget* MakeInterfacePage(Binder& bind);
 QWidget* MakeSoundPage(Binder& bind);
@@ -26,5 +26,6 @@ QWidget* MakeDisplayPage(Binder& bind);
 QWidget* MakeDecoderPage(Binder& bind);
 QWidget* MakeColoursPage(Binder& bind);
 QWidget* MakeAboutPage(Binder& bind);
+QWidget* MakeRemotePage(Binder& bind);
 
 }  // namespace quorl
