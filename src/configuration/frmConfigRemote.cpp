@@ -34,7 +34,7 @@ void frmConfig::TakeRemoteAddress() {
   const std::string fault = AddressFault(field.Value(), links_.Remote.OtherComputers);
   if (!fault.empty()) {
     faults_.Mark(field, "Address: \"" + field.Value() + "\" " + fault + kStays);
-  } else if (const std::optional<std::string> address = ParseAddress(field.Value())) {
+  } else if (const std::optional<std::string> address = ParseHost(field.Value())) {
     links_.Remote.Address = *address;
     fields_.Load(&field);
   }

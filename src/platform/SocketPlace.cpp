@@ -43,7 +43,7 @@ std::string PlaceText(const SocketPlace& place) {
   return (brackets ? "[" + place.Address + "]" : place.Address) + ":" + std::to_string(place.Port);
 }
 
-std::optional<std::string> ParseAddress(const std::string& text) {
+std::optional<std::string> ParseHost(const std::string& text) {
   std::string address(Trim(text));
   if (address == "localhost") return kOwnMachine;
   if (!IsIPv4(address) && !IsLikeIPv6(address)) return {};
@@ -60,7 +60,7 @@ std::optional<SocketPlace> ParsePlace(const std::string& text) {
   std::string host = text.substr(0, colon);
   const bool brackets = host.size() > 2 && host.front() == '[' && host.back() == ']';
   if (brackets) host = host.substr(1, host.size() - 2);
-  const std::optional<std::string> address = ParseAddress(host);
+  const std::optional<std::string> address = ParseHost(host);
   // Without brackets nobody can tell where an address of IPv6 ends.
   if (!address || brackets != (address->find(':') != std::string::npos)) return {};
   place.Address = *address;

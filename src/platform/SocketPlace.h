@@ -20,7 +20,7 @@ struct SocketPlace {
 std::string PlaceText(const SocketPlace& place);
 // An address in figures, without spaces around it; "localhost" is kOwnMachine. Empty where it is none. Of
 // IPv6 only the characters are looked at.
-std::optional<std::string> ParseAddress(const std::string& text);
+std::optional<std::string> ParseHost(const std::string& text);
 // "PORT", "ADDRESS:PORT" or "[ADDRESS]:PORT", as PlaceText writes it; empty where it is none.
 std::optional<SocketPlace> ParsePlace(const std::string& text);
 // Only programs of the same machine reach it.

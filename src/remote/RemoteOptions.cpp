@@ -12,7 +12,7 @@ void RemoteOptions::AddSettings(SettingsTable& table) {
 }
 
 std::string AddressFault(const std::string& address, bool otherComputers) {
-  const std::optional<std::string> parsed = ParseAddress(address);
+  const std::optional<std::string> parsed = ParseHost(address);
   if (!parsed) return "is no address such as 127.0.0.1";
   if (otherComputers || IsOwnMachineOnly(*parsed)) return {};
   return "lets other computers in: tick that they may connect, or take 127.0.0.1";

@@ -20,7 +20,7 @@ struct RemoteOptions {
 
   void AddSettings(SettingsTable& table);
   SocketPlace Place() const {
-    return {ParseAddress(Address).value_or(Address), static_cast<std::uint16_t>(Port)};
+    return {ParseHost(Address).value_or(Address), static_cast<std::uint16_t>(Port)};
   }
   // Why it can't be listened there, which only a hand can have written into the settings.
   Failure Misfit() const;

@@ -63,8 +63,7 @@ Failure RemoteServer::Follow(const RemoteOptions& options) {
   const Failure misfit = options.On ? options.Misfit() : Failure{};
   if (options.On && !misfit) return Listen(options.Place());
   Stop();
-  failure_ = misfit;
-  return misfit;
+  return failure_ = misfit;
 }
 
 void RemoteServer::Stop() {

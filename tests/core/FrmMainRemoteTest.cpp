@@ -1,7 +1,7 @@
 // The running radio steered by a client: the panel follows, and what is tuned can be heard.
 #include <gtest/gtest.h>
 
-#include "core/FrameRig.h"
+#include "core/ConfigRig.h"
 #include "interaction/PanelTexts.h"
 #include "remote/RigctlSession.h"
 #include "tuning/FrequencyText.h"
@@ -197,6 +197,103 @@ TEST_F(Remote, ABoardThatIsGoneIsToldAndGetsTheFrequencyWhenItIsBack) {
   rig.Run(0.1);
   EXPECT_EQ(rig.Oscillator(), 520600000);
   Do("F 7070000");
+}
+
+class RemotePageTest : public ConfigRig {
+ protected:
+  std::string State() { return Field("lblRemoteState"); }
+  // What a client is told that connects now.
+  std::string Ask(std::uint16_t port, const std::string& line) {
+    VirtualPeer peer = Network.Connect(port);
+    peer.Send(line + "\n");
+    Run(0.1);
+    return peer.Take();
+  }
+};
+
+TEST_F(RemotePageTest, ItIsOffUntilItIsTickedAndThenThereAtEachStart) {
+  Open();
+  EXPECT_FALSE(Network.Listens(4532));
+  EXPECT_EQ(State(), "Off");
+  EXPECT_EQ(Field("txtRemoteAddress"), "127.0.0.1");
+  EXPECT_EQ(Field("txtRemotePort"), "4532");
+  Enter("chkRemoteOn", "1");
+  Apply();
+  EXPECT_EQ(State(), "Listening at 127.0.0.1:4532, no clients");
+  EXPECT_EQ(Ask(4532, "F 7100000"), "RPRT 0\n");
+  EXPECT_EQ(Digits(), "071000000");
+  VirtualPeer peer = Network.Connect(4532);
+  Run(0.5);
+  EXPECT_EQ(State().substr(State().find(',')), ", 2 clients") << "followed while the window is open";
+  Apply();
+  EXPECT_FALSE(peer.IsClosed()) << "nothing has changed for it";
+
+  Restart();
+  EXPECT_TRUE(peer.IsClosed());
+  EXPECT_EQ(Ask(4532, "f"), "7100000\n");
+  Click("cmdConfig");
+  Enter("chkRemoteOn", "0");
+  Apply();
+  EXPECT_FALSE(Network.Listens(4532));
+  Restart();
+  EXPECT_FALSE(Network.Listens(4532));
+}
+
+TEST_F(RemotePageTest, AnotherAddressNeedsTheTick) {
+  Open();
+  Enter("chkRemoteOn", "1");
+  Enter("txtRemoteAddress", "0.0.0.0");
+  Apply();
+  EXPECT_NE(FaultOf("txtRemoteAddress").find("tick that they may connect"), std::string::npos);
+  EXPECT_EQ(State(), "Listening at 127.0.0.1:4532, no clients") << "the old address stays";
+  Enter("chkRemoteOthers", "1");
+  Apply();
+  EXPECT_EQ(FaultOf("txtRemoteAddress"), "");
+  EXPECT_EQ(State(), "Listening at 0.0.0.0:4532, no clients");
+  Enter("chkRemoteOthers", "0");
+  Apply();
+  EXPECT_FALSE(Network.Listens(4532)) << "the leave is withdrawn";
+  EXPECT_NE(FaultOf("txtRemoteAddress"), "");
+  Enter("txtRemoteAddress", "localhost");
+  Apply();
+  EXPECT_EQ(Field("txtRemoteAddress"), "127.0.0.1");
+  EXPECT_TRUE(Network.Listens(4532));
+}
+
+TEST_F(RemotePageTest, APlaceThatCannotBeHadIsToldAtItsFieldAndTheRadioGoesOn) {
+  OpenPlaying();
+  Network.TakenPorts = {5000};
+  Enter("chkRemoteOn", "1");
+  Enter("txtRemotePort", "5000");
+  Apply();
+  EXPECT_NE(FaultOf("txtRemotePort").find("127.0.0.1:5000"), std::string::npos);
+  EXPECT_TRUE(Get<OptionButton>("frmConfig.TabStrip1(8)").Marked());
+  EXPECT_EQ(State(), FaultOf("txtRemotePort"));
+  EXPECT_TRUE(Plays());
+  Enter("chkRemoteOthers", "1");
+  Enter("txtRemoteAddress", "192.0.2.1");
+  Apply();
+  EXPECT_NE(FaultOf("txtRemoteAddress").find("192.0.2.1"), std::string::npos);
+  for (const char* port : {"", "0", "65536", "45.5", "abc"}) {
+    Enter("txtRemotePort", port);
+    Apply();
+    EXPECT_NE(FaultOf("txtRemotePort"), "") << port;
+  }
+  EXPECT_TRUE(Boxes.Messages.empty());
+  Enter("txtRemoteAddress", "127.0.0.1");
+  Enter("txtRemotePort", "5000");
+  Apply();
+
+  Restart();
+  ASSERT_EQ(Boxes.Messages.size(), 1U);
+  EXPECT_NE(Boxes.Messages[0].Text.find("127.0.0.1:5000"), std::string::npos);
+  EXPECT_EQ(Boxes.Messages[0].Text.find('\n'), std::string::npos);
+  Click("optPwr(0)");
+  EXPECT_TRUE(Plays());
+  Network.TakenPorts.clear();
+  Click("cmdConfig");
+  Apply();
+  EXPECT_TRUE(Network.Listens(5000)) << "tried again";
 }
 
 }  // namespace

@@ -58,7 +58,10 @@ TEST_F(ConfigWindowTest, EachPageIsReachedByTheKeyboardInTheOrderOfReading) {
        "FormCaptionOffOnPwrOn"},
       {"txtPathToDream", "cmdFindDREAM", "txtDreamProgArgs", "chkDreamRunOnDRM", "chkCloseSoundCardOnDRM",
        "chkMuteAFOnDRM", "cboDRMPlayDevices", "chkDreamCloseOnExit", "chkDreamCloseOnModeChange",
-       "cmdDreamDefault"}};
+       "cmdDreamDefault"},
+      {},
+      {},
+      {"chkRemoteOn", "txtRemoteAddress", "txtRemotePort", "chkRemoteOthers"}};
   const QSize size = config->size();
   for (int page = 0; page < static_cast<int>(pages.size()); ++page) {
     panel.Press("frmConfig.TabStrip1", page);

@@ -33,7 +33,7 @@ TEST(SocketPlaceTest, PlacesAreReadAsTheyAreWritten) {
        {"", ":", "65536", "-1", "45 32", "a:1", "1.2.3:4", "1.2.3.4.5:6", "256.0.0.1:1", "::1", "::1:4532",
         "[::1]", "[127.0.0.1]:1", "[]:1", "127.0.0.1:", "http://127.0.0.1:80"})
     EXPECT_FALSE(ParsePlace(text)) << text;
-  EXPECT_EQ(ParseAddress(" 192.168.1.5 "), "192.168.1.5");
+  EXPECT_EQ(ParseHost(" 192.168.1.5 "), "192.168.1.5");
   for (const char* own : {"127.0.0.1", "127.9.8.7", "::1"}) EXPECT_TRUE(IsOwnMachineOnly(own)) << own;
   for (const char* open : {"0.0.0.0", "::", "192.168.1.5", "127.0.0.1.example", "::127.0.0.1"})
     EXPECT_FALSE(IsOwnMachineOnly(open)) << open;
