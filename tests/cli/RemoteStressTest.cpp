@@ -101,7 +101,7 @@ class RemoteStress : public ListenTest {
     if (child_ == 0) RunRadio(ends[1]);
     close(ends[1]);
     errors_ = FileHandle(ends[0]);
-    const std::string told = ReadNotice();
+    const std::string told = ReadErrors("\n");
     std::smatch found;
     ASSERT_TRUE(std::regex_search(told, found, std::regex("remote control at 127\\.0\\.0\\.1:(\\d+)\n")))
         << told;
@@ -113,7 +113,7 @@ class RemoteStress : public ListenTest {
     int status = 0;
     waitpid(std::exchange(child_, -1), &status, 0);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-    return nlohmann::json::parse(Get("report.json"));
+    return nlohmann::json::parse(ReadErrors("}\n"));
   }
   // Of the radio, in kB.
   long PeakMemory() const {
@@ -139,21 +139,18 @@ class RemoteStress : public ListenTest {
     setenv("XDG_CONFIG_HOME", "config", 1);
     setenv("PULSE_SERVER", "unix:/nowhere", 1);
     dup2(open("/dev/null", O_RDONLY), STDIN_FILENO);
-    dup2(open("report.json", O_WRONLY | O_CREAT, 0600), STDOUT_FILENO);
     dup2(errors, STDERR_FILENO);
     execl(QUORL_CLI, QUORL_CLI, "listen", "--demo", "--folder", "band", "--frequency", "7205", "--output",
           "a.wav", "--remote", "0", "--quiet", "--report", nullptr);
     _exit(127);
   }
-  // What it tells up to its place on the network, or to its end.
-  std::string ReadNotice() const {
+  // What it tells from here to that text, or to its end.
+  std::string ReadErrors(const std::string& end) const {
     std::string told;
     char next = 0;
     pollfd file{errors_.Get(), POLLIN, 0};
-    while (told.find("remote control at ") == std::string::npos || told.back() != '\n') {
-      if (poll(&file, 1, 60000) != 1 || read(errors_.Get(), &next, 1) != 1) break;
+    while (!told.ends_with(end) && poll(&file, 1, 60000) == 1 && read(errors_.Get(), &next, 1) == 1)
       told += next;
-    }
     return told;
   }
 

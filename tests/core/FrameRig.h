@@ -118,9 +118,9 @@ class FrameRig : public VirtualDesk, public Hands {
     store_ = std::make_unique<SettingsStore>(Storage, kSettings, lock_.get());
     Options.OnBoard = [this](std::int32_t model) { Board.SetModel(model); };
     Log = std::make_unique<LogBook>(Storage, Clock, "log/quorl.log");
-    frame_ = std::make_unique<frmMain>(
-        Machine{Queue, Clock, Boxes, Storage, Worker, Media, *lock_, Sound, Serial, Printer, Programs, Network},
-        *store_, *Log, Options);
+    frame_ = std::make_unique<frmMain>(Machine{Queue, Clock, Boxes, Storage, Worker, Media, *lock_, Sound,
+                                               Serial, Printer, Programs, Network},
+                                       *store_, *Log, Options);
     frame_->OnSplash = [this](bool visible) { Splash.push_back(visible); };
     frame_->OnClose = [this] { ++Closed; };
     frame_->OnForm = [this] { OnForm(); };
