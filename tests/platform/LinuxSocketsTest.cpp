@@ -129,7 +129,9 @@ TEST_F(LinuxSocketsTest, WhoDoesNotReadStopsTheStreamAndIsToldOfWhenHeDoes) {
   line->Write("more");
   peer.Close();
   bool broken = false;
-  line->OnReady([&] { broken = line->Write("x").State == StreamState::Broken; });
+  line->OnReady([&] {
+    for (const char* bytes : {"x", "y"}) broken = line->Write(bytes).State == StreamState::Broken;
+  });
   WaitUntil([&] { return broken; });
 }
 
