@@ -157,7 +157,8 @@ class Desk:
     def heard(self, seconds):
         """Decibels below full scale of what the loudspeaker plays."""
         with subprocess.Popen(["parec", f"--server=unix:{self.sound}", "--device=speaker.monitor", "--format=s16le",
-                               "--rate=48000", "--channels=1", "--raw"], stdout=subprocess.PIPE) as recorder:
+                               "--rate=48000", "--channels=1", "--raw"], stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL) as recorder:
             samples = array.array("h", recorder.stdout.read(int(96000 * seconds)))
             recorder.terminate()
         mean = sum(sample * sample for sample in samples) / len(samples)
@@ -177,16 +178,27 @@ def write_png(path, width, height, rows):
                      chunk(b"IDAT", zlib.compress(b"".join(map(line, rows)))) + chunk(b"IEND", b""))
 
 
-def start_demo(root, desk, picture):
-    """The demo by its desktop entry; it plays, paints and ends in good order."""
+def start(root, desk, section):
+    """The process of a section of the desktop entry, its window on the screen."""
     entry = RawConfigParser(strict=True)
     entry.optionxform = str
     entry.read(root.path / ENTRY)
     require((root.path / "usr/bin" / entry["Desktop Entry"]["TryExec"]).exists(), "the desktop entry names no program")
-    words = shlex.split(entry["Desktop Action Demo"]["Exec"])
-    program = subprocess.Popen(desk.command(*words), start_new_session=True)
-    window = wait_for(desk.window, "no window of the demo")
+    program = subprocess.Popen(desk.command(*shlex.split(entry[section]["Exec"])), start_new_session=True)
+    window = wait_for(desk.window, f"no window of {section}")
     require("_NET_WM_ICON(CARDINAL)" in window, "the window has no icon")
+    return program
+
+
+def end(program, desk):
+    os.killpg(program.pid, signal.SIGTERM)
+    require(program.wait(PATIENCE) == 0, "the program ended with a fault")
+    wait_for(lambda: not desk.window(), "the window stays")
+
+
+def start_demo(root, desk, picture):
+    """The demo by its desktop entry; it plays, paints and ends in good order."""
+    program = start(root, desk, "Desktop Action Demo")
     wait_for(lambda: desk.heard(0.5) > -50, "the demo is silent")
     level = desk.heard(2)
     width, height, before = desk.pixels()
@@ -196,8 +208,7 @@ def start_demo(root, desk, picture):
     colours = len({row[at:at + 3] for row in after for at in range(0, 4 * width, 4)})
     write_png(picture, width, height, after)
     require(moved > 100 and colours > 500, f"the window stands still: {moved} lines moved, {colours} colours")
-    os.killpg(program.pid, signal.SIGTERM)
-    require(program.wait(PATIENCE) == 0, "the demo ended with a fault")
+    end(program, desk)
     return f"{level:.1f} dB of sound, {moved} of {height} lines moved, {colours} colours"
 
 
@@ -227,12 +238,14 @@ def check(package, older, work):
     desk.script("wait 500\nexpect optMode(1) 1\nexpect lbl7Seg(2) 2\nexpect lbl7Seg(3) 6\nquit\n")
     passed(f"upgraded with the settings kept: {version}")
     passed("the demo from its desktop entry: " + start_demo(root, desk, work / "demo.png"))
+    end(start(root, desk, "Desktop Action FirstStart"), desk)
+    passed("the first start from its desktop entry")
 
     kept = root.home()
     files = set(root.run("dpkg", "-L", "quorlsdr").split("\n"))
     root.run("apt-get", "remove", "-y", "quorlsdr")
     require(not [name for name in files if name and (root.path / name[1:]).is_file()], "files are left after remove")
-    root.run("apt-get", "purge", "-y", "quorlsdr")
+    require("quorlsdr" not in root.run("dpkg-query", "--list"), "dpkg still knows it: something waits for a purge")
     root.run("apt-get", "autoremove", "--purge", "-y")
     left = sorted(root.files() - bare)
     require(not [name for name in left if "quorlsdr" in name or "/" + name.rstrip("/") in files], f"left behind: {left}")

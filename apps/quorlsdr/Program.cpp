@@ -143,8 +143,9 @@ class Program {
       file_ = AudioFile::Create(machine_->Storage(), machine_->Parts().Beside, options_.Output, failure);
     }
     if (failure) return failure;
-    const auto defaults = [demo = demo_](SettingsStore& store) {
-      if (demo) PutDemoDefaults(store);
+    const auto defaults = [this](SettingsStore& store) {
+      if (demo_) PutDemoDefaults(store);
+      if (demo_) machine_->FindLoudspeaker(store);
       PutScopeDefaults(store);
       PutMemoryDefaults(store);
       PutConfigDefaults(store);

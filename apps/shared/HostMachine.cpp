@@ -79,6 +79,14 @@ void HostMachine::SetModel(std::int32_t SDRModelNo) {
   if (board_) board_->Receiver().SetModel(SDRModelNo);
 }
 
+void HostMachine::FindLoudspeaker(SettingsStore& store) {
+  const std::string named = store.GetSetting("frmMain", "CurrentPlaybackDeviceName", "");
+  const std::vector<std::string> names = machine_->Sound.PlaybackDeviceNames();
+  if (std::find(names.begin(), names.end(), named) != names.end()) return;
+  store.SaveSetting("frmMain", "CurrentPlaybackDeviceName", "");
+  store.SaveSetting("frmMain", "CurrentPlaybackDevice", "1");
+}
+
 std::string HostMachine::LogFile() const {
   const std::string settings = files_.Resolve(settings_->Path());
   for (const bool demo : {false, true}) {

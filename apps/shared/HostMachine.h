@@ -54,6 +54,9 @@ class HostMachine {
   // The demo's board is that of this model from now on; nothing without a demo.
   void SetModel(std::int32_t SDRModelNo);
   SettingsStore& Settings() { return *settings_; }
+  // Where the loudspeaker that the settings name isn't there today, the first one takes its place. For the
+  // demo: unlike a radio's input, whatever plays is good enough to try it.
+  void FindLoudspeaker(SettingsStore& store);
   LinuxFiles& Storage() { return files_; }
   const UserDirectories& Directories() const { return directories_; }
   // Each settings file has a log of its own.

@@ -72,6 +72,15 @@ TEST_F(ProgramTest, CloseEndsAScript) {
   EXPECT_EQ(result.Output, "optPwr(2) = 0\n");
 }
 
+TEST_F(ProgramTest, TheDemoPlaysWhereItsLoudspeakerOfYesterdayIsGone) {
+  Put("script", "wait 500\nprint optPwr(0)\nquit\n");
+  Put("demo.ini", "[frmMain]\nCurrentPlaybackDevice=3\nCurrentPlaybackDeviceName=Headset\n");
+  const CliResult result = Program("--demo --virtual-time --settings demo.ini --script script");
+  EXPECT_EQ(result.ExitCode, 0) << result.Errors;
+  EXPECT_EQ(result.Output, "optPwr(0) = 1\n");
+  EXPECT_NE(Get("demo.ini").find("CurrentPlaybackDeviceName=No loudspeaker"), std::string::npos);
+}
+
 TEST_F(ProgramTest, TheDemoRunsWithAHomeThatCannotBeWritten) {
   Put("script", "wait 500\nprint optPwr(0)\n");
   std::filesystem::create_directory(Path("tmp"));
