@@ -3,9 +3,11 @@
 # What the programs are built from and run with.
 PACKAGES_RUN := g++ cmake ninja-build pkg-config libcli11-dev nlohmann-json3-dev librtaudio-dev libsndfile1-dev \
   libsamplerate0-dev libpng-dev libxcb1-dev qt6-base-dev libgtest-dev libbenchmark-dev libfftw3-dev python3
+# What the Debian package is made with.
+PACKAGES_DEB := dpkg-dev file
 # What only the tests use.
 PACKAGES_TEST := pulseaudio pulseaudio-utils sox at-spi2-core python3-pyatspi xvfb dbus \
-  desktop-file-utils appstream dpkg-dev file
+  desktop-file-utils appstream $(PACKAGES_DEB)
 # What draws the plots and thins the pictures of the guide.
 PACKAGES_PICTURES := gnuplot-nox pngquant
 # What speed, coverage and scale are measured with.
@@ -105,12 +107,13 @@ scale: setup-measure
 	cmake --build build/release --target quorlsdr-cli demo-recording
 	@tools/scale.sh build/release
 
-deb: setup-test
+deb: setup-run
+	$(call install_packages,$(PACKAGES_DEB))
 	@cmake --preset release
 	@tools/make_deb.sh build/release out
 
 release-check: deb
-	$(call install_packages,$(PACKAGES_RELEASE))
+	$(call install_packages,$(PACKAGES_TEST) $(PACKAGES_RELEASE))
 	@tools/release_check.sh
 
 pictures: setup-run
