@@ -9,20 +9,16 @@
 #include "Fault.h"
 #include "shared/Version.h"
 
-int main(int argc, char** argv) {
-  using namespace quorl::cli;
-  // A reader that went away or a limit on file sizes is a failed write, told in words like any other.
-  std::signal(SIGPIPE, SIG_IGN);
-  std::signal(SIGXFSZ, SIG_IGN);
-  std::ios::sync_with_stdio(false);
+namespace quorl::cli {
+namespace {
 
+int Run(int argc, char** argv) {
   CLI::App app(
       "QUORLSDR on the command line: receives live and from recordings, measures spectra, tunes boards, "
       "designs filters, checks band plans, lists and exports the tracks of recordings",
       "quorlsdr-cli");
   app.set_version_flag(
-      "--version", [] { return quorl::VersionText("quorlsdr-cli", ""); },
-      "tells version, commit and libraries");
+      "--version", [] { return VersionText("quorlsdr-cli", ""); }, "tells version, commit and libraries");
   int exitCode = ExitCode::Success;
   AddReceiveCommand(app, exitCode);
   AddFilterCommand(app, exitCode);
@@ -45,9 +41,23 @@ int main(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     PrintFault(std::string(error.what()) + "; --help tells what is needed");
     return ExitCode::Refused;
+  }
+  return exitCode;
+}
+
+}  // namespace
+}  // namespace quorl::cli
+
+int main(int argc, char** argv) {
+  using namespace quorl::cli;
+  // A reader that went away or a limit on file sizes is a failed write, told in words like any other.
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+  std::ios::sync_with_stdio(false);
+  try {
+    return Run(argc, argv);
   } catch (const std::exception& error) {
     PrintFault(error.what());
     return ExitCode::Failed;
   }
-  return exitCode;
 }

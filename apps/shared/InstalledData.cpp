@@ -17,7 +17,7 @@ std::string BesideProgram(const Files& files) {
 std::string FindInstalledData(const Files& files, Failure& failure) {
   failure.reset();
   const char* named = std::getenv("QUORLSDR_DATA");
-  const std::string data = named != nullptr && *named != 0 ? named : BesideProgram(files);
+  std::string data = named != nullptr && *named != 0 ? named : BesideProgram(files);
   if (files.Kind(data) != FileKind::Directory) {
     failure = Error{ENOENT, "the folder " + data +
                                 " with the program's data is missing: install the program again, or name the "
