@@ -73,7 +73,7 @@ class Program {
         exitCode = ExitCode::Failed;
       }
     }
-    window_.reset();
+    CloseWindow();
     return exitCode;
   }
 
@@ -226,6 +226,15 @@ class Program {
     // The screen may be another one by now. A script's pictures are as large as it wants them.
     if (options_.Script.empty()) size = size.boundedTo(window_->screen()->availableSize());
     window_->resize(size);
+  }
+
+  // Windows beside it close with it, and hand the keyboard back to the panel once more.
+  void CloseWindow() {
+    frame_->Scrollables().GiveFocus = {};
+    frame_->Scrollables().IsShown = [](const Control&) { return false; };
+    frame_->OnCaption = [](bool) {};
+    personalBoxes_.SetWindow(nullptr);
+    window_.reset();
   }
 
   int WaitForClose() {
