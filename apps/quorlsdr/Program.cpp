@@ -83,6 +83,7 @@ class Program {
     demo_ = options_.Demo;
     if (Failure failure = MakeMachine()) return failure;
     OpenGuideDesk();
+    if (Failure failure = ReadScript()) return failure;
     end = AskFirst();
     if (end) return {};
     if (demo_ && !options_.Demo) {
@@ -107,6 +108,16 @@ class Program {
     if (options_.Demo) wanted.Antenna = options_.Antenna;
     machine_.reset();  // it has the lock of its settings
     machine_ = HostMachine::Create(wanted, queue_, boxes_, failure);
+    return failure;
+  }
+
+  // Its first answers are there for the boxes of the start.
+  Failure ReadScript() {
+    Failure failure;
+    if (options_.Script.empty()) return failure;
+    const auto text = machine_->Storage().Read(options_.Script, failure);
+    if (text)
+      script_ = TakeAnswers(*text, [this](std::string answer) { boxes_.AddAnswer(std::move(answer)); });
     return failure;
   }
 
@@ -247,12 +258,6 @@ class Program {
   }
 
   int RunScript(ControlRegistry& controls, QWidget& window) {
-    Failure failure;
-    const auto text = machine_->Storage().Read(options_.Script, failure);
-    if (!text) {
-      Complain(failure->Text);
-      return ExitCode::Refused;
-    }
     ScriptHooks hooks;
     hooks.Shot = [&window](const std::string& path, double scale, const std::string& panel) {
       QApplication::processEvents();
@@ -268,7 +273,7 @@ class Program {
     QApplication::processEvents();  // the window becomes active before the first gesture, not after it
     ScriptRunner runner(controls, machine_->Parts().Queue, machine_->Parts().Time, hooks, std::cout);
     runner.Verbose = options_.Verbose;
-    return runner.Run(*text, options_.Script);
+    return runner.Run(script_, options_.Script);
   }
 
   void Close() {
@@ -296,6 +301,7 @@ class Program {
   std::unique_ptr<GuideDesk> guide_;
   std::vector<std::unique_ptr<QWidget>> dialogs_;
   std::unique_ptr<PanelWindow> window_;
+  std::string script_;
   bool closing_ = false;
   bool demo_ = false;   // asked for, or for want of a board
   bool isNew_ = false;  // its board has just been chosen

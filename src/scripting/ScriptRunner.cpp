@@ -395,4 +395,18 @@ void ScriptRunner::Quit(const Words&) {
   quit_ = true;
 }
 
+std::string TakeAnswers(const std::string& text, const std::function<void(std::string answer)>& answer) {
+  std::istringstream lines(text);
+  std::string rest, line;
+  bool begun = false;
+  while (std::getline(lines, line)) {
+    const std::vector<std::string> words = WordsOf(line);
+    const bool answers = !begun && words.size() > 1 && words[0] == "answer";
+    begun = begun || !(answers || words.empty() || words[0][0] == '#');
+    if (answers) answer(Rest(words, 1));
+    rest += (answers ? "" : line) + "\n";
+  }
+  return rest;
+}
+
 }  // namespace quorl

@@ -112,4 +112,8 @@ class ScriptRunner {
   bool quit_ = false;
 };
 
+// Hands over the answers that stand before every other line, for boxes that come before the script can run.
+// Returns the script without them; its lines keep their numbers.
+std::string TakeAnswers(const std::string& text, const std::function<void(std::string answer)>& answer);
+
 }  // namespace quorl

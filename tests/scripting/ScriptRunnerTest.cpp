@@ -168,6 +168,18 @@ TEST_F(ScriptRunnerTest, AnswersTheNextBoxAndOthersAreDeclined) {
   EXPECT_EQ(person.Messages.size(), 1U);
 }
 
+// Boxes of the program's start come before its first line.
+TEST_F(ScriptRunnerTest, FirstAnswersAreTakenBeforeItRuns) {
+  std::string taken;
+  const std::string rest = TakeAnswers("# first\nanswer yes\n\nanswer my file.wav\nwait 1\nanswer no\nbad\n",
+                                       [&](const std::string& answer) { taken += answer + "|"; });
+  EXPECT_EQ(taken, "yes|my file.wav|");
+  EXPECT_EQ(Run(rest), 2);
+  EXPECT_NE(output.str().find("test.txt:7: "), std::string::npos) << "lines keep their numbers";
+  EXPECT_EQ(boxes.ShowMessage({.Text = "?", .Title = "Q", .Buttons = MessageButtons::YesNoCancel}),
+            MessageAnswer::No);
+}
+
 TEST_F(ScriptRunnerTest, PrintsAndExpects) {
   EXPECT_EQ(Run("print lblthing\nexpect lblThing two   words\nexpect chkThing 0"), ScriptRunner::kPassed);
   EXPECT_EQ(output.str(), "lblThing = two words\n");
