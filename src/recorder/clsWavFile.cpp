@@ -307,6 +307,14 @@ void clsWavFile::AddSettings(SettingsTable& table) {
   table.AddRead<std::int32_t>("NumChannels", [this](std::int32_t stored) {
     if (stored != NumChannels) TellUnfit("NumChannels", stored, NumChannels);
   });
+  // Where a disk takes no longer files. Two halves of I and Q fit into one, with their log.
+  table.AddRead<std::int32_t>("MostFileBytes", [this](std::int32_t stored) {
+    const auto least = std::int64_t{10} * RecBlockSizeInSamples;
+    if (stored < least)
+      TellUnfit("MostFileBytes", stored, static_cast<std::int32_t>(MostFileBytes));
+    else
+      MostFileBytes = stored;
+  });
   table.Add("LastDirectory", LastDirectory);
   table.AddWritten("RecordFileName", RecordFileName);
 }

@@ -116,6 +116,33 @@ TEST_F(FrmMainRecorder, TheProgramsEndWaitsForASave) {
   EXPECT_EQ(Read("music/night.wav").Frames(), 4 * 32768 / 2);
 }
 
+// A disk may take no long files: the length of the parts is a line of the settings, as long as a part holds
+// what is written at once.
+TEST_F(FrmMainRecorder, ThePartsAreAsLongAsTheSettingsSay) {
+  rig.Stop();
+  const std::string before = rig.StoredText();
+  for (const int bytes : {327679, 327680}) {
+    std::string settings = before;
+    settings.insert(settings.find("RecBlockSizeInSamples="), "MostFileBytes=" + std::to_string(bytes) + "\n");
+    rig.Storage.Put(FrameRig::kSettings, settings);
+    ASSERT_TRUE(rig.Start());
+    EXPECT_EQ(rig.Frame().WavFile().MostFileBytes, bytes < 327680 ? 2147483647 : bytes);
+    if (bytes == 327680) break;
+    rig.Stop();
+    EXPECT_NE(rig.StoredText().find("MostFileBytes=327679"), std::string::npos) << "what was typed stays";
+  }
+  rig.Set("txtRecordFileName", "music/parts");
+  rig.Click("optPwr(0)");
+  Button(0);
+  rig.Run(17.0);
+  Button(3);
+  Button(8);
+  for (const char* name : {"music/parts.wav", "music/parts-2.wav", "music/parts-3.wav"}) {
+    ASSERT_TRUE(rig.Storage.Exists(name)) << name;
+    EXPECT_LE(Read(name).FileBytes, 327680);
+  }
+}
+
 TEST_F(FrmMainRecorder, ItsSettingsAreKept) {
   rig.Press("optRecordSampleRate", 3);
   rig.Click("chkKeepTail");
