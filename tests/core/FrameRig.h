@@ -59,9 +59,12 @@ class CountingFiles : public VirtualFiles {
  public:
   Failure Replace(const std::string& path, const std::string& content) override {
     if (path == Watched) ++Writes;
-    return VirtualFiles::Replace(path, content);
+    Failure failure = VirtualFiles::Replace(path, content);
+    if (path == Watched && !failure) LastWritten = content;
+    return failure;
   }
   std::string Watched;
+  std::string LastWritten;  // with success
   int Writes = 0;
 };
 

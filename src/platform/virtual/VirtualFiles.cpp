@@ -257,4 +257,15 @@ void VirtualFiles::CutPower() {
   for (const auto& [path, node] : disk_->Files) node->Content = node->Safe;
 }
 
+std::map<std::string, std::string> VirtualFiles::TakeImage() const {
+  std::map<std::string, std::string> image;
+  for (const auto& [path, node] : disk_->Files) image[path] = node->Content;
+  return image;
+}
+
+void VirtualFiles::PutBack(const std::map<std::string, std::string>& image) {
+  disk_->Files.clear();
+  for (const auto& [path, content] : image) Put(path, content);
+}
+
 }  // namespace quorl

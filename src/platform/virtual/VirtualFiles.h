@@ -67,6 +67,12 @@ class VirtualFiles : public WholeFiles {
   void Revive();
   // What no Sync has put on the disk is lost.
   void CutPower();
+  // Bytes of all files together.
+  std::int64_t Used() const { return disk_->Used(); }
+  // All files as they stand, and the disk with these and no others, none of them open: what a program that is
+  // killed between two steps leaves to the next one.
+  std::map<std::string, std::string> TakeImage() const;
+  void PutBack(const std::map<std::string, std::string>& image);
 
  private:
   struct Node {
