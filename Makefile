@@ -39,6 +39,9 @@ endef
 
 .PHONY: help setup setup-run setup-test setup-measure run demo demo-recording test bench coverage scale first-hour \
   deb release-check pictures plots format format-check check clean
+.PHONY: help setup setup-run setup-test run demo demo-recording test bench deb release-check pictures plots format \
+  format-check check clean
+.PHONY: help setup setup-run setup-test run demo demo-recording test bench deb release-check format format-check check clean soak fuzz
 
 help:
 	@echo "make run     build the radio and start it on the demo band"
@@ -51,6 +54,8 @@ help:
 	@echo "make deb     build the Debian package, into out/"
 	@echo "make release-check  install, start, upgrade and remove it on a bare Debian 12; as root"
 	@echo "make plots   measure the receiver and draw the plots of the guide; make pictures: the guide's other pictures"
+	@echo "make soak    the radio on a machine that fails, MINUTES=10 under each sanitizer, or VIRTUAL=1 HOURS=24"
+	@echo "make fuzz    all fuzz targets, SECONDS=300 each"
 	@echo "make format  rewrite the sources in the project's layout"
 	@echo "make check   everything that CI does"
 	@echo "make setup   install the Debian packages that are missing"
@@ -115,6 +120,13 @@ deb: setup-run
 release-check: deb
 	$(call install_packages,$(PACKAGES_TEST) $(PACKAGES_RELEASE))
 	@tools/release_check.sh
+soak: setup-test
+	@tools/soak/run.sh
+
+fuzz: setup
+	@cmake --preset fuzz
+	@cmake --build --preset fuzz --target fuzzers
+	@tools/fuzz.py build/fuzz --seconds $(or $(SECONDS),300)
 
 pictures: setup-run
 	$(call install_packages,$(PACKAGES_PICTURES))
