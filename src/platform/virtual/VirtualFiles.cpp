@@ -239,7 +239,7 @@ std::optional<std::int64_t> VirtualFiles::FreeSpace(const std::string& path) con
 
 void VirtualFiles::Put(const std::string& path, std::string content) {
   for (std::string each = Parent(path); !each.empty(); each = Parent(each)) directories_.insert(each);
-  disk_->Files[path] = std::make_shared<Node>(Node{content, content});
+  disk_->Files[path] = std::make_shared<Node>(Node{content, std::move(content)});
 }
 
 void VirtualFiles::PutPipe(const std::string& path, std::string content, bool breaks) {
