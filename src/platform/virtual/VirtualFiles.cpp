@@ -257,6 +257,12 @@ void VirtualFiles::CutPower() {
   for (const auto& [path, node] : disk_->Files) node->Content = node->Safe;
 }
 
+std::int64_t VirtualFiles::Held() const {
+  std::size_t held = 0;
+  for (const auto& [path, node] : disk_->Files) held += node->Content.capacity() + node->Safe.capacity();
+  return static_cast<std::int64_t>(held);
+}
+
 std::map<std::string, std::string> VirtualFiles::TakeImage() const {
   std::map<std::string, std::string> image;
   for (const auto& [path, node] : disk_->Files) image[path] = node->Content;

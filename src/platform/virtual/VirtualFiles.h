@@ -69,6 +69,8 @@ class VirtualFiles : public WholeFiles {
   void CutPower();
   // Bytes of all files together.
   std::int64_t Used() const { return disk_->Used(); }
+  // Bytes of memory that they take here.
+  std::int64_t Held() const;
   // All files as they stand, and the disk with these and no others, none of them open: what a program that is
   // killed between two steps leaves to the next one.
   std::map<std::string, std::string> TakeImage() const;
