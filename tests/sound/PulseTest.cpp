@@ -196,6 +196,20 @@ int BrokenBlocks(const std::vector<std::complex<double>>& tones) {
   return broken;
 }
 
+// A server that has just started has no device, and no usual one among them.
+TEST_F(Pulse, AServerWithoutDevicesHasNoneUntilTheyCome) {
+  Listener listener;
+  EXPECT_FALSE(listener.System.CaptureDeviceNames().empty());
+  ASSERT_EQ(server_->Control({"unload-module", "module-null-sink"}), 0);
+  EXPECT_TRUE(listener.System.CaptureDeviceNames().empty());
+  EXPECT_TRUE(listener.System.PlaybackDeviceNames().empty());
+  EXPECT_TRUE(listener.Sound.StartSound());
+  ASSERT_EQ(server_->Control({"load-module", "module-null-sink", "sink_name=antenna", "rate=48000",
+                              "sink_properties=device.description=Antenna"}),
+            0);
+  EXPECT_EQ(listener.System.CaptureDeviceNames(), std::vector<std::string>{"Monitor of Antenna"});
+}
+
 TEST_F(Pulse, ListensAndPlaysWithoutOneUnderrunAndAStallIsOneGap) {
   Listener listener;
   StartStation();

@@ -198,9 +198,12 @@ class Soak:
         self.counts = collections.Counter()
         self.slowest = collections.Counter()
         self.most = 0
+        self.disk = self.sound = None
+
+    def prepare(self):
         shim = os.path.join(self.work, "pty_lines.so")
         subprocess.run(["c++", "-O1", "-shared", "-fPIC", "-o", shim, os.path.join(HERE, "pty_lines.cpp")], check=True)
-        self.preload = f"{options.library}:{shim}" if options.library else shim
+        self.preload = f"{self.library}:{shim}" if self.library else shim
         self.disk = Disk(self.work)
         os.mkdir(os.path.join(self.work, "sound"))
         self.sound = Sound(os.path.join(self.work, "sound"))
@@ -445,8 +448,10 @@ class Soak:
         self.counts["lives"] = number
 
     def close(self):
-        self.sound.end()
-        self.disk.end()
+        if self.sound:
+            self.sound.end()
+        if self.disk:
+            self.disk.end()
 
     def tell(self):
         print(f"Seed {self.seed}, {self.minutes} minutes, at most {self.most} MB")
@@ -467,6 +472,7 @@ def main():
     print(f"Seed {options.seed}", flush=True)
     soak = Soak(options)
     try:
+        soak.prepare()
         soak.run()
     finally:
         soak.close()

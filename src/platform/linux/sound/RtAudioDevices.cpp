@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/linux/sound/PulseDefaults.h"
+
 namespace quorl {
 namespace {
 
@@ -31,6 +33,11 @@ std::unique_ptr<RtAudio> Make(RtAudio::Api api) {
   return audio;
 }
 
+unsigned CountDevices(RtAudio& audio) {
+  const bool asks = audio.getCurrentApi() != RtAudio::LINUX_PULSE || HasPulseDefaults();
+  return asks ? audio.getDeviceCount() : 0;
+}
+
 }  // namespace
 
 RtAudioDevices::RtAudioDevices(std::string name) : wanted_(IsKnown(name) ? std::move(name) : "") {
@@ -41,7 +48,7 @@ void RtAudioDevices::Select() {
   for (const BackEndEntry& entry : kBackEnds) {
     if (!wanted_.empty() && wanted_ != entry.Name) continue;
     auto prober = Make(entry.Api);
-    const bool runs = prober->getDeviceCount() > 0;
+    const bool runs = CountDevices(*prober) > 0;
     if (prober_ && !runs) continue;
     backEnd_ = entry.Name;
     prober_ = std::move(prober);
@@ -57,7 +64,7 @@ std::unique_ptr<RtAudio> RtAudioDevices::Create() const {
 
 std::vector<RtAudioDevice> RtAudioDevices::List() {
   std::vector<RtAudioDevice> devices;
-  const unsigned count = prober_->getDeviceCount();
+  const unsigned count = CountDevices(*prober_);
   for (unsigned id = 0; id < count; ++id) {
     try {
       const RtAudio::DeviceInfo info = prober_->getDeviceInfo(id);
