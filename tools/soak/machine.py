@@ -4,6 +4,7 @@ import os
 import random
 import shutil
 import signal
+import socket
 import struct
 import subprocess
 import tempfile
@@ -72,8 +73,8 @@ class Sound:
         self.control("load-module", "module-null-sink", f"sink_name={sink}", "rate=48000",
                      f"sink_properties=device.description={self.SINKS[sink]}")
         if sink == "antenna":
-            stop(self.player)
-            play = f"while pacat --device=antenna --raw --channels=1 --rate=48000 {self.band}; do :; done"
+            self.silence()
+            play = f"while :; do pacat --device=antenna --raw --channels=1 --rate=48000 {self.band}; sleep 0.2; done"
             self.player = subprocess.Popen(["sh", "-c", "exec 2>/dev/null; " + play], env=self.environment,
                                            stdin=subprocess.DEVNULL, start_new_session=True)
 
@@ -84,6 +85,13 @@ class Sound:
             if f"sink_name={sink} " in line:
                 self.control("unload-module", line.split()[0])
 
+    def silence(self):
+        """The player goes with all that it has started."""
+        if self.player:
+            os.killpg(self.player.pid, signal.SIGKILL)
+            self.player.wait()
+        self.player = None
+
     def hang(self):
         self.server.send_signal(signal.SIGSTOP)
 
@@ -91,7 +99,7 @@ class Sound:
         self.server.send_signal(signal.SIGCONT)
 
     def end(self):
-        stop(self.player)
+        self.silence()
         stop(self.server)
 
     def troubles(self):
@@ -181,6 +189,70 @@ class Disk:
         if not self.is_own:
             return []
         return [("disk is full", self.fill, self.empty), ("disk stands still", self.freeze, self.thaw)]
+
+
+class Clients:
+    """Programs that steer the radio from outside, well and badly behaved ones, all at once while the trouble lasts."""
+
+    LINES = [b"f\n", b"m\n", b"l STRENGTH\n", b"\\dump_state\n", b"\\chk_vfo\n", b"s\n", b"M AM 0\nM USB 2400\n",
+             b"L AF 0.5\n", b"+f\n", b";m\n", b"f f f\r\n", b"\\get_vfo_info VFOA\n"]
+    NONSENSE = [b"\0" * 5000, b"x" * (1 << 20), b"F nan\n" * 500, b"f\n" * 10000, bytes(range(256)) * 40, b"F 7"]
+
+    def __init__(self, seed):
+        with socket.socket() as probe:
+            probe.bind(("127.0.0.1", 0))
+            self.port = probe.getsockname()[1]
+        self.random = random.Random(seed)
+        self.open = []
+        self.connected = 0
+
+    def come(self):
+        for _ in range(self.random.randint(5, 80)):
+            client = socket.socket()
+            client.setblocking(False)
+            client.connect_ex(("127.0.0.1", self.port))
+            self.open.append(client)
+        time.sleep(0.5)
+        for client in self.open:
+            kind = self.random.random()
+            text = self.random.choice(self.NONSENSE if kind < 0.3 else self.LINES)
+            try:
+                client.send(text)
+                self.connected += 1
+            except OSError:
+                pass
+
+    def go(self):
+        """Some read what came for them, most never have; some end in order."""
+        for client in self.open:
+            try:
+                if self.random.random() < 0.3:
+                    client.recv(1 << 16)
+                if self.random.random() < 0.5:
+                    client.shutdown(socket.SHUT_WR)
+            except OSError:
+                pass
+            client.close()
+        self.open = []
+
+    def asks(self, patience=15.0):
+        """The answer to a question of one more client; empty for none."""
+        end = time.monotonic() + patience
+        while time.monotonic() < end:
+            try:
+                with socket.create_connection(("127.0.0.1", self.port), 2.0) as client:
+                    client.sendall(b"f\n")
+                    client.settimeout(5.0)
+                    answer = client.recv(100).decode("ascii", "replace").strip()
+                    if answer.isdigit():
+                        return answer
+            except OSError:
+                pass
+            time.sleep(0.3)
+        return ""
+
+    def troubles(self):
+        return [("remote clients come in a crowd", self.come, self.go)]
 
 
 def make_work_folder():

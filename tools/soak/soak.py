@@ -19,7 +19,7 @@ import threading
 import time
 import wave
 
-from machine import Disk, Port, Sound, make_work_folder, run
+from machine import Clients, Disk, Port, Sound, make_work_folder, run
 
 LIFE = 75             # seconds
 ANSWER = 15.0         # seconds between two signs of life, at most; a step of the script takes up to one
@@ -49,10 +49,13 @@ TunedFrequency=72050000
 SafeMemories=True
 [WavFile]
 MostFileBytes=1400000
+[Remote]
+On=True
+Port={remote}
 """
 
 # What would end the life, take the machine's devices away for good, or work the recorder, which has lines of its own.
-LEFT_ALONE = re.compile(r"optPwr\(2\)|frmFirstStart|frmConfig\.(cbo|txt|optIF|cmdFirst|chkLoLO|chkInv|chkEnable|chkClose"
+LEFT_ALONE = re.compile(r"optPwr\(2\)|frmFirstStart|frmConfig\.(cbo|txt|chkRemote|optIF|cmdFirst|chkLoLO|chkInv|chkEnable|chkClose"
                         r"|chkDream|cmdFind|FormCaption)|frmCalibrate|cmdWavCtls|optRecord|chkRecordIF|cmdBrowse|cmdTimer"
                         r"|frmTimer|optTimer|txtRecord|chkPerfStatsOn|optDisplaySize|mnu|chkKeepTail|chkStayOn")
 WHEELED = [f"lbl7Seg({i})" for i in range(2, 8)] + ["lblFilterHi", "lblFilterLo", "lblOutVol", "lblBFO"]
@@ -208,13 +211,14 @@ class Soak:
         os.mkdir(os.path.join(self.work, "sound"))
         self.sound = Sound(os.path.join(self.work, "sound"))
         self.port = Port(os.path.join(self.work, "port"), shim)
+        self.clients = Clients(self.seed)
         self.settings = os.path.join(self.disk.folder, "settings.ini")
         self.plans = os.path.join(self.disk.folder, "plans")
         self.music = os.path.join(self.disk.folder, "music")
         shutil.copytree(os.path.join(ROOT, "data", "bandplans"), self.plans)
         os.mkdir(self.music)
         with open(self.settings, "w", encoding="utf-8") as file:
-            file.write(SETTINGS.format(port=self.port.path))
+            file.write(SETTINGS.format(port=self.port.path, remote=self.clients.port))
         self.sections = {plan: self.sections_of(plan) for plan in glob.glob(self.plans + "/*.bpl")}
         self.names = self.find_names()
         self.expected = None              # what the next life must show
@@ -241,6 +245,7 @@ class Soak:
              os.path.join(self.work, "dump.ini"), "--folder", self.plans, "--script", path], env=self.environment(),
             cwd=self.work, capture_output=True, text=True, timeout=120, check=True).stdout
         names = re.findall(r"^(\S+) = .* enabled visible$", listed, re.MULTILINE)
+        self.has_remote = "frmConfig.chkRemoteOn" in names
         return [name for name in names if not LEFT_ALONE.match(name)]
 
     @staticmethod
@@ -330,7 +335,7 @@ class Soak:
     def make_trouble(self, life):
         self.pause(life, self.random.uniform(1.0, 4.0))
         if not self.troubles:
-            self.troubles = self.sound.troubles() + self.port.troubles() + self.disk.troubles()
+            self.troubles = self.sound.troubles() + self.port.troubles() + self.disk.troubles() + self.clients.troubles() * self.has_remote
             self.random.shuffle(self.troubles)
         name, begin, end = self.troubles.pop()
         lasts = self.random.uniform(1.0, 6.0)
@@ -349,6 +354,8 @@ class Soak:
         while life.runs() and not self.hangs(life):
             held = self.port.is_held_by(life.process.pid)
             if life.last_received > begin and held:
+                if self.has_remote and not self.clients.asks() and life.runs():
+                    self.faults(f"after \"{name}\" a remote client gets no answer")
                 self.slowest[name] = max(self.slowest[name], time.monotonic() - begin)
                 return
             if time.monotonic() - begin > SOUND_BACK:
@@ -455,6 +462,7 @@ class Soak:
 
     def tell(self):
         print(f"Seed {self.seed}, {self.minutes} minutes, at most {self.most} MB")
+        self.counts["remote clients"] = self.clients.connected
         for name, count in sorted(self.counts.items()):
             slowest = f", received again after {self.slowest[name]:.1f} s at most" if name in self.slowest else ""
             print(f"  {count:4d}  {name}{slowest}")
