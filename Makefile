@@ -38,12 +38,7 @@ define install_packages
 endef
 
 .PHONY: help setup setup-run setup-test setup-measure run demo demo-recording test bench coverage scale first-hour \
-  deb release-check pictures plots format format-check check clean
-.PHONY: help setup setup-run setup-test run demo demo-recording test bench deb release-check pictures plots format \
-  format-check check clean
-.PHONY: help setup setup-run setup-test run demo demo-recording test bench deb release-check format format-check check clean soak fuzz
-.PHONY: help setup setup-run setup-test run demo demo-recording test bench deb release-check soak fuzz pictures plots \
-  format format-check check clean
+  soak fuzz deb release-check pictures plots format format-check check clean
 
 help:
 	@echo "make run     build the radio and start it on the demo band"
