@@ -136,5 +136,12 @@ TEST_F(FrmMainSetup, WhoeverRunsTheProgramMayAskInItsPlace) {
   EXPECT_FALSE(At("frmFirstStart").Visible());
 }
 
+TEST_F(FrmMainSetup, TheAboutPageLeadsToTheGuide) {
+  int read = 0;
+  Frame().OnGuide = [&read] { ++read; };
+  Click("frmConfig.cmdGuide");
+  EXPECT_EQ(read, 1);
+}
+
 }  // namespace
 }  // namespace quorl::test

@@ -7,6 +7,7 @@
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextCursor>
+#include <QTextList>
 #include <QTextTable>
 #include <algorithm>
 #include <array>
@@ -25,6 +26,17 @@ QString Missing(const QString& path) {
              "The guide has no page at %1. It is installed beside the band plans and themes of the program; "
              "the variable QUORLSDR_DATA names another folder for all of them.")
       .arg(path);
+}
+
+bool IsCode(const QTextBlock& block) {
+  return block.isValid() && block.blockFormat().hasProperty(QTextFormat::BlockCodeFence);
+}
+
+bool HoldsPicture(const QTextBlock& block) {
+  for (auto each = block.begin(); !each.atEnd(); ++each) {
+    if (each.fragment().charFormat().isImageFormat()) return true;
+  }
+  return false;
 }
 
 QTextTable* TableAt(const QTextBlock& block) {
@@ -124,7 +136,9 @@ void GuideBrowser::DressBlock(const QTextBlock& block) {
   const skin::Tones tones(palette());
   QTextCursor cursor(block);
   QTextBlockFormat format = block.blockFormat();
-  format.setLineHeight(kLineHeight, QTextBlockFormat::ProportionalHeight);
+  // A picture's line would leave a third of the picture free below it.
+  if (!IsCode(block) && !HoldsPicture(block))
+    format.setLineHeight(kLineHeight, QTextBlockFormat::ProportionalHeight);
   if (const int level = format.headingLevel(); level > 0) {
     format.setTopMargin(level == 1 ? 0 : 1.2 * kMargin);
     format.setBottomMargin(skin::kGrid);
@@ -135,21 +149,25 @@ void GuideBrowser::DressBlock(const QTextBlock& block) {
     words.setForeground(level == 1 ? tones.Ink() : palette().color(QPalette::Link));
     cursor.select(QTextCursor::BlockUnderCursor);
     cursor.setCharFormat(words);
-  } else if (format.hasProperty(QTextFormat::BlockCodeFence)) {
+  } else if (IsCode(block)) {
     format.setBackground(tones.Unlit());
+    format.setTopMargin(IsCode(block.previous()) ? 0 : skin::kGrid);
+    format.setBottomMargin(IsCode(block.next()) ? 0 : skin::kGrid);
     format.setLeftMargin(skin::kGrid);
     format.setNonBreakableLines(false);
     format.setTextIndent(skin::kGrid);
   } else if (TableAt(block)) {
     format.setTopMargin(0);
     format.setBottomMargin(0);
+  } else if (!block.textList()) {
+    format.setTopMargin(skin::kGrid);
+    format.setBottomMargin(skin::kGrid);
   }
   QTextCursor(block).setBlockFormat(format);
 }
 
 void GuideBrowser::DressWords(const QTextBlock& block) {
   const skin::Tones tones(palette());
-  const bool isCode = block.blockFormat().hasProperty(QTextFormat::BlockCodeFence);
   struct Piece {
     int From, To;
     QTextCharFormat Format;
@@ -164,7 +182,7 @@ void GuideBrowser::DressWords(const QTextBlock& block) {
       shares_[url] = table ? table->columns() : 1;
       continue;
     }
-    if (isCode || format.fontFixedPitch()) {
+    if (IsCode(block) || format.fontFixedPitch()) {
       format.setFont(skin::NumberFont(kCodePixels));
       format.setBackground(tones.Unlit());
     } else if (format.isAnchor()) {
@@ -188,6 +206,7 @@ void GuideBrowser::DressTables() {
     QTextTableFormat format = table->format();
     format.setBorderCollapse(true);
     format.setBorder(1);
+    format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
     format.setBorderBrush(tones.CardLine());
     format.setCellSpacing(0);
     format.setCellPadding(kCellPadding);
