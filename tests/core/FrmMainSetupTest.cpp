@@ -137,6 +137,7 @@ TEST_F(FrmMainSetup, WhoeverRunsTheProgramMayAskInItsPlace) {
 }
 
 TEST_F(FrmMainSetup, TheAboutPageLeadsToTheGuide) {
+  OpenSound();
   int read = 0;
   Frame().OnGuide = [&read] { ++read; };
   Click("frmConfig.cmdGuide");
