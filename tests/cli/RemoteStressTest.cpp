@@ -21,6 +21,12 @@ namespace {
 using Timepoint = std::chrono::steady_clock::time_point;
 constexpr std::chrono::seconds kPatience{60};  // never waited out by a radio that works
 
+#ifdef __SANITIZE_ADDRESS__               // which keeps what was freed
+constexpr long kMostGrowth = 512 * 1024;  // kB
+#else
+constexpr long kMostGrowth = 4 * 1024;
+#endif
+
 std::string Times(int count, const std::string& text) {
   std::string all;
   for (int i = 0; i < count; ++i) all += text;
@@ -233,7 +239,7 @@ TEST_F(RemoteStress, WhateverClientsSendNoBlockIsLostAndOthersAreServed) {
   const double received = static_cast<double>(GetWav("a.wav").size()) / 48000.0;
   EXPECT_GT(received, seconds - 0.5) << "in step with the clock";
   EXPECT_LT(longestProbe_, 1.0);
-  EXPECT_LT(grown, 16 * 1024) << "kB";
+  EXPECT_LT(grown, kMostGrowth) << "kB";
   std::cout << seconds << " s, longest wait of another client " << 1000.0 * longestProbe_ << " ms, " << grown
             << " kB more memory, longest block " << report["us_per_block_max"] << " us\n";
 }
