@@ -63,7 +63,7 @@ function(quorl_tests FOLDER)
   target_link_libraries(test_${NAME} PRIVATE ${TARGETS} ${ARG_EXTERNAL} quorl_flags GTest::gtest_main)
   target_compile_definitions(test_${NAME} PRIVATE QUORL_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
   # What is tested is optimised in full; the tests around it are compiled more often than they run.
-  target_compile_options(test_${NAME} PRIVATE $<$<CONFIG:Release>:-O1>)
+  target_compile_options(test_${NAME} PRIVATE $<$<CONFIG:Release>:-O1> $<$<CONFIG:RelWithDebInfo>:-O0>)
   set(REGISTRATION DISCOVERY_MODE PRE_TEST TEST_PREFIX ${NAME}. PROPERTIES TIMEOUT 300)
   if(ARG_SERIAL)
     gtest_discover_tests(test_${NAME} TEST_FILTER ${ARG_SERIAL}.* ${REGISTRATION} RESOURCE_LOCK real-time COST 1000)

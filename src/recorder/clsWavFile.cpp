@@ -238,10 +238,6 @@ std::int16_t clsWavFile::CloseRecording() {
   return CloseRecordingNow();
 }
 
-std::int64_t clsWavFile::FramesRecorded() const {
-  return SamplesQueued * writer_.Format().Rate / SamplingRate;
-}
-
 // What lies behind a recording's name goes with it when nobody wants it any more.
 void clsWavFile::Forget() {
   statusOfMedia_ = MediaStatus::None;

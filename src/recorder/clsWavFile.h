@@ -126,7 +126,6 @@ class clsWavFile final : public BlockRecorder {
   std::int64_t PlayPosition() const;                                  // of the next sample to be played
   std::int64_t FirstPosition() const;                                 // of the first sample
   std::int64_t BehindSamples() const;                                 // of the byte behind the last sample
-  std::int64_t FramesRecorded() const;                                // of all parts, at the rate of the file
   std::int64_t HalvesFilled() const { return queue_.FillingHalf(); }  // of the recording under way
   // Files that a save would name.
   std::int32_t PartsToSave() const;

@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kLowest = 10000;  // Hz; a range from 0 is taken for the list's end by some clients
 // Levels that can be asked for, and set: the S-meter and the volume. A client doesn't ask for others.
-constexpr std::uint32_t kStrength = 0x40000000, kVolume = 0x8;
+constexpr std::uint32_t kStrengthBit = 0x40000000, kVolumeBit = 0x8;
 constexpr char kHertz[] = "0.000000";
 
 std::string Hex(std::uint32_t bits) {
@@ -36,7 +36,7 @@ std::string RigctlStateText(const RemoteRadio& radio) {
   text += Hex(USB | LSB) + " 2400\n" + Hex(CW) + " 400\n" + Hex(AM | FM) + " 10000\n0 0\n";
   text += "0\n0\n0\n0\n0\n0\n";  // RIT, XIT, IF shift, announces, preamplifiers, attenuators
   // Functions, levels and parameters, each to be read and to be set.
-  text += "0x0\n0x0\n" + Hex(kStrength | kVolume) + "\n" + Hex(kVolume) + "\n0x0\n0x0\n";
+  text += "0x0\n0x0\n" + Hex(kStrengthBit | kVolumeBit) + "\n" + Hex(kVolumeBit) + "\n0x0\n0x0\n";
   return text + "vfo_ops=0x0\nptt_type=0x0\ntargetable_vfo=0x3\nhas_set_freq=1\nhas_get_freq=1\ndone";
 }
 

@@ -58,10 +58,6 @@ MorseProgramme::MorseProgramme(std::string_view text, double wordsPerMinute, dou
   keys_.insert(keys_.end(), pause + 7, 0);
 }
 
-double MorseProgramme::CycleSeconds() const {
-  return static_cast<double>(keys_.size()) * static_cast<double>(unitSamples_) / kSlowRate;
-}
-
 void MorseProgramme::Render(std::int64_t chunk, IqSpan out) {
   const auto units = static_cast<std::int64_t>(keys_.size());
   std::int64_t position = FloorModulo((chunk - kFirstChunk) * kSlowChunkFrames, units * unitSamples_);

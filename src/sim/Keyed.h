@@ -18,8 +18,6 @@ class MorseProgramme final : public Programme {
   // `wordsPerMinute` 5 to 60 (PARIS); `pauseSeconds` follow the text, then it starts again.
   MorseProgramme(std::string_view text, double wordsPerMinute, double pauseSeconds);
   void Render(std::int64_t chunk, IqSpan out) override;
-  // Seconds of one round of text and pause.
-  double CycleSeconds() const;
 
  private:
   bool KeyDown(std::int64_t unit) const { return keys_[static_cast<std::size_t>(unit)] != 0; }
