@@ -23,7 +23,7 @@ namespace {
 
 constexpr std::array<std::string_view, 3> WindowNames = {"none", "hamming",
                                                          "blackman"};  // in WindowType's order
-constexpr Range EdgeRange = {0, FSampling / 2};
+constexpr Range DesignRange = {0, FSampling / 2};
 constexpr double LeastMagnitude = 1e-15;  // -300 dB stand for nothing at all
 
 struct FilterOptions {
@@ -79,7 +79,8 @@ void AddFilterCommand(CLI::App& app, int& exitCode) {
   const auto addEdge = [command](const std::string& name, const std::string& help, int& edge) {
     command
         ->add_option_function<std::string>(
-            name, [name, &edge](const std::string& text) { edge = ParseWhole(name, text, EdgeRange); }, help)
+            name, [name, &edge](const std::string& text) { edge = ParseWhole(name, text, DesignRange); },
+            help)
         ->type_name("0..24000")
         ->required();
   };

@@ -30,7 +30,7 @@ struct PlanOptions {
   bool Fix = false;
 };
 
-std::string ModeName(std::int32_t mode) {
+std::string StoredMode(std::int32_t mode) {
   if (mode < 0 || mode >= DemodMode::Count) return "mode " + std::to_string(mode);
   std::string name = DemodModeTexts[static_cast<std::size_t>(mode)].Caption;
   std::erase(name, '&');
@@ -70,7 +70,7 @@ BandPlan ReadPlan(const LinuxFiles& files, const std::string& path, Failure& fai
 void ListPreset(const BandPlan& plan, const SubBand& band, const Preset& preset, bool asJson,
                 nlohmann::ordered_json& rows) {
   const std::int32_t hertz = preset.Settings.FreqCurrent;
-  const std::string mode = ModeName(preset.Settings.DemodMode);
+  const std::string mode = StoredMode(preset.Settings.DemodMode);
   if (asJson) {
     rows.push_back({{"plan", plan.Caption},
                     {"subband", band.Caption},
@@ -124,7 +124,7 @@ int CheckOne(LinuxFiles& files, const std::string& path, bool fix) {
     return ExitCode::Refused;
   }
   int result = ExitCode::Success;
-  for (const PlanFinding& finding : CheckPlan(content, ModeName)) {
+  for (const PlanFinding& finding : CheckPlan(content, StoredMode)) {
     std::cout << path;
     if (finding.Line > 0) std::cout << ":" << finding.Line;
     std::cout << (finding.Warning ? ": warning: " : ": ") << finding.Text << "\n";

@@ -112,7 +112,7 @@ int Run(Order order) {
   return ExitCode::Success;
 }
 
-constexpr const char* kExamples = R"(Examples:
+constexpr const char* kReceiveExamples = R"(Examples:
   quorlsdr-cli receive --mode am --if-filter track recording.wav audio.wav
   quorlsdr-cli receive --mode usb --log if-recording.wav audio.wav
 
@@ -123,7 +123,7 @@ An IF recording brings its board and its oscillator's side along, and its tuning
 void AddReceiveCommand(CLI::App& app, int& exitCode) {
   auto order = std::make_shared<Order>();
   CLI::App* command = app.add_subcommand("receive", "Demodulate a recording");
-  command->footer(kExamples);
+  command->footer(kReceiveExamples);
   AddReceiveOptions(*command, order->Reception);
   command->add_flag("--log", order->Log, "put the input's tuning log behind the audio");
   AddNumber(*command, "--frequency", "KHZ", 0.0001, kHighestKhz,

@@ -58,8 +58,8 @@ Stretch StretchOf(const SpectrumOptions& options) {
 }
 
 // Frames that went through the receiver.
-std::int64_t Measure(RecordingBlocks& blocks, const Stretch& stretch, OfflineReceiver& reception,
-                     SpectrumMeter& meter, Failure& failure) {
+std::int64_t MeasureStretch(RecordingBlocks& blocks, const Stretch& stretch, OfflineReceiver& reception,
+                            SpectrumMeter& meter, Failure& failure) {
   std::int64_t at = 0;
   while (at < stretch.Skipped) {
     const auto frames = static_cast<int>(std::min<std::int64_t>(stretch.Skipped - at, SamplesPerEvent));
@@ -155,7 +155,7 @@ int Run(SpectrumOptions options) {
 
   OfflineReceiver reception(options.Reception);
   SpectrumMeter meter(reception.Radio(), options.Spectrum);
-  const std::int64_t frames = Measure(*blocks, StretchOf(options), reception, meter, failure);
+  const std::int64_t frames = MeasureStretch(*blocks, StretchOf(options), reception, meter, failure);
   if (failure) return StopAtWork(failure);
   if (meter.Blocks() == 0) return Stop(TooShort(*blocks), ExitCode::Refused);
   std::string picture;

@@ -79,10 +79,10 @@ int Export(const TracksOptions& options) {
       {options.File, options.Export, options.Flac ? SoundFileKind::Flac : SoundFileKind::Wav, {}});
   if (const Failure failure = tracks.Step()) return Stop(failure, ExitCode::Refused);
   Failure failure;
-  bool interrupted = false;
-  while (!tracks.IsDone() && !failure && !interrupted) {
+  bool stopped = false;
+  while (!tracks.IsDone() && !failure && !stopped) {
     failure = tracks.Step();
-    interrupted = interrupts.TakePending();
+    stopped = interrupts.TakePending();
   }
   tracks.Discard();
   PrintWritten(tracks.Written(), options.Json);

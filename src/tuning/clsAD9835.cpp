@@ -11,7 +11,7 @@ namespace quorl {
 namespace {
 
 constexpr double kClkInAtCreation = 5000000.0;  // Hz
-constexpr char kDefaultClkIn[] = "50000000";    // Hz
+constexpr char kUsualClkIn[] = "50000000";      // Hz
 
 // Command words, AD9835 data sheet: bits 15 to 12 the command, 11 to 8 the address.
 constexpr std::uint16_t kSleepResetClear = 0xF800;
@@ -25,7 +25,7 @@ constexpr std::uint16_t kRun = 0xC000;
 clsAD9835::clsAD9835(SettingsStore& settings, Dialogs& dialogs)
     : Oscillator(settings, dialogs, "clsAD9835", kClkInAtCreation * 10) {
   SetClkIn(kClkInAtCreation);
-  if (const auto hertz = ParseDouble(settings_.GetSetting(Name, NumberText(ClkIn()), kDefaultClkIn))) {
+  if (const auto hertz = ParseDouble(settings_.GetSetting(Name, NumberText(ClkIn()), kUsualClkIn))) {
     SetClkIn(*hertz);
   }
 }

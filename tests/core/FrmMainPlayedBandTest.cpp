@@ -9,7 +9,7 @@ namespace {
 
 constexpr IFOrigin kElektor{SDRModel::ElektorDRM, true};
 constexpr std::int32_t kYesterday = 61000000;  // dHz
-constexpr char kFile[] = "plans/yesterday.wav";
+constexpr char kBandFile[] = "plans/yesterday.wav";
 
 // The part of the settings file that VFO, panel and receiver keep.
 std::string OfTheRadio(const std::string& stored) {
@@ -27,7 +27,7 @@ struct PlayedRig : FrameRig {
   clsWavFile& Deck() { return Frame().WavFile(); }
   // A recording of four seconds, over and over.
   void Play(const std::vector<LogRecord>& log = {{0.0, kYesterday, 80, 400000}},
-            const std::string& file = kFile) {
+            const std::string& file = kBandFile) {
     constexpr std::int64_t kFrames = 192000;
     const RecordingFormat format{48000, 1, 16, kElektor};
     Storage.Put(file, MakeWavHeader(format, format.DataAt() + 2 * kFrames, kFrames) +

@@ -18,7 +18,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::chrono::seconds kPatience{10};  // never waited out by what works
+constexpr std::chrono::seconds kSocketPatience{10};  // never waited out by what works
 
 TEST(SocketPlaceTest, PlacesAreReadAsTheyAreWritten) {
   for (const char* text :
@@ -66,7 +66,7 @@ class LinuxSocketsTest : public testing::Test {
     return line;
   }
   void WaitUntil(const std::function<bool()>& ready) {
-    const auto end = std::chrono::steady_clock::now() + kPatience;
+    const auto end = std::chrono::steady_clock::now() + kSocketPatience;
     while (!ready() && std::chrono::steady_clock::now() < end) queue_.Wait(milliseconds(50));
     EXPECT_TRUE(ready());
   }

@@ -10,7 +10,7 @@ namespace quorl {
 
 namespace {
 
-constexpr int kHeight = 8, kGap = 2;
+constexpr int kBarHeight = 8, kGap = 2;
 
 }  // namespace
 
@@ -29,13 +29,13 @@ void LevelBarView::paintEvent(QPaintEvent*) {
   const skin::Tones tones = Tones();
   const QColor lit = tones.Text(bar_.ForeColour(), tones.Quiet());
   const std::vector<double>& bands = bar_.Bands();
-  const double top = (height() - kHeight) / 2.0, end = bar_.Level() * width();
+  const double top = (height() - kBarHeight) / 2.0, end = bar_.Level() * width();
   for (std::size_t i = 0; i < bands.size(); ++i) {
     const bool last = i + 1 == bands.size();
     const double from = std::round(bands[i] * width());
     const double to = last ? width() : std::round(bands[i + 1] * width()) - kGap;
-    painter.fillRect(QRectF(from, top, to - from, kHeight), LooksOff() ? tones.Face() : tones.Unlit());
-    if (end > from) painter.fillRect(QRectF(from, top, std::min(end, to) - from, kHeight), lit);
+    painter.fillRect(QRectF(from, top, to - from, kBarHeight), LooksOff() ? tones.Face() : tones.Unlit());
+    if (end > from) painter.fillRect(QRectF(from, top, std::min(end, to) - from, kBarHeight), lit);
   }
 }
 

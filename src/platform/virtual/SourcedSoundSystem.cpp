@@ -12,9 +12,9 @@ namespace {
 constexpr std::chrono::milliseconds kClockTick{10};
 // While the playback paces: in case that it stops without a word.
 constexpr std::chrono::milliseconds kWatchTick{500};
-constexpr int kErrorNoDevice = 1;
-constexpr std::int64_t kFramesAtOnce = 512;
-constexpr std::int64_t kMicrosecondsPerSecond = 1000000;
+constexpr int kErrorTaken = 1;
+constexpr std::int64_t kPieceFrames = 512;
+constexpr std::int64_t kSecond = 1000000;
 
 }  // namespace
 
@@ -115,7 +115,7 @@ std::unique_ptr<CaptureBuffer> SourcedSoundSystem::CreateCaptureBuffer(int devic
                                                                        Failure& failure) {
   failure.reset();
   if (device != 1 || capture_ != nullptr || format.Channels < 1 || format.Channels > 2) {
-    failure = Error{kErrorNoDevice, "\"" + captureName_ + "\" is the one capture device, and opened once"};
+    failure = Error{kErrorTaken, "\"" + captureName_ + "\" is the one capture device, and opened once"};
     return nullptr;
   }
   rate_ = format.SampleRate;
@@ -146,9 +146,9 @@ SoundStatistics SourcedSoundSystem::Statistics() const {
 }
 
 void SourcedSoundSystem::Advance(std::int64_t frames) {
-  std::array<std::int16_t, 2 * kFramesAtOnce> block;
+  std::array<std::int16_t, 2 * kPieceFrames> block;
   while (frames > 0 && capture_ != nullptr && capture_->IsRunning()) {
-    const int part = static_cast<int>(std::min(frames, kFramesAtOnce));
+    const int part = static_cast<int>(std::min(frames, kPieceFrames));
     frames -= part;
     source_.Render(block.data(), part);
     if (capture_->Channels() == 1) {
@@ -182,8 +182,7 @@ void SourcedSoundSystem::StopPacing() {
 
 void SourcedSoundSystem::TickByClock() {
   const Playback* pacer = Pacer();
-  const std::int64_t frames =
-      (clock_.Microseconds() - origin_) * rate_ / kMicrosecondsPerSecond - framesDone_;
+  const std::int64_t frames = (clock_.Microseconds() - origin_) * rate_ / kSecond - framesDone_;
   // After more than a second of standing still the past is not rendered any more.
   if (pacer_ != nullptr || pacer != nullptr || frames > rate_) {
     Pace();

@@ -11,7 +11,7 @@
 namespace quorl {
 namespace {
 
-constexpr const char* kHeaders = " F(KHz)   Date      Time   Duration";
+constexpr const char* kTrackHeaders = " F(KHz)   Date      Time   Duration";
 constexpr const char* kNoTracks = "No Track Information Found";
 constexpr std::size_t kFrequencyWidth = 6;
 constexpr std::array<const char*, 5> kExports{"This track as WAV", "This track as FLAC", "-",
@@ -77,7 +77,7 @@ void TrackList::Fill(const std::vector<LogRecord>& log, const RecordingFormat& f
     lines.push_back(TrackLine(log[i], format));
   }
   cmdExportTracks.Enabled = !lines.empty();
-  txtRecordingLogHeaders.Caption = log.empty() ? kNoTracks : kHeaders;
+  txtRecordingLogHeaders.Caption = log.empty() ? kNoTracks : kTrackHeaders;
   txtRecordingLogHeaders.ToolTip =
       listed > kMostLines ? "The first 10,000 of " + FormatPicture(double(listed), "#,##0") + " tracks" : "";
   const ScopedFlag quiet(quiet_);

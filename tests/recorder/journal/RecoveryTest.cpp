@@ -14,7 +14,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::int32_t kHalf = 32, kFreq = 72050000;
+constexpr std::int32_t kHalfSamples = 32, kFreq = 72050000;
 
 // A sample tells its place within the recording.
 std::int16_t Sample(std::int64_t index) {
@@ -35,7 +35,7 @@ RecordingRead ReadBack(const VirtualFiles& files, const std::string& path) {
 // What a deck does with its writer, half by half.
 class Session {
  public:
-  explicit Session(const RecordingFormat& recorded, std::int32_t halfSamples = kHalf)
+  explicit Session(const RecordingFormat& recorded, std::int32_t halfSamples = kHalfSamples)
       : format(recorded), half(halfSamples), block(halfSamples / 4) {
     files.Put("music/other.wav", "");
   }
@@ -262,7 +262,7 @@ TEST(Recovery, AFinishedPartStaysWholeWhereTheNextFileIsNotMadeAtOnce) {
   session.Work();  // the part has got its number, and this half is lost
   EXPECT_EQ(session.writer->TakeFault()->Code, 24);
   session.files.ClearFailures();
-  session.given = 3 * kHalf;
+  session.given = 3 * kHalfSamples;
   session.Feed(4);
   EXPECT_FALSE(session.writer->Finish());
   session.Work();
@@ -270,7 +270,7 @@ TEST(Recovery, AFinishedPartStaysWholeWhereTheNextFileIsNotMadeAtOnce) {
   const FoundRecording found = FindRecording(session.files, session.parts);
   EXPECT_EQ(found.Files.size(), 2U);
   EXPECT_FALSE(found.NeedsMending);
-  ExpectWhole(session, found, 4 * kHalf);
+  ExpectWhole(session, found, 4 * kHalfSamples);
 }
 
 TEST(Recovery, WithoutASoundJournalTheLengthTellsTheEndAndThatIsTold) {
@@ -287,15 +287,15 @@ TEST(Recovery, WithoutASoundJournalTheLengthTellsTheEndAndThatIsTold) {
     session.files.Put(session.parts.Current(), Content(session.files, session.parts.Current()) + "x");
     const FoundRecording found = FindRecording(session.files, session.parts);
     EXPECT_TRUE(found.NeedsMending && found.LogLost);
-    EXPECT_EQ(found.Frames, 2 * kHalf);
+    EXPECT_EQ(found.Frames, 2 * kHalfSamples);
     EXPECT_FALSE(MendRecording(session.files, session.parts).Fault);
     const RecordingRead read = ReadBack(session.files, session.parts.Current());
-    EXPECT_EQ(read.Own->FileBytes, 44 + 4 * kHalf);
-    EXPECT_EQ(read.Own->DataBytes, 4 * kHalf);
+    EXPECT_EQ(read.Own->FileBytes, 44 + 4 * kHalfSamples);
+    EXPECT_EQ(read.Own->DataBytes, 4 * kHalfSamples);
     EXPECT_EQ(read.Own->LogStart, 0);
     const FoundRecording again = FindRecording(session.files, session.parts);
     EXPECT_FALSE(again.NeedsMending || again.LogLost);
-    EXPECT_EQ(again.Frames, 2 * kHalf);
+    EXPECT_EQ(again.Frames, 2 * kHalfSamples);
   }
 }
 
@@ -305,10 +305,10 @@ TEST(Recovery, ADamagedEventDoesNotCutAFileThatGoesOnBehindIt) {
   session.Feed(4 * 20);
   session.Dies();
   std::string journal = Content(session.files, session.parts.Journal());
-  journal[static_cast<std::size_t>(JournalLayout{2 * kHalf}.EventsAt()) + 30] ^= 1;
+  journal[static_cast<std::size_t>(JournalLayout{2 * kHalfSamples}.EventsAt()) + 30] ^= 1;
   // Slots too: nothing is known but the first record.
   for (int slot = 0; slot < JournalLayout::kSlots; ++slot) {
-    journal[static_cast<std::size_t>(JournalLayout{2 * kHalf}.SamplesAt(slot))] ^= 1;
+    journal[static_cast<std::size_t>(JournalLayout{2 * kHalfSamples}.SamplesAt(slot))] ^= 1;
   }
   session.files.Put(session.parts.Journal(), journal);
   const FoundRecording mended = MendRecording(session.files, session.parts);
@@ -327,7 +327,7 @@ TEST(Recovery, SamplesThatAPowerCutTookBecomeSilenceAndTheLogStaysRight) {
   EXPECT_FALSE(MendRecording(session.files, session.parts).Fault);
   const RecordingRead read = ReadBack(session.files, session.parts.Current());
   EXPECT_EQ(read.Own->DataBytes, 2 * session.fed);
-  EXPECT_EQ(read.Own->Log.at(1).Start, 44 + 2 * 8 * kHalf);
+  EXPECT_EQ(read.Own->Log.at(1).Start, 44 + 2 * 8 * kHalfSamples);
   EXPECT_EQ(Content(session.files, session.parts.Current()).substr(48, 10), std::string(10, '\0'));
 }
 
