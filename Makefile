@@ -7,7 +7,7 @@ PACKAGES_RUN := g++ cmake ninja-build pkg-config libcli11-dev nlohmann-json3-dev
 PACKAGES_DEB := dpkg-dev file
 # What only the tests use.
 PACKAGES_TEST := pulseaudio pulseaudio-utils sox at-spi2-core python3-pyatspi xvfb dbus \
-  desktop-file-utils appstream $(PACKAGES_DEB)
+  desktop-file-utils appstream libhamlib-utils $(PACKAGES_DEB)
 # What draws the plots and thins the pictures of the guide.
 PACKAGES_PICTURES := gnuplot-nox pngquant
 # What speed, coverage and scale are measured with.

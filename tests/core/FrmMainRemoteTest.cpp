@@ -173,7 +173,9 @@ TEST_F(Remote, PowerIsSwitchedByItsButton) {
   rig.Run(0.5);
   EXPECT_GT(rig.Blocks, 5);
   EXPECT_EQ(Ask("\\get_powerstat"), "1\n");
+  EXPECT_GT(std::stoi(Ask("l STRENGTH")), 0);
   Do("\\set_powerstat 0");
+  EXPECT_EQ(Ask("l STRENGTH"), "-54\n") << "what was heard last is gone";
   EXPECT_EQ(rig.Text("optPwr(1)"), "1");
   EXPECT_FALSE(rig.Frame().IsOn());
   EXPECT_EQ(Ask("\\get_powerstat"), "0\n");
