@@ -17,7 +17,10 @@ constexpr int kUnloadInterval = 10;  // ms between two looks at a load that the 
 }  // namespace
 
 frmMain::frmMain(Machine machine, SettingsStore& store, LogBook& log, StartOptions options)
-    : machine_(machine),
+    : boxes_(machine.Boxes),
+      machine_{machine.Queue,  machine.Time,    boxes_,           machine.Storage,
+               machine.Beside, machine.Media,   machine.Instance, machine.Sound,
+               machine.Serial, machine.Printer, machine.Programs, machine.Network},
       store_(store),
       log_(log),
       options_(std::move(options)),
@@ -217,9 +220,14 @@ void frmMain::PaintPower() {
   recorder_.ShowState();
 }
 
+// Who switches from far away can't answer a box: it stands at the panel, and holds up neither him nor others.
 SteeredRadioLinks frmMain::LinksOfSteered() {
   return {.IsOn = [this] { return on_; },
-          .SwitchPower = [this](bool on) { optPwr_.Press(on ? 0 : 1); },
+          .SwitchPower =
+              [this](bool on) {
+                const ScopedFlag unattended(boxes_.Unattended);
+                optPwr_.Press(on ? 0 : 1);
+              },
           .SignalLevel = [this] { return smeter_.SignalLevel; }};
 }
 

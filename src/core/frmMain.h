@@ -19,6 +19,7 @@
 #include "core/PlayedBand.h"
 #include "core/StartOptions.h"
 #include "core/SteeredRadio.h"
+#include "core/UnattendedDialogs.h"
 #include "diagnostics/LogBook.h"
 #include "diagnostics/LogPanel.h"
 #include "diagnostics/StatsPanel.h"
@@ -176,7 +177,8 @@ class frmMain {
   bool TypesFrequency(const Key& key);
   void ReportLoadError(const std::string& text);
 
-  Machine machine_;
+  UnattendedDialogs boxes_;
+  Machine machine_;  // with these boxes
   SettingsStore& store_;
   PostedFiles beside_{machine_.Storage, machine_.Beside};
   LogBook& log_;

@@ -185,7 +185,11 @@ TEST_F(Remote, PowerIsSwitchedByItsButton) {
   rig.Sound.BrokenPlayback = 1;
   rig.Frame().Radio().SoundCard().ReleaseDevices();
   EXPECT_EQ(Ask("\\set_powerstat 1"), "RPRT -6\n");
+  EXPECT_TRUE(rig.Boxes.Messages.empty()) << "a box that nobody is there to answer";
+  EXPECT_EQ(rig.Boxes.Notices.size(), 1U);
   EXPECT_EQ(Ask("\\get_powerstat"), "0\n");
+  rig.Click("optPwr(0)");
+  EXPECT_EQ(rig.Boxes.Messages.size(), 1U) << "a hand on the panel is asked to read it";
 }
 
 TEST_F(Remote, ABoardThatIsGoneIsToldAndGetsTheFrequencyWhenItIsBack) {
