@@ -87,6 +87,14 @@ class Installed(unittest.TestCase):
         self.assertTrue((self.home / "panel.png").exists(), shown.stdout + shown.stderr)
         self.assertTrue((self.home / ".local/share/quorlsdr/themes/Night.thm").exists())
 
+    def test_guide_comes_with_its_pictures(self):
+        guide = self.root / "share/quorlsdr/guide"
+        pages = {page.name: page.read_text() for page in guide.glob("*.md")}
+        self.assertIn("index.md", pages)
+        for name, text in pages.items():
+            for target in re.findall(r"\]\(([^)#:]+)(?:#[^)]*)?\)", text):
+                self.assertTrue((guide / target).is_file(), f"{name}: {target}")
+
     def test_missing_data_is_told_in_one_line_that_names_the_folder(self):
         self.program("quorlsdr-cli", "plan", "list")  # a user who has been here before
         data, away = self.root / "share/quorlsdr", self.root / "share/away"
