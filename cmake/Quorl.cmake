@@ -16,6 +16,8 @@ endif()
 if(QUORL_SANITIZE)
   target_compile_options(quorl_flags INTERFACE -fsanitize=${QUORL_SANITIZE} -fno-omit-frame-pointer
     -fno-sanitize-recover=all)
+  # What a sanitizer adds hides from GCC what is initialized.
+  target_compile_options(quorl_flags INTERFACE -Wno-maybe-uninitialized)
   target_link_options(quorl_flags INTERFACE -fsanitize=${QUORL_SANITIZE})
 endif()
 if(QUORL_FUZZ)

@@ -20,8 +20,8 @@ struct Ear final : SampleSink {
   std::vector<std::int16_t> Heard;
 };
 
-struct Radio : test::FrameRig {
-  explicit Radio(const std::string& settings, int model = 0)
+struct TunedRadio : test::FrameRig {
+  explicit TunedRadio(const std::string& settings, int model = 0)
       : FrameRig(
             "[VFO1.ElektorDRM]\nTunedFrequency=72050000\n[DDSAD9835]\nClkIn=50000000\n[frmMain]\n"
             "AutoStartSDR=True\nCurrentPlaybackDevice=3\nSDRModelNo=" +
@@ -32,7 +32,7 @@ struct Radio : test::FrameRig {
     if (!Start()) throw std::runtime_error("the radio does not start");
     Run(1.5);
   }
-  ~Radio() override { Stop(); }
+  ~TunedRadio() override { Stop(); }
   Ear Listener;
 };
 
@@ -43,7 +43,7 @@ double Median(std::vector<double> values) {
 }
 
 // Changes of a line until the chip has the new frequency: what the port's own time is multiplied with.
-double OnTheWire(Radio& radio) {
+double OnTheWire(TunedRadio& radio) {
   const std::int64_t before = radio.Oscillator();
   radio.Serial.SetRecording(true);
   radio.Printer.SetRecording(true);
@@ -63,11 +63,11 @@ struct Paints final : QObject {
 
 // Milliseconds until the loudspeaker plays another sample than that of a radio that nobody touches.
 double ToTheEar(const std::string& settings, int phase) {
-  Radio touched(settings), left(settings);
-  for (Radio* radio : {&touched, &left}) radio->Run(phase * 0.0427 / kPhases);
+  TunedRadio touched(settings), left(settings);
+  for (TunedRadio* radio : {&touched, &left}) radio->Run(phase * 0.0427 / kPhases);
   const std::size_t begin = touched.Listener.Heard.size();
   touched.Wheel(kDigit, 1);
-  for (Radio* radio : {&touched, &left}) radio->Run(1.0);
+  for (TunedRadio* radio : {&touched, &left}) radio->Run(1.0);
   const std::vector<std::int16_t>&one = touched.Listener.Heard, &other = left.Listener.Heard;
   std::size_t at = begin;
   while (at < std::min(one.size(), other.size()) && one[at] == other[at]) ++at;
@@ -82,7 +82,7 @@ double MedianToTheEar(const std::string& settings) {
 
 // Processor time of the gesture and of what the window paints for it.
 double ToTheDigits() {
-  Radio radio("");
+  TunedRadio radio("");
   radio.Click("optPwr(1)");
   PanelWindow window(radio.Frame().Controls(), PanelWindow::Events{});
   window.show();
@@ -103,7 +103,7 @@ double ToTheDigits() {
 }  // namespace
 
 std::vector<Row> MeasureTuning() {
-  Radio drt1(""), elektor("", 1), printer("VFO1.IFType=1\n", 1);
+  TunedRadio drt1(""), elektor("", 1), printer("VFO1.IFType=1\n", 1);
   return {{"Tuning", "a notch of the wheel until its digits are painted", ToTheDigits(), "ms", 5.0},
           {"Tuning", "lines changed on the serial port for an AD9951", OnTheWire(drt1), ""},
           {"Tuning", "lines changed on the serial port for an AD9835", OnTheWire(elektor), ""},

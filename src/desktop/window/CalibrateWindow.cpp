@@ -8,7 +8,7 @@ namespace quorl {
 
 namespace {
 
-constexpr int kWidth = 460, kFrequencyWidth = 140, kClockPixels = 12;
+constexpr int kCalibrationWidth = 460, kFrequencyWidth = 140, kClockPixels = 12;
 
 }  // namespace
 
@@ -21,7 +21,7 @@ CalibrateWindow::CalibrateWindow(const ControlRegistry& registry, Binder::Logger
   rows->addWidget(MakeFigures());
   rows->addWidget(MakeFoot());
   rows->addStretch(1);
-  setMinimumWidth(kWidth);
+  setMinimumWidth(kCalibrationWidth);
   Begin();
 }
 

@@ -9,7 +9,7 @@ namespace quorl {
 
 namespace {
 
-constexpr int kWidth = 660, kPages = 9;
+constexpr int kConfigWidth = 660, kPages = 9;
 constexpr QWidget* (*kMakers[kPages])(Binder&) = {MakeReceiverPage, MakeInterfacePage, MakeSoundPage,
                                                   MakeTuningPage,   MakeDisplayPage,   MakeDecoderPage,
                                                   MakeColoursPage,  MakeAboutPage,     MakeRemotePage};
@@ -26,7 +26,7 @@ ConfigWindow::ConfigWindow(const ControlRegistry& registry, Binder::Logger log)
   rows->addWidget(MakeTabs());
   rows->addWidget(MakePages(), 1);
   rows->addWidget(MakeFoot());
-  setMinimumWidth(kWidth);
+  setMinimumWidth(kConfigWidth);
   Begin();
 }
 

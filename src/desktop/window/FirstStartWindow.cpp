@@ -9,7 +9,7 @@ namespace quorl {
 namespace {
 
 constexpr const char* kDialog = "frmFirstStart";
-constexpr int kWidth = 640, kPortWidth = 320, kAddressWidth = 100, kBoards = 5;
+constexpr int kFirstStartWidth = 640, kStartPortWidth = 320, kAddressWidth = 100, kBoards = 5;
 
 }  // namespace
 
@@ -22,7 +22,7 @@ FirstStartWindow::FirstStartWindow(const ControlRegistry& registry, Binder::Logg
   rows->addWidget(MakeQuestions());
   rows->addStretch(1);
   rows->addWidget(MakeFoot());
-  setMinimumWidth(kWidth);
+  setMinimumWidth(kFirstStartWidth);
   Begin();
 }
 
@@ -37,7 +37,7 @@ QWidget* FirstStartWindow::MakeQuestions() {
   page->Under(bind_.Advice(name("lblBoard"), 1));
   page->Options("Interface", bind_.Options(name("optIF"), 2));
   page->Under(bind_.Advice(name("lblIF"), 1));
-  page->OneOf("Port", {bind_.Choice(name("cboComPort"), kPortWidth),
+  page->OneOf("Port", {bind_.Choice(name("cboComPort"), kStartPortWidth),
                        bind_.Text(name("txtPortAddress"), kAddressWidth)});
   page->Under(bind_.Advice(name("lblPort"), 1));
   AddSoundRows(bind_, *page, kDialog, "Sound input", "Sound output");

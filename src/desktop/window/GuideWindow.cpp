@@ -18,7 +18,7 @@ namespace quorl {
 
 namespace {
 
-constexpr int kWidth = 1040, kHeight = 760, kContentsWidth = 208, kFindWidth = 200;
+constexpr int kGuideWidth = 1040, kGuideHeight = 760, kContentsWidth = 208, kFindWidth = 200;
 constexpr char kIndex[] = "index.md";
 constexpr int kPageRole = Qt::UserRole;
 
@@ -44,7 +44,7 @@ GuideWindow::GuideWindow(const QString& folder)
   both->addWidget(contents_);
   both->addWidget(page_, 1);
   rows->addLayout(both, 1);
-  resize(kWidth, kHeight);
+  resize(kGuideWidth, kGuideHeight);
 
   page_->OnPage = [this](const QString& page) { ShowPlace(page); };
   connect(contents_, &QListWidget::currentItemChanged, this, [this](const QListWidgetItem* item) {

@@ -8,7 +8,7 @@ namespace quorl {
 namespace {
 
 constexpr int kGroupGap = 8, kNameWidth = 90, kMostName = 240, kSeekWidth = 80, kListPixels = 11;
-const QString kTitle = QStringLiteral("Recorder");
+const QString kRecorderTitle = QStringLiteral("Recorder");
 
 QWidget* Flat(Binder& bind, const char* frame, const std::vector<FaceView*>& options) {
   CardView* card = bind.Card(frame, {}, CardView::Title::Flat);
@@ -27,10 +27,10 @@ void PutNumber(QBoxLayout* row, LabelView* number, QWidget* unit) {
 }
 
 // State on the left, what has been recorded or played so far on the right.
-void FillHead(Binder& bind, CardView* card) {
+void FillRecorderHead(Binder& bind, CardView* card) {
   QHBoxLayout* head = card->TitleRow();
   head->setStretch(0, 0);
-  head->insertSpacing(0, skin::TextWidth(skin::TitleFont(), kTitle.toUpper()) + kGroupGap);
+  head->insertSpacing(0, skin::TextWidth(skin::TitleFont(), kRecorderTitle.toUpper()) + kGroupGap);
   Put(head, AsRoomAllows(bind.Word("lblRecorderState")), 1);
   Put(head, Small(bind.Button("cmdTimer")));
   head->addSpacing(kGroupGap);
@@ -62,8 +62,8 @@ void FillTransport(Binder& bind, QHBoxLayout* row) {
 }  // namespace
 
 QWidget* MakeRecorderCard(Binder& bind) {
-  CardView* card = bind.Card("frRecorder", kTitle);
-  FillHead(bind, card);
+  CardView* card = bind.Card("frRecorder", kRecorderTitle);
+  FillRecorderHead(bind, card);
   FillTransport(bind, card->AddRow());
   QHBoxLayout* row = card->AddRow();
   if (TextView* name = bind.Text("txtRecordFileName", kNameWidth)) {

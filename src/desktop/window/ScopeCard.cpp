@@ -10,9 +10,9 @@ namespace quorl {
 
 namespace {
 
-constexpr int kFootRows = 3, kFootHeight = 20, kFootSpacing = 4, kGroupGap = 12;
+constexpr int kFootRows = 3, kFootHeight = 20, kFootSpacing = 4, kColumnGap = 12;
 constexpr int kCursorPixels = 12;
-const QString kTitle = QStringLiteral("Scope");
+const QString kScopeTitle = QStringLiteral("Scope");
 
 LabelView* ToTheRight(LabelView* label) {
   if (label) label->SetAlignment(Qt::AlignRight);
@@ -39,10 +39,10 @@ void Place(QGridLayout* grid, QWidget* widget, int row, int column, int columns 
 }
 
 // What is shown on the left, where it comes from on the right.
-void FillHead(Binder& bind, CardView* card) {
+void FillScopeHead(Binder& bind, CardView* card) {
   QHBoxLayout* head = card->TitleRow();
   int at = 0;
-  head->insertSpacing(at++, skin::TextWidth(skin::TitleFont(), kTitle.toUpper()) + 2 * skin::kGrid);
+  head->insertSpacing(at++, skin::TextWidth(skin::TitleFont(), kScopeTitle.toUpper()) + 2 * skin::kGrid);
   for (FaceView* mode : bind.Options("chkScopeMode", 3)) head->insertWidget(at++, Small(mode));
   for (FaceView* source : bind.Options("optSpectrumSource", 4)) Put(head, Small(source));
   head->addSpacing(skin::kGrid);
@@ -130,11 +130,11 @@ QWidget* MakeScale(Binder& bind) {
 }  // namespace
 
 QWidget* MakeScopeCard(Binder& bind) {
-  CardView* card = bind.Card("frScope", kTitle);
-  FillHead(bind, card);
+  CardView* card = bind.Card("frScope", kScopeTitle);
+  FillScopeHead(bind, card);
   card->AddRow(1)->addWidget(MakePictures(bind), 1);
   QHBoxLayout* foot = card->AddRow();
-  foot->setSpacing(kGroupGap);
+  foot->setSpacing(kColumnGap);
   foot->addWidget(MakeChannels(bind));
   foot->addWidget(MakeSweep(bind), 1);
   foot->addWidget(MakeScale(bind));

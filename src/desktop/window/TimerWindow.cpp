@@ -8,7 +8,7 @@ namespace quorl {
 
 namespace {
 
-constexpr int kWidth = 620, kListHeight = 132, kListPixels = 11, kInList = 10;
+constexpr int kTimerWidth = 620, kListHeight = 132, kListPixels = 11, kInList = 10;
 constexpr int kDateWidth = 110, kTimeWidth = 80, kPlanWidth = 120, kBandWidth = 100, kPresetWidth = 230;
 
 }  // namespace
@@ -22,7 +22,7 @@ TimerWindow::TimerWindow(const ControlRegistry& registry, Binder::Logger log)
   rows->addWidget(MakeFields());
   rows->addWidget(MakeFoot());
   rows->addStretch(1);
-  setMinimumWidth(kWidth);
+  setMinimumWidth(kTimerWidth);
   Begin();
 }
 
