@@ -14,38 +14,38 @@ constexpr double kBin = 23.4375;
 constexpr double kFull = 32767.0;
 constexpr std::size_t kBlock = 2048, kSecond = 48000;
 
-struct Row {
+struct SpectrumRow {
   double Hz, Db;
 };
 
 class SpectrumTest : public CliTest {
  protected:
-  static std::vector<Row> Rows(const std::string& table) {
+  static std::vector<SpectrumRow> Rows(const std::string& table) {
     std::istringstream lines(table);
     std::string line;
     std::getline(lines, line);
     EXPECT_EQ(line, "hz,db");
-    std::vector<Row> rows;
+    std::vector<SpectrumRow> rows;
     while (std::getline(lines, line)) {
-      Row row{};
+      SpectrumRow row{};
       EXPECT_EQ(std::sscanf(line.c_str(), "%lf,%lf", &row.Hz, &row.Db), 2) << line;
       EXPECT_TRUE(rows.empty() || row.Hz == rows.back().Hz + kBin) << line;
       rows.push_back(row);
     }
     return rows;
   }
-  std::vector<Row> Measure(const std::string& arguments) const {
+  std::vector<SpectrumRow> Measure(const std::string& arguments) const {
     const CliResult result = Cli("spectrum " + arguments);
     EXPECT_EQ(result.ExitCode, 0);
     EXPECT_EQ(result.Errors, "");
     return Rows(result.Output);
   }
-  static Row Peak(const std::vector<Row>& rows) {
-    Row peak{0.0, -999.0};
-    for (const Row& row : rows) peak = row.Db > peak.Db ? row : peak;
+  static SpectrumRow Peak(const std::vector<SpectrumRow>& rows) {
+    SpectrumRow peak{0.0, -999.0};
+    for (const SpectrumRow& row : rows) peak = row.Db > peak.Db ? row : peak;
     return peak;
   }
-  static void ExpectPeak(const std::vector<Row>& rows, double hz, double db) {
+  static void ExpectPeak(const std::vector<SpectrumRow>& rows, double hz, double db) {
     EXPECT_EQ(Peak(rows).Hz, hz);
     EXPECT_NEAR(Peak(rows).Db, db, 0.05);
   }
@@ -59,7 +59,7 @@ class SpectrumTest : public CliTest {
 TEST_F(SpectrumTest, FullScaleToneOnABinIsZeroDecibelsAtItsHz) {
   PutWav("tone.wav", Tone(600 * kBin, kFull, 20 * kBlock));
   for (const std::string window : {"none", "hann", "blackman-harris"}) {
-    const std::vector<Row> rows = Measure("--window " + window + " tone.wav");
+    const std::vector<SpectrumRow> rows = Measure("--window " + window + " tone.wav");
     ASSERT_EQ(rows.size(), 1024U);
     EXPECT_EQ(rows.front().Hz, 0.0);
     ExpectPeak(rows, 600 * kBin, 0.0);
@@ -83,7 +83,7 @@ TEST_F(SpectrumTest, LevelIsTheMeanOfThePowers) {
 TEST_F(SpectrumTest, CentreIsTheMiddleOfTheBandOnEitherSideOfTheOscillator) {
   PutWav("tone.wav", Tone(600 * kBin, kFull / 10.0, 4 * kBlock));
   const double above = 600 * kBin - 12000.0;
-  std::vector<Row> rows = Measure("--centre 7050000 --low-side tone.wav");
+  std::vector<SpectrumRow> rows = Measure("--centre 7050000 --low-side tone.wav");
   ExpectPeak(rows, 7050000.0 + above, -20.0);
   EXPECT_EQ(rows.front().Hz, 7038000.0);
   rows = Measure("--centre 7050000 tone.wav");
@@ -97,7 +97,7 @@ TEST_F(SpectrumTest, IAndQTellBothSidesOfTheirCentre) {
   for (std::size_t n = 0; n < q.size(); ++n)
     q[n] = Quantise(kFull * std::sin(Radians(200 * kBin) * static_cast<double>(n)));
   PutWav("iq.wav", Interleave(i, q), 2);
-  const std::vector<Row> rows = Measure("--model iq iq.wav");
+  const std::vector<SpectrumRow> rows = Measure("--model iq iq.wav");
   ASSERT_EQ(rows.size(), 2048U);
   ExpectPeak(rows, 200 * kBin, 0.0);
   EXPECT_LT(rows[1024 - 200 - 1].Db, -70.0);
@@ -121,7 +121,7 @@ TEST_F(SpectrumTest, SourcesAreThePointsOfTheChain) {
   PutWav("am.wav", Join(AMSignal(40 * kBin, 8000.0, 3 * kSecond), std::vector<std::int16_t>(kSecond)));
   const std::string options = "--from 1 --seconds 1.5 am.wav";
   ExpectPeak(Measure("--source if " + options), 12000.0, 20.0 * std::log10(8000.0 / 32768.0));
-  const std::vector<Row> filtered = Measure("--source pre --if-filter man:300:300 " + options);
+  const std::vector<SpectrumRow> filtered = Measure("--source pre --if-filter man:300:300 " + options);
   EXPECT_EQ(Peak(filtered).Hz, 12000.0);
   EXPECT_GT(Measure("--source if " + options)[512 - 40].Db, -40.0);
   EXPECT_LT(filtered[512 - 40].Db, -60.0);
