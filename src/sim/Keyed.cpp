@@ -105,7 +105,7 @@ void CarrierDropProgramme::Render(std::int64_t chunk, IqSpan out) {
 }
 
 void DataProgramme::Render(std::int64_t chunk, IqSpan out) {
-  constexpr std::int64_t kSlot = 15 * kSlowRate, kSymbol = kSlowRate * 16 / 100, kSymbols = 79;
+  constexpr std::int64_t kSlot = 15LL * kSlowRate, kSymbol = 16LL * kSlowRate / 100, kSymbols = 79;
   constexpr std::int64_t kBegin = kSlowRate / 2;
   const std::int64_t first = chunk * kSlowChunkFrames;
   const auto slot = static_cast<std::uint64_t>(first / kSlot);

@@ -30,11 +30,11 @@ std::string Padded(const std::string& text, std::size_t width) {
 }  // namespace
 
 std::string TrackLine(const LogRecord& record, const RecordingFormat& format) {
-  const std::int64_t seconds = SecondsOf(record, format);
+  const std::int64_t seconds = SecondsOf(record, format), minutes = seconds / 60, hours = minutes / 60;
   const double kiloHertz = std::floor(record.Freq / 10000.0 + 0.5);
   return Padded(FormatPicture(kiloHertz, "0"), kFrequencyWidth) + " " + DateText(record.When) + " " +
-         FormatPicture(double(seconds / 3600), "0") + ":" + FormatPicture(double(seconds / 60 % 60), "00") +
-         ":" + FormatPicture(double(seconds % 60), "00") + " ";
+         FormatPicture(double(hours), "0") + ":" + FormatPicture(double(minutes % 60), "00") + ":" +
+         FormatPicture(double(seconds % 60), "00") + " ";
 }
 
 TrackList::TrackList(ControlRegistry& registry)

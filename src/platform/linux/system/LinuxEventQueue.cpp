@@ -31,6 +31,12 @@ struct LinuxEventQueue::TimerState {
   bool Queued = false;
   std::uint64_t Starts = 0;  // a queued tick belongs to one Start and dies with the next Start or Stop
 
+  void Forget() {
+    ++Starts;
+    Due = kNever;
+    Queued = false;
+  }
+
   void Tick(std::uint64_t start) {
     if (start != Starts) return;
     Queued = false;
@@ -43,7 +49,7 @@ struct LinuxEventQueue::TimerState {
 class LinuxEventQueue::Timer : public QueueTimer {
  public:
   explicit Timer(std::shared_ptr<TimerState> state) : state_(std::move(state)) {}
-  ~Timer() override { Stop(); }
+  ~Timer() override { state_->Forget(); }
 
   void Start(std::chrono::milliseconds period) override {
     Stop();
@@ -51,11 +57,7 @@ class LinuxEventQueue::Timer : public QueueTimer {
     state_->Due = LinuxClock{}.Microseconds() + state_->Period;
   }
 
-  void Stop() override {
-    ++state_->Starts;
-    state_->Due = kNever;
-    state_->Queued = false;
-  }
+  void Stop() override { state_->Forget(); }
 
  private:
   std::shared_ptr<TimerState> state_;
