@@ -10,7 +10,7 @@ namespace quorl {
 namespace {
 
 constexpr std::size_t kMostUnread = 4096;         // bytes kept of what a client has sent
-constexpr std::size_t kMostLeaving = 64;          // clients; who comes beyond is let go without a wait
+constexpr std::size_t kMostLeaving = 64;          // clients; who leaves beyond is let go without a wait
 constexpr int kMostAdmissions = 16;               // before other work has its turn
 constexpr int kMostLines = 16;                    // of a client, before the next one's
 constexpr std::int64_t kLongestTurn = 4000;       // us: a tenth of a block
@@ -34,7 +34,9 @@ struct RemoteServer::Client {
   bool Broken = false;
   std::int64_t LeavesSince = 0;
 
-  bool Talks() const { return !Refused && !Leaves && !Session.Ended(); }
+  // One of kMostClients, also while answers wait that are left unread after `q`.
+  bool HasPlace() const { return !Refused && !Leaves; }
+  bool Talks() const { return HasPlace() && !Session.Ended(); }
   bool HasWork() const { return Talks() && !Broken && !Waits && !Unread.empty(); }
   bool IsDone() const {
     return Answers.empty() && (Refused || Session.Ended() || (OtherEnded && !HasWork()));
@@ -75,7 +77,7 @@ void RemoteServer::Stop() {
 
 std::size_t RemoteServer::Clients() const {
   return static_cast<std::size_t>(
-      std::count_if(clients_.begin(), clients_.end(), [](const auto& client) { return client->Talks(); }));
+      std::count_if(clients_.begin(), clients_.end(), [](const auto& client) { return client->HasPlace(); }));
 }
 
 std::string RemoteServer::StateText() const {
@@ -104,7 +106,6 @@ void RemoteServer::Admit(std::unique_ptr<Connection> line) {
   if (client.Refused) {
     client.Answers = kFullLine;
     Write(client);
-    client.Broken = client.Broken || clients_.size() > clients + kMostLeaving;
   }
   Settle(client);
 }
@@ -147,7 +148,8 @@ void RemoteServer::Settle(Client& client) {
     client.Line->EndWriting();
     sweep_->Start(kSweepInterval);
   }
-  if (client.Broken || (client.Leaves && client.OtherEnded)) {
+  const bool crowd = clients_.size() > Clients() + kMostLeaving;
+  if (client.Broken || (crowd && !client.HasPlace()) || (client.Leaves && client.OtherEnded)) {
     std::erase_if(clients_, [&client](const auto& one) { return one.get() == &client; });
   } else {
     client.Line->Await(client.WantsMore(), !client.Answers.empty());

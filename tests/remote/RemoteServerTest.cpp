@@ -162,6 +162,26 @@ TEST_F(RemoteServerTest, TheSixtyFifthIsToldSoAndMakesRoomForNobody) {
   EXPECT_EQ(Ask(late, "f"), "0\n");
 }
 
+TEST_F(RemoteServerTest, WhoSaysGoodbyeKeepsItsPlaceUntilTheAnswersAreRead) {
+  std::vector<VirtualPeer> peers;
+  for (int i = 0; i < 64; ++i) {
+    peers.push_back(Connect());
+    peers.back().SetRoom(0);
+    peers.back().Send("f\nq\n");
+  }
+  Run(milliseconds(1));
+  VirtualPeer late = Connect();
+  EXPECT_EQ(late.Take().find("64 programs are connected"), 0U);
+  for (VirtualPeer& peer : peers) peer.SetRoom(1000);
+  Run(milliseconds(1));
+  for (VirtualPeer& peer : peers) EXPECT_EQ(peer.Take(), "0\nRPRT 0\n");
+  EXPECT_EQ(Server.Clients(), 0U);
+  EXPECT_FALSE(peers[0].IsClosed());
+  VirtualPeer next = Connect();
+  EXPECT_EQ(Ask(next, "q"), "RPRT 0\n");
+  EXPECT_TRUE(next.IsClosed()) << "a crowd isn't waited for";
+}
+
 TEST_F(RemoteServerTest, ItIsStoppedAndMovedWhileACommandIsInWork) {
   VirtualPeer peer = Connect(), other = Connect();
   Radio.DuringFrame = [&] {
