@@ -175,6 +175,10 @@ TEST_F(LinuxSocketsTest, APlaceThatCannotBeHadIsNamedWithWhatToDo) {
 
 TEST_F(LinuxSocketsTest, WithoutAFileToGiveItGoesOnLaterAndSpinsNot) {
   auto listener = Listen();
+  // The sanitizer needs files, too, when it sees a class for the first time.
+  const FileHandle first = Connect(listener->Place().Port);
+  EXPECT_NE(Accept(*listener), nullptr);
+  queue_.CreateTimer([] {})->Start(milliseconds(1));
   int calls = 0;
   std::unique_ptr<Connection> line;
   listener->OnWaiting([&] {
