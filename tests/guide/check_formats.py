@@ -88,6 +88,15 @@ class Formats(unittest.TestCase):
             self.assertEqual(read_files.plan(path.read_bytes()), told, path.name)
             self.assertGreater(len(told), 5)
 
+    def test_preset_that_follows_the_panel(self):
+        printed = worked("follows", ["click optPreset(2)", "wait 300", "click optMode(1)", "click optFilter(3)",
+                                     "click optAGC(3)", "wait 1000", "print lblFilterLo", "print lblFilterHi",
+                                     "print lblAGCAttack", "print lblAGCDecay"])
+        low, high, decay, attack = (float(text) for text in re.findall(r"^lbl\S+ = ([\d.]+)", printed, re.MULTILINE))
+        read = read_files.preset((SCRATCH / "follows" / "Demo.bpl").read_bytes(), 0, 2)
+        self.assertEqual(read, {"mode": "USB", "Hz": 7235000, "edges": (low, high), "decay s": decay, "attack ms": attack})
+        self.assertNotEqual(decay, attack)
+
     def test_themes(self):
         for path in sorted((DATA / "themes").glob("*.thm")):
             read = read_files.theme(path.read_bytes())

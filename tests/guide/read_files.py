@@ -124,6 +124,14 @@ def plan(data):
     return presets
 
 
+def preset(data, n, p):
+    """How a preset is heard."""
+    keys = sections(data, comments=("\0",))[f"preset.{n}.{p}"]
+    return {"mode": MODES[int(keys["demodmode"])], "Hz": int(keys["freqcurrent"]),
+            "edges": (int(keys["filterlo"]), int(keys["filterhi"])),
+            "decay s": float(keys["agcattack"]) / 10, "attack ms": float(keys["agcdecay"]) / 10}
+
+
 def theme(data):
     """{key: (red, green, blue)}, keys in small letters."""
     found = sections(data, comments=(";",))
