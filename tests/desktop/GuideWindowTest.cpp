@@ -30,14 +30,27 @@ class GuidePages {
           first + "## The end isn't far\n\nA needle, and [on](second.md#below).\n\n![wide](wide.png)\n");
     Write("second.md",
           "# Second\n\n| a | b |\n|---|---|\n| ![half](wide.png) | `code` |\n\n## Below\n\nText\n");
-    QImage wide(1600, 400, QImage::Format_RGB32);
-    wide.fill(Qt::red);
-    wide.save(Folder.filePath("wide.png"));
+    MakePicture().save(Folder.filePath("wide.png"));
   }
+
+  static constexpr QRgb kGround = qRgb(17, 24, 28);
 
   QTemporaryDir Folder;
 
  private:
+  // Of few colours, as those of the guide are: a plain half above a motley one.
+  static QImage MakePicture() {
+    QImage wide(1600, 400, QImage::Format_Indexed8);
+    wide.setColorCount(256);
+    for (int i = 1; i < 256; ++i) wide.setColor(i, qRgb(i, i * 53 % 256, i * 101 % 256));
+    wide.setColor(0, kGround);
+    wide.fill(0U);
+    for (int y = 200; y < 400; ++y) {
+      for (int x = 0; x < 1600; ++x) wide.setPixel(x, y, static_cast<unsigned>(x * y % 256));
+    }
+    return wide;
+  }
+
   void Write(const QString& name, const QString& text) const {
     QFile file(Folder.filePath(name));
     if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0)
@@ -54,9 +67,12 @@ class GuideWindowTest : public DesktopTest {
   static QString Top(GuideBrowser& browser) {
     return browser.cursorForPosition(QPoint(40, 30)).block().text();
   }
-  static int PictureWidth(GuideBrowser& browser) {
+  static QImage Picture(GuideBrowser& browser) {
     const QUrl url = browser.document()->baseUrl().resolved(QUrl("wide.png"));
-    const auto picture = browser.document()->resource(QTextDocument::ImageResource, url).value<QImage>();
+    return browser.document()->resource(QTextDocument::ImageResource, url).value<QImage>();
+  }
+  static int PictureWidth(GuideBrowser& browser) {
+    const QImage picture = Picture(browser);
     return static_cast<int>(picture.width() / picture.devicePixelRatio());
   }
 
@@ -131,6 +147,10 @@ TEST_F(GuideWindowTest, PicturesAreAsWideAsTheirPlace) {
   guide.Open("second.md");
   Settle();
   EXPECT_LT(PictureWidth(browser), browser.viewport()->width() / 2) << "one of two columns";
+  const QImage narrow = Picture(browser);
+  for (int x = 0; x < narrow.width(); ++x)
+    EXPECT_EQ(narrow.pixel(x, narrow.height() / 4), GuidePages::kGround)
+        << "a plain ground stays plain, at " << x;
 }
 
 TEST_F(GuideWindowTest, ThePageTakesTheColoursOfTheTheme) {

@@ -220,9 +220,10 @@ int GuideBrowser::Room() const {
   return std::max(viewport()->width() - 2 * kMargin, 64);
 }
 
-// Qt's own scaling of a picture in a page is the coarse one.
+// Qt's own scaling of a picture in a page is the coarse one. The smooth one gives a picture with a palette,
+// scaled to less than half, a palette again, into which it is dithered.
 QImage GuideBrowser::Fitted(const QUrl& url) const {
-  QImage picture(url.toLocalFile());
+  const QImage picture = QImage(url.toLocalFile()).convertToFormat(QImage::Format_ARGB32_Premultiplied);
   const int share = shares_.value(url, 1);
   const int room = Room() / share - (share > 1 ? 2 * kCellPadding + 2 : 0);
   if (picture.width() <= room) return picture;
