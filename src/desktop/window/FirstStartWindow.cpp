@@ -52,6 +52,8 @@ QWidget* FirstStartWindow::MakeFoot() {
   row->setSpacing(4);
   const auto button = [this](const char* name) { return bind_.Button(std::string(kDialog) + "." + name); };
   Put(row, button("cmdRefresh"));
+  row->addSpacing(2 * skin::kGrid);
+  row->addWidget(Caption("F1 opens the guide: wires, port, level"));
   row->addStretch(1);
   Put(row, button("cmdSkip"));
   Put(row, button("cmdStart"));
