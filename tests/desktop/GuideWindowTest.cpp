@@ -8,6 +8,7 @@
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTextBlock>
+#include <QWindow>
 
 #include "WindowRig.h"
 #include "desktop/views/Skin.h"
@@ -196,16 +197,21 @@ TEST_F(GuideWindowTest, TheKeyboardAndAScreenReaderReachAllOfIt) {
   EXPECT_FALSE(guide.isVisible());
 }
 
-class GuideDeskTest : public WindowRig {};
+class GuideDeskTest : public WindowRig {
+ protected:
+  static QWidget* Guide() {
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+      if (top->objectName() == "frmGuide") return top;
+    }
+    return nullptr;
+  }
+};
 
 TEST_F(GuideDeskTest, F1OpensThePageForWhatOneLooksAt) {
   GuideDesk desk("/nowhere");
   window.show();
   QTest::keyClick(&window, Qt::Key_F1);
-  QWidget* guide = nullptr;
-  for (QWidget* top : QApplication::topLevelWidgets()) {
-    if (top->objectName() == "frmGuide") guide = top;
-  }
+  const QWidget* guide = Guide();
   ASSERT_NE(guide, nullptr);
   EXPECT_TRUE(guide->isVisible());
   EXPECT_EQ(GuideDesk::PageFor(&window, &window), "keys.md");
@@ -214,6 +220,27 @@ TEST_F(GuideDeskTest, F1OpensThePageForWhatOneLooksAt) {
   QWidget config;
   config.setObjectName("frmConfig");
   EXPECT_EQ(GuideDesk::PageFor(&config, &window), "configuration.md");
+}
+
+TEST_F(GuideDeskTest, ItCanBeReadBesideADialogThatShutsOutOtherWindows) {
+  const GuidePages pages;
+  GuideDesk desk(pages.Folder.path());
+  window.show();
+  QWidget dialog(&window, Qt::Dialog);
+  dialog.setWindowModality(Qt::ApplicationModal);
+  dialog.show();
+  desk.Open("first.md");
+  Settle();
+  QWidget* guide = Guide();
+  ASSERT_NE(guide, nullptr);
+  const QScrollBar& bar = *guide->findChild<QTextBrowser*>()->verticalScrollBar();
+  QTest::keyClick(guide->windowHandle(), Qt::Key_PageDown);
+  const int beside = bar.value();
+  EXPECT_GT(beside, 0);
+  dialog.close();
+  Settle();
+  QTest::keyClick(guide->windowHandle(), Qt::Key_PageDown);
+  EXPECT_GT(bar.value(), beside) << "it stays when the dialog goes";
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCursor>
 #include <QKeyEvent>
+#include <QWindow>
 #include <array>
 
 #include "desktop/window/GuideWindow.h"
@@ -40,7 +41,15 @@ GuideDesk::~GuideDesk() = default;
 
 void GuideDesk::Open(const QString& page) {
   if (!window_) window_ = std::make_unique<GuideWindow>(folder_);
+  StandByDialog();
   window_->Open(page);
+}
+
+// A dialog that shuts out the other windows lets in those that belong to it.
+void GuideDesk::StandByDialog() {
+  const QWidget* dialog = QApplication::activeModalWidget();
+  static_cast<void>(window_->winId());  // makes the handle
+  window_->windowHandle()->setTransientParent(dialog ? dialog->windowHandle() : nullptr);
 }
 
 QString GuideDesk::PageFor(const QWidget* window, const QWidget* pointed) {

@@ -24,6 +24,8 @@ class GuideDesk : public QObject {
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
+  void StandByDialog();
+
   QString folder_;
   std::unique_ptr<GuideWindow> window_;
 };
