@@ -66,7 +66,7 @@ click cmdWavCtls(8)
 click cmdWavCtls(1)
 wait 1000
 click cmdWavCtls(5)
-wait 6000
+wait 8000
 picture recorder-tracks
 click cmdWavCtls(9)
 click cmdTimer
