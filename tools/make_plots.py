@@ -144,7 +144,7 @@ set output '{path}'
 set border 3 lc rgb '#777777'
 set tics nomirror
 set grid lc rgb '#dddddd' lt 1
-set key outside top horizontal center samplen 2 width -1
+set key outside top horizontal center Left reverse samplen 2 width 1
 set xlabel '{labels[0]}'
 set ylabel '{labels[1]}'
 set xrange [{ranges[0]}]
