@@ -91,7 +91,7 @@ SCRIPT
 # The configuration: pages, and a field with its fault.
 {
   printf '%s\n' 'hover lbl7Seg(4)' 'wait 2000' 'click cmdConfig'
-  for page in receiver:0 interface:1 sound:2 drm:5; do
+  for page in receiver:0 interface:1 sound:2 drm:5 remote:8; do
     printf '%s\n' "click frmConfig.TabStrip1(${page#*:})" 'wait 2000' "picture config-${page%:*} frmConfig"
   done
   printf '%s\n' 'click frmConfig.TabStrip1(4)' 'set frmConfig.txtSpectrumDisplaySmoothingCount 99' \
