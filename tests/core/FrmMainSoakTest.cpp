@@ -82,7 +82,8 @@ bool IsOnlyTold(const std::string& line) {
 bool IsRecalled(const std::string& before, const std::string& after) {
   const std::size_t value = before.find('=') + 1;
   if (before.substr(0, value) != after.substr(0, value)) return false;
-  if (before.starts_with("HiSideLo=")) return true;
+  // The scope's direction follows the side of the oscillator.
+  if (before.starts_with("HiSideLo=") || before.starts_with("ReverseSpectrum=")) return true;
   if (!before.starts_with("TunedFrequency=") && !before.starts_with("FreqCurrent=")) return false;
   const long stored = std::atol(before.c_str() + value), found = std::atol(after.c_str() + value);
   return stored == 0 || (before[0] == 'T' && std::labs(stored - found) <= 5000);
@@ -200,7 +201,7 @@ const std::vector<Troubles::Trouble> Troubles::kAll{
      [](Troubles& t) { t.rig_.Storage.SetSpace(t.rig_.Storage.Used() + Below(t.random_, 400000)); },
      [](Troubles& t) { t.rig_.Storage.SetSpace(kRoomy); }},
     {"a write is cut short", [](Troubles& t) { t.rig_.Storage.WriteShort(Below(t.random_, 5000)); },
-     [](Troubles&) {}},
+     [](Troubles& t) { t.rig_.Storage.ClearFailures(); }},
     {"the disk fails", [](Troubles& t) { t.FailSomeOperation(); },
      [](Troubles& t) { t.rig_.Storage.ClearFailures(); }},
     {"the disk stands still", [](Troubles& t) { t.rig_.Worker.Stall(); },

@@ -54,9 +54,13 @@ class VirtualFiles : public WholeFiles {
   void PutPipe(const std::string& path, std::string content, bool breaks = false);
   void PutLink(const std::string& path, const std::string& target) { links_[path] = target; }
 
-  // Every `operation` fails with `error` from now on and changes nothing; ClearFailures ends it.
+  // Every `operation` fails with `error` from now on and changes nothing; ClearFailures ends it,
+  // and forgets WriteShort.
   void Fail(FileOperation operation, Error error) { disk_->Failures[operation] = std::move(error); }
-  void ClearFailures() { disk_->Failures.clear(); }
+  void ClearFailures() {
+    disk_->Failures.clear();
+    disk_->Short.reset();
+  }
   // All files together hold no more than `bytes`; a write beyond puts down what fits, and fails.
   void SetSpace(std::int64_t bytes) { disk_->Space = bytes; }
   // The next write puts down no more than `bytes`, and fails.
