@@ -51,7 +51,8 @@ Failure clsVFO::SetTunedFrequency(std::int32_t dHz) {
   if (!limit || (tunedFrequency_ > *limit && !clamped)) {
     return Fail(TuningError::Overflow, "The VFO's upper limit is beyond its range");
   }
-  if (tunedFrequency_ > *limit) tunedFrequency_ = std::max(*clamped, 0);
+  // A clock too low for the IF tunes nothing; what was wanted stands until it is put right.
+  if (tunedFrequency_ > *limit && *clamped >= 0) tunedFrequency_ = *clamped;
   Refresh();
   return {};
 }

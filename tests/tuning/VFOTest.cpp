@@ -76,7 +76,7 @@ TEST_F(VFO, FoldsAndLimitsWithTheTwoUnitsOfItsTest) {
   EXPECT_EQ(vfo.TunedFrequency(), 1550000000);
   oscillator->MaxFreq = 250000000;
   vfo.SetTunedFrequency(300000000);
-  EXPECT_EQ(vfo.TunedFrequency(), 0) << "the clamp's arithmetic goes below 0, the frequency never does";
+  EXPECT_EQ(vfo.TunedFrequency(), 300000000) << "with no room above the IF at all it is kept";
 }
 
 TEST_F(VFO, OverflowsAreToldAndLeaveThingsAsTheyWere) {
