@@ -52,7 +52,6 @@ class ColourPage {
   void WithColoursInForce(const std::function<void()>& save);
 
   const ThemeColours& Chosen() const { return chosen_; }
-  bool IsPreviewing() const { return inForce_.has_value(); }
 
  private:
   void MakeSwatches(ControlRegistry& registry);

@@ -46,7 +46,6 @@ class frmCalibrate {
 
  private:
   void TakeTuning();
-  void ShowTuning();
   void txtOfficialFreq_Change();
   void ShowProblem(const std::string& text);
   bool TakeClock(double hertz);

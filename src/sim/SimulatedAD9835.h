@@ -25,8 +25,6 @@ class SimulatedAD9835 final : public SimulatedChip {
 
   std::uint32_t FrequencyRegister(int index) const { return frequency_[static_cast<unsigned>(index)]; }
   std::uint16_t PhaseRegister(int index) const { return phase_[static_cast<unsigned>(index)]; }
-  bool IsAsleep() const { return asleep_; }
-  bool IsReset() const { return reset_; }
 
  private:
   void TakeWord(std::uint16_t word);

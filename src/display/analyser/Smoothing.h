@@ -21,7 +21,6 @@ class Smoothing {
   // were there.
   void SetCount(std::int32_t frames);
   std::int32_t Count() const { return count_; }
-  float Divider() const { return divider_; }
 
   // Takes `values` [n] as the newest row of `channel` (0, 1) and puts the average in their place. n up to the
   // width.

@@ -35,7 +35,7 @@ class clsSpectrumAnalyser : public AnalyserInput, public AnalyserProperties {
   // All is used as long as the instrument lives. `yield` delivers waiting events once.
   clsSpectrumAnalyser(KernelSettings& settings, const PublicVars& vars, std::function<void()> yield);
 
-  static constexpr std::int32_t kOrder = 11, kPoints = kScopePoints, kBins = kScopeBins;
+  static constexpr std::int32_t kPoints = kScopePoints, kBins = kScopeBins;
   static constexpr std::int32_t kYieldBins = TracePainter::kYieldBins;
 
   // Plain properties.

@@ -8,7 +8,7 @@ namespace quorl {
 // The printable characters of ASCII, 5 x 7 pixels and two rows for what hangs below the line. Any other byte
 // is a box.
 struct BitmapFont {
-  static constexpr int kGlyphWidth = 5, kGlyphHeight = 9, kCapHeight = 7;
+  static constexpr int kGlyphWidth = 5, kGlyphHeight = 9;
   static constexpr int kAdvance = 6;  // from a character to the next
 
   // `x`, `y` from the top left of the character's drawing.

@@ -1,6 +1,7 @@
 #include "display/waterfall/Waterfall.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
 

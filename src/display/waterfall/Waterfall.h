@@ -12,7 +12,7 @@ namespace quorl {
 
 struct WaterfallOptions {
   bool On = false;        // otherwise nothing is collected or painted
-  int BlocksPerLine = 1;  // 1 or more; the panel offers kBlocksPerLine
+  int BlocksPerLine = 1;  // 1 or more
   Palette Colours = Palette::Viridis;
   double Top = 0, Floor = -120;  // dB of the loudest and the quietest colour
   int MarkSeconds = 0;           // between two time marks, aligned to the clock; 0 for none
@@ -21,11 +21,7 @@ struct WaterfallOptions {
 
 class Waterfall {
  public:
-  static constexpr std::array<int, 6> kBlocksPerLine{1, 2, 4, 8, 32, 128};
-  static constexpr std::array<int, 5> kMarkSeconds{0, 15, 60, 300, 900};
-
-  // The memory of the history is taken when it is switched on for the first time. A number that is none of
-  // the above is taken as it is, if it can be.
+  // The memory of the history is taken when it is switched on for the first time.
   void SetOptions(const WaterfallOptions& options);
   const WaterfallOptions& Options() const { return options_; }
 

@@ -10,7 +10,6 @@ namespace quorl {
 // 2^-16 of a turn put its spurs about 96 dB down.
 class TableOscillator {
  public:
-  static constexpr std::int32_t kPhaseBits = 30;
   static constexpr std::int32_t kTableBits = 16;
 
   // Fills the tables; before the first block. Entry k holds sin and cos of k x 2 pi / 65536.

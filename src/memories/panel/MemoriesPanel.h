@@ -66,8 +66,6 @@ class MemoriesPanel {
   void SelectBandPlan(std::int32_t index);
   // Selects the plan of the last time: by its name where there is one of that name, else by its number.
   void SelectLast();
-  // Captions of plans are the user's; files keep their names.
-  const std::string& CurrentName() const { return currentName_; }
 
   void optSubBand_Click(std::int32_t index);
   void optSubBand_MouseDown(std::int32_t index, MouseButton button);
@@ -127,7 +125,7 @@ class MemoriesPanel {
   PanelContext context_;
   MemoryMachine machine_;
   MemoryLinks links_;
-  std::string currentName_;
+  std::string currentName_;  // the file's: captions are the user's
   std::vector<Listening> keys_;
   Timer tmrSplash_;
   bool splash_ = false;
