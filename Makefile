@@ -14,7 +14,6 @@ PACKAGES_PICTURES := gnuplot-nox pngquant
 PACKAGES_MEASURE := gcovr parallel xauth xdotool xvfb
 # What the checks and the fuzz targets use.
 PACKAGES_CHECK := clang clang-format clang-tidy
-
 # What puts the package to the test on a bare machine.
 PACKAGES_RELEASE := lintian debootstrap x11-utils
 
@@ -117,6 +116,7 @@ deb: setup-run
 release-check: deb
 	$(call install_packages,$(PACKAGES_TEST) $(PACKAGES_RELEASE))
 	@tools/release_check.sh
+
 soak: setup-test
 	@tools/soak/run.sh
 
@@ -138,6 +138,7 @@ plots: setup-run
 	tools/make_plots.py build/release/bin/quorlsdr-cli docs/guide/pictures
 
 format:
+	$(call install_packages,clang-format)
 	@$(SOURCES) | xargs clang-format -i
 
 format-check:
