@@ -153,14 +153,15 @@ TEST_F(LinuxEventQueueTest, ARaiseInsideTheHandlerIsACallOfItsOwn) {
 QueueSignal* g_interrupt = nullptr;  // a Unix signal handler has no other way to it
 
 TEST_F(LinuxEventQueueTest, AUnixSignalHandlerMayRaise) {
-  auto signal = queue_.CreateSignal([this] { queue_.Quit(); });
+  int calls = 0;
+  auto signal = queue_.CreateSignal([&] { ++calls; });
   g_interrupt = signal.get();
   struct sigaction action {};
   struct sigaction before {};
   action.sa_handler = [](int) { g_interrupt->Raise(); };
   sigaction(SIGUSR1, &action, &before);
   queue_.Post([] { raise(SIGUSR1); });
-  queue_.Run();
+  WaitUntil([&] { return calls == 1; });
   sigaction(SIGUSR1, &before, nullptr);
   g_interrupt = nullptr;
 }
