@@ -1,4 +1,4 @@
-// Small text helpers: comparing without case, trimming, numbers and booleans as text.
+// Small work on text: comparing without case, trimming, numbers and booleans as text.
 #pragma once
 
 #include <cstdint>
