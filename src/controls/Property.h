@@ -7,8 +7,8 @@ namespace quorl {
 
 class Control;
 
-// Assigning the value that is already there does nothing. Otherwise the view hears of it (Control::Changed);
-// an EventProperty then raises its event, before the assignment returns.
+// Assigning the value that is already there does nothing. Otherwise the view hears of it (Control::Changed)
+// before the assignment returns.
 template <typename T>
 class Property {
  public:
