@@ -25,6 +25,7 @@
 #include "desktop/window/SidePanels.h"
 #include "display/scope/ScopeOptions.h"
 #include "platform/linux/system/ApplicationFolder.h"
+#include "scripting/ScriptDialogs.h"
 #include "scripting/ScriptRunner.h"
 #include "shared/AudioFile.h"
 #include "shared/HostMachine.h"

@@ -1,7 +1,6 @@
 // Drives the panel by the names of its controls, a line at a time: for end-to-end tests, pictures and kiosks.
 #pragma once
 
-#include <deque>
 #include <functional>
 #include <iosfwd>
 #include <string>
@@ -10,36 +9,9 @@
 #include "controls/Control.h"
 #include "controls/ControlRegistry.h"
 #include "platform/Clock.h"
-#include "platform/Dialogs.h"
 #include "platform/EventQueue.h"
 
 namespace quorl {
-
-// Answers boxes from a script. A box that the script has no answer for is acknowledged, a question declined;
-// with `person` set it goes to the person instead.
-class ScriptDialogs final : public Dialogs {
- public:
-  // `output` hears the text of every box.
-  ScriptDialogs(Dialogs& person, std::ostream& output) : person_(person), output_(output) {}
-
-  bool AsksPerson = true;
-  void AddAnswer(std::string answer) { answers_.push_back(std::move(answer)); }
-
-  MessageAnswer ShowMessage(const MessageRequest& request) override;
-  void ShowNotice(const MessageRequest& request) override;
-  std::optional<std::string> AskText(const std::string& title, const std::string& prompt,
-                                     const std::string& suggestion) override;
-  std::optional<std::string> AskOpenFile(const FileRequest& request) override;
-  std::optional<std::string> AskSaveFile(const FileRequest& request) override;
-  std::optional<std::uint32_t> AskColour(std::uint32_t suggestion, CustomColours& custom) override;
-
- private:
-  std::optional<std::string> NextAnswer();
-
-  Dialogs& person_;
-  std::ostream& output_;
-  std::deque<std::string> answers_;
-};
 
 struct ScriptHooks {
   // Renders the window, or the view of that name, into a PNG file; false where that can't be done.

@@ -9,6 +9,7 @@
 #include "controls/Timer.h"
 #include "platform/virtual/VirtualDialogs.h"
 #include "platform/virtual/VirtualEventQueue.h"
+#include "scripting/ScriptDialogs.h"
 #include "scripting/ScriptRunner.h"
 
 namespace quorl::test {
