@@ -100,7 +100,8 @@ std::int32_t clsVFO::OscillatorFor(std::int32_t dHz) const {
 }
 
 std::int64_t clsVFO::HighestNoted() const {
-  return OscType ? std::int64_t{OscType->MaxFreq} - IFFrequency() : std::numeric_limits<std::int32_t>::max();
+  const bool limits = OscType && OscType->MaxFreq >= std::int64_t{IFFrequency()} * kDeciHertz;
+  return limits ? std::int64_t{OscType->MaxFreq} - IFFrequency() : std::numeric_limits<std::int32_t>::max();
 }
 
 std::int64_t clsVFO::Reach() const {

@@ -168,5 +168,14 @@ TEST_F(TunerTest, TuningStopsWhereChipAndIFEnd) {
   }
 }
 
+TEST_F(TunerTest, AClockThatIsTooLowLeavesTheFrequencyAsItIsWanted) {
+  for (const char* clock : {"13", "80000000", "89999999"}) {
+    Settings.SaveSetting("DDSAD9951", "ClkIn", clock);
+    Build(0);
+    EXPECT_EQ(Tune().MoveTo(69005000), 69005000) << clock;
+    EXPECT_EQ(VFO().TunedFrequency(), 69005000) << clock;
+  }
+}
+
 }  // namespace
 }  // namespace quorl
