@@ -121,6 +121,7 @@ class Troubles {
   bool Ended = false;  // one has come right since this was cleared
   std::string Name;    // of the last one
 
+  bool IsPresent() const { return present_; }
   void End() {
     if (!std::exchange(present_, false)) return;
     kAll[last_].End(*this);
@@ -298,7 +299,7 @@ class Soak {
       rig_.Run(monkey.Pause());
       ++Gestures;
       ASSERT_EQ(Fault(rig_), "") << "gesture " << Gestures << " on " << monkey.last << "; " << troubles.Name;
-      if (std::exchange(troubles.Ended, false)) ExpectSound(troubles.Name);
+      if (std::exchange(troubles.Ended, false)) ExpectSound(troubles);
       if (!rig_.Frame().IsOn() && monkey.Chance(20)) rig_.Click("optPwr(0)");
     }
     troubles.End();
@@ -312,11 +313,14 @@ class Soak {
     if (monkey.Chance(4)) rig_.Boxes.SaveFileAnswers.push_back("music/" + std::to_string(Below(random_, 5)));
   }
 
-  void ExpectSound(const std::string& trouble) {
+  // Unless the next trouble comes meanwhile.
+  void ExpectSound(const Troubles& troubles) {
+    const std::string trouble = troubles.Name;
     for (double waited = 0.0; waited < kSoundBack; waited += 1.0) {
       const std::int64_t blocks = rig_.Blocks;
       if (!rig_.Frame().IsOn()) rig_.Click("optPwr(0)");
       rig_.Run(1.0);
+      if (troubles.IsPresent()) return;
       if (rig_.Blocks >= blocks + 20 || rig_.Frame().Decoder().IsSoundReleased()) return;
       if (waited >= 2.0) rig_.Click("optPwr(1)");
     }
