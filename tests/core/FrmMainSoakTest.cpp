@@ -86,7 +86,8 @@ bool IsRecalled(const std::string& before, const std::string& after) {
   if (before.starts_with("HiSideLo=") || before.starts_with("ReverseSpectrum=")) return true;
   if (!before.starts_with("TunedFrequency=") && !before.starts_with("FreqCurrent=")) return false;
   const long stored = std::atol(before.c_str() + value), found = std::atol(after.c_str() + value);
-  return stored == 0 || (before[0] == 'T' && std::labs(stored - found) <= 5000);
+  // A clock is kept in whole hertz, and the end of the range moves with it.
+  return stored == 0 || std::labs(stored - found) <= (before[0] == 'T' ? 5000 : 1);
 }
 
 // The lines in which two texts differ, one of each after the other, but for what is only told.
