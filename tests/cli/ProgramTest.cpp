@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <nlohmann/json.hpp>
 #include <thread>
 
 #include "cli/CliRunner.h"
@@ -70,6 +71,31 @@ TEST_F(ProgramTest, CloseEndsAScript) {
   const CliResult result = Program("--demo --virtual-time --script script");
   EXPECT_EQ(result.ExitCode, 0) << result.Output;
   EXPECT_EQ(result.Output, "optPwr(2) = 0\n");
+}
+
+TEST_F(ProgramTest, WhatItCannotDoIsToldInOneLine) {
+  const std::string nowhere = "unset QT_QPA_PLATFORM DISPLAY WAYLAND_DISPLAY;";
+  Put("script", "quit\n");
+  ExpectOneLine(Program("--demo", nowhere), 2, "no display");
+  EXPECT_EQ(Program("--demo --script script", nowhere).ExitCode, 0) << "a script needs none";
+  ExpectOneLine(Program("--virtual-time --demo"), 2, "--virtual-time needs --demo and --script");
+  ExpectOneLine(Program("--board-error 5 --script script"), 2, "--board-error");
+  ExpectOneLine(Program("--antenna a.wav --script script"), 2, "--antenna");
+  ExpectOneLine(Program("--demo --script missing"), 2, "missing");
+}
+
+TEST_F(ProgramTest, AReportTellsWhatTheRunHasCost) {
+  const CliResult result = Program("--demo --seconds 0.5 --report");
+  EXPECT_EQ(result.ExitCode, 0) << result.Errors;
+  const auto report = nlohmann::json::parse(result.Errors.substr(result.Errors.rfind("{\"seconds\"")));
+  EXPECT_GE(report["seconds"], 0.5);
+  EXPECT_LT(report["first_audio_s"], report["seconds"]);
+  EXPECT_GT(report["blocks"], 5);
+  EXPECT_GT(report["repaints"], 0);
+  EXPECT_GE(report["us_per_block_max"], report["us_per_block_mean"]);
+  EXPECT_GT(report["cpu_percent"], 0.0);
+  EXPECT_GT(report["resident_mb"], 10.0);
+  EXPECT_GT(report["signal_level"], 0.0);
 }
 
 TEST_F(ProgramTest, TheDemoPlaysWhereItsLoudspeakerOfYesterdayIsGone) {

@@ -5,13 +5,11 @@
 
 #include <unistd.h>
 
-#include <QFileDialog>
 #include <QTimer>
 #include <string>
 #include <thread>
 
 #include "DesktopTest.h"
-#include "desktop/qt/QtDialogs.h"
 
 namespace quorl {
 namespace {
@@ -116,30 +114,6 @@ TEST_F(QtEventQueueTest, SignalsFromAnotherThreadAreJoined) {
   });
   mortal->Raise();
   EXPECT_TRUE(Until([&] { return ended; }));
-}
-
-// Whoever asked for the name asks about what has it already.
-TEST_F(QtEventQueueTest, AChooserOfNamesDoesNotAskAboutTakenOnes) {
-  bool met = false, asks = true;
-  QTimer hand;
-  QObject::connect(&hand, &QTimer::timeout, [&] {
-    auto* chooser = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-    if (chooser == nullptr) return;
-    met = true;
-    asks = !chooser->testOption(QFileDialog::DontConfirmOverwrite);
-    chooser->reject();
-  });
-  hand.start(20ms);
-  QtDialogs boxes;
-  EXPECT_FALSE(boxes.AskSaveFile({}));
-  EXPECT_TRUE(met);
-  EXPECT_FALSE(asks);
-}
-
-TEST(QtDialogsTest, FiltersAreTranslated) {
-  EXPECT_EQ(QtFilterOf("SDR Colour Themes (*.thm)|*.thm"), "SDR Colour Themes (*.thm)");
-  EXPECT_EQ(QtFilterOf("Sound|*.wav;*.raw|All files|*"), "Sound (*.wav *.raw);;All files (*)");
-  EXPECT_EQ(QtFilterOf(""), "");
 }
 
 }  // namespace
