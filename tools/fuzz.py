@@ -20,7 +20,7 @@ def run(target, build, seconds):
     corpus, artifacts = build / "corpus" / name, build / "artifacts"
     for folder in (corpus, artifacts):
         folder.mkdir(parents=True, exist_ok=True)
-    seeds = [ROOT / "fuzz" / "corpus" / name] + [ROOT / MORE_SEEDS[name]] * (name in MORE_SEEDS)
+    seeds = [ROOT / "fuzz" / "corpus" / name, ROOT / MORE_SEEDS.get(name, "none")]
     command = [target, f"-max_total_time={seconds}", "-timeout=10", "-rss_limit_mb=512", "-max_len=65536",
                "-print_final_stats=1", "-verbosity=0", "-print_funcs=0", f"-artifact_prefix={artifacts}/{name}-",
                corpus, *[seed for seed in seeds if seed.exists()]]
