@@ -5,6 +5,7 @@ What a target has found new is kept in BUILD/corpus, inputs that break it in BUI
 """
 import argparse
 import concurrent.futures
+import os
 import re
 import subprocess
 import sys
@@ -24,8 +25,10 @@ def run(target, build, seconds):
     command = [target, f"-max_total_time={seconds}", "-timeout=10", "-rss_limit_mb=512", "-max_len=65536",
                "-print_final_stats=1", "-verbosity=0", "-print_funcs=0", f"-artifact_prefix={artifacts}/{name}-",
                corpus, *[seed for seed in seeds if seed.exists()]]
-    done = subprocess.run([str(word) for word in command], stdin=subprocess.DEVNULL, capture_output=True, text=True,
-                          errors="replace", check=False)
+    # What the sanitizer keeps of freed memory isn't the target's.
+    environment = {**os.environ, "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", "") + ":quarantine_size_mb=16"}
+    done = subprocess.run([str(word) for word in command], env=environment, stdin=subprocess.DEVNULL,
+                          capture_output=True, text=True, errors="replace", check=False)
     found = dict(re.findall(r"^stat::(\w+): +(\d+)", done.stderr, re.MULTILINE))
     return name, done.returncode, [found.get(stat, "-") for stat in STATS], done.stderr
 

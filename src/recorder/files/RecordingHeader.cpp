@@ -51,11 +51,12 @@ std::optional<IFOrigin> ParseList(std::string_view header) {
 }
 
 // 16 bits wide, whatever the header says.
-std::optional<RecordingFormat> FormatOf(const WavHeader& header, const std::optional<IFOrigin>& origin) {
+std::optional<RecordingFormat> FormatOf(const WavHeader& header, const std::optional<IFOrigin>& origin,
+                                        HeaderSizes sizes) {
   if (header.FormatSize != 16 || header.FormatTag != 1) return {};
   const RecordingFormat format{static_cast<std::int32_t>(header.Rate), header.Channels, header.Bits, origin};
-  const bool sized =
-      header.Bits == 16 || header.RiffSize == std::uint64_t{36} + std::uint64_t{2} * header.DataSize;
+  const bool sized = header.Bits == 16 || sizes == HeaderSizes::Torn ||
+                     header.RiffSize == std::uint64_t{36} + std::uint64_t{2} * header.DataSize;
   const bool fits = (origin || header.HasTags) && sized && IsRecordingFormat(format);
   return fits ? std::optional(format) : std::nullopt;
 }
@@ -187,14 +188,14 @@ WavHeader ParseWavHeader(std::string_view bytes) {
   return header;
 }
 
-std::optional<ToldSamples> ReadRecordingHeader(OpenFile& file, Failure& failure) {
+std::optional<ToldSamples> ReadRecordingHeader(OpenFile& file, Failure& failure, HeaderSizes sizes) {
   std::string bytes(kIFHeader, '\0');
   bytes.resize(static_cast<std::size_t>(file.ReadAt(0, bytes.data(), std::ssize(bytes), failure)));
   if (failure || bytes.size() < kPlainHeader) return {};
   WavHeader header = ParseWavHeader(bytes);
   const std::optional<IFOrigin> origin = ParseList(bytes);
   if (origin) header.DataSize = GetU32(At(bytes, kDataAtInIF + 4));
-  const std::optional<RecordingFormat> format = FormatOf(header, origin);
+  const std::optional<RecordingFormat> format = FormatOf(header, origin, sizes);
   if (!format) return {};
   return ToldSamples{*format, std::int64_t{header.DataSize} * (format->Bits == 8 ? 2 : 1), header.DataSize};
 }

@@ -59,8 +59,12 @@ struct ToldSamples {
   std::int64_t Bytes = 0;      // of samples on the disk
   std::uint32_t DataSize = 0;  // the header's own number
 };
+// A header of 8 bits has two sizes by which it is known; a mending that was broken off leaves the one new and
+// the other old.
+enum class HeaderSizes { Agree, Torn };
 // Empty for a file that is no recording of this program, and with `failure` set where it can't be read.
-std::optional<ToldSamples> ReadRecordingHeader(OpenFile& file, Failure& failure);
+std::optional<ToldSamples> ReadRecordingHeader(OpenFile& file, Failure& failure,
+                                               HeaderSizes sizes = HeaderSizes::Agree);
 
 // Where a log of positions in a file of format `from` belongs in a copy of its samples, frame by frame, in a
 // file of format `to`; the last record ends one byte later, as that of a recording does.

@@ -90,7 +90,7 @@ std::optional<Journal> Planning::FindJournal() {
 void Planning::PlanAlone(const std::string& path) {
   const auto file = plan_.Fault ? nullptr : files_.Open(path, OpenMode::Read, plan_.Fault);
   if (!file) return;
-  const std::optional<ToldSamples> told = ReadRecordingHeader(*file, plan_.Fault);
+  const std::optional<ToldSamples> told = ReadRecordingHeader(*file, plan_.Fault, HeaderSizes::Torn);
   if (!told || !IsBoardKnown(told->Format)) return;
   FilePlan plan;
   plan.Path = path;

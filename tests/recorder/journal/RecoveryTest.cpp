@@ -299,6 +299,30 @@ TEST(Recovery, WithoutASoundJournalTheLengthTellsTheEndAndThatIsTold) {
   }
 }
 
+TEST(Recovery, WithoutAJournalAMendingThatWasKilledIsBegunAgainToo) {
+  for (const RecordingFormat& format : kFormats) {
+    std::map<std::string, std::string> expected;
+    bool done = false;
+    for (int kill = -1; !done; ++kill) {
+      SCOPED_TRACE(std::to_string(format.Bits) + " bits, killed in mending " + std::to_string(kill));
+      Session session(format);
+      session.Open();
+      session.Feed(11);
+      session.Dies();
+      session.files.Remove(session.parts.Journal());
+      if (kill >= 0) session.files.KillAfter(kill);
+      try {
+        done = !MendRecording(session.files, session.parts).Fault && kill >= 0;
+      } catch (const Killed&) {
+      }
+      session.files.Revive();
+      MendRecording(session.files, session.parts);
+      if (kill < 0) expected = AllFiles(session.files);
+      ASSERT_EQ(AllFiles(session.files), expected);
+    }
+  }
+}
+
 TEST(Recovery, ADamagedEventDoesNotCutAFileThatGoesOnBehindIt) {
   Session session(kFormats[0]);
   session.Open(100);
