@@ -96,7 +96,8 @@ void Planning::PlanAlone(const std::string& path) {
   plan.Path = path;
   plan.Format = told->Format;
   plan.Keep = plan.End = WholeFrames(plan.Format, SamplesEnd(*file, plan.Format, plan_.Fault));
-  plan.Mends = plan.End != plan.Format.DataAt() + told->Bytes;
+  const bool isTorn = !ReadRecordingHeader(*file, plan_.Fault);
+  plan.Mends = isTorn || plan.End != plan.Format.DataAt() + told->Bytes;
   plan_.LogLost = plan_.LogLost || plan.Mends;
   plan_.Files.push_back(std::move(plan));
 }
