@@ -20,6 +20,12 @@ bool HasTrailerAt(OpenFile& file, std::int64_t at, Failure& failure) {
   return !bytes.empty() && kLogTag.starts_with(bytes);
 }
 
+bool HasHeader(OpenFile& file, const std::string& header, Failure& failure) {
+  std::string bytes(header.size(), '\0');
+  file.ReadAt(0, bytes.data(), std::ssize(bytes), failure);
+  return bytes == header;
+}
+
 std::int64_t WholeFrames(const RecordingFormat& format, std::int64_t end) {
   const std::int64_t bytes = std::max<std::int64_t>(end - format.DataAt(), 0);
   return format.DataAt() + bytes - bytes % format.FrameBytes();
@@ -96,8 +102,7 @@ void Planning::PlanAlone(const std::string& path) {
   plan.Path = path;
   plan.Format = told->Format;
   plan.Keep = plan.End = WholeFrames(plan.Format, SamplesEnd(*file, plan.Format, plan_.Fault));
-  const bool isTorn = !ReadRecordingHeader(*file, plan_.Fault);
-  plan.Mends = isTorn || plan.End != plan.Format.DataAt() + told->Bytes;
+  plan.Mends = !HasHeader(*file, MakeWavHeader(plan.Format, plan.End, plan.Frames()), plan_.Fault);
   plan_.LogLost = plan_.LogLost || plan.Mends;
   plan_.Files.push_back(std::move(plan));
 }
