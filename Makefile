@@ -90,13 +90,12 @@ bench: setup-measure
 	cmake --build build/release --target benchmarks quorlsdr quorlsdr-cli demo-recording
 	@tools/bench.py build/release
 
-# Lines of src/ and apps/ that the tests reach, a row for each folder. What a program that meets a full disk can't
-# write down of itself is no word of the program's.
+# Lines of src/ and apps/ that the tests reach, a row for each folder.
 coverage: setup-test setup-measure
 	cmake --preset coverage
 	cmake --build build/coverage
 	find build/coverage -name '*.gcda' -delete
-	GCOV_ERROR_FILE=/dev/null ctest --preset coverage
+	ctest --preset coverage
 	@tools/coverage.py build/coverage
 
 # The changes that CONTRIBUTING.md leads through, on a copy of the tree.

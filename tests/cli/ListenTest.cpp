@@ -170,8 +170,7 @@ TEST_F(ListenTest, WhatCannotBeIsNamedInOneLine) {
   }
   ::close(lock);
   ExpectOneLine(Listen("--demo --output no/folder/a.wav --seconds 1"), 2, "no/folder/a.wav: ");
-  ExpectOneLine(Cli("listen --demo --output b.wav --seconds 100", std::string(kAlone) + "ulimit -f 100;"), 1,
-                "b.wav: ");
+  ExpectOneLine(Cli("listen --demo --output b.wav --seconds 100", kAlone + SmallFiles(100)), 1, "b.wav: ");
   EXPECT_EQ(Files(), "a.wav band config in-use.ini.lock");
 }
 

@@ -124,7 +124,7 @@ TEST_F(RefusalTest, OptionsOutOfRangeAreNamedInOneLine) {
 TEST_F(RefusalTest, FullDiskIsAFailureThatLeavesNothingBehind) {
   PutWav("in.wav", Tone(12500.0, 1000.0, 100000));
   // The limit on file sizes, in blocks of 512 bytes, ends the output in its middle.
-  ExpectOneLine(Cli("receive in.wav out.wav", "ulimit -f 100;"), 1, "out.wav: ");
+  ExpectOneLine(Cli("receive in.wav out.wav", SmallFiles(100)), 1, "out.wav: ");
   ExpectNothingDone("in.wav out.wav");
   if (std::filesystem::is_character_file("/dev/full")) {
     ExpectOneLine(Cli("receive in.wav - >/dev/full"), 1, "standard output: ");

@@ -189,7 +189,7 @@ TEST_F(SpectrumTest, WhatCannotBeIsRefusedInOneLineAndLeavesTheTargetAlone) {
     EXPECT_EQ(Get("out.png"), "old content");
     EXPECT_EQ(Files(), "in.wav out.png");
   }
-  ExpectOneLine(Cli("spectrum in.wav --csv out.csv --png out.png", "ulimit -f 1;"), 1, "out.png: ");
+  ExpectOneLine(Cli("spectrum in.wav --csv out.csv --png out.png", SmallFiles(1)), 1, "out.png: ");
   EXPECT_EQ(Get("out.png"), "old content");
   EXPECT_EQ(Files(), "in.wav out.png");
 }

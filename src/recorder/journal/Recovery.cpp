@@ -63,7 +63,10 @@ Failure Mending::Mend(const FilePlan& plan) {
   Failure failure;
   const auto file = files_.Open(plan.Path, OpenMode::Update, failure);
   if (!file) return failure;
-  failure = file->Truncate(plan.Keep);
+  // Without a journal the header comes first: what is cut off behind the samples could look like a log's
+  // beginning.
+  if (!plan.HasLog) failure = PutEnds(*file, plan);
+  if (!failure) failure = file->Truncate(plan.Keep);
   if (!failure) failure = PutSamples(*file, plan);
   if (!failure) failure = file->Truncate(plan.End);
   if (!failure) failure = PutEnds(*file, plan);
