@@ -101,8 +101,10 @@ void Planning::PlanAlone(const std::string& path) {
   FilePlan plan;
   plan.Path = path;
   plan.Format = told->Format;
-  plan.Keep = plan.End = WholeFrames(plan.Format, SamplesEnd(*file, plan.Format, plan_.Fault));
-  plan.Mends = !HasHeader(*file, MakeWavHeader(plan.Format, plan.End, plan.Frames()), plan_.Fault);
+  const std::int64_t end = SamplesEnd(*file, plan.Format, plan_.Fault);
+  plan.Keep = plan.End = WholeFrames(plan.Format, end);
+  plan.Mends =
+      plan.End != end || !HasHeader(*file, MakeWavHeader(plan.Format, plan.End, plan.Frames()), plan_.Fault);
   plan_.LogLost = plan_.LogLost || plan.Mends;
   plan_.Files.push_back(std::move(plan));
 }
