@@ -103,9 +103,10 @@ void Planning::PlanAlone(const std::string& path) {
   plan.Format = told->Format;
   const std::int64_t end = SamplesEnd(*file, plan.Format, plan_.Fault);
   plan.Keep = plan.End = WholeFrames(plan.Format, end);
+  plan.Cuts = end == file->Size().value_or(0) || plan.End != end;
   plan.Mends =
       plan.End != end || !HasHeader(*file, MakeWavHeader(plan.Format, plan.End, plan.Frames()), plan_.Fault);
-  plan_.LogLost = plan_.LogLost || plan.Mends;
+  plan_.LogLost = plan_.LogLost || (plan.Mends && plan.Cuts);
   plan_.Files.push_back(std::move(plan));
 }
 

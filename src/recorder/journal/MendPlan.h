@@ -22,6 +22,7 @@ struct FilePlan {
   RecordingFormat Format;
   bool Mends = false;         // else the file is whole, and all below is only told
   std::int64_t Keep = 0;      // bytes of header and samples that the file holds; what is behind goes
+  bool Cuts = true;           // else only the header is put right, and the log behind the samples stays
   std::vector<Piece> Pieces;  // come in
   std::int64_t End = 0;       // bytes of header and samples then, whole frames
   bool HasLog = false;        // a trailer of this log follows

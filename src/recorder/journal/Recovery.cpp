@@ -35,6 +35,7 @@ class Mending {
   }
   Failure PutSamples(OpenFile& file, const FilePlan& plan);
   Failure PutEnds(OpenFile& file, const FilePlan& plan);
+  Failure PutAll(OpenFile& file, const FilePlan& plan);
 
   Files& files_;
   const RecordingParts& parts_;
@@ -59,6 +60,14 @@ Failure Mending::PutEnds(OpenFile& file, const FilePlan& plan) {
   return Put(file, plan.End, MakeTrailer(plan.Log));
 }
 
+Failure Mending::PutAll(OpenFile& file, const FilePlan& plan) {
+  Failure failure = file.Truncate(plan.Keep);
+  if (!failure) failure = PutSamples(file, plan);
+  if (!failure) failure = file.Truncate(plan.End);
+  if (!failure) failure = PutEnds(file, plan);
+  return failure;
+}
+
 Failure Mending::Mend(const FilePlan& plan) {
   Failure failure;
   const auto file = files_.Open(plan.Path, OpenMode::Update, failure);
@@ -66,10 +75,7 @@ Failure Mending::Mend(const FilePlan& plan) {
   // Without a journal the header comes first: what is cut off behind the samples could look like a log's
   // beginning.
   if (!plan.HasLog) failure = PutEnds(*file, plan);
-  if (!failure) failure = file->Truncate(plan.Keep);
-  if (!failure) failure = PutSamples(*file, plan);
-  if (!failure) failure = file->Truncate(plan.End);
-  if (!failure) failure = PutEnds(*file, plan);
+  if (!failure && plan.Cuts) failure = PutAll(*file, plan);
   if (!failure) failure = file->Sync();
   return failure;
 }
