@@ -89,8 +89,8 @@ class CliTest : public testing::Test {
   // Words for the shell: files take `blocks` of 512 bytes and no more. What a program writes down of itself
   // when it is built for coverage would be cut off, too, and with it what others have written there.
   static std::string SmallFiles(int blocks) {
-    return "export GCOV_PREFIX=/dev/null GCOV_ERROR_FILE=/dev/null; ulimit -f " + std::to_string(blocks) +
-           ";";
+    return "export GCOV_PREFIX=/tmp/quorlsdr-cut-off GCOV_ERROR_FILE=/dev/null; ulimit -f " +
+           std::to_string(blocks) + ";";
   }
   // Names of the files in the folder, sorted, with spaces between.
   std::string Files() const {
